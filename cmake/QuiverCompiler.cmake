@@ -1,0 +1,17 @@
+# Compiler settings of our own programs. A consumer's targets never see them.
+
+add_library(quiver_build_settings INTERFACE)
+target_compile_options(quiver_build_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsuggest-override -Wnon-virtual-dtor)
+if(QUIVER_WARNINGS_AS_ERRORS)
+    target_compile_options(quiver_build_settings INTERFACE -Werror)
+endif()
+if(QUIVER_SANITIZE)
+    target_compile_options(quiver_build_settings INTERFACE
+        -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    target_link_options(quiver_build_settings INTERFACE -fsanitize=${QUIVER_SANITIZE})
+endif()
+if(QUIVER_COVERAGE)
+    target_compile_options(quiver_build_settings INTERFACE --coverage)
+    target_link_options(quiver_build_settings INTERFACE --coverage)
+endif()

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "quiver/foundation/Export.h"
+
+#include <string>
+
+/// Counts the living instances of a class and all that were ever made, by class name.
+///
+/// The classes whose leaks matter derive from it and pass their name; a generated class passes its own to the virtual
+/// base of `QvXmlLib9::CXmlObjectBase`. The counts can be asked for at any time:
+///
+///     std::wcerr << CInstanceMonitor::DumpState() << L'\n';
+///
+/// Objects may be made and destroyed on any thread. Each thread counts for itself, and the report adds up, so an object
+/// costs no lock. A copy shares the record of its source and is not counted, but its destruction is: that asymmetry is
+/// meant.
+class QVXMLLIB_API CInstanceMonitor
+{
+public:
+    /// The record of one class.
+    struct ClassType;
+
+    /// Counts one instance.
+    /// @param lpctClassName the name under which the instance is counted; case matters. The text is copied when the
+    ///        name is seen for the first time.
+    explicit CInstanceMonitor(const wchar_t* lpctClassName);
+
+    CInstanceMonitor(const CInstanceMonitor&) = default;
+    CInstanceMonitor& operator=(const CInstanceMonitor&) = default;
+
+    /// Counts one instance less.
+    virtual ~CInstanceMonitor();
+
+    /// The report: a header line, and a line for each class in the order of first creation, "--> name = living/total"
+    /// where instances are alive and the same with blanks in front where none is. The counts are exact as long as no
+    /// other thread creates or destroys objects meanwhile.
+    static std::wstring DumpState();
+
+    /// Forgets all records. Meant for the end of the process; classes that are instantiated later start anew.
+    static void Cleanup();
+
+private:
+    ClassType* m_pct;
+};
