@@ -1,0 +1,70 @@
+#pragma once
+
+#include "quiver/foundation/BinaryData.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// @file
+/// Conversions between the UTF-16 units of the library's text and UTF-8, and everything that knows the width of
+/// `wchar_t`. The library's text holds one UTF-16 unit per `wchar_t` (Unicode, 3.9, D91); text that comes from callers
+/// may also hold whole code points above 0xFFFF, which count as their surrogate pair here.
+
+namespace QvXmlLib9
+{
+
+/// UTF-8 form of a zero-terminated text; an empty handle for an empty text. Text that is not well-formed (an unpaired
+/// surrogate) is a programming error; where assertions are off, the result ends ahead of it.
+/// @throws CQvException if the result passes the length that CBinaryData can hold.
+CBinaryData EncodeUtf8(const wchar_t* lpctText);
+
+/// UTF-16 form of UTF-8 bytes (Unicode, table 3-7). Bytes that are not well-formed are a programming error; where
+/// assertions are off, the result ends ahead of them.
+std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength);
+
+/// A copy of `ulCount` UTF-16 units; empty for a count of 0.
+std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
+/// The same for units that lie in memory as two bytes in the machine's order, at any address.
+std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount);
+
+// --- UTF-8 to text --------------------------------------------------------------------------------------------------
+
+/// Appends the UTF-16 form of UTF-8 bytes.
+/// @return false if the bytes are not well-formed; what stands ahead of the fault has been appended.
+bool AppendUtf8AsUtf16(std::wstring& strOut, std::string_view bytes);
+
+// --- Text to UTF-8 --------------------------------------------------------------------------------------------------
+
+/// Bytes that the UTF-8 form of a text takes, up to the first fault.
+std::size_t GetUtf8Length(std::wstring_view text);
+
+/// Writes the UTF-8 form of a text to `pOut`, which has room for GetUtf8Length bytes (three for every element of text,
+/// four for one above 0xFFFF, are always enough).
+/// @return how many bytes; conversion stops ahead of an unpaired surrogate or of an element above 0x10FFFF.
+std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut);
+
+/// Appends the UTF-8 form of a text.
+/// @return false if the text is not well-formed; what stands ahead of the fault has been appended.
+bool AppendUtf8(std::string& strOut, std::wstring_view text);
+
+// --- Units ----------------------------------------------------------------------------------------------------------
+
+/// Whether a text holds elements above 0xFFFF; never the case where `wchar_t` has 16 bits.
+bool HasWholeCodePoints(std::wstring_view text);
+
+/// Count of UTF-16 units of a text.
+std::size_t GetUtf16Length(std::wstring_view text);
+
+/// The text with every element above 0xFFFF split into its surrogate pair. (An element above 0x10FFFF, which no text
+/// holds, becomes U+FFFD.)
+std::wstring ToUtf16Units(std::wstring_view text);
+
+/// Appends the text in the same form.
+void AppendUtf16Units(std::wstring& strOut, std::wstring_view text);
+
+/// Writes the UTF-16 units of a text as two bytes each, in little-endian order, to `pOut`, which has room for
+/// 2 * GetUtf16Length bytes.
+void WriteUtf16LittleEndian(std::wstring_view text, unsigned char* pOut);
+
+} // namespace QvXmlLib9
