@@ -24,4 +24,20 @@ std::wstring FormatStringV(const wchar_t* format, std::va_list args);
 /// diagnostic builds and nowhere in others. A text longer than 32767 characters is dropped.
 void OutputTrace(const wchar_t* format, ...);
 
+/// Replaces every occurrence of `needle`, also those that a replacement brings about together with its surroundings:
+/// after each replacement the text counts as new. `needle` must not be empty nor occur in `replacement`.
+void ReplaceAll(std::string& text, const std::string& needle, const std::string& replacement);
+void ReplaceAll(std::wstring& text, const std::wstring& needle, const std::wstring& replacement);
+
+/// Prints `value` in decimal with zeros in front up to `width` characters. Values beyond 2147483647 print as the
+/// negative numbers of the same 32 bits.
+std::wstring FormatPadded(unsigned int value, unsigned char width);
+
+/// Cuts the zeros at the end; the first character always stays.
+std::wstring TrimTrailingZeros(std::wstring digits);
+
+/// The fraction of a seconds field: "." and the groups of three digits up to the last that is not 0, without zeros at
+/// the end; empty if all three are 0.
+std::wstring FormatFraction(unsigned short milli, unsigned short micro, unsigned short nano);
+
 } // namespace QvXmlLib9

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "quiver/foundation/Export.h"
+#include "quiver/foundation/platform/SystemTime.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 
 /// @file
 /// The operations that the library needs from the operating system, with Windows' meaning. Nothing outside this
@@ -139,5 +143,20 @@ std::size_t GetStackBytesLeft();
 
 /// Size in bytes of the calling thread's stack, or the greatest value where the platform cannot tell.
 std::size_t GetStackSize();
+
+// --- Time -----------------------------------------------------------------------------------------------------------
+
+/// The machine's local time.
+_SYSTEMTIME GetLocalTime();
+
+/// Takes a file time apart, in UTC and with the milliseconds cut. False for a time beyond the year 30827.
+bool FileTimeToSystemTime(const _FILETIME& fileTime, _SYSTEMTIME& systemTime);
+
+/// `mktime`, `gmtime` and `localtime` on 64-bit seconds since 1970-01-01T00:00:00Z, without their shared result.
+/// MakeTime gives -1 for what cannot be a time, and brings the fields into their ranges; the others are false for a
+/// time whose year does not fit.
+__int64 MakeTime(std::tm& fields);
+bool GetUtcTime(__int64 nTime, std::tm& fields);
+bool GetZonedTime(__int64 nTime, std::tm& fields);
 
 } // namespace QvXmlLib9::Platform

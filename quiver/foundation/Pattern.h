@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace QvXmlLib9
+{
+
+/// Tests a value against a regular expression of XML Schema (the `pattern` facet), as a match of the whole value.
+///
+/// The expression is translated to the dialect of PCRE: `\i`, `\I`, `\c` and `\C` and the blocks `\p{IsBasicLatin}`,
+/// `\p{IsLatin-1Supplement}`, `\p{IsLatinExtended-A}` and `\p{IsLatinExtended-B}` by approximations, everything else as
+/// it stands. Only the first match that PCRE finds at the start of the value counts, and it must reach the value's end:
+/// the order of alternatives matters, `a|ab` does not match "ab". That is how matching works here, and it stays so.
+///
+/// A match that PCRE gives up (its limit on backtracking) is no match.
+///
+/// @param strPattern the facet's expression in UTF-8.
+/// @param strValue the text under test.
+/// @return whether the whole value matches.
+/// @throws CQvException "Invalid Regular Expression: %s Error: '%s'" with the value and PCRE's text when the expression
+///         cannot be compiled; and "The value is too long for its pattern: %s", with the value, when the match would
+///         need more memory for backtracking than it is given.
+///
+/// May be called from any thread. Compiled expressions are remembered per thread, which no caller can tell.
+bool PatternMatch(const std::string& strPattern, const std::wstring& strValue);
+
+} // namespace QvXmlLib9
