@@ -1,0 +1,25 @@
+#pragma once
+
+#include "quiver/foundation/Export.h"
+
+#include <string>
+
+namespace QvXmlLib9
+{
+
+/// A name as the nodes of one document share it: a document keeps one record for each distinct pair of namespace and
+/// local name, however often the pair occurs. Two nodes of one parsed document whose records are the same object have
+/// the same name; two records may still hold equal texts.
+///
+/// Part of CXmlElement and CXmlAttribute; applications use their GetLocalName and GetNamespaceURI.
+struct SXmlName
+{
+    /// The name without any prefix. In a document parsed without namespace processing a prefix stays in it.
+    std::wstring strLocalName;
+    /// The namespace, an empty string for none; never null.
+    const std::wstring* pstrNamespaceURI;
+    /// The record belongs to the one node that refers to it, and not to a document.
+    bool bOwnedByNode;
+};
+
+} // namespace QvXmlLib9
