@@ -1,0 +1,200 @@
+#pragma once
+
+#include "quiver/foundation/Export.h"
+#include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/output/NamespaceScopes.h"
+#include "quiver/values/ItemType.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+/// The sink to which every bindable object writes itself: elements, attributes, text and namespaces, not bytes.
+/// `CXmlTextWriter` makes XML text of them, `CFastInfosetWriter` a Fast Infoset document.
+///
+///     writer.Open();
+///     writer.SetDefaultNamespace(L"urn:a");
+///     writer.StartElement(L"order", L"urn:a");
+///     writer.WriteAttribute(L"id", L"", L"1", ItemType_i4);
+///     writer.StartElement(L"item", L"urn:a");
+///     writer.WriteText(L"a<b", ItemType_string);
+///     writer.EndElement();
+///     writer.EndElement();
+///     writer.Close();
+///
+/// Elements nest properly; the attributes of an element come before its text and its children. What applies to the root
+/// (default namespace, prefixes, comments, processing instructions) comes before it is started.
+///
+/// Every text argument ends at its first zero unit, as zero-terminated text does, and may be forgotten by the caller
+/// when the call returns. A code point above 0xFFFF in one element of the text is written as its surrogate pair.
+///
+/// A writer is used by one thread, for one document, and is then destroyed. It can be destroyed at any time, also with
+/// elements open.
+class QVXMLLIB_API CXmlWriter : public CInstanceMonitor
+{
+public:
+    CXmlWriter(const CXmlWriter&) = delete;
+    CXmlWriter& operator=(const CXmlWriter&) = delete;
+
+    // The order of the virtual operations is part of the interface.
+
+    ~CXmlWriter() override;
+
+    /// Starts output.
+    virtual void Open();
+
+    /// Ends output.
+    /// @exception CQvException "An Element has not been closed."
+    virtual void Close();
+
+    /// Sets the default namespace: of the document before the root is started, of the open element's scope afterwards.
+    /// Names in the default namespace are written without a prefix. Only the document's is declared in the output.
+    virtual void SetDefaultNamespace(std::wstring_view strNamespace);
+
+    /// Binds a prefix to a namespace, for the document before the root is started, for the open element's scope
+    /// afterwards. Only the document's bindings are declared in the output.
+    virtual void AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_view strNamespace);
+
+    /// Writes a comment.
+    /// @param strText what stands between the delimiters.
+    virtual void WriteComment(std::wstring_view strText) = 0;
+
+    /// Writes a processing instruction.
+    /// @param strText the whole instruction, delimiters included.
+    virtual void WriteProcessingInstruction(std::wstring_view strText) = 0;
+
+    /// Writes schema text into the element whose start tag is open.
+    virtual void WriteInlineSchema(std::wstring_view strText) = 0;
+
+    /// Starts an element inside the one that is open, or the root.
+    /// @param strName the local name.
+    /// @param strNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
+    virtual void StartElement(std::wstring_view strName, std::wstring_view strNamespace) = 0;
+
+    /// Writes text into the open element. Empty text writes nothing.
+    /// @param eType the kind of value that the text was made of; a binary format encodes it accordingly.
+    virtual void WriteText(std::wstring_view strValue, ItemType eType) = 0;
+
+    /// Ends the open element.
+    virtual void EndElement() = 0;
+
+    /// Writes an attribute of the open element.
+    /// @param strNamespace the namespace URI, empty for none.
+    /// @param eType as for WriteText.
+    /// @exception CQvException "Attributes must be added before elements" once the element has text or a child.
+    virtual void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+                                ItemType eType) = 0;
+
+    /// Writes the attribute `xsi:type` of the open element.
+    /// @param strTypeNamespace the namespace of the type, empty for none.
+    /// @param strTypeName the local name of the type.
+    /// @exception CQvException as for WriteAttribute.
+    virtual void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) = 0;
+
+    /// Writes the attribute `xsi:nil` of the open element, with the value "true".
+    /// @exception CQvException as for WriteAttribute.
+    virtual void WriteXsiNil() = 0;
+
+    /// The prefix of a number: AA, AB, ..., AZ, BA, ...
+    static std::wstring FormatPrefix(unsigned int n) { return CNamespaceScopes::FormatPrefix(n); }
+
+protected:
+    /// The record of an open element.
+    class CXmlWriterContext;
+
+    /// Prefixes by namespace, in the order of the URIs.
+    using NamespaceMap = std::map<std::wstring, std::wstring>;
+
+    /// @param lpctClassName the name under which instances are counted.
+    explicit CXmlWriter(const wchar_t* lpctClassName);
+
+    /// A record for an element inside the open one, or for a root, whose scope then begins with the document's default
+    /// namespace and bindings. It does not become the open element yet. The writer owns it.
+    CXmlWriterContext* CreateContext(std::wstring_view strName, std::wstring_view strNamespace);
+
+    /// Gives the open element's record up, and with it what its scope declared; the enclosing element, if there is one,
+    /// becomes the open one.
+    void PopContext();
+
+    // The following work on the scope of the innermost record, whether it is the open element's already or not.
+
+    /// Default namespace of the scope; empty for none.
+    std::wstring_view GetDefaultNamespace() const;
+
+    /// The prefix bound to a namespace, or null; valid until the next binding.
+    const std::wstring* FindPrefix(std::wstring_view strNamespace) const;
+
+    /// The prefix bound to a namespace. An unknown namespace gets an empty prefix in the nearest scope that has
+    /// bindings of its own, and is known from then on.
+    const std::wstring& GetNamespaceMapValue(std::wstring_view strNamespace);
+
+    /// Binds a prefix in the scope of `context`.
+    void SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace, std::wstring_view strPrefix);
+
+    /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
+    const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
+
+    /// Checks that attributes can still be added to the open element.
+    /// @exception CQvException "Attributes must be added before elements"
+    void Throw_IfStartTagEnded() const;
+
+    /// Default namespace set before the root was started.
+    std::wstring m_strDefaultNamespace;
+    /// The innermost open element, null while there is none.
+    CXmlWriterContext* m_pContext = nullptr;
+    /// Bindings made before the root was started, and "xml".
+    NamespaceMap m_mapNamespaces;
+
+private:
+    void BeginScope(CXmlWriterContext& context);
+    void DropContextsTo(std::size_t nCount);
+
+    /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.
+    std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
+    /// Records in use.
+    std::size_t m_nContexts = 0;
+    CNamespaceScopes m_scopes;
+    /// Default namespaces of the scopes that have set one, innermost last.
+    std::vector<std::wstring> m_defaultNamespaces;
+};
+
+/// One open element. A scope pays for namespace data only when it declares something.
+class CXmlWriter::CXmlWriterContext
+{
+public:
+    /// Child elements started inside this element.
+    std::uint32_t m_dwChildCount = 0;
+    /// 0 for the root.
+    std::uint32_t m_dwDepth = 0;
+    /// Attributes may still be added.
+    bool m_bStartTagOpen = true;
+    /// Used by `CFastInfosetWriter`: the list of attributes has begun.
+    bool m_bAttributesOpen = false;
+    std::wstring m_strElementName;
+    /// The namespace as given to `StartElement`.
+    std::wstring_view m_strNamespace;
+    CXmlWriterContext* m_pParent = nullptr;
+
+private:
+    friend class CXmlWriter;
+
+    /// The scope has declared nothing of its own so far.
+    bool m_bInheritsNamespaces = true;
+    bool m_bOwnsDefaultNamespace = false;
+    /// Bindings that were there when the scope declared its first.
+    std::size_t m_nOuterBindings = 0;
+    /// What `m_strNamespace` refers to unless the enclosing element has the same namespace.
+    std::wstring m_strNamespaceBuffer;
+    /// Counts the record as an instance while it stands for an element.
+    std::optional<CInstanceMonitor> m_monitor;
+};
+
+} // namespace QvXmlLib9
