@@ -2,6 +2,8 @@
 
 #include "quiver/metadata/ElementInfo.h"
 
+#include <string_view>
+
 namespace QvXmlLib9
 {
 class CXmlAttribute;
@@ -73,7 +75,7 @@ protected:
 
     /// Whether the text is an optional attribute's default that the context keeps out of the document. "1.0" does not
     /// suppress a value that prints as "1".
-    bool IsSuppressedDefault(const CXmlSerializationContext& context, const std::wstring& strText) const;
+    bool IsSuppressedDefault(const CXmlSerializationContext& context, std::wstring_view strText) const;
 
     /// @throws CQvValidationException if the attribute is required and was not found.
     void Throw_IfRequiredIsMissing(bool bFound) const;

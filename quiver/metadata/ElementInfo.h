@@ -246,9 +246,9 @@ protected:
 
     // Reading a child object.
 
-    /// The child of a mandatory member, which the generated constructor made.
+    /// The child of a mandatory member, which the generated constructor made. It lives at least as long as `value`.
     /// @throws CQvException if there is none.
-    CSmartPtr<CXmlObjectBase> ExistingChild(CXmlGeneratedClass* pObject);
+    CXmlObjectBase* ExistingChild(CXmlGeneratedClass* pObject, QvVariant& value);
 
     /// A new child.
     /// @throws CQvException if the creator makes none.
@@ -291,8 +291,9 @@ protected:
 
     // Reading a collection, which consumes its own run of elements.
 
+    /// The collection of this member. It lives at least as long as `value`.
     /// @throws CQvException if there is none.
-    CSmartPtr<CXmlCollectionBase> ExistingCollection(CXmlGeneratedClass* pObject);
+    CXmlCollectionBase* ExistingCollection(CXmlGeneratedClass* pObject, QvVariant& value);
 
     /// Lets a collection of open elements read: all that its namespace restriction allows, or, where this member has a
     /// name of its own, the run of elements that have this name and the namespace of the first.
@@ -301,17 +302,20 @@ protected:
     CXmlElement* ReadWildcardCol(CXmlCollectionBase* pCollection, CXmlElement* pParent, CXmlElement* pCurrent,
                                  const CXmlSerializationContext& context) const;
 
-    /// Throws the failure of a mandatory member.
-    /// @param lpctFormat its text, with one %s for the name given.
+    /// Moves the cursor behind the element under it.
+    static void Consume(CXmlElement** ppCurrent);
+
+    /// Throws CQvValidationException.
+    /// @param lpctFormat the text, with one %s for the name.
     [[noreturn]] static void ThrowMissing(const wchar_t* lpctFormat, const std::wstring& strName);
 
 private:
-    bool AcceptsAnyName() const;
-    CSmartPtr<CXmlCollectionBase> ReadCollection(const CXmlGeneratedClass* pObject) const;
-    CSmartPtr<CXmlCollectionBase> CollectionOf(const QvVariant& value) const;
+    const CXmlCollectionBase& ReadCollection(const CXmlGeneratedClass* pObject, QvVariant& value) const;
+    CXmlCollectionBase* CollectionIn(const QvVariant& value) const;
     bool CollectionToXml(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
                          CXmlWriter* pWriter) const;
-    void TextElementToXml(const std::wstring& strText, ItemType eItemType, CXmlWriter* pWriter) const;
+    bool StoreIfConsumed(CXmlGeneratedClass* pObject, CXmlObjectBase* pChild, CXmlElement** ppCurrent,
+                         CXmlElement* pNext);
 
     std::wstring m_strName;
     std::wstring m_strNamespace;

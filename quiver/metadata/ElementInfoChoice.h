@@ -1,0 +1,199 @@
+#pragma once
+
+#include "quiver/metadata/ElementInfo.h"
+
+/// @file
+/// The alternatives of a choice. The walk offers them the element under the cursor in table order, and the first that
+/// consumes something wins. An alternative that finds nothing returns false and never throws: whether the whole choice
+/// may stay empty is the walk's decision.
+///
+/// An alternative stores its child before it reads it, so that the object knows at once which alternative was taken,
+/// and clears it again if it turns out empty. No alternative skips unknown elements.
+///
+/// The constructors begin with the local name of the element, its namespace URI and the index of the property.
+
+namespace QvXmlLib9Data
+{
+
+/// An alternative of a choice.
+class QVXMLLIB_API CElementInfoChoice : public CElementInfo
+{
+public:
+    CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex, ItemType eItemType,
+                       const wchar_t* lpctFormat, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                       const CPrimitiveRestrictions& restrictions);
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override;
+};
+
+/// A repeating alternative. The occurrence count is checked after reading; on writing the collection checks it itself.
+class QVXMLLIB_API CElementInfoChoiceCol : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+protected:
+    /// Takes over what a collection has read up to `pNext`. In a pseudo class an invalid count leaves the cursor where
+    /// it was, although the items stay in the collection; elsewhere it throws.
+    /// @return whether something was consumed.
+    static bool AcceptRun(const CXmlCollectionBase& collection, CXmlElement** ppCurrent, CXmlElement* pNext,
+                          const CXmlSerializationContext& context, XmlElementType eParentType);
+};
+
+/// An alternative of a simple type.
+class QVXMLLIB_API CElementInfoChoicePrimOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoicePrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                              ItemType eItemType, const wchar_t* lpctFormat,
+                              CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                              const CPrimitiveRestrictions& restrictions);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+};
+
+/// An alternative whose type is an enumeration.
+class QVXMLLIB_API CElementInfoChoiceEnumOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                              PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    PfnEnumToString m_pfnToString;
+    PfnEnumFromString m_pfnFromString;
+};
+
+/// An alternative of a known class. With an element of its own it lets the child, should that be a choice itself, be
+/// empty without complaint, for this alternative has been selected already.
+class QVXMLLIB_API CElementInfoChoiceClsOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+    PfnCreate m_pfnCreate;
+    int m_nClassId;
+};
+
+/// An alternative whose class follows from the element found. Where no class fits, null is stored and the next
+/// alternative is offered the element.
+class QVXMLLIB_API CElementInfoChoiceAbsClsOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+    PfnCreateFromElement m_pfnCreateFromElement;
+};
+
+/// `xs:any` as an alternative. If it consumes nothing, the property is cleared, whatever it held.
+class QVXMLLIB_API CElementInfoChoiceUntpdOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                               const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    std::wstring m_strNamespaceRestriction;
+    std::wstring m_strTargetNamespace;
+};
+
+/// A repeating alternative of a simple type.
+class QVXMLLIB_API CElementInfoChoicePrimCol : public CElementInfoChoiceCol
+{
+public:
+    CElementInfoChoicePrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A repeating alternative whose type is an enumeration.
+class QVXMLLIB_API CElementInfoChoiceEnumCol : public CElementInfoChoiceCol
+{
+public:
+    CElementInfoChoiceEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A repeating alternative of a known class.
+class QVXMLLIB_API CElementInfoChoiceClsCol : public CElementInfoChoiceCol
+{
+public:
+    CElementInfoChoiceClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                             XmlElementType eElementType);
+
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+};
+
+/// A repeating alternative whose class follows from the element found.
+class QVXMLLIB_API CElementInfoChoiceAbsClsCol : public CElementInfoChoiceCol
+{
+public:
+    CElementInfoChoiceAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                XmlElementType eElementType);
+
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+};
+
+/// A repeating `xs:any` as an alternative; its property is a CElementCol. Names work as in CElementInfoSeqUntpdCol.
+class QVXMLLIB_API CElementInfoChoiceUntpdCol : public CElementInfoChoiceCol
+{
+public:
+    CElementInfoChoiceUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+};
+
+} // namespace QvXmlLib9Data

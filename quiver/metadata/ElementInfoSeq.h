@@ -1,0 +1,343 @@
+#pragma once
+
+#include "quiver/metadata/ElementInfo.h"
+
+/// @file
+/// The members of a sequence. The walk asks them once, in table order, over the children of an element.
+///
+/// What a mandatory member does when the element under the cursor is not its own depends on the object being read. If
+/// that has an element of its own, the member throws, unless the context lets it skip unknown elements or excuses
+/// missing ones. If it is a pseudo class, the member returns false and leaves it to the enclosing group to try
+/// something else. An optional member is satisfied in any case.
+///
+/// The constructors begin with the local name of the element, its namespace URI and the index of the property.
+
+namespace QvXmlLib9Data
+{
+
+/// A member of a sequence.
+class QVXMLLIB_API CElementInfoSeq : public CElementInfo
+{
+public:
+    CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex, ItemType eItemType,
+                    const wchar_t* lpctFormat, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                    const CPrimitiveRestrictions& restrictions);
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override;
+
+protected:
+    /// What a mandatory member under a pseudo parent does, where unknown elements are ignored, with one that is not its
+    /// own.
+    enum class PseudoMiss
+    {
+        GiveUp,
+        SkipUnknown
+    };
+
+    /// How the search for a mandatory member's element ended.
+    enum class Search
+    {
+        /// The cursor stands on it.
+        Found,
+        /// It is missing, and the context says that it may be.
+        Excused,
+        /// It is missing, and the enclosing group is to decide.
+        Missing
+    };
+
+    /// Finds the element of a mandatory member, skipping unknown ones where the context says so.
+    /// @throws CQvValidationException "Failed to find a required element [%s]" if there is none, the parent has an
+    ///         element of its own and the context does not excuse it.
+    Search FindMandatory(const CXmlSerializationContext& context, CXmlElement** ppCurrent, XmlElementType eParentType,
+                         PseudoMiss ePseudoMiss) const;
+
+    /// @throws CQvValidationException "Failed to find a required element [%s]" if the parent has an element of its own;
+    ///         a pseudo parent goes on without this member.
+    void Throw_IfMissingIsFatal(XmlElementType eParentType) const;
+
+    /// The same whatever the parent is.
+    [[noreturn]] void ThrowRequiredIsMissing() const;
+
+    /// Reads a child with an element of its own, stores it, and moves the cursor on.
+    void ReadThenStoreChild(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                            CXmlElement** ppCurrent, CXmlObjectBase* pChild);
+};
+
+/// A member of a sequence that is no collection. Nothing in the library derives from it.
+class QVXMLLIB_API CElementInfoSeqNonCol : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqNonCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A repeating member of a sequence. The collection reads and writes its own run of elements; the record checks the
+/// occurrence count, before writing and after reading.
+class QVXMLLIB_API CElementInfoSeqCol : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+protected:
+    /// Checks the occurrence count after reading.
+    /// @return whether it is valid; with a parent that has an element of its own, an invalid one throws.
+    static bool CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                           XmlElementType eParentType);
+};
+
+/// A mandatory element of a simple type.
+class QVXMLLIB_API CElementInfoSeqPrimMnd : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                           ItemType eItemType, const wchar_t* lpctFormat,
+                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                           const CPrimitiveRestrictions& restrictions);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+};
+
+/// An optional element of a simple type.
+class QVXMLLIB_API CElementInfoSeqPrimOpt : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                           ItemType eItemType, const wchar_t* lpctFormat,
+                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                           const CPrimitiveRestrictions& restrictions);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+};
+
+/// A mandatory element whose type is an enumeration. Under a pseudo parent it does not skip unknown elements, unlike
+/// CElementInfoSeqPrimMnd: that is meant.
+class QVXMLLIB_API CElementInfoSeqEnumMnd : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    PfnEnumToString m_pfnToString;
+    PfnEnumFromString m_pfnFromString;
+};
+
+/// An optional element whose type is an enumeration.
+class QVXMLLIB_API CElementInfoSeqEnumOpt : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    PfnEnumToString m_pfnToString;
+    PfnEnumFromString m_pfnFromString;
+};
+
+/// A mandatory child of a known class. The generated constructor makes the child, and reading fills it in place.
+class QVXMLLIB_API CElementInfoSeqClsMnd : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                          XmlElementType eElementType, PfnCreate pfnCreate, int nClassId, bool bContentRequired);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    bool PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                       CXmlElement** ppCurrent, XmlElementType eParentType);
+
+    XmlElementType m_eElementType;
+    [[maybe_unused]] PfnCreate m_pfnCreate;
+    [[maybe_unused]] int m_nClassId;
+    bool m_bContentRequired;
+};
+
+/// An optional child of a known class. It is read first and stored afterwards; a pseudo child that consumes nothing is
+/// not stored.
+class QVXMLLIB_API CElementInfoSeqClsOpt : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                          XmlElementType eElementType, PfnCreate pfnCreate, int nClassId);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+    PfnCreate m_pfnCreate;
+    int m_nClassId;
+};
+
+/// A mandatory child whose class follows from the element found. It always has an element of its own on reading, skips
+/// no unknown elements, and is not excused by IgnoreMissingMandatoryElements.
+class QVXMLLIB_API CElementInfoSeqAbsClsMnd : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                             XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+    PfnCreateFromElement m_pfnCreateFromElement;
+};
+
+/// An optional child whose class follows from the element found. An element for which no class fits stays unread.
+class QVXMLLIB_API CElementInfoSeqAbsClsOpt : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                             XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+    PfnCreateFromElement m_pfnCreateFromElement;
+};
+
+/// `xs:any` that occurs once. The generated constructor makes the CElement. The name "AnyElement" admits any local
+/// name; any other name admits that name alone.
+class QVXMLLIB_API CElementInfoSeqUntpdMnd : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    std::wstring m_strNamespaceRestriction;
+    std::wstring m_strTargetNamespace;
+};
+
+/// `xs:any` that occurs at most once.
+class QVXMLLIB_API CElementInfoSeqUntpdOpt : public CElementInfoSeq
+{
+public:
+    CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override;
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+
+private:
+    std::wstring m_strNamespaceRestriction;
+    std::wstring m_strTargetNamespace;
+};
+
+/// A repeating element of a simple type.
+class QVXMLLIB_API CElementInfoSeqPrimCol : public CElementInfoSeqCol
+{
+public:
+    CElementInfoSeqPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A repeating element whose type is an enumeration.
+class QVXMLLIB_API CElementInfoSeqEnumCol : public CElementInfoSeqCol
+{
+public:
+    CElementInfoSeqEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A repeating child of a known class.
+class QVXMLLIB_API CElementInfoSeqClsCol : public CElementInfoSeqCol
+{
+public:
+    CElementInfoSeqClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                          XmlElementType eElementType);
+
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+};
+
+/// A repeating child whose class follows from the element found.
+class QVXMLLIB_API CElementInfoSeqAbsClsCol : public CElementInfoSeqCol
+{
+public:
+    CElementInfoSeqAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                             XmlElementType eElementType);
+
+    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                   CXmlWriter* pWriter) const override;
+
+private:
+    XmlElementType m_eElementType;
+};
+
+/// `xs:any` that may repeat; its property is a CElementCol. With a name other than "AnyElement" it takes the run of
+/// elements that have that name and the namespace of the first.
+class QVXMLLIB_API CElementInfoSeqUntpdCol : public CElementInfoSeqCol
+{
+public:
+    CElementInfoSeqUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override;
+};
+
+} // namespace QvXmlLib9Data
