@@ -1,0 +1,271 @@
+#include "quiver/metadata/ElementInfoChoice.h"
+
+#include "quiver/collections/XmlCollection.h"
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/values/QvVariant.h"
+
+namespace QvXmlLib9Data
+{
+
+using QvXmlLib9::CQvException;
+
+CElementInfoChoice::CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoChoice::CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                       ItemType eItemType, const wchar_t* lpctFormat,
+                                       CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                       const CPrimitiveRestrictions& restrictions)
+    : CElementInfo(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+}
+
+bool CElementInfoChoice::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
+{
+    throw CQvException(L"Not implemented, should never be called");
+}
+
+CElementInfoChoiceCol::CElementInfoChoiceCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+bool CElementInfoChoiceCol::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                         CXmlWriter* pWriter) const
+{
+    return ElementToXmlCol(context, pObject, pWriter);
+}
+
+bool CElementInfoChoiceCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                           CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                           XmlElementType eParentType)
+{
+    QvVariant value;
+    CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
+    CXmlElement* const pNext = FromXml_Int(pCollection, pParent, *ppCurrent, context, false);
+    return AcceptRun(*pCollection, ppCurrent, pNext, context, eParentType);
+}
+
+bool CElementInfoChoiceCol::AcceptRun(const CXmlCollectionBase& collection, CXmlElement** ppCurrent, CXmlElement* pNext,
+                                      const CXmlSerializationContext& context, XmlElementType eParentType)
+{
+    if (pNext == *ppCurrent)
+        return false;
+    if (eParentType != ElementType_Element && !collection.IsValidCount(context))
+        return false;
+    *ppCurrent = pNext;
+    if (eParentType == ElementType_Element)
+        collection.ValidateCount(context);
+    return true;
+}
+
+CElementInfoChoicePrimOpt::CElementInfoChoicePrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                     int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
+                                                     CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                                     const CPrimitiveRestrictions& restrictions)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+}
+
+bool CElementInfoChoicePrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                             CXmlWriter* pWriter) const
+{
+    return ElementToXmlPrimOpt(context, pObject, pWriter);
+}
+
+bool CElementInfoChoicePrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                               CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    return TakePrim(context, pObject, ppCurrent);
+}
+
+CElementInfoChoiceEnumOpt::CElementInfoChoiceEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                     int nPropertyIndex, PfnEnumToString pfnToString,
+                                                     PfnEnumFromString pfnFromString)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+    , m_pfnToString(pfnToString)
+    , m_pfnFromString(pfnFromString)
+{
+}
+
+bool CElementInfoChoiceEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                             CXmlWriter* pWriter) const
+{
+    return ElementToXmlEnumOpt(context, pObject, pWriter, m_pfnToString);
+}
+
+bool CElementInfoChoiceEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                               CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    return TakeEnum(context, pObject, ppCurrent, m_pfnFromString);
+}
+
+CElementInfoChoiceClsOpt::CElementInfoChoiceClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                   int nPropertyIndex, XmlElementType eElementType, PfnCreate pfnCreate,
+                                                   int nClassId)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreate(pfnCreate)
+    , m_nClassId(nClassId)
+{
+}
+
+bool CElementInfoChoiceClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                            CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, true);
+}
+
+bool CElementInfoChoiceClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                              CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                              XmlElementType)
+{
+    const bool bPseudo = m_eElementType != ElementType_Element;
+    if (bPseudo ? *ppCurrent == nullptr : !IsThisElement(context, *ppCurrent))
+        return false;
+
+    // Stored before it is read, so that the object knows at once which alternative was taken.
+    const CSmartPtr<CXmlObjectBase> spChild = NewChild(m_pfnCreate, m_nClassId);
+    StoreChild(pObject, spChild);
+    if (!bPseudo)
+    {
+        ReadChild(spChild, *ppCurrent, context, true);
+        Consume(ppCurrent);
+        return true;
+    }
+    if (ReadPseudoChild(spChild, pParent, ppCurrent, context))
+        return true;
+    StoreChild(pObject, nullptr);
+    return false;
+}
+
+void CElementInfoChoiceClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoChoiceAbsClsOpt::CElementInfoChoiceAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                         int nPropertyIndex, XmlElementType eElementType,
+                                                         PfnCreateFromElement pfnCreateFromElement)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreateFromElement(pfnCreateFromElement)
+{
+}
+
+bool CElementInfoChoiceAbsClsOpt::ElementToXml(const CXmlSerializationContext& context,
+                                               const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoChoiceAbsClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                                 CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    if (!IsThisElement(context, *ppCurrent))
+        return false;
+    const CSmartPtr<CXmlObjectBase> spChild = m_pfnCreateFromElement(*ppCurrent);
+    StoreChild(pObject, spChild);
+    if (spChild == nullptr)
+        return false;
+    ReadChild(spChild, *ppCurrent, context, false);
+    Consume(ppCurrent);
+    return true;
+}
+
+void CElementInfoChoiceAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                            const CXmlGeneratedClass* pObject,
+                                                            CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoChoiceUntpdOpt::CElementInfoChoiceUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                       int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
+                                                       const wchar_t* lpctTargetNamespace)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+    , m_strNamespaceRestriction(lpctNamespaceRestriction)
+    , m_strTargetNamespace(lpctTargetNamespace)
+{
+}
+
+bool CElementInfoChoiceUntpdOpt::ElementToXml(const CXmlSerializationContext& context,
+                                              const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoChoiceUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                                CXmlElement* pParent, CXmlElement** ppCurrent,
+                                                const wchar_t* lpctParentNamespace, XmlElementType)
+{
+    if (*ppCurrent == nullptr)
+        return false;
+    if (TakeNewWildcard(context, pObject, pParent, ppCurrent, lpctParentNamespace, m_strNamespaceRestriction,
+                        m_strTargetNamespace))
+        return true;
+    StoreChild(pObject, nullptr);
+    return false;
+}
+
+CElementInfoChoicePrimCol::CElementInfoChoicePrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                     int nPropertyIndex)
+    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoChoiceEnumCol::CElementInfoChoiceEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                     int nPropertyIndex)
+    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoChoiceClsCol::CElementInfoChoiceClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                   int nPropertyIndex, XmlElementType eElementType)
+    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+{
+}
+
+void CElementInfoChoiceClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoChoiceAbsClsCol::CElementInfoChoiceAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                         int nPropertyIndex, XmlElementType eElementType)
+    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+{
+}
+
+void CElementInfoChoiceAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                            const CXmlGeneratedClass* pObject,
+                                                            CXmlWriter* pWriter) const
+{
+    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoChoiceUntpdCol::CElementInfoChoiceUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                       int nPropertyIndex)
+    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+bool CElementInfoChoiceUntpdCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                                CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                                XmlElementType eParentType)
+{
+    QvVariant value;
+    CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
+    CXmlElement* const pNext = ReadWildcardCol(pCollection, pParent, *ppCurrent, context);
+    return AcceptRun(*pCollection, ppCurrent, pNext, context, eParentType);
+}
+
+} // namespace QvXmlLib9Data

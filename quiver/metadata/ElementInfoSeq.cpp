@@ -1,0 +1,465 @@
+#include "quiver/metadata/ElementInfoSeq.h"
+
+#include "quiver/collections/XmlCollection.h"
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/values/QvVariant.h"
+
+namespace QvXmlLib9Data
+{
+
+using QvXmlLib9::CQvException;
+
+CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                 ItemType eItemType, const wchar_t* lpctFormat,
+                                 CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                 const CPrimitiveRestrictions& restrictions)
+    : CElementInfo(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+}
+
+bool CElementInfoSeq::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
+{
+    throw CQvException(L"Not implemented, should never be called");
+}
+
+CElementInfoSeq::Search CElementInfoSeq::FindMandatory(const CXmlSerializationContext& context, CXmlElement** ppCurrent,
+                                                       XmlElementType eParentType, PseudoMiss ePseudoMiss) const
+{
+    const bool bRealParent = eParentType == ElementType_Element;
+    const bool bMaySkip = context.GetIgnoreUnknownElements() && (bRealParent || ePseudoMiss == PseudoMiss::SkipUnknown);
+    while (!IsThisElement(context, *ppCurrent))
+    {
+        if (bRealParent && context.GetIgnoreMissingMandatoryElements())
+            return Search::Excused;
+        if (!bMaySkip || *ppCurrent == nullptr)
+        {
+            Throw_IfMissingIsFatal(eParentType);
+            return Search::Missing;
+        }
+        Consume(ppCurrent);
+    }
+    return Search::Found;
+}
+
+void CElementInfoSeq::Throw_IfMissingIsFatal(XmlElementType eParentType) const
+{
+    if (eParentType == ElementType_Element)
+        ThrowRequiredIsMissing();
+}
+
+void CElementInfoSeq::ThrowRequiredIsMissing() const
+{
+    ThrowMissing(L"Failed to find a required element [%s]", GetElementName());
+}
+
+void CElementInfoSeq::ReadThenStoreChild(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                         CXmlElement** ppCurrent, CXmlObjectBase* pChild)
+{
+    ReadChild(pChild, *ppCurrent, context, false);
+    StoreChild(pObject, pChild);
+    Consume(ppCurrent);
+}
+
+CElementInfoSeqNonCol::CElementInfoSeqNonCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoSeqCol::CElementInfoSeqCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+bool CElementInfoSeqCol::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                      CXmlWriter* pWriter) const
+{
+    return ElementToXmlCountedCol(context, pObject, pWriter);
+}
+
+bool CElementInfoSeqCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                        CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                        XmlElementType eParentType)
+{
+    QvVariant value;
+    CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
+    *ppCurrent = FromXml_Int(pCollection, pParent, *ppCurrent, context, false);
+    return CheckCount(*pCollection, context, eParentType);
+}
+
+bool CElementInfoSeqCol::CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                                    XmlElementType eParentType)
+{
+    if (eParentType != ElementType_Element)
+        return collection.IsValidCount(context);
+    collection.ValidateCount(context);
+    return true;
+}
+
+CElementInfoSeqPrimMnd::CElementInfoSeqPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
+                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                               const CPrimitiveRestrictions& restrictions)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+}
+
+bool CElementInfoSeqPrimMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                          CXmlWriter* pWriter) const
+{
+    return ElementToXmlPrim(context, pObject, pWriter);
+}
+
+bool CElementInfoSeqPrimMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                            CXmlElement*, CXmlElement** ppCurrent, const wchar_t*,
+                                            XmlElementType eParentType)
+{
+    const Search eSearch = FindMandatory(context, ppCurrent, eParentType, PseudoMiss::SkipUnknown);
+    if (eSearch != Search::Found)
+        return eSearch == Search::Excused;
+    StorePrim(pObject, ppCurrent);
+    return true;
+}
+
+CElementInfoSeqPrimOpt::CElementInfoSeqPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
+                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                               const CPrimitiveRestrictions& restrictions)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+}
+
+bool CElementInfoSeqPrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                          CXmlWriter* pWriter) const
+{
+    return ElementToXmlPrimOpt(context, pObject, pWriter);
+}
+
+bool CElementInfoSeqPrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                            CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    TakePrim(context, pObject, ppCurrent);
+    return true;
+}
+
+CElementInfoSeqEnumMnd::CElementInfoSeqEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex, PfnEnumToString pfnToString,
+                                               PfnEnumFromString pfnFromString)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_pfnToString(pfnToString)
+    , m_pfnFromString(pfnFromString)
+{
+}
+
+bool CElementInfoSeqEnumMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                          CXmlWriter* pWriter) const
+{
+    return ElementToXmlEnum(context, pObject, pWriter, m_pfnToString);
+}
+
+bool CElementInfoSeqEnumMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                            CXmlElement*, CXmlElement** ppCurrent, const wchar_t*,
+                                            XmlElementType eParentType)
+{
+    const Search eSearch = FindMandatory(context, ppCurrent, eParentType, PseudoMiss::GiveUp);
+    if (eSearch != Search::Found)
+        return eSearch == Search::Excused;
+    StoreEnum(pObject, ppCurrent, m_pfnFromString);
+    return true;
+}
+
+CElementInfoSeqEnumOpt::CElementInfoSeqEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex, PfnEnumToString pfnToString,
+                                               PfnEnumFromString pfnFromString)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_pfnToString(pfnToString)
+    , m_pfnFromString(pfnFromString)
+{
+}
+
+bool CElementInfoSeqEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                          CXmlWriter* pWriter) const
+{
+    return ElementToXmlEnumOpt(context, pObject, pWriter, m_pfnToString);
+}
+
+bool CElementInfoSeqEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                            CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    TakeEnum(context, pObject, ppCurrent, m_pfnFromString);
+    return true;
+}
+
+CElementInfoSeqClsMnd::CElementInfoSeqClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId,
+                                             bool bContentRequired)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreate(pfnCreate)
+    , m_nClassId(nClassId)
+    , m_bContentRequired(bContentRequired)
+{
+}
+
+bool CElementInfoSeqClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                         CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqClsMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                           CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                           XmlElementType eParentType)
+{
+    if (m_eElementType != ElementType_Element)
+        return PseudoFromXml(context, pObject, pParent, ppCurrent, eParentType);
+
+    const Search eSearch = FindMandatory(context, ppCurrent, eParentType, PseudoMiss::GiveUp);
+    if (eSearch != Search::Found)
+        return eSearch == Search::Excused;
+    QvVariant value;
+    ReadChild(ExistingChild(pObject, value), *ppCurrent, context, false);
+    Consume(ppCurrent);
+    return true;
+}
+
+bool CElementInfoSeqClsMnd::PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                          CXmlElement* pParent, CXmlElement** ppCurrent, XmlElementType eParentType)
+{
+    const bool bAtEnd = *ppCurrent == nullptr;
+    QvVariant value;
+    if (!(bAtEnd && m_bContentRequired) && ReadPseudoChild(ExistingChild(pObject, value), pParent, ppCurrent, context))
+        return true;
+    if (m_bContentRequired)
+    {
+        Throw_IfMissingIsFatal(eParentType);
+        return false;
+    }
+    // An element that the child left alone may be one that the walk skips; it asks again behind it then.
+    return bAtEnd || eParentType != ElementType_Element || !context.GetIgnoreUnknownElements();
+}
+
+void CElementInfoSeqClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqClsOpt::CElementInfoSeqClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreate(pfnCreate)
+    , m_nClassId(nClassId)
+{
+}
+
+bool CElementInfoSeqClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                         CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                           CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                           XmlElementType)
+{
+    TakeNewChild(context, pObject, pParent, ppCurrent, m_eElementType, m_pfnCreate, m_nClassId);
+    return true;
+}
+
+void CElementInfoSeqClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqAbsClsMnd::CElementInfoSeqAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                   int nPropertyIndex, XmlElementType eElementType,
+                                                   PfnCreateFromElement pfnCreateFromElement)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreateFromElement(pfnCreateFromElement)
+{
+}
+
+bool CElementInfoSeqAbsClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                            CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqAbsClsMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                              CXmlElement*, CXmlElement** ppCurrent, const wchar_t*,
+                                              XmlElementType eParentType)
+{
+    CSmartPtr<CXmlObjectBase> spChild;
+    if (IsThisElement(context, *ppCurrent))
+        spChild = m_pfnCreateFromElement(*ppCurrent);
+    if (spChild != nullptr)
+    {
+        ReadThenStoreChild(context, pObject, ppCurrent, spChild);
+        return true;
+    }
+    if (eParentType == ElementType_Element)
+        ThrowMissing(L"Failed to find a suitable substitution element for [%s]", GetElementName());
+    return false;
+}
+
+void CElementInfoSeqAbsClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqAbsClsOpt::CElementInfoSeqAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                   int nPropertyIndex, XmlElementType eElementType,
+                                                   PfnCreateFromElement pfnCreateFromElement)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+    , m_pfnCreateFromElement(pfnCreateFromElement)
+{
+}
+
+bool CElementInfoSeqAbsClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                            CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqAbsClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                              CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
+{
+    if (!IsThisElement(context, *ppCurrent))
+        return true;
+    const CSmartPtr<CXmlObjectBase> spChild = m_pfnCreateFromElement(*ppCurrent);
+    if (spChild != nullptr)
+        ReadThenStoreChild(context, pObject, ppCurrent, spChild);
+    return true;
+}
+
+void CElementInfoSeqAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqUntpdMnd::CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
+                                                 const wchar_t* lpctTargetNamespace)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_strNamespaceRestriction(lpctNamespaceRestriction)
+    , m_strTargetNamespace(lpctTargetNamespace)
+{
+}
+
+bool CElementInfoSeqUntpdMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                           CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqUntpdMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                             CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                             XmlElementType eParentType)
+{
+    // With nothing left this one fails under a pseudo parent too.
+    if (*ppCurrent == nullptr)
+        ThrowRequiredIsMissing();
+    QvVariant value;
+    CXmlElement* const pNext = ReadWildcard(ExistingChild(pObject, value), pParent, *ppCurrent, context);
+    if (pNext == *ppCurrent)
+    {
+        if (eParentType == ElementType_Element)
+            ThrowMissing(L"Failed to find the required element from namespace [%s]", GetElementNamespace());
+        return false;
+    }
+    *ppCurrent = pNext;
+    return true;
+}
+
+CElementInfoSeqUntpdOpt::CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
+                                                 const wchar_t* lpctTargetNamespace)
+    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
+    , m_strNamespaceRestriction(lpctNamespaceRestriction)
+    , m_strTargetNamespace(lpctTargetNamespace)
+{
+}
+
+bool CElementInfoSeqUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                           CXmlWriter* pWriter) const
+{
+    return ElementToXmlCls(context, pObject, pWriter, false);
+}
+
+bool CElementInfoSeqUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                             CXmlElement* pParent, CXmlElement** ppCurrent,
+                                             const wchar_t* lpctParentNamespace, XmlElementType)
+{
+    TakeNewWildcard(context, pObject, pParent, ppCurrent, lpctParentNamespace, m_strNamespaceRestriction,
+                    m_strTargetNamespace);
+    return true;
+}
+
+CElementInfoSeqPrimCol::CElementInfoSeqPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex)
+    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoSeqEnumCol::CElementInfoSeqEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                               int nPropertyIndex)
+    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+CElementInfoSeqClsCol::CElementInfoSeqClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                             XmlElementType eElementType)
+    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+{
+}
+
+void CElementInfoSeqClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqAbsClsCol::CElementInfoSeqAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                   int nPropertyIndex, XmlElementType eElementType)
+    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
+    , m_eElementType(eElementType)
+{
+}
+
+void CElementInfoSeqAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
+{
+    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
+}
+
+CElementInfoSeqUntpdCol::CElementInfoSeqUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
+                                                 int nPropertyIndex)
+    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
+{
+}
+
+bool CElementInfoSeqUntpdCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                             CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
+                                             XmlElementType eParentType)
+{
+    QvVariant value;
+    CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
+    *ppCurrent = ReadWildcardCol(pCollection, pParent, *ppCurrent, context);
+    return CheckCount(*pCollection, context, eParentType);
+}
+
+} // namespace QvXmlLib9Data
