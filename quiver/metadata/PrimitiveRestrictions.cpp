@@ -1,5 +1,8 @@
 #include "quiver/metadata/PrimitiveRestrictions.h"
 
+#include "quiver/foundation/Encoder.h"
+#include "quiver/metadata/RestrictionCheck.h"
+
 namespace QvXmlLib9
 {
 
@@ -11,14 +14,17 @@ std::wstring TextOrEmpty(const wchar_t* lpctText)
     return lpctText != nullptr ? std::wstring(lpctText) : std::wstring();
 }
 
+/// A text that is not well-formed ends ahead of the fault.
+std::string BytesOf(const std::wstring& strText)
+{
+    std::string strBytes;
+    AppendUtf8(strBytes, strText);
+    return strBytes;
+}
+
 } // namespace
 
-CPrimitiveRestrictions::CPrimitiveRestrictions()
-    : m_nMinLength(-1)
-    , m_nMaxLength(-1)
-    , m_nLength(-1)
-{
-}
+CPrimitiveRestrictions::CPrimitiveRestrictions() = default;
 
 CPrimitiveRestrictions::CPrimitiveRestrictions(const wchar_t* pattern, int minLength, int maxLength,
                                                const wchar_t* minInclusive, const wchar_t* maxInclusive,
@@ -31,13 +37,43 @@ CPrimitiveRestrictions::CPrimitiveRestrictions(const wchar_t* pattern, int minLe
     , m_strMinExclusive(TextOrEmpty(minExclusive))
     , m_strMaxExclusive(TextOrEmpty(maxExclusive))
     , m_nLength(length)
+    , m_bHasBounds(!m_strMinInclusive.empty() || !m_strMaxInclusive.empty() || !m_strMinExclusive.empty() ||
+                   !m_strMaxExclusive.empty())
+    , m_strPatternUtf8(BytesOf(m_strPattern))
 {
 }
 
-CPrimitiveRestrictions::CPrimitiveRestrictions(const CPrimitiveRestrictions& source) = default;
+CPrimitiveRestrictions::CPrimitiveRestrictions(const CPrimitiveRestrictions& source)
+{
+    *this = source;
+}
 
-CPrimitiveRestrictions& CPrimitiveRestrictions::operator=(const CPrimitiveRestrictions& source) = default;
+CPrimitiveRestrictions& CPrimitiveRestrictions::operator=(const CPrimitiveRestrictions& source)
+{
+    m_strPattern = source.m_strPattern;
+    m_nMinLength = source.m_nMinLength;
+    m_nMaxLength = source.m_nMaxLength;
+    m_strMinInclusive = source.m_strMinInclusive;
+    m_strMaxInclusive = source.m_strMaxInclusive;
+    m_strMinExclusive = source.m_strMinExclusive;
+    m_strMaxExclusive = source.m_strMaxExclusive;
+    m_nLength = source.m_nLength;
+    m_bHasBounds = source.m_bHasBounds;
+    m_strPatternUtf8 = source.m_strPatternUtf8;
+    delete m_pParsedBounds.exchange(nullptr, std::memory_order_relaxed);
+    return *this;
+}
 
-CPrimitiveRestrictions::~CPrimitiveRestrictions() = default;
+CPrimitiveRestrictions::~CPrimitiveRestrictions()
+{
+    delete m_pParsedBounds.load(std::memory_order_relaxed);
+}
+
+void CPrimitiveRestrictions::RememberParsedBounds(std::unique_ptr<const CParsedBounds> pBounds) const
+{
+    const CParsedBounds* pNone = nullptr;
+    if (m_pParsedBounds.compare_exchange_strong(pNone, pBounds.get(), std::memory_order_acq_rel))
+        static_cast<void>(pBounds.release());
+}
 
 } // namespace QvXmlLib9

@@ -2,10 +2,14 @@
 
 #include "quiver/foundation/Export.h"
 
+#include <atomic>
+#include <memory>
 #include <string>
 
 namespace QvXmlLib9
 {
+
+class CParsedBounds;
 
 /// The facets of a simple type (XML Schema Part 2, 4.3), as generated code spells them out:
 ///
@@ -43,15 +47,31 @@ public:
     const std::wstring& GetMaxExclusive() const { return m_strMaxExclusive; }
     int GetLength() const { return m_nLength; }
 
+    /// The pattern in UTF-8.
+    const std::string& GetPatternUtf8() const { return m_strPatternUtf8; }
+
+    /// Whether any of the four bounds is set.
+    bool HasBounds() const { return m_bHasBounds; }
+
+    /// The bounds in the form of some kind of value, if they have been remembered.
+    const CParsedBounds* GetParsedBounds() const { return m_pParsedBounds.load(std::memory_order_acquire); }
+
+    /// Keeps `pBounds`, unless bounds are remembered already. May be called by several threads at once.
+    void RememberParsedBounds(std::unique_ptr<const CParsedBounds> pBounds) const;
+
 private:
     std::wstring m_strPattern;
-    int m_nMinLength;
-    int m_nMaxLength;
+    int m_nMinLength = -1;
+    int m_nMaxLength = -1;
     std::wstring m_strMinInclusive;
     std::wstring m_strMaxInclusive;
     std::wstring m_strMinExclusive;
     std::wstring m_strMaxExclusive;
-    int m_nLength;
+    int m_nLength = -1;
+    bool m_bHasBounds = false;
+    std::string m_strPatternUtf8;
+    /// Set at most once while the facets stay as they are, so that checks need no lock.
+    mutable std::atomic<const CParsedBounds*> m_pParsedBounds{nullptr};
 };
 
 } // namespace QvXmlLib9

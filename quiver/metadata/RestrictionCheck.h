@@ -15,6 +15,28 @@
 namespace QvXmlLib9
 {
 
+/// The bounds of a CPrimitiveRestrictions as values of one kind.
+class CParsedBounds
+{
+public:
+    virtual ~CParsedBounds();
+    CParsedBounds(const CParsedBounds&) = delete;
+    CParsedBounds& operator=(const CParsedBounds&) = delete;
+
+    /// The kind that the bounds were read as.
+    ItemType GetItemType() const { return m_eItemType; }
+
+    /// The bound on decimal places when they were read: decimals and integers are rounded to it.
+    int GetMaxDecimalPlaces() const { return m_nMaxDecimalPlaces; }
+
+protected:
+    explicit CParsedBounds(ItemType eItemType);
+
+private:
+    const ItemType m_eItemType;
+    const int m_nMaxDecimalPlaces;
+};
+
 /// Checks a value of one kind:
 ///
 ///     CheckRestriction<ItemType_i4>(GetElementName().c_str(), lValue, m_restrictions);

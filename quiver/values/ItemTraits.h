@@ -2,8 +2,10 @@
 
 #include "quiver/values/Conversions.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/NumberText.h"
 #include "quiver/values/QvVariant.h"
 
+#include <cstdint>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -313,7 +315,24 @@ bool VisitItemType(ItemType eType, TVisitor&& visitor)
 template <ItemType eType>
 void AppendItemText(std::wstring& strOut, typename SItemTraits<eType>::Argument value, const wchar_t* format)
 {
-    strOut += SItemTraits<eType>::ToString(value, format);
+    if constexpr (eType == ItemType_string)
+        strOut += value;
+    else if constexpr (eType == ItemType_r4)
+        AppendR4(strOut, value, format);
+    else if constexpr (eType == ItemType_r8)
+        AppendR8(strOut, value, format);
+    else if constexpr (eType == ItemType_i2 || eType == ItemType_i8)
+        AppendInteger(strOut, value);
+    else if constexpr (eType == ItemType_ui1 || eType == ItemType_ui2 || eType == ItemType_ui8)
+        AppendUnsigned(strOut, value);
+    else if constexpr (eType == ItemType_i4)
+        AppendInteger(strOut, static_cast<std::int32_t>(value));
+    else if constexpr (eType == ItemType_ui4)
+        AppendUnsigned(strOut, static_cast<std::uint32_t>(value));
+    else if constexpr (eType == ItemType_boolean)
+        strOut += value ? L"true" : L"false";
+    else
+        strOut += SItemTraits<eType>::ToString(value, format);
 }
 
 } // namespace QvXmlLib9

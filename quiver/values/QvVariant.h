@@ -248,8 +248,22 @@ private:
         return static_cast<unsigned int>(m_type) < 32U && ((s_nObjectTypes >> m_type) & 1U) != 0;
     }
 
+    /// Whether an object is the one in m_storage, and not one from the heap.
+    bool IsInside(const void* pObject) const noexcept { return pObject == &m_storage; }
+
     void Release() noexcept;
     void Take(QvVariant& source) noexcept;
+
+    template <class T>
+    void Hold(ItemType eType, T* QvVariant::*pMember, T value);
+    template <class T>
+    void HoldCounted(ItemType eType, T* QvVariant::*pMember, T* pObject);
+    template <class T>
+    void HoldBits(ItemType eType, T QvVariant::*pMember, T value);
+    template <class T>
+    T Bits(ItemType eType, T QvVariant::*pMember) const;
+    template <class T>
+    const T& Object(ItemType eType, T* QvVariant::*pMember) const;
 
     UStorage m_storage;
 };
