@@ -283,6 +283,7 @@ private:
     friend class QvXmlLib9Data::CAttributeInfo;
     friend class QvXmlLib9Data::CElementInfo;
 
+    void WriteRoot(CXmlWriter& writer, const CXmlSerializationContext& context) const;
     void ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context);
 
     std::wstring m_strElementName;

@@ -1,14 +1,69 @@
 #include "quiver/core/XmlSerializationContext.h"
 
+#include "quiver/collections/Attribute.h"
 #include "quiver/foundation/Exceptions.h"
 
 namespace QvXmlLib9
 {
 
 CXmlSerializationContext::CXmlSerializationContext() = default;
-CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContext& source) = default;
-CXmlSerializationContext& CXmlSerializationContext::operator=(const CXmlSerializationContext& source) = default;
-CXmlSerializationContext::~CXmlSerializationContext() = default;
+
+CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContext& source)
+{
+    *this = source;
+}
+
+CXmlSerializationContext& CXmlSerializationContext::operator=(const CXmlSerializationContext& source)
+{
+    if (this == &source)
+        return *this;
+    m_strDefaultNamespaceURI = source.m_strDefaultNamespaceURI;
+    m_bWriteTypeAttribute = source.m_bWriteTypeAttribute;
+    m_namespaceAliases = source.m_namespaceAliases;
+    m_processingInstructions = source.m_processingInstructions;
+    m_strInLineSchema = source.m_strInLineSchema;
+    m_bIgnoreInvalidCollectionCounts = source.m_bIgnoreInvalidCollectionCounts;
+    m_bIgnoreMissingChoice = source.m_bIgnoreMissingChoice;
+    m_bIgnoreMissingMandatoryElements = source.m_bIgnoreMissingMandatoryElements;
+    m_bIgnoreUnknownElements = source.m_bIgnoreUnknownElements;
+    m_bIgnoreUnknownAttributes = source.m_bIgnoreUnknownAttributes;
+    m_bIgnoreNamespaces = source.m_bIgnoreNamespaces;
+    m_eSchemaType = source.m_eSchemaType;
+    m_bNoOptionalAttributeDefaultOutput = source.m_bNoOptionalAttributeDefaultOutput;
+    m_fiContext = source.m_fiContext;
+    m_bStripCDATA = source.m_bStripCDATA;
+    SetAdditionalRootAttributes(source.m_pAdditionalRootAttributes.load());
+    return *this;
+}
+
+CXmlSerializationContext::~CXmlSerializationContext()
+{
+    SetAdditionalRootAttributes(nullptr);
+}
+
+void CXmlSerializationContext::SetAdditionalRootAttributes(CAttributeCol* pAttributes)
+{
+    if (pAttributes != nullptr)
+        pAttributes->AddRef();
+    CAttributeCol* const pOld = m_pAdditionalRootAttributes.exchange(pAttributes);
+    if (pOld != nullptr)
+        pOld->Release();
+}
+
+CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const
+{
+    CAttributeCol* pAttributes = m_pAdditionalRootAttributes.load(std::memory_order_acquire);
+    if (pAttributes == nullptr)
+    {
+        CSmartPtr<CAttributeCol> spNew = new CAttributeCol(L"", L"##any", L"");
+        if (m_pAdditionalRootAttributes.compare_exchange_strong(pAttributes, spNew))
+        {
+            spNew->AddRef(); // the reference that the context holds
+            pAttributes = spNew;
+        }
+    }
+    return pAttributes;
+}
 
 namespace
 {

@@ -1,13 +1,19 @@
 #pragma once
 
 #include "quiver/core/XmlSerializationTypes.h"
+#include "quiver/document/NamespaceAliasMap.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
 #include "quiver/foundation/Export.h"
+#include "quiver/foundation/SmartPtr.h"
 
+#include <atomic>
 #include <string>
 #include <vector>
 
 namespace QvXmlLib9
 {
+
+class CAttributeCol;
 
 /// All options of one conversion: how tolerant reading is, what extras the document root gets on writing, and the Fast
 /// Infoset settings. Every entry point of CXmlObjectBase takes one by const reference and hands it down through the
@@ -84,14 +90,37 @@ public:
     std::wstring GetInLineSchema() const { return m_strInLineSchema; }
     void SetInLineSchema(const wchar_t* lpctSchema) { m_strInLineSchema = lpctSchema; }
 
+    /// Prefixes that the root declares, such as "xs" for "http://www.w3.org/2001/XMLSchema".
+    CNamespaceAliasMap& GetNamespaceAliases() { return m_namespaceAliases; }
+    const CNamespaceAliasMap& GetNamespaceAliases() const { return m_namespaceAliases; }
+
+    /// Attributes that every root written with this context gets beside its own. The collection comes into being at the
+    /// first call, which every writing of a root makes too; the caller fills it in place. Copies of the context share
+    /// it from then on. The call is safe while other threads use the context; changing the collection is not.
+    CSmartPtr<CAttributeCol> GetAdditionalRootAttributes() const;
+
+    /// Fast Infoset settings.
+    CFastInfosetContext& GetFIContext() { return m_fiContext; }
+    const CFastInfosetContext& GetFIContext() const { return m_fiContext; }
+
     /// Processing instructions written ahead of the root, delimiters included, such as
     /// `<?xml-stylesheet href="a.xsl"?>`.
     std::vector<std::wstring>& GetProcessingInstructions() { return m_processingInstructions; }
     const std::vector<std::wstring>& GetProcessingInstructions() const { return m_processingInstructions; }
 
 private:
+    friend class CXmlGeneratedClass;
+
+    /// The in-line schema without a copy.
+    const std::wstring& InLineSchema() const { return m_strInLineSchema; }
+
+    void SetAdditionalRootAttributes(CAttributeCol* pAttributes);
+
     std::wstring m_strDefaultNamespaceURI;
     bool m_bWriteTypeAttribute = true;
+    CNamespaceAliasMap m_namespaceAliases;
+    /// Holds one reference. Atomic, since a const operation that runs on any thread fills it.
+    mutable std::atomic<CAttributeCol*> m_pAdditionalRootAttributes{nullptr};
     std::vector<std::wstring> m_processingInstructions;
     std::wstring m_strInLineSchema;
     bool m_bIgnoreInvalidCollectionCounts = false;
@@ -102,6 +131,7 @@ private:
     bool m_bIgnoreNamespaces = false;
     SchemaType m_eSchemaType = SchemaType_Namespaced;
     bool m_bNoOptionalAttributeDefaultOutput = false;
+    CFastInfosetContext m_fiContext;
     bool m_bStripCDATA = true;
 };
 

@@ -1,0 +1,43 @@
+#include "quiver/core/ClassfactoryBase.h"
+
+#include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlElement.h"
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+const std::wstring& XsiType(CXmlElement* pElement)
+{
+    return pElement->GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance");
+}
+
+} // namespace
+
+CClassfactoryBase::~CClassfactoryBase() = default;
+
+std::wstring CClassfactoryBase::GetElementType(CXmlElement* pElement)
+{
+    const std::wstring& strType = XsiType(pElement);
+    const std::size_t nColon = strType.find(L':');
+    return nColon == std::wstring::npos ? strType : strType.substr(nColon + 1);
+}
+
+std::wstring CClassfactoryBase::GetElementTypeNamespaceUri(CXmlElement* pElement)
+{
+    const std::wstring& strType = XsiType(pElement);
+    const std::size_t nColon = strType.find(L':');
+    if (nColon != std::wstring::npos)
+    {
+        const std::wstring strUri =
+            pElement->GetDocument()->LookupNamespaceFromAlias(strType.substr(0, nColon).c_str());
+        if (!strUri.empty())
+            return strUri;
+    }
+    // An unprefixed name, or a prefix that nobody declared, belongs to the element's own namespace.
+    return pElement->GetNamespaceURI();
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,517 @@
+#include "quiver/core/XmlGeneratedClass.h"
+
+#include "quiver/collections/Attribute.h"
+#include "quiver/collections/XmlCollection.h"
+#include "quiver/document/XmlAttribute.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/foundation/StackGuard.h"
+#include "quiver/metadata/AttributeInfo.h"
+#include "quiver/metadata/ElementInfo.h"
+#include "quiver/metadata/ElementInfoAll.h"
+#include "quiver/metadata/ElementInfoChoice.h"
+#include "quiver/output/XmlWriter.h"
+#include "quiver/values/QvVariant.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <typeinfo>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+using namespace QvXmlLib9Data;
+
+CQVCriticalSection CXmlGeneratedClass::m_csInit;
+
+CXmlGeneratedClass::CXmlGeneratedClass()
+    : CInstanceMonitor(L"CXmlGeneratedClass") // never used: the most derived class gives its name
+{
+}
+
+CXmlGeneratedClass::CXmlGeneratedClass(const CXmlGeneratedClass& source) = default;
+CXmlGeneratedClass& CXmlGeneratedClass::operator=(const CXmlGeneratedClass& source) = default;
+CXmlGeneratedClass::~CXmlGeneratedClass() = default;
+
+// --- Writing -------------------------------------------------------------------------------------
+
+void CXmlGeneratedClass::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                                   const CXmlSerializationContext& context, bool bOptionalChoice) const
+{
+    try
+    {
+        Throw_IfStackIsLow();
+        const CParentElementInfo& info = *GetClassInfo();
+        const bool bHasElement = info.GetElementType() == ElementType_Element;
+        if (bHasElement)
+        {
+            if (bIsRoot)
+                WriteRootPreamble(pWriter, context);
+            pWriter->StartElement(ElementName(), lpctNamespaceUri);
+            if (bIsRoot)
+            {
+                const CSmartPtr<CAttributeCol> spAttributes = context.GetAdditionalRootAttributes();
+                CXmlObjectBase::ToXml_Int(spAttributes, pWriter, false, lpctNamespaceUri, context, bOptionalChoice);
+            }
+            AttributesToXml_Int(pWriter, context);
+            if (bIsRoot && !context.InLineSchema().empty())
+                pWriter->WriteInlineSchema(context.InLineSchema());
+        }
+
+        // A nil element has attributes and nothing else, whatever its properties hold.
+        const INillable* const pNillable = FindNillable();
+        if (pNillable != nullptr && pNillable->IsNil())
+            pWriter->WriteXsiNil();
+        else
+            WriteContent(pWriter, context, info, bOptionalChoice);
+
+        if (bHasElement)
+            pWriter->EndElement();
+    }
+    catch (const CQvException& ex)
+    {
+        throw CQvValidationException(FormatString(L"Failed to convert the element [%s] to XML", ElementName().c_str()),
+                                     ex);
+    }
+}
+
+void CXmlGeneratedClass::WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
+{
+    for (const std::wstring& strInstruction : context.GetProcessingInstructions())
+        pWriter->WriteProcessingInstruction(strInstruction);
+
+    const CNamespaceAliasMap& aliases = context.GetNamespaceAliases();
+    for (int n = 0; n < aliases.GetNamespaceCount(); ++n)
+    {
+        const std::wstring strNamespace = aliases.GetNamespaceAt(n);
+        pWriter->AddNamespaceMapping(aliases.GetAliasFromNamespace(strNamespace.c_str()), strNamespace);
+    }
+
+    const std::wstring strDefaultNamespace = context.GetDefaultNamespaceURI();
+    if (!strDefaultNamespace.empty())
+        pWriter->SetDefaultNamespace(strDefaultNamespace);
+}
+
+void CXmlGeneratedClass::WriteContent(CXmlWriter* pWriter, const CXmlSerializationContext& context,
+                                      const CParentElementInfo& info, bool bOptionalChoice) const
+{
+    CElementInfo** const ppElements = GetClassElementInfo();
+    switch (static_cast<int>(info.GetElementGroupType()))
+    {
+    case GroupType_Sequence:
+        ProcessElementSeqToXml(context, ppElements, pWriter);
+        break;
+    case GroupType_Choice:
+        ProcessElementChoiceToXml(context, ppElements, pWriter, bOptionalChoice);
+        break;
+    case GroupType_All:
+        ProcessElementAllToXml(context, ppElements, pWriter);
+        break;
+    default:
+        throw CQvException(L"Unknown XML Group Type");
+    }
+
+    if (info.GetElementTextPropertyIndex() != -1)
+    {
+        QvVariant value;
+        ReadProperty(info.GetElementTextPropertyIndex(), value);
+        pWriter->WriteText(value.GetString(), value.GetTypeAsEnum());
+    }
+}
+
+void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
+{
+    try
+    {
+        const CParentElementInfo& info = *GetClassInfo();
+        // In a class with base classes the record's name is that of the type, so a name that differs means that the
+        // object stands under an element that does not tell its type.
+        if (context.GetWriteTypeAttribute() && info.GetHasBaseClasses() && ElementName() != info.GetElementName())
+            pWriter->WriteXsiType(info.GetElementNamespace(), info.GetElementName(), ItemType_string);
+        ProcessAttributesToXml(context, GetClassElementInfo(), GetClassAttributeInfo(), pWriter);
+    }
+    catch (const CQvException& ex)
+    {
+        throw CQvException(L"Failed to convert attributes to XML", ex);
+    }
+}
+
+void CXmlGeneratedClass::ProcessAttributesToXml(const CXmlSerializationContext& context, CElementInfo** ppElements,
+                                                CAttributeInfo** ppAttributes, CXmlWriter* pWriter) const
+{
+    for (; *ppAttributes != nullptr; ++ppAttributes)
+        (*ppAttributes)->AttributeToXml(context, this, pWriter);
+    for (; *ppElements != nullptr; ++ppElements)
+        (*ppElements)->PseudoChildAttributeToXml(context, this, pWriter);
+}
+
+void CXmlGeneratedClass::ProcessElementSeqToXml(const CXmlSerializationContext& context, CElementInfo** ppElements,
+                                                CXmlWriter* pWriter) const
+{
+    for (; *ppElements != nullptr; ++ppElements)
+        (*ppElements)->ElementToXml(context, this, pWriter);
+}
+
+// An all group is written in the order of the schema, whatever order it was read in.
+void CXmlGeneratedClass::ProcessElementAllToXml(const CXmlSerializationContext& context, CElementInfo** ppElements,
+                                                CXmlWriter* pWriter) const
+{
+    ProcessElementSeqToXml(context, ppElements, pWriter);
+}
+
+void CXmlGeneratedClass::ProcessElementChoiceToXml(const CXmlSerializationContext& context, CElementInfo** ppElements,
+                                                   CXmlWriter* pWriter, bool bOptionalChoice) const
+{
+    for (; *ppElements != nullptr; ++ppElements)
+    {
+        if ((*ppElements)->ElementToXml(context, this, pWriter))
+            return;
+    }
+    if (!DoesElementContainOptionalElements() && !bOptionalChoice && !context.GetIgnoreMissingChoice())
+        throw CQvValidationException(
+            L"This element is a choice, and as such must have at one (and only one) valid item, "
+            L"currently there are none set");
+}
+
+namespace
+{
+
+template <class... TInfo>
+bool IsAnyOf(const CElementInfo* pInfo)
+{
+    return ((dynamic_cast<const TInfo*>(pInfo) != nullptr) || ...);
+}
+
+} // namespace
+
+bool CXmlGeneratedClass::DoesElementContainOptionalElements() const
+{
+    for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr; ++ppElements)
+    {
+        const CElementInfo* const pInfo = *ppElements;
+        if (IsAnyOf<CElementInfoChoicePrimOpt, CElementInfoChoiceClsOpt, CElementInfoChoiceAbsClsOpt,
+                    CElementInfoChoiceEnumOpt, CElementInfoChoiceUntpdOpt>(pInfo))
+            return true;
+        if (IsAnyOf<CElementInfoChoicePrimCol, CElementInfoChoiceClsCol, CElementInfoChoiceAbsClsCol,
+                    CElementInfoChoiceEnumCol, CElementInfoChoiceUntpdCol>(pInfo))
+        {
+            QvVariant value;
+            ReadProperty(pInfo->GetPropertyIndex(), value);
+            if (value.GetXmlCollection()->GetMinOccurs() == 0)
+                return true;
+        }
+    }
+    return false;
+}
+
+// --- Reading -------------------------------------------------------------------------------------
+
+CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                             const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    try
+    {
+        Throw_IfStackIsLow();
+        return ReadContent(pElement, pFirstChild, context, bOptionalChoice);
+    }
+    catch (const CQvException& ex)
+    {
+        throw CQvValidationException(
+            FormatString(L"Failed to process the element [%s]", pElement->GetLocalName().c_str()), ex);
+    }
+}
+
+CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                             const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    Init();
+    const CParentElementInfo& info = *GetClassInfo();
+    const XmlElementType eElementType = info.GetElementType();
+    // The name found in the document is taken on, so that a substitution element keeps its own. Whether it is the right
+    // one was the question of the record that led here; for the root nobody asks.
+    if (eElementType == ElementType_Element && ElementName() != pElement->GetLocalName())
+        SetElementName(pElement->GetLocalName().c_str());
+
+    ProcessAttributesFromXml(context, pElement, info.GetFromXmlFailIfAttributeUnknown());
+    CXmlElement* pCurrent = pFirstChild;
+    const INillable* const pNillable = FindNillable();
+    if (pNillable != nullptr && pNillable->IsNil())
+        return pCurrent;
+
+    switch (static_cast<int>(info.GetElementGroupType()))
+    {
+    case GroupType_Sequence:
+        pCurrent = ProcessElementSeqFromXml(context, pElement, pCurrent, eElementType);
+        break;
+    case GroupType_Choice:
+        pCurrent = ProcessElementChoiceFromXml(context, pElement, pCurrent, eElementType, bOptionalChoice);
+        break;
+    case GroupType_All:
+        pCurrent = ProcessElementAllFromXml(context, pElement, pCurrent, eElementType);
+        break;
+    default:
+        throw CQvException(L"Unknow Group Type");
+    }
+
+    if (info.GetElementTextPropertyIndex() != -1)
+    {
+        QvVariant value;
+        value.SetString(pElement->GetText());
+        AccessProperty(info.GetElementTextPropertyIndex(), false, value);
+    }
+    return pCurrent;
+}
+
+namespace
+{
+
+/// One flag for each record of a class, on the stack unless the class has very many.
+class CFoundFlags
+{
+public:
+    explicit CFoundFlags(std::size_t nCount)
+    {
+        if (nCount > m_few.size())
+            m_many.resize(nCount);
+        m_pFlags = m_many.empty() ? m_few.data() : m_many.data();
+    }
+    CFoundFlags(const CFoundFlags&) = delete;
+    CFoundFlags& operator=(const CFoundFlags&) = delete;
+
+    char& operator[](std::size_t n) { return m_pFlags[n]; }
+
+private:
+    std::array<char, 64> m_few{};
+    std::vector<char> m_many;
+    char* m_pFlags;
+};
+
+template <class TInfo>
+std::size_t CountRecords(TInfo** ppInfos)
+{
+    std::size_t nCount = 0;
+    while (ppInfos[nCount] != nullptr)
+        ++nCount;
+    return nCount;
+}
+
+/// Compares with a word of lower-case ASCII letters, without regard to case.
+bool EqualsWord(std::wstring_view text, std::wstring_view word)
+{
+    if (text.size() != word.size())
+        return false;
+    for (std::size_t n = 0; n < text.size(); ++n)
+    {
+        const wchar_t c = text[n] >= L'A' && text[n] <= L'Z' ? static_cast<wchar_t>(text[n] - L'A' + L'a') : text[n];
+        if (c != word[n])
+            return false;
+    }
+    return true;
+}
+
+[[noreturn]] void ThrowUnexpectedAttribute(const CXmlAttribute& attribute)
+{
+    throw CQvValidationException(FormatString(L"Unexpected Attribute [%s] found.", attribute.GetLocalName().c_str()));
+}
+
+/// Only these two words count; "1" and "0", which the type boolean has too, are refused.
+bool ReadNil(const CXmlAttribute& attribute)
+{
+    if (EqualsWord(attribute.GetValue(), L"true"))
+        return true;
+    if (EqualsWord(attribute.GetValue(), L"false"))
+        return false;
+    throw CQvValidationException(
+        FormatString(L"Unexpected Value for Attribute [%s] found.", attribute.GetLocalName().c_str()));
+}
+
+[[noreturn]] void ThrowUnexpectedElement(const CXmlElement& parent, const CXmlElement& current)
+{
+    throw CQvValidationException(FormatString(
+        L"Failed read all the elements held within the element [%s]. The unexpected element [%s] remains un "
+        L"processed",
+        parent.GetLocalName().c_str(), current.GetLocalName().c_str()));
+}
+
+/// In an element of its own a class must have consumed every child by now.
+void Throw_IfChildrenAreLeft(const CXmlSerializationContext& context, const CXmlElement* pParent,
+                             const CXmlElement* pCurrent, XmlElementType eElementType)
+{
+    if (eElementType == ElementType_Element && pCurrent != nullptr && !context.GetIgnoreUnknownElements())
+        ThrowUnexpectedElement(*pParent, *pCurrent);
+}
+
+} // namespace
+
+void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext& context, CXmlElement* pElement,
+                                                  bool bFailIfAttributeUnknown)
+{
+    CAttributeInfo** const ppInfos = GetClassAttributeInfo();
+    const std::size_t nInfos = CountRecords(ppInfos);
+    CFoundFlags found(nInfos);
+    for (CXmlAttribute* const pAttribute : pElement->GetAttributes())
+    {
+        if (pAttribute->IsNamespaceAttribute())
+            continue;
+        if (pAttribute->IsNilAttribute())
+        {
+            const INillable* const pNillable = FindNillable();
+            if (pNillable == nullptr)
+                ThrowUnexpectedAttribute(*pAttribute);
+            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute));
+            continue;
+        }
+        std::size_t nTaker = 0;
+        while (nTaker < nInfos && !ppInfos[nTaker]->AttributeFromXml(context, this, pAttribute))
+            ++nTaker;
+        if (nTaker < nInfos)
+            found[nTaker] = true;
+        else if (bFailIfAttributeUnknown && !context.GetIgnoreUnknownAttributes())
+            ThrowUnexpectedAttribute(*pAttribute);
+    }
+    for (std::size_t n = 0; n < nInfos; ++n)
+        ppInfos[n]->Validate(context, found[n] != 0);
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,
+                                                          CXmlElement* pCurrent, XmlElementType eElementType)
+{
+    CXmlElement* const pSaved = pCurrent;
+    const std::wstring strNamespace = GetNamespace();
+    for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr; ++ppElements)
+    {
+        while (!(*ppElements)->ElementFromXml(context, this, pParent, &pCurrent, strNamespace.c_str(), eElementType))
+        {
+            // The unmoved cursor tells the caller of a nested group that the group is not there.
+            if (!context.GetIgnoreUnknownElements() || pCurrent == nullptr)
+                return pSaved;
+            pCurrent = pCurrent->GetNextSiblingElement();
+        }
+    }
+    Throw_IfChildrenAreLeft(context, pParent, pCurrent, eElementType);
+    return pCurrent;
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CXmlSerializationContext& context,
+                                                             CXmlElement* pParent, CXmlElement* pCurrent,
+                                                             XmlElementType eElementType, bool bOptionalChoice)
+{
+    CXmlElement* const pSaved = pCurrent;
+    const std::wstring strNamespace = GetNamespace();
+    const bool bScan = context.GetIgnoreUnknownElements() && eElementType == ElementType_Element;
+    bool bFound = false;
+    do
+    {
+        for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr && !bFound; ++ppElements)
+            bFound =
+                (*ppElements)->ElementFromXml(context, this, pParent, &pCurrent, strNamespace.c_str(), eElementType);
+        if (bScan && !bFound && pCurrent != nullptr)
+            pCurrent = pCurrent->GetNextSiblingElement();
+    } while (bScan && !bFound && pCurrent != nullptr);
+
+    if (!bFound && !bOptionalChoice)
+    {
+        if (eElementType == ElementType_Pseudo && context.GetIgnoreUnknownElements())
+            pCurrent = pSaved;
+        if (eElementType == ElementType_Element && !DoesElementContainOptionalElements() &&
+            !context.GetIgnoreMissingChoice())
+            throw CQvValidationException(FormatString(
+                L"No child elements within the element [%s] were populated. The element represents a choice, so "
+                L"one and only one element should be populated. The element contained no sutable child elements",
+                pParent->GetLocalName().c_str()));
+    }
+    Throw_IfChildrenAreLeft(context, pParent, pCurrent, eElementType);
+    return pCurrent;
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,
+                                                          CXmlElement* pCurrent, XmlElementType eElementType)
+{
+    CXmlElement* const pSaved = pCurrent;
+    const std::wstring strNamespace = GetNamespace();
+    CElementInfo** const ppElements = GetClassElementInfo();
+    const std::size_t nElements = CountRecords(ppElements);
+    CFoundFlags found(nElements);
+
+    // Each pass offers the cursor to every member that is still missing, until a whole pass has left it where it was.
+    const CXmlElement* pLast = nullptr;
+    while (pCurrent != nullptr && pCurrent != pLast)
+    {
+        pLast = pCurrent;
+        for (std::size_t n = 0; n < nElements; ++n)
+        {
+            if (!found[n])
+                found[n] = ppElements[n]->ElementFromXml(context, this, pParent, &pCurrent, strNamespace.c_str(),
+                                                         eElementType);
+        }
+    }
+
+    for (std::size_t n = 0; n < nElements; ++n)
+    {
+        if (!ppElements[n]->Validate(context, this, found[n] != 0, eElementType == ElementType_Element))
+            return pSaved;
+    }
+    Throw_IfChildrenAreLeft(context, pParent, pCurrent, eElementType);
+    return pCurrent;
+}
+
+// --- Services for generated code -----------------------------------------------------------------
+
+bool CXmlGeneratedClass::IsElementInList(const CXmlSerializationContext& context, CXmlElement* pElement) const
+{
+    for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr; ++ppElements)
+    {
+        if ((*ppElements)->IsThisElement(context, pElement))
+            return true;
+    }
+    return false;
+}
+
+const INillable* CXmlGeneratedClass::FindNillable() const
+{
+    return dynamic_cast<const INillable*>(this);
+}
+
+int CXmlGeneratedClass::GetClassElementInfoCount() const
+{
+    return static_cast<int>(CountRecords(GetClassElementInfo()));
+}
+
+void CXmlGeneratedClass::ReadProperty(int nPropertyIndex, QvVariant& value) const
+{
+    // With bRead true the generated code only reads, which its signature cannot say.
+    const_cast<CXmlGeneratedClass*>(this)->AccessProperty(nPropertyIndex, true, value);
+}
+
+namespace
+{
+
+template <class TInfo>
+void DeleteTable(TInfo**& ppInfos)
+{
+    if (ppInfos == nullptr)
+        return;
+    for (TInfo** ppInfo = ppInfos; *ppInfo != nullptr; ++ppInfo)
+    {
+        delete *ppInfo;
+        *ppInfo = nullptr;
+    }
+    delete[] ppInfos;
+    ppInfos = nullptr;
+}
+
+} // namespace
+
+void CXmlGeneratedClass::CleanMetaData(CParentElementInfo*& pInfo, CElementInfo**& ppElements,
+                                       CAttributeInfo**& ppAttributes)
+{
+    delete pInfo;
+    pInfo = nullptr;
+    DeleteTable(ppElements);
+    DeleteTable(ppAttributes);
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,477 @@
+#include "quiver/core/XmlObjectBase.h"
+
+#include "quiver/collections/Element.h"
+#include "quiver/collections/XmlCollection.h"
+#include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/BinaryData.h"
+#include "quiver/foundation/BinaryStream.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/foundation/QvZip.h"
+#include "quiver/foundation/platform/Platform.h"
+#include "quiver/output/TextStream.h"
+#include "quiver/output/XmlTextWriter.h"
+
+#include <string_view>
+
+namespace QvXmlLib9
+{
+
+// --- Generator version ---------------------------------------------------------------------------
+
+namespace
+{
+
+constexpr int s_nLibraryMajor = 9;
+constexpr int s_nLibraryMinor = 0;
+
+// Set while the process starts, before objects are used on several threads.
+int s_nGeneratorMajor = 0;
+int s_nGeneratorMinor = 0;
+[[maybe_unused]] bool s_bAsyncToXmlFile = false;
+
+// Objects may be made on any thread from the start, so the one that comes first is found out atomically.
+std::atomic<bool> s_bFirstObjectMade{false};
+
+bool IsGeneratorVersionRight()
+{
+    return s_nGeneratorMajor == s_nLibraryMajor && s_nGeneratorMinor == s_nLibraryMinor;
+}
+
+std::wstring FormatVersions(const wchar_t* lpctFormat)
+{
+    return FormatString(lpctFormat, s_nLibraryMajor, s_nLibraryMinor, s_nGeneratorMajor, s_nGeneratorMinor);
+}
+
+void ShowVersionMismatch()
+{
+    Platform::ShowErrorBox(FormatVersions(L"Please ensure your generated code is the same version as this library "
+                                          L"(Quiver Runtime: v%d.%d, Generator: v%d.%d).")
+                               .c_str(),
+                           L"Version Mismatch Error");
+}
+
+void ReportVersionOfFirstObject()
+{
+    // The plain load keeps the cache line shared between the threads that make objects.
+    if (s_bFirstObjectMade.load(std::memory_order_relaxed) || s_bFirstObjectMade.exchange(true))
+        return;
+    if (!IsGeneratorVersionRight())
+        ShowVersionMismatch();
+}
+
+void Throw_IfVersionDiffers()
+{
+    if (IsGeneratorVersionRight())
+        return;
+    ShowVersionMismatch();
+    throw CQvException(FormatVersions(L"Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)."));
+}
+
+} // namespace
+
+void Register(int nMajor, int nMinor)
+{
+    s_nGeneratorMajor = nMajor;
+    s_nGeneratorMinor = nMinor;
+}
+
+void AsyncToXmlFile(bool bAsync)
+{
+    s_bAsyncToXmlFile = bAsync;
+}
+
+// --- Construction and reference count ------------------------------------------------------------
+
+CXmlObjectBase::CXmlObjectBase()
+    : CInstanceMonitor(L"CXmlObjectBase") // never used: the class is abstract, the most derived class gives its name
+{
+    ReportVersionOfFirstObject();
+}
+
+CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& source)
+    : CInstanceMonitor(source)
+    , IEventSink(source)
+    , m_strElementName(source.m_strElementName)
+    , m_lRefCount(source.m_lRefCount.load())
+{
+}
+
+CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& source)
+{
+    m_strElementName = source.m_strElementName;
+    m_lRefCount = source.m_lRefCount.load();
+    return *this;
+}
+
+CXmlObjectBase::~CXmlObjectBase() = default;
+
+void CXmlObjectBase::OnEvent(CXmlObjectBase*, IEventSink::MsgType, void*)
+{
+}
+
+void CXmlObjectBase::AttributesToXml_Int(CXmlWriter*, const CXmlSerializationContext&) const
+{
+}
+
+const CXmlObjectBase* CXmlObjectBase::GetBase() const
+{
+    // GetBase only hands the object out, so asking a const object changes nothing.
+    return const_cast<CXmlObjectBase*>(this)->GetBase();
+}
+
+long CXmlObjectBase::AddRef()
+{
+    return m_lRefCount.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+long CXmlObjectBase::Release()
+{
+    const std::int32_t lRefCount = m_lRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (lRefCount == 0)
+        delete this;
+    return lRefCount;
+}
+
+void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* pObj, CXmlWriter* pWriter, bool bIsRoot,
+                               const wchar_t* lpctNamespaceUri, const CXmlSerializationContext& context,
+                               bool bOptionalChoice)
+{
+    pObj->ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
+}
+
+void CXmlObjectBase::AttributesToXml_Int(const CXmlObjectBase* pObj, CXmlWriter* pWriter,
+                                         const CXmlSerializationContext& context)
+{
+    pObj->AttributesToXml_Int(pWriter, context);
+}
+
+CXmlElement* CXmlObjectBase::FromXml_Int(CXmlObjectBase* pObj, CXmlElement* pElement, CXmlElement* pFirstChild,
+                                         const CXmlSerializationContext& context)
+{
+    return pObj->FromXml_Int(pElement, pFirstChild, context, false);
+}
+
+void CXmlObjectBase::SetElementName(CXmlObjectBase* pObj, const wchar_t* lpctName)
+{
+    pObj->SetElementName(lpctName);
+}
+
+void CXmlObjectBase::Throw_IfPropertyIsNull(CXmlObjectBase* pValue, const wchar_t* lpctPropertyName)
+{
+    if (pValue == nullptr)
+        throw CQvInvalidParamException(
+            FormatString(L"The Property [%s] is mandatory, it may node be NULL", lpctPropertyName));
+}
+
+void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* pValue, const wchar_t* lpctElementName)
+{
+    if (pValue == nullptr)
+        return;
+    const std::wstring& strName = pValue->GetBase()->m_strElementName;
+    if (strName != lpctElementName)
+        throw CQvInvalidParamException(FormatString(
+            L"This property requrires an element with the name %s the element being set has the element name %s",
+            lpctElementName, strName.c_str()));
+}
+
+bool CXmlObjectBase::IsNamespaceValid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                                      const wchar_t* lpctTargetNamespace) const
+{
+    const std::wstring_view ns = lpctNamespace;
+    const std::wstring_view list = lpctAllowedList;
+    const std::size_t nBlank = list.find(L' ');
+    const std::wstring_view token = list.substr(0, nBlank);
+    const bool bOther = ns == list || ns.empty();
+
+    bool bValid = bOther;
+    if (token == L"##any")
+        bValid = true;
+    else if (token == L"##other")
+        bValid = ns != lpctTargetNamespace;
+    else if (token == L"##local")
+        bValid = ns.empty();
+    else if (token == L"##targetNamespace")
+        bValid = ns == lpctTargetNamespace;
+
+    // What follows the first token is never looked at: it counts as one token without a text.
+    return bValid || (nBlank != std::wstring_view::npos && bOther);
+}
+
+void CXmlObjectBase::TestNamespace(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                                   const wchar_t* lpctTargetNamespace) const
+{
+    if (!IsNamespaceValid(lpctNamespace, lpctAllowedList, lpctTargetNamespace))
+        throw CQvInvalidNamespaceException(FormatString(
+            L"Invalid namespace [%s]. The namespace must be one of [%s] where the target namespace is [%s]",
+            lpctNamespace, lpctAllowedList, lpctTargetNamespace));
+}
+
+bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* pElement,
+                                          const wchar_t* lpctName, const wchar_t* lpctNamespace) const
+{
+    if (pElement->GetLocalName() != lpctName)
+        return false;
+    // Ignoring namespaces covers documents of schemas without them.
+    return context.GetIgnoreNamespaces() || pElement->GetNamespaceURI() == lpctNamespace;
+}
+
+// --- Writing -------------------------------------------------------------------------------------
+
+namespace
+{
+
+/// The XML text writer over a stream, opened and set up as every text conversion does it.
+class CTextOutput
+{
+public:
+    CTextOutput(CTextStream& stream, bool bIncludeDocHeader, bool bFormat, EOLType eEOLType)
+        : m_writer(&stream)
+    {
+        m_writer.Open();
+        m_writer.SetFormatted(bFormat);
+        m_writer.SetEOLType(eEOLType);
+        if (bIncludeDocHeader)
+            m_writer.WriteXmlDeclaration();
+    }
+
+    CXmlTextWriter& Writer() { return m_writer; }
+
+private:
+    CXmlTextWriter m_writer;
+};
+
+void Throw_IfZLib(CompressionType eCompression)
+{
+    if (eCompression == Compression_ZLib)
+        throw CQvException(L"ZLIB Compression only available for To Stream methods.");
+}
+
+} // namespace
+
+void CXmlObjectBase::WriteRoot(CXmlWriter& writer, const CXmlSerializationContext& context) const
+{
+    const std::wstring strNamespace = GetTargetNamespace();
+    ToXml_Int(&writer, true, strNamespace.c_str(), context, false);
+}
+
+std::wstring CXmlObjectBase::ToXml(bool bIncludeDocHeader, bool bFormat, EOLType eEOLType,
+                                   const CXmlSerializationContext& context) const
+{
+    Throw_IfVersionDiffers();
+    CTextStream stream;
+    CTextOutput output(stream, bIncludeDocHeader, bFormat, eEOLType);
+    WriteRoot(output.Writer(), context);
+    output.Writer().Close();
+    return std::wstring(stream.GetText());
+}
+
+CBinaryData CXmlObjectBase::ToXmlStream(bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding, EOLType eEOLType,
+                                        const CXmlSerializationContext& context, CompressionType eCompression) const
+{
+    Throw_IfVersionDiffers();
+    CTextStream stream(eEncoding);
+    CTextOutput output(stream, bIncludeDocHeader, bFormat, eEOLType);
+    WriteRoot(output.Writer(), context);
+    output.Writer().Close();
+    CBinaryData data = stream.GetBinaryData();
+    if (eCompression != Compression_None)
+        CQvZip::Compress(data, eCompression);
+    return data;
+}
+
+void CXmlObjectBase::ToXmlFile(const wchar_t* lpctFileName, bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding,
+                               EOLType eEOLType, const CXmlSerializationContext& context,
+                               CompressionType eCompression) const
+{
+    Throw_IfZLib(eCompression);
+    CFileBinaryStream file(
+        lpctFileName, eEncoding,
+        CXmlObjectBase::ToXmlStream(bIncludeDocHeader, bFormat, eEncoding, eEOLType, context, eCompression));
+    file.Write();
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const wchar_t* lpctFileName, FInfoDecl eDecl,
+                                       const CXmlSerializationContext& context, CompressionType eCompression) const
+{
+    Throw_IfZLib(eCompression);
+    CFileBinaryStream file(lpctFileName, Encoding_None, ToFastInfosetStream(eDecl, context, eCompression));
+    file.Write();
+}
+
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CXmlSerializationContext&, CompressionType) const
+{
+    Throw_IfVersionDiffers();
+    throw CQvException(L"Fast Infoset output is not available");
+}
+
+// --- Reading -------------------------------------------------------------------------------------
+
+void CXmlObjectBase::ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context)
+{
+    CXmlElement* const pRoot = document.GetDocumentElement();
+    if (pRoot == nullptr)
+        throw CQvException(L"Invalid or empty XML document");
+    FromXml_Int(pRoot, pRoot->GetFirstElement(), context, false);
+}
+
+void CXmlObjectBase::FromXmlFile(const wchar_t* lpctFileName, const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    CXmlDocument document(context);
+    document.Load(lpctFileName);
+    ReadRoot(document, context);
+}
+
+void CXmlObjectBase::FromXml(const wchar_t* lpctXml, const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    CXmlDocument document(context);
+    document.LoadXml(lpctXml);
+    ReadRoot(document, context);
+}
+
+void CXmlObjectBase::FromXml(const char* lpcXml, const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    CXmlDocument document(context);
+    document.LoadXml(lpcXml);
+    ReadRoot(document, context);
+}
+
+void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CXmlSerializationContext& context)
+{
+    CXmlObjectBase::FromXmlStream(data.GetData(), data.GetLength(), context);
+}
+
+void CXmlObjectBase::FromXmlStream(unsigned char* const pData, unsigned long ulLength,
+                                   const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    CXmlDocument document(context);
+    document.LoadXmlStream(pData, ulLength);
+    ReadRoot(document, context);
+}
+
+void CXmlObjectBase::FromXmlElement(const CElement* pElement, const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    const std::wstring strXml =
+        pElement->ToXml(false, false, EOLType_LF, CXmlSerializationContext::GetDefaultContext());
+    FromXml(strXml.c_str(), context);
+}
+
+void CXmlObjectBase::FromXmlElement(const CXmlElement* pElement, const CXmlSerializationContext& context)
+{
+    Throw_IfVersionDiffers();
+    // Reading leaves the tree as it is, but the cursor over it is handed out for change throughout.
+    CXmlElement* const pTree = const_cast<CXmlElement*>(pElement);
+    FromXml_Int(pTree, pTree->GetFirstElement(), context, false);
+}
+
+// --- Events --------------------------------------------------------------------------------------
+
+void CXmlObjectBase::FireOnCollectionChangeEvent(IEventSink* pSink, CXmlCollectionBase* pCollection)
+{
+    pSink->OnEvent(pCollection->GetBase(), IEventSink::MsgType_Change, nullptr);
+}
+
+void CXmlObjectBase::FireOnCollectionAddEvent(IEventSink* pSink, CXmlCollectionBase* pCollection, void* pItem)
+{
+    pSink->OnEvent(pCollection->GetBase(), IEventSink::MsgType_Add, pItem);
+}
+
+void CXmlObjectBase::FireOnCollectionAddCompleteEvent(IEventSink* pSink, CXmlCollectionBase* pCollection, void* pItem)
+{
+    pSink->OnEvent(pCollection->GetBase(), IEventSink::MsgType_AddComplete, pItem);
+}
+
+void CXmlObjectBase::FireOnCollectionRemoveEvent(IEventSink* pSink, CXmlCollectionBase* pCollection, int nIndex)
+{
+    pSink->OnEvent(pCollection->GetBase(), IEventSink::MsgType_Remove, nIndex == -1 ? nullptr : &nIndex);
+}
+
+void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* pSink, CXmlCollectionBase* pCollection, int nIndex)
+{
+    pSink->OnEvent(pCollection->GetBase(), IEventSink::MsgType_RemoveComplete, nIndex == -1 ? nullptr : &nIndex);
+}
+
+// --- Choice bookkeeping --------------------------------------------------------------------------
+
+namespace
+{
+
+[[noreturn]] void ThrowAlreadySet(const std::wstring& strCurrent)
+{
+    throw CQvInvalidStateException(
+        FormatString(L"The Property [%s] is already set. Only one element within this class bay be set at a time",
+                     strCurrent.c_str()));
+}
+
+} // namespace
+
+void CXmlObjectBase::Choice_SetElementValid(bool bValid, const wchar_t* lpctName, std::wstring& strCurrent)
+{
+    if (!bValid)
+    {
+        strCurrent.clear();
+        return;
+    }
+    // The words differ from those of the other two by the missing brackets; callers show both.
+    if (strCurrent != lpctName)
+        throw CQvInvalidStateException(
+            FormatString(L"The Property %s is already set. Only one element within this class bay be set at a time",
+                         strCurrent.c_str()));
+}
+
+void CXmlObjectBase::Choice_SelectElement(const wchar_t* lpctName, CXmlObjectBase* pValue, std::wstring& strCurrent)
+{
+    if (strCurrent == lpctName)
+    {
+        if (pValue == nullptr)
+            strCurrent.clear();
+    }
+    else if (strCurrent.empty())
+    {
+        strCurrent = lpctName;
+    }
+    else if (pValue != nullptr)
+    {
+        ThrowAlreadySet(strCurrent);
+    }
+}
+
+void CXmlObjectBase::Choice_CollectionChanged(const wchar_t* lpctName, long lCount, std::wstring& strCurrent)
+{
+    if (strCurrent == lpctName)
+    {
+        if (lCount == 0)
+            strCurrent.clear();
+    }
+    else if (strCurrent.empty())
+    {
+        if (lCount > 0)
+            strCurrent = lpctName;
+    }
+    else if (lCount != 0)
+    {
+        ThrowAlreadySet(strCurrent);
+    }
+}
+
+void CXmlObjectBase::Choice_Read_Collection(CXmlCollectionBase* pCollection, CXmlElement* pElement,
+                                            CXmlElement*& pCurrent, long& lCount,
+                                            const CXmlSerializationContext& context)
+{
+    if (lCount > 0)
+        return;
+    CXmlElement* const pNext = FromXml_Int(pCollection, pElement, pCurrent, context);
+    if (pNext == pCurrent)
+        return;
+    pCurrent = pNext;
+    pCollection->ValidateCount(context);
+    ++lCount;
+}
+
+} // namespace QvXmlLib9
