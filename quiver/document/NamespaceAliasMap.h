@@ -2,7 +2,6 @@
 
 #include "quiver/foundation/Export.h"
 
-#include <functional>
 #include <map>
 #include <string>
 
@@ -45,12 +44,13 @@ public:
     int GetNamespaceCount() const;
 
     /// The URI at a position in the order of URIs.
-    /// @param nIndex 0 to GetNamespaceCount() - 1; a negative index gives the first entry.
+    /// @param nIndex 0 to GetNamespaceCount() - 1. A negative index gives the first entry, one past the end an empty
+    ///        string.
     std::wstring GetNamespaceAt(int nIndex) const;
 
 private:
     /// Mutable, since asking for an unknown namespace's alias enters it.
-    mutable std::map<std::wstring, std::wstring, std::less<>> m_mapNamespaces;
+    mutable std::map<std::wstring, std::wstring> m_mapNamespaces;
 };
 
 } // namespace QvXmlLib9

@@ -5,10 +5,12 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace QvXmlLib9
@@ -94,6 +96,7 @@ private:
     friend class CExpatReader;
     friend class CFastInfosetReader;
 
+    class CInput;
     struct SFileInput;
 
     void Init();
@@ -101,8 +104,13 @@ private:
     void LoadOverlapped(const wchar_t* lpctFileName);
     bool ReadChunkFromFile(unsigned char* pBuffer);
     void AsyncParse(bool bFinal);
+    bool GetChunk(bool bWait, std::uint32_t& dwRead);
+    void TakeChunk(std::uint32_t dwRead);
+    void ParseChunks(bool bFinal);
     void Parse();
+    void ParseUncompressed();
     void ParseText();
+    void Throw_IfNoRoot() const;
 
     /// The document's record of a name. Ask once for a name that will occur often, and build with the record.
     const SXmlName& InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName);
@@ -118,13 +126,16 @@ private:
     /// Closes the innermost open element and offers it to the filter.
     void EndElement();
 
+    static void ReserveAttributes(CXmlElement* pElement, std::size_t nCount);
     static void AddElementAttribute(CXmlElement* pElement, const std::wstring& strLocalName,
                                     const std::wstring& strValue, const std::wstring& strNamespaceURI);
     static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue);
+    static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, std::string_view utf8Value);
 
     /// Appends text up to its end or its first zero unit, without the carriage returns.
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText);
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength);
+    static void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text);
 
     CXmlNodeStore& Store();
 
@@ -135,8 +146,8 @@ private:
     std::vector<CXmlElement*> m_pElementStack;
     /// Prefix to URI, for the whole document.
     std::map<std::wstring, std::wstring, std::less<>> m_namespaces;
-    /// The input of the load in progress; the current chunk during an overlapped one.
-    unsigned char* m_pbyData = nullptr;
+    /// The input of the load in progress, null otherwise; the current chunk during an overlapped load.
+    const unsigned char* m_pbyData = nullptr;
     unsigned long m_dwDataLen = 0;
     /// The file of an overlapped load in progress; null otherwise.
     SFileInput* m_pFileInput = nullptr;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace QvXmlLib9
@@ -87,15 +88,17 @@ protected:
     void SetNamespace(const std::wstring& strNamespaceURI);
 
 private:
-    friend class CExpatReader;
     friend class CXmlDocument;
     friend class CXmlNodeStore;
 
     CXmlElement(CXmlNodeStore& store, const SXmlName& name);
 
     CXmlElement* CreateNewChildElement(const SXmlName& name);
+    void AddAttribute(const SXmlName& name, const std::wstring& strValue);
+    void AddAttribute(const SXmlName& name, std::string_view utf8Value);
     CXmlAttribute& AddAttribute(const SXmlName& name);
-    void ReserveText(std::size_t nAdditional);
+    void AppendText(std::wstring_view text);
+    void AppendUtf8Text(std::string_view utf8Text);
 
     /// Where names, descendants and attributes live.
     CXmlNodeStore* m_pStore;

@@ -1,0 +1,187 @@
+#include "quiver/document/ExpatReader.h"
+
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlNodeStore.h"
+#include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+
+#include <algorithm>
+#include <climits>
+#include <expat.h>
+#include <new>
+#include <string_view>
+
+namespace QvXmlLib9
+{
+
+static_assert(sizeof(XML_Char) == 1, "The handlers take UTF-8.");
+
+namespace
+{
+
+/// The parser counts the bytes that it is given in an int.
+constexpr unsigned long s_dwLargestPiece = INT_MAX;
+
+constexpr XML_Char s_cNamespaceSeparator = '|';
+
+void SetText(std::wstring& strText, const char* lpcUtf8)
+{
+    strText.clear();
+    if (lpcUtf8 != nullptr)
+        AppendUtf8AsUtf16(strText, lpcUtf8);
+}
+
+std::size_t CountAttributes(const char** ppAttributes)
+{
+    std::size_t nStrings = 0;
+    while (ppAttributes[nStrings] != nullptr)
+        nStrings += 2;
+    return nStrings / 2;
+}
+
+} // namespace
+
+void CExpatReader::SParserDeleter::operator()(XML_ParserStruct* pParser) const
+{
+    XML_ParserFree(pParser);
+}
+
+CExpatReader::CExpatReader(CXmlDocument& doc)
+    : CInstanceMonitor(L"CExpatReader")
+    , m_doc(doc)
+{
+}
+
+CExpatReader::~CExpatReader() = default;
+
+void CExpatReader::Init()
+{
+    m_parser.reset(m_doc.m_eSchemaType == SchemaType_NoNamespaces ? XML_ParserCreate(nullptr)
+                                                                  : XML_ParserCreateNS(nullptr, s_cNamespaceSeparator));
+    if (m_parser == nullptr)
+        throw std::bad_alloc();
+    XML_SetUserData(m_parser.get(), this);
+    XML_SetElementHandler(m_parser.get(), OnStartElement, OnEndElement);
+    // The list of prefixes is never unwound, so the end of a declaration is of no interest.
+    XML_SetNamespaceDeclHandler(m_parser.get(), OnStartNamespace, nullptr);
+    XML_SetCharacterDataHandler(m_parser.get(), OnText);
+    if (!m_doc.m_pContext->GetStripCDATA())
+        XML_SetCdataSectionHandler(m_parser.get(), OnStartCdata, OnEndCdata);
+}
+
+void CExpatReader::Parse(bool bFinal)
+{
+    const auto* lpcData = reinterpret_cast<const char*>(m_doc.m_pbyData);
+    unsigned long dwLeft = m_doc.m_dwDataLen;
+    do
+    {
+        const unsigned long dwPiece = std::min(dwLeft, s_dwLargestPiece);
+        const bool bLast = bFinal && dwPiece == dwLeft;
+        if (XML_Parse(m_parser.get(), lpcData, static_cast<int>(dwPiece), bLast) != XML_STATUS_OK)
+            Fail();
+        lpcData += dwPiece;
+        dwLeft -= dwPiece;
+    } while (dwLeft > 0);
+    if (bFinal)
+        m_parser.reset();
+}
+
+void CExpatReader::Fail()
+{
+    if (m_pFailure != nullptr)
+        std::rethrow_exception(m_pFailure);
+    const auto nLine = static_cast<int>(XML_GetCurrentLineNumber(m_parser.get()));
+    const char* const lpcError = XML_ErrorString(XML_GetErrorCode(m_parser.get()));
+    m_parser.reset();
+    throw CQvException(FormatString(L"%S at line %d", lpcError, nLine));
+}
+
+/// No exception may pass through the parser, which is C: it waits until the parser has come to its stop.
+template <class Action>
+void CExpatReader::Handle(void* pUserData, Action action)
+{
+    auto* const pThis = static_cast<CExpatReader*>(pUserData);
+    if (pThis->m_pFailure != nullptr)
+        return;
+    try
+    {
+        action(*pThis);
+    }
+    catch (...)
+    {
+        pThis->m_pFailure = std::current_exception();
+        XML_StopParser(pThis->m_parser.get(), XML_FALSE);
+    }
+}
+
+template <class Action>
+void CExpatReader::HandleText(void* pUserData, Action action)
+{
+    QV_ASSERT_MSG(pUserData != nullptr, "pThis != NULL");
+    Handle(pUserData,
+           [&action](CExpatReader& reader)
+           {
+               const std::vector<CXmlElement*>& stack = reader.m_doc.m_pElementStack;
+               QV_ASSERT_MSG(stack.size() > 0, "pThis->m_doc.m_pElementStack.size() > 0");
+               QV_ASSERT_MSG(stack.back() != nullptr, "pThis->m_doc.m_pElementStack.back() != NULL");
+               action(stack.back());
+           });
+}
+
+void CExpatReader::OnStartElement(void* pUserData, const char* lpcName, const char** ppAttributes)
+{
+    Handle(pUserData,
+           [lpcName, ppAttributes](CExpatReader& reader)
+           {
+               CXmlDocument& doc = reader.m_doc;
+               const SXmlName& name = doc.Store().Names().Find(lpcName);
+               CXmlElement* const pElement =
+                   doc.m_pDocumentElement != nullptr ? doc.AddChildElement(name) : doc.AddDocElement(name);
+               if (ppAttributes[0] == nullptr)
+                   return;
+               CXmlDocument::ReserveAttributes(pElement, CountAttributes(ppAttributes));
+               for (const char** ppNext = ppAttributes; *ppNext != nullptr; ppNext += 2)
+                   CXmlDocument::AddElementAttribute(pElement, doc.Store().Names().Find(ppNext[0]),
+                                                     std::string_view(ppNext[1]));
+           });
+}
+
+void CExpatReader::OnEndElement(void* pUserData, const char*)
+{
+    Handle(pUserData, [](CExpatReader& reader) { reader.m_doc.EndElement(); });
+}
+
+void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, const char* lpcURI)
+{
+    Handle(pUserData,
+           [lpcPrefix, lpcURI](CExpatReader& reader)
+           {
+               SetText(reader.m_strPrefix, lpcPrefix);
+               SetText(reader.m_strURI, lpcURI);
+               reader.m_doc.m_namespaces[reader.m_strPrefix] = reader.m_strURI;
+           });
+}
+
+void CExpatReader::OnText(void* pUserData, const char* lpcText, int nLength)
+{
+    HandleText(pUserData,
+               [lpcText, nLength](CXmlElement* pElement) {
+                   CXmlDocument::AppendTextExcludingCR(pElement,
+                                                       std::string_view(lpcText, static_cast<std::size_t>(nLength)));
+               });
+}
+
+void CExpatReader::OnStartCdata(void* pUserData)
+{
+    HandleText(pUserData, [](CXmlElement* pElement) { CXmlDocument::AppendTextExcludingCR(pElement, L"<![CDATA["); });
+}
+
+void CExpatReader::OnEndCdata(void* pUserData)
+{
+    HandleText(pUserData, [](CXmlElement* pElement) { CXmlDocument::AppendTextExcludingCR(pElement, L"]]>"); });
+}
+
+} // namespace QvXmlLib9

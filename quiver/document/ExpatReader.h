@@ -1,0 +1,62 @@
+#pragma once
+
+#include "quiver/foundation/MemoryLeakHelp.h"
+
+#include <exception>
+#include <memory>
+#include <string>
+
+struct XML_ParserStruct;
+
+namespace QvXmlLib9
+{
+
+class CXmlDocument;
+
+/// Runs expat over a document's input and turns what expat reports into the document's tree. Lives for one parse.
+class CExpatReader : public CInstanceMonitor
+{
+public:
+    explicit CExpatReader(CXmlDocument& doc);
+    ~CExpatReader() override;
+    CExpatReader(const CExpatReader&) = delete;
+    CExpatReader& operator=(const CExpatReader&) = delete;
+
+    /// Makes the parser that the document's schema type and context call for.
+    void Init();
+
+    /// Parses the document's present input.
+    /// @param bFinal whether it is the last piece.
+    /// @throws CQvException the parser's message as "%s at line %d"; or what the document's filter has thrown.
+    void Parse(bool bFinal);
+
+private:
+    struct SParserDeleter
+    {
+        void operator()(XML_ParserStruct* pParser) const;
+    };
+
+    static void OnStartElement(void* pUserData, const char* lpcName, const char** ppAttributes);
+    static void OnEndElement(void* pUserData, const char* lpcName);
+    static void OnStartNamespace(void* pUserData, const char* lpcPrefix, const char* lpcURI);
+    static void OnText(void* pUserData, const char* lpcText, int nLength);
+    static void OnStartCdata(void* pUserData);
+    static void OnEndCdata(void* pUserData);
+
+    template <class Action>
+    static void Handle(void* pUserData, Action action);
+    template <class Action>
+    static void HandleText(void* pUserData, Action action);
+
+    [[noreturn]] void Fail();
+
+    CXmlDocument& m_doc;
+    std::unique_ptr<XML_ParserStruct, SParserDeleter> m_parser;
+    /// What a handler has thrown, on its way past the parser's frames.
+    std::exception_ptr m_pFailure;
+    /// Working space, so that declarations repeated on every element cost no allocation.
+    std::wstring m_strPrefix;
+    std::wstring m_strURI;
+};
+
+} // namespace QvXmlLib9

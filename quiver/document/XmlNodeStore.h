@@ -1,0 +1,108 @@
+#pragma once
+
+#include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlNameTable.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+class CXmlDocument;
+
+/// Memory for objects of one size. Slots that are given back are handed out again, so that a document whose elements
+/// are dropped as they are read stays small; the memory itself goes with the pool.
+class CXmlNodePool
+{
+public:
+    /// @param nSlotSize bytes of one object, a multiple of its alignment and not below a pointer's size.
+    /// @param bSeparate every slot is an allocation of its own, as `new` makes them, so that `delete` may free it and
+    ///        memory checkers see each object.
+    CXmlNodePool(std::size_t nSlotSize, bool bSeparate);
+
+    /// The slots must all have been given back, or hold nothing that needs a destructor.
+    ~CXmlNodePool();
+    CXmlNodePool(const CXmlNodePool&) = delete;
+    CXmlNodePool& operator=(const CXmlNodePool&) = delete;
+
+    void* Allocate()
+    {
+        if (m_pFree != nullptr)
+        {
+            SFreeSlot* const pSlot = m_pFree;
+            m_pFree = pSlot->pNext;
+            return pSlot;
+        }
+        if (m_pNext == m_pEnd)
+            return AllocateFromNewBlock();
+        unsigned char* const pSlot = m_pNext;
+        m_pNext += m_nSlotSize;
+        return pSlot;
+    }
+
+    void Free(void* pSlot) noexcept;
+
+private:
+    struct SFreeSlot
+    {
+        SFreeSlot* pNext;
+    };
+
+    void* AllocateFromNewBlock();
+
+    const std::size_t m_nSlotSize;
+    const bool m_bSeparate;
+    std::size_t m_nNextBlockSize;
+    SFreeSlot* m_pFree = nullptr;
+    unsigned char* m_pNext = nullptr;
+    unsigned char* m_pEnd = nullptr;
+    std::vector<std::unique_ptr<unsigned char[]>> m_blocks;
+};
+
+/// Owns the nodes and names of one tree: that of a document, or that of an element which stands on its own.
+class CXmlNodeStore
+{
+public:
+    /// The store of a document; it owns the root that is handed to it.
+    explicit CXmlNodeStore(const CXmlDocument* pDocument);
+
+    /// The store of an element on its own, which destroys the store when it dies.
+    CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner);
+
+    ~CXmlNodeStore();
+    CXmlNodeStore(const CXmlNodeStore&) = delete;
+    CXmlNodeStore& operator=(const CXmlNodeStore&) = delete;
+
+    const CXmlDocument* GetDocument() const { return m_pDocument; }
+    bool IsOwnedBy(const CXmlElement* pElement) const { return m_pOwner == pElement; }
+
+    CXmlNameTable& Names() { return m_names; }
+
+    /// A new element that stands nowhere yet.
+    CXmlElement* NewElement(const SXmlName& name);
+    CXmlAttribute* NewAttribute(const SXmlName& name);
+
+    /// Makes the store own `pRoot` together with what is below it.
+    void SetRoot(CXmlElement* pRoot) { m_pRoot = pRoot; }
+
+    /// Destroys an element that stands in no list any more, with all that is below it. The stack that this takes does
+    /// not depend on the depth of the tree.
+    void Destroy(CXmlElement* pElement) noexcept;
+
+    /// Destroys the children and attributes of an element.
+    void DestroyContent(CXmlElement& element) noexcept;
+
+private:
+    void DestroyAttributes(CXmlElement& element) noexcept;
+
+    const CXmlDocument* m_pDocument;
+    const CXmlElement* m_pOwner = nullptr;
+    CXmlElement* m_pRoot = nullptr;
+    CXmlNameTable m_names;
+    CXmlNodePool m_elements;
+    CXmlNodePool m_attributes;
+};
+
+} // namespace QvXmlLib9
