@@ -176,8 +176,11 @@ void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* pValue, const wc
             lpctElementName, strName.c_str()));
 }
 
-bool CXmlObjectBase::IsNamespaceValid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
-                                      const wchar_t* lpctTargetNamespace) const
+namespace
+{
+
+bool IsNamespaceAllowed(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                        const wchar_t* lpctTargetNamespace)
 {
     const std::wstring_view ns = lpctNamespace;
     const std::wstring_view list = lpctAllowedList;
@@ -199,10 +202,24 @@ bool CXmlObjectBase::IsNamespaceValid(const wchar_t* lpctNamespace, const wchar_
     return bValid || (nBlank != std::wstring_view::npos && bOther);
 }
 
+} // namespace
+
+bool CXmlObjectBase::IsNamespaceValid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                                      const wchar_t* lpctTargetNamespace) const
+{
+    return IsNamespaceAllowed(lpctNamespace, lpctAllowedList, lpctTargetNamespace);
+}
+
 void CXmlObjectBase::TestNamespace(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
                                    const wchar_t* lpctTargetNamespace) const
 {
-    if (!IsNamespaceValid(lpctNamespace, lpctAllowedList, lpctTargetNamespace))
+    Throw_IfNamespaceIsInvalid(lpctNamespace, lpctAllowedList, lpctTargetNamespace);
+}
+
+void CXmlObjectBase::Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                                                const wchar_t* lpctTargetNamespace)
+{
+    if (!IsNamespaceAllowed(lpctNamespace, lpctAllowedList, lpctTargetNamespace))
         throw CQvInvalidNamespaceException(FormatString(
             L"Invalid namespace [%s]. The namespace must be one of [%s] where the target namespace is [%s]",
             lpctNamespace, lpctAllowedList, lpctTargetNamespace));

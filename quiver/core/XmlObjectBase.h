@@ -283,6 +283,10 @@ private:
     friend class QvXmlLib9Data::CAttributeInfo;
     friend class QvXmlLib9Data::CElementInfo;
 
+    /// TestNamespace for the metadata, which test without an object.
+    static void Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
+                                           const wchar_t* lpctTargetNamespace);
+
     void WriteRoot(CXmlWriter& writer, const CXmlSerializationContext& context) const;
     void ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context);
 
