@@ -9,6 +9,7 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/metadata/RestrictionCheck.h"
+#include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -120,10 +121,8 @@ bool CElementInfo::ElementToXmlPrim(const CXmlSerializationContext&, const CXmlG
         return false;
     CheckRestriction(value);
     pWriter->StartElement(m_strName, m_strNamespace);
-    if (value.GetTypeAsEnum() == ItemType_string)
-        pWriter->WriteText(value.StringRef(), ItemType_string);
-    else
-        pWriter->WriteText(value.ToString(m_pszFormat), value.GetTypeAsEnum());
+    std::wstring strBuffer;
+    pWriter->WriteText(TextOf(value, m_pszFormat, strBuffer), value.GetTypeAsEnum());
     pWriter->EndElement();
     return true;
 }
