@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Checks that need no build: formatting, and the rules of the layout.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+failed=0
+complain()
+{
+    echo "check: $1" >&2
+    failed=1
+}
+
+mapfile -t sources < <(git ls-files '*.h' '*.cpp')
+
+if ! clang-format --dry-run -Werror "${sources[@]}"; then
+    complain "the files above are not formatted; run clang-format -i on them"
+fi
+
+# Operating-system headers stand in the platform layer only.
+os_headers='#include <(aio|dirent|dlfcn|errno|fcntl|poll|pthread|signal|sys/[a-z]+|unistd|windows)\.h>'
+if git grep -nE "$os_headers" -- 'quiver/*.h' 'quiver/*.cpp' ':!quiver/foundation/platform/*'; then
+    complain "the operating system's headers belong into quiver/foundation/platform"
+fi
+
+# A source includes its own header first, which proves that the header stands on its own.
+while IFS= read -r source; do
+    header=${source%.cpp}.h
+    if [ -f "$header" ]; then
+        first=$(grep -m1 '^#include' "$source")
+        [ "$first" = "#include \"$header\"" ] || complain "$source does not include $header first"
+    fi
+done < <(git ls-files 'quiver/*.cpp')
+
+# Every unit has a test of its stem.
+while IFS= read -r source; do
+    stem=$(basename "${source%.cpp}")
+    case "$source" in
+    quiver/foundation/platform/*) stem=Platform ;;
+    esac
+    [ -n "$(git ls-files "tests/*/${stem}_test.cpp" "tests/${stem}_test.cpp")" ] || complain "$source has no test tests/*/${stem}_test.cpp"
+done < <(git ls-files 'quiver/*.cpp')
+
+# No macro defines a function or a class.
+if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then
+    complain "the macros above hold code"
+fi
+
+[ "$failed" -eq 0 ] && echo "check: ok"
+exit "$failed"
