@@ -40,6 +40,9 @@ while IFS= read -r source; do
     [ -n "$(git ls-files "tests/*/${stem}_test.cpp" "tests/${stem}_test.cpp")" ] || complain "$source has no test tests/*/${stem}_test.cpp"
 done < <(git ls-files 'quiver/*.cpp')
 
+# The list of public headers is what the umbrella header reaches.
+diff -u cmake/public_headers.txt <(scripts/list_public_headers.sh) || complain "cmake/public_headers.txt is out of date"
+
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then
     complain "the macros above hold code"

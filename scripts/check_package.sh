@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
+# static, and by pkg-config. Compares the installed files with the list that is checked in.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+prefix=$scratch/prefix
+
+cmake --install build/release --prefix "$prefix" >/dev/null
+
+(cd "$prefix" && find . -type f -o -type l | sed 's|^\./||' | sed "s|lib/$(gcc -print-multiarch 2>/dev/null)|lib|" | LC_ALL=C sort) >"$scratch/installed"
+if ! diff -u cmake/installed_files.txt "$scratch/installed"; then
+    echo "check_package: the installed files differ from cmake/installed_files.txt" >&2
+    exit 1
+fi
+
+echo "check_package: find_package"
+cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$scratch/build" >/dev/null
+"$scratch/build/consumer_QvXmlLib9"
+"$scratch/build/consumer_QvXmlLib9_static"
+
+echo "check_package: pkg-config"
+pc=$(find "$prefix" -name quiver.pc)
+export PKG_CONFIG_PATH
+PKG_CONFIG_PATH=$(dirname "$pc")
+read -ra flags < <(pkg-config --define-variable=prefix="$prefix" --cflags --libs quiver)
+g++ -std=c++17 tests/package/consumer.cpp "${flags[@]}" -o "$scratch/consumer"
+LD_LIBRARY_PATH=$(pkg-config --define-variable=prefix="$prefix" --variable=libdir quiver) "$scratch/consumer"
