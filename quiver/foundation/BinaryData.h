@@ -3,8 +3,11 @@
 #include "quiver/foundation/Export.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 
 /// @file
 /// The library's one byte buffer, the value of `hexBinary` and `base64Binary` properties and the result of the stream
@@ -17,6 +20,9 @@
 
 namespace QvXmlLib9
 {
+
+/// @throws CQvException "Binary data cannot hold more than 4294967295 bytes" for a length past that.
+void Throw_IfBinaryDataIsTooLong(std::uint64_t nLength);
 
 /// The shared block behind handles of CBinaryData. Internal: only CBinaryData makes and changes blocks.
 class CBinaryDataRep
@@ -54,11 +60,12 @@ public:
         m_lpData[m_dwLen++] = by;
         return true;
     }
-    /// Makes sure that the byte behind those in use lies inside the array, and returns it.
+    /// The byte behind those in use, which is made to lie inside the array.
     unsigned char& GetByteBehind();
 
 private:
-    void Reserve(std::uint64_t nLen);
+    void Throw_IfShared() const;
+    std::unique_ptr<unsigned char[]> Reserve(std::uint32_t dwMore);
 
     unsigned char* m_lpData;
     std::uint32_t m_dwLen;
@@ -117,6 +124,14 @@ public:
     unsigned char* GetData() const;
     /// The count of bytes; 0 for an empty handle.
     unsigned long GetLength() const;
+    /// The bytes as a view, empty for none; good until the next change. Unlike the length, this may be asked of a block
+    /// of length 0.
+    std::string_view GetView() const
+    {
+        if (m_pRep == nullptr || m_pRep->GetLengthOrZero() == 0)
+            return std::string_view();
+        return std::string_view(reinterpret_cast<const char*>(m_pRep->GetData()), m_pRep->GetLengthOrZero());
+    }
     /// Hands the bytes to the caller, who frees them with `delete[]`; the handle becomes empty. If the block is shared,
     /// the caller gets a copy. Ask for the length first. Null for an empty handle.
     unsigned char* ReleaseData();
@@ -167,8 +182,9 @@ protected:
     static unsigned long ConvertToHexData(const wchar_t* lpctText, unsigned char** ppData);
 
 private:
+    void Throw_IfOutOfRange(unsigned long ulIndex) const;
     void MakePrivate();
-    void AppendUnits(const wchar_t* lpctText, std::size_t nLength);
+    void AppendUnits(std::wstring_view text);
 
     CBinaryDataRep* m_pRep = nullptr;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/BinaryData.h"
 
 #include <cstddef>
@@ -28,6 +29,10 @@ std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
 /// The same for units that lie in memory as two bytes in the machine's order, at any address.
 std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount);
 
+/// What a file in an encoding begins with: FF FE for the two UTF-16 encodings, nothing otherwise. The bytes live as
+/// long as the process.
+std::string_view GetByteOrderMark(XmlEncoding eEncoding);
+
 // --- UTF-8 to text --------------------------------------------------------------------------------------------------
 
 /// Appends the UTF-16 form of UTF-8 bytes.
@@ -36,11 +41,10 @@ bool AppendUtf8AsUtf16(std::wstring& strOut, std::string_view bytes);
 
 // --- Text to UTF-8 --------------------------------------------------------------------------------------------------
 
-/// Bytes that the UTF-8 form of a text takes, up to the first fault.
+/// Bytes that the UTF-8 form of a well-formed text takes. For other text this is more than WriteUtf8 writes.
 std::size_t GetUtf8Length(std::wstring_view text);
 
-/// Writes the UTF-8 form of a text to `pOut`, which has room for GetUtf8Length bytes (three for every element of text,
-/// four for one above 0xFFFF, are always enough).
+/// Writes the UTF-8 form of a text to `pOut`, which has room for GetUtf8Length bytes.
 /// @return how many bytes; conversion stops ahead of an unpaired surrogate or of an element above 0x10FFFF.
 std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut);
 

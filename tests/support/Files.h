@@ -1,0 +1,64 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+/// @file
+/// Files for tests: a directory that goes with its test, whole files as byte strings, and the count of open files.
+
+namespace QuiverTest
+{
+
+/// A directory of the test's own, removed with everything in it.
+class CTempDir
+{
+public:
+    CTempDir()
+    {
+        std::string strTemplate = std::filesystem::temp_directory_path() / "quiver-XXXXXX";
+        m_path = ::mkdtemp(strTemplate.data());
+    }
+    ~CTempDir() { std::filesystem::remove_all(m_path); }
+    CTempDir(const CTempDir&) = delete;
+    CTempDir& operator=(const CTempDir&) = delete;
+
+    /// Name of a file in the directory, for the library and for the standard library.
+    std::wstring NameOf(const std::string& strFile) const { return (m_path / strFile).wstring(); }
+    std::filesystem::path PathOf(const std::string& strFile) const { return m_path / strFile; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+inline std::string ReadFileBytes(const std::filesystem::path& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    EXPECT_TRUE(stream.is_open()) << path;
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+inline void WriteFileBytes(const std::filesystem::path& path, std::string_view bytes)
+{
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    ASSERT_TRUE(stream.good()) << path;
+}
+
+/// Files that the process has open, where the system tells; otherwise 0.
+inline std::size_t CountOpenFiles()
+{
+    std::error_code error;
+    std::size_t nCount = 0;
+    for (std::filesystem::directory_iterator it("/proc/self/fd", error), end; it != end; it.increment(error))
+        ++nCount;
+    return nCount;
+}
+
+} // namespace QuiverTest
