@@ -1,9 +1,19 @@
 #include "quiver/foundation/platform/Platform.h"
 
+#include "quiver/foundation/Encoder.h"
+
+#include <aio.h>
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <new>
 #include <pthread.h>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace QvXmlLib9::Platform
 {
@@ -125,6 +135,416 @@ std::size_t GetStackBytesLeft()
 std::size_t GetStackSize()
 {
     return GetStackBounds().nSize;
+}
+
+// --- Files ----------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+PfnFileFault s_pfnFileFault = nullptr;
+thread_local std::uint32_t t_dwLastError = Error_Success;
+
+constexpr std::uint32_t s_dwErrorPathNotFound = 3;
+constexpr std::uint32_t s_dwErrorAccessDenied = 5;
+constexpr std::uint32_t s_dwErrorInvalidHandle = 6;
+constexpr std::uint32_t s_dwErrorNotEnoughMemory = 8;
+constexpr std::uint32_t s_dwErrorDiskFull = 112;
+constexpr std::uint32_t s_dwErrorInvalidName = 123;
+constexpr std::uint32_t s_dwErrorBusy = 170;
+
+/// The error number that Windows reports in the same situation.
+std::uint32_t ErrorFromErrno(int nErrno)
+{
+    struct SRow
+    {
+        int nErrno;
+        std::uint32_t dwError;
+    };
+    static constexpr SRow s_rows[] = {
+        {ENOENT, 2},         // ERROR_FILE_NOT_FOUND
+        {ENOTDIR, 3},        // ERROR_PATH_NOT_FOUND
+        {EMFILE, 4},         // ERROR_TOO_MANY_OPEN_FILES
+        {ENFILE, 4},         // the same
+        {EACCES, 5},         // ERROR_ACCESS_DENIED
+        {EPERM, 5},          // the same
+        {EISDIR, 5},         // the same
+        {EBADF, 6},          // ERROR_INVALID_HANDLE
+        {ENOMEM, 8},         // ERROR_NOT_ENOUGH_MEMORY
+        {EROFS, 19},         // ERROR_WRITE_PROTECT
+        {ETXTBSY, 32},       // ERROR_SHARING_VIOLATION
+        {EINVAL, 87},        // ERROR_INVALID_PARAMETER
+        {EPIPE, 109},        // ERROR_BROKEN_PIPE
+        {ENOSPC, 112},       // ERROR_DISK_FULL
+        {EBUSY, 170},        // ERROR_BUSY
+        {ENAMETOOLONG, 206}, // ERROR_FILENAME_EXCED_RANGE
+        {EFBIG, 223},        // ERROR_FILE_TOO_LARGE
+        {ECANCELED, 995},    // ERROR_OPERATION_ABORTED
+        {EIO, 1117},         // ERROR_IO_DEVICE
+        {EDQUOT, 1295},      // ERROR_DISK_QUOTA_EXCEEDED
+        {ELOOP, 1921},       // ERROR_CANT_RESOLVE_FILENAME
+    };
+    for (const SRow& row : s_rows)
+    {
+        if (row.nErrno == nErrno)
+            return row.dwError;
+    }
+    return 31; // ERROR_GEN_FAILURE
+}
+
+bool Fail(std::uint32_t dwError)
+{
+    t_dwLastError = dwError;
+    return false;
+}
+
+/// True if a test wants the operation to fail; the error is set then.
+bool IsFaultDue(EFileOperation eOperation)
+{
+    const std::uint32_t dwError = s_pfnFileFault != nullptr ? s_pfnFileFault(eOperation) : Error_Success;
+    if (dwError != Error_Success)
+        Fail(dwError);
+    return dwError != Error_Success;
+}
+
+/// What a handle stands for.
+struct SObject
+{
+    SObject() = default;
+    virtual ~SObject() = default;
+    SObject(const SObject&) = delete;
+    SObject& operator=(const SObject&) = delete;
+    /// False, with the error set, if the system reports a failure at closing.
+    virtual bool Close() { return true; }
+};
+
+/// The C library's asynchronous operations are waited for by their control block, so an event has nothing to do here.
+struct SEvent : SObject
+{
+};
+
+struct SFile : SObject
+{
+    explicit SFile(int nFile_)
+        : nFile(nFile_)
+    {
+    }
+    ~SFile() override { Close(); }
+    bool Close() override;
+
+    int nFile;
+    bool bRegular = true;
+    bool bSeekable = true;
+    /// The overlapped operation that is under way, with what it still has to transfer; null when there is none.
+    Overlapped* pInFlight = nullptr;
+    bool bWriting = false;
+    /// Of its own, since the C library's structure is not fit to be a member everywhere.
+    std::unique_ptr<aiocb> pBlock = std::make_unique<aiocb>();
+};
+
+std::uint64_t GetSizeOf(const SFile& file)
+{
+    struct stat status
+    {
+    };
+    return ::fstat(file.nFile, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+Handle ToHandle(SObject* pObject)
+{
+    return pObject;
+}
+
+/// Null, with the error set, for a handle that stands for nothing.
+SObject* ToObject(Handle handle)
+{
+    if (handle != nullptr && handle != InvalidHandle)
+        return static_cast<SObject*>(handle);
+    Fail(s_dwErrorInvalidHandle);
+    return nullptr;
+}
+
+SFile* ToFile(Handle hFile)
+{
+    return static_cast<SFile*>(ToObject(hFile));
+}
+
+/// Repeats a transfer until everything is through, the file ends or an error occurs.
+template <class FnTransfer>
+bool TransferAll(FnTransfer fnTransfer, std::size_t nLength, std::size_t& nDone)
+{
+    // More than this the system does not take at once.
+    constexpr std::size_t nMost = 0x7FFFF000;
+    for (nDone = 0; nDone < nLength;)
+    {
+        const ssize_t nNow = fnTransfer(nDone, std::min(nLength - nDone, nMost));
+        if (nNow < 0 && errno == EINTR)
+            continue;
+        if (nNow < 0)
+            return Fail(ErrorFromErrno(errno));
+        if (nNow == 0)
+            break;
+        nDone += static_cast<std::size_t>(nNow);
+    }
+    return true;
+}
+
+bool ReadAll(int nFile, void* pBuffer, std::size_t nLength, std::size_t& nDone)
+{
+    auto* const pBytes = static_cast<unsigned char*>(pBuffer);
+    return TransferAll([&](std::size_t nAt, std::size_t nNow) { return ::read(nFile, pBytes + nAt, nNow); }, nLength,
+                       nDone);
+}
+
+bool WriteAll(int nFile, const void* pBuffer, std::size_t nLength, std::size_t& nDone)
+{
+    const auto* const pBytes = static_cast<const unsigned char*>(pBuffer);
+    return TransferAll([&](std::size_t nAt, std::size_t nNow) { return ::write(nFile, pBytes + nAt, nNow); }, nLength,
+                       nDone) &&
+           (nDone == nLength || Fail(s_dwErrorDiskFull));
+}
+
+void EndOverlapped(SFile& file, std::uint32_t dwError)
+{
+    file.pInFlight->Internal = dwError;
+    file.pInFlight = nullptr;
+}
+
+/// Does what is left of the operation in flight, and ends it.
+void FinishAtOnce(SFile& file)
+{
+    auto* const pBytes = static_cast<unsigned char*>(const_cast<void*>(file.pBlock->aio_buf));
+    const auto fnTransfer = [&](std::size_t nAt, std::size_t nNow)
+    {
+        const off_t nOffset = file.pBlock->aio_offset + static_cast<off_t>(nAt);
+        return file.bWriting ? ::pwrite(file.nFile, pBytes + nAt, nNow, nOffset)
+                             : ::pread(file.nFile, pBytes + nAt, nNow, nOffset);
+    };
+    std::size_t nDone = 0;
+    const bool bDone = TransferAll(fnTransfer, file.pBlock->aio_nbytes, nDone);
+    file.pInFlight->InternalHigh += nDone;
+    const bool bEof = !file.bWriting && file.pBlock->aio_nbytes > 0 && file.pInFlight->InternalHigh == 0;
+    if (!bDone)
+        EndOverlapped(file, t_dwLastError);
+    else if (file.bWriting && nDone < file.pBlock->aio_nbytes)
+        EndOverlapped(file, s_dwErrorDiskFull);
+    else
+        EndOverlapped(file, bEof ? Error_HandleEof : Error_Success);
+}
+
+/// Books what the system has transferred. It may have stopped short of the whole without saying why.
+void BookOverlapped(SFile& file)
+{
+    const int nError = aio_error(file.pBlock.get());
+    const ssize_t nNow = aio_return(file.pBlock.get());
+    if (nError != 0)
+        return EndOverlapped(file, ErrorFromErrno(nError));
+
+    file.pInFlight->InternalHigh += static_cast<std::size_t>(nNow);
+    file.pBlock->aio_buf = static_cast<volatile unsigned char*>(file.pBlock->aio_buf) + nNow;
+    file.pBlock->aio_nbytes -= static_cast<std::size_t>(nNow);
+    file.pBlock->aio_offset += nNow;
+    if (file.pBlock->aio_nbytes == 0)
+        return EndOverlapped(file, Error_Success);
+    FinishAtOnce(file);
+}
+
+void WaitForOverlapped(SFile& file)
+{
+    const aiocb* const list[] = {file.pBlock.get()};
+    while (aio_error(file.pBlock.get()) == EINPROGRESS)
+        aio_suspend(list, 1, nullptr);
+    BookOverlapped(file);
+}
+
+bool SFile::Close()
+{
+    if (nFile < 0)
+        return true;
+    if (pInFlight != nullptr)
+    {
+        if (!bWriting)
+            aio_cancel(nFile, pBlock.get());
+        WaitForOverlapped(*this);
+    }
+    const int nResult = ::close(nFile);
+    nFile = -1;
+    return nResult == 0 || Fail(ErrorFromErrno(errno));
+}
+
+bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlapped& overlapped, bool bWriting)
+{
+    if (file.pInFlight != nullptr)
+        return Fail(s_dwErrorBusy);
+    overlapped.Internal = Error_IoPending;
+    overlapped.InternalHigh = 0;
+    const std::uint64_t nOffset = std::uint64_t{overlapped.OffsetHigh} << 32 | overlapped.Offset;
+    if (!bWriting && file.bRegular && nOffset >= GetSizeOf(file))
+        return Fail(Error_HandleEof);
+
+    if (!file.bSeekable)
+    {
+        std::size_t nDone = 0;
+        const bool bDone =
+            bWriting ? WriteAll(file.nFile, pBuffer, dwLength, nDone) : ReadAll(file.nFile, pBuffer, dwLength, nDone);
+        overlapped.InternalHigh = nDone;
+        overlapped.Internal = bDone ? Error_Success : t_dwLastError;
+        return bDone;
+    }
+    *file.pBlock = aiocb{};
+    file.pBlock->aio_fildes = file.nFile;
+    file.pBlock->aio_buf = pBuffer;
+    file.pBlock->aio_nbytes = dwLength;
+    file.pBlock->aio_offset = static_cast<off_t>(nOffset);
+    file.pBlock->aio_sigevent.sigev_notify = SIGEV_NONE;
+    file.bWriting = bWriting;
+    file.pInFlight = &overlapped;
+    if ((bWriting ? aio_write(file.pBlock.get()) : aio_read(file.pBlock.get())) == 0)
+        return Fail(Error_IoPending);
+    // The system has no room left to queue it.
+    FinishAtOnce(file);
+    return overlapped.Internal == Error_Success || Fail(static_cast<std::uint32_t>(overlapped.Internal));
+}
+
+Handle Open(const wchar_t* lpctFileName, int nFlags)
+{
+    if (IsFaultDue(FileOperation_Open))
+        return InvalidHandle;
+    std::string strFileName;
+    if (lpctFileName == nullptr || *lpctFileName == 0)
+    {
+        Fail(s_dwErrorPathNotFound);
+        return InvalidHandle;
+    }
+    if (!AppendUtf8(strFileName, lpctFileName))
+    {
+        Fail(s_dwErrorInvalidName);
+        return InvalidHandle;
+    }
+    int nFile = -1;
+    do
+        nFile = ::open(strFileName.c_str(), nFlags | O_CLOEXEC, 0666);
+    while (nFile < 0 && errno == EINTR);
+    if (nFile < 0)
+    {
+        Fail(ErrorFromErrno(errno));
+        return InvalidHandle;
+    }
+    auto pFile = std::make_unique<SFile>(nFile);
+    struct stat status;
+    if (::fstat(nFile, &status) != 0 || S_ISDIR(status.st_mode))
+    {
+        Fail(s_dwErrorAccessDenied);
+        return InvalidHandle;
+    }
+    pFile->bRegular = S_ISREG(status.st_mode);
+    pFile->bSeekable = ::lseek(nFile, 0, SEEK_CUR) >= 0;
+    return ToHandle(pFile.release());
+}
+
+} // namespace
+
+PfnFileFault SetFileFault(PfnFileFault pfnFault)
+{
+    const PfnFileFault pfnOld = s_pfnFileFault;
+    s_pfnFileFault = pfnFault;
+    return pfnOld;
+}
+
+std::uint32_t GetLastError()
+{
+    return t_dwLastError;
+}
+
+Handle OpenFileForReading(const wchar_t* lpctFileName, bool /*bOverlapped*/)
+{
+    const Handle hFile = Open(lpctFileName, O_RDONLY);
+#if defined(POSIX_FADV_SEQUENTIAL)
+    if (hFile != InvalidHandle)
+        ::posix_fadvise(ToFile(hFile)->nFile, 0, 0, POSIX_FADV_SEQUENTIAL);
+#endif
+    return hFile;
+}
+
+Handle CreateFileForWriting(const wchar_t* lpctFileName, bool /*bOverlapped*/)
+{
+    return Open(lpctFileName, O_WRONLY | O_CREAT | O_TRUNC);
+}
+
+std::uint32_t GetFileSize(Handle hFile, std::uint32_t* pdwHigh)
+{
+    struct stat status
+    {
+    };
+    SFile* const pFile = ToFile(hFile);
+    bool bKnown = !IsFaultDue(FileOperation_Size) && pFile != nullptr;
+    if (bKnown && ::fstat(pFile->nFile, &status) != 0)
+        bKnown = Fail(ErrorFromErrno(errno));
+    const std::uint64_t nSize = bKnown ? static_cast<std::uint64_t>(status.st_size) : ~std::uint64_t{0};
+    *pdwHigh = static_cast<std::uint32_t>(nSize >> 32);
+    return static_cast<std::uint32_t>(nSize);
+}
+
+bool ReadFile(Handle hFile, void* pBuffer, std::uint32_t dwLength, std::uint32_t* pdwRead, Overlapped* pOverlapped)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Read) || pFile == nullptr)
+        return false;
+    if (pOverlapped != nullptr)
+        return BeginOverlapped(*pFile, pBuffer, dwLength, *pOverlapped, false);
+    std::size_t nDone = 0;
+    const bool bDone = ReadAll(pFile->nFile, pBuffer, dwLength, nDone);
+    *pdwRead = static_cast<std::uint32_t>(nDone);
+    return bDone;
+}
+
+bool WriteFile(Handle hFile, const void* pBuffer, std::uint32_t dwLength, std::uint32_t* pdwWritten,
+               Overlapped* pOverlapped)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Write) || pFile == nullptr)
+        return false;
+    if (pOverlapped != nullptr)
+        return BeginOverlapped(*pFile, const_cast<void*>(pBuffer), dwLength, *pOverlapped, true);
+    std::size_t nDone = 0;
+    const bool bDone = WriteAll(pFile->nFile, pBuffer, dwLength, nDone);
+    *pdwWritten = static_cast<std::uint32_t>(nDone);
+    return bDone;
+}
+
+bool GetOverlappedResult(Handle hFile, Overlapped* pOverlapped, std::uint32_t* pdwBytes, bool bWait)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Result) || pFile == nullptr)
+        return false;
+    if (pFile->pInFlight == pOverlapped)
+    {
+        if (bWait)
+            WaitForOverlapped(*pFile);
+        else if (aio_error(pFile->pBlock.get()) != EINPROGRESS)
+            BookOverlapped(*pFile);
+    }
+    *pdwBytes = static_cast<std::uint32_t>(pOverlapped->InternalHigh);
+    if (pOverlapped->Internal == Error_IoPending)
+        return Fail(Error_IoIncomplete);
+    return pOverlapped->Internal == Error_Success || Fail(static_cast<std::uint32_t>(pOverlapped->Internal));
+}
+
+Handle CreateAutoResetEvent()
+{
+    if (IsFaultDue(FileOperation_CreateEvent))
+        return nullptr;
+    SEvent* const pEvent = new (std::nothrow) SEvent;
+    if (pEvent == nullptr)
+        Fail(s_dwErrorNotEnoughMemory);
+    return pEvent != nullptr ? ToHandle(pEvent) : nullptr;
+}
+
+bool CloseHandle(Handle handle)
+{
+    const std::unique_ptr<SObject> pObject(ToObject(handle));
+    const bool bClosed = pObject != nullptr && pObject->Close();
+    return !IsFaultDue(FileOperation_Close) && bClosed;
 }
 
 } // namespace QvXmlLib9::Platform
