@@ -4,10 +4,14 @@
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include <cstdint>
 #include <string>
 
 namespace QvXmlLib9
 {
+
+/// @throws CQvException "Failed to write data to the file [%s] error [0x%08X]" with the platform's error number.
+[[noreturn]] void Throw_FileWriteFailed(const std::wstring& strFileName, std::uint32_t dwError);
 
 /// Collects bytes in memory. Used by one thread.
 class CBinaryStream : public CInstanceMonitor

@@ -38,14 +38,14 @@ public:
     /// @param ppData an array from `new unsigned char[]`, which is freed if it is replaced.
     /// @param pdwLen its length in bytes; receives the new one.
     /// @throws CQvException "The decompressed data is longer than %u bytes" when the result passes the limit; the array
-    ///         stays as it was then. Not more than s_nOutputAhead bytes have been held for it.
+    ///         stays as it was then. Not more than s_dwOutputAhead bytes have been held for it.
     static void DecompressBuffer(unsigned char** ppData, unsigned long* pdwLen);
 
     /// The same with a limit of the caller's.
     /// @param dwLimit the longest result that is allowed, in bytes.
-    /// @param nOutputAhead see s_nOutputAhead.
+    /// @param dwOutputAhead see s_dwOutputAhead.
     static void DecompressBuffer(unsigned char** ppData, unsigned long* pdwLen, std::uint32_t dwLimit,
-                                 std::uint32_t nOutputAhead = s_nOutputAhead);
+                                 std::uint32_t dwOutputAhead = s_dwOutputAhead);
 
     /// The greatest length of decompressed data, in bytes: what CBinaryData can hold.
     static constexpr std::uint32_t s_dwOutputLimit = 0xFFFFFFFF;
@@ -53,7 +53,7 @@ public:
     /// Output up to this length, in bytes, is collected in a growing array. Past it the rest is only counted and the
     /// input is inflated once more into an array of the right size, so that a small input cannot claim memory that its
     /// output will not fit into anyway.
-    static constexpr std::uint32_t s_nOutputAhead = 64 * 1024 * 1024;
+    static constexpr std::uint32_t s_dwOutputAhead = 64 * 1024 * 1024;
 };
 
 } // namespace QvXmlLib9

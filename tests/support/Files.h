@@ -13,7 +13,7 @@
 /// @file
 /// Files for tests: a directory that goes with its test, whole files as byte strings, and the count of open files.
 
-namespace QuiverTest
+namespace QvTest
 {
 
 /// A directory of the test's own, removed with everything in it.
@@ -61,4 +61,4 @@ inline std::size_t CountOpenFiles()
     return nCount;
 }
 
-} // namespace QuiverTest
+} // namespace QvTest
