@@ -109,11 +109,12 @@ private:
     struct SBlock
     {
         std::unique_ptr<wchar_t[]> pUnits;
-        std::size_t nSize;
+        std::size_t nSize = 0;
     };
 
     std::size_t GetLastBlockDataIn() const { return static_cast<std::size_t>(m_pNext - m_pBegin); }
     void AddBlock();
+    void JoinBlocks();
     void AppendOverBlocks(std::wstring_view strUnits);
 
     std::vector<SBlock> m_blocks;

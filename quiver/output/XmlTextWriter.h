@@ -89,11 +89,12 @@ public:
     void CloseStartTag();
 
 private:
-    void Append(std::wstring_view strText);
     void AppendIndent(const CXmlWriterContext& context);
-    void AppendName(CXmlWriterContext& context);
+    void AppendLine(std::wstring_view strText);
+    void AppendQualifiedStart(CXmlWriterContext& context);
     void AppendDeclaration(std::wstring_view strPrefix, std::wstring_view strNamespace);
     void AppendRootDeclarations();
+    void AppendXsiAttribute(std::wstring_view strName, std::wstring_view strValue);
     template <bool bAttribute>
     void WriteEscaped(std::wstring_view strText);
     template <bool bAttribute>

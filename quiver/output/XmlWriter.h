@@ -127,10 +127,14 @@ protected:
     // The following work on the scope of the innermost record, whether it is the open element's already or not.
 
     /// Default namespace of the scope; empty for none.
-    std::wstring_view GetDefaultNamespace() const;
+    std::wstring_view GetDefaultNamespace() const { return m_defaultNamespaces.back(); }
 
     /// The prefix bound to a namespace, or null; valid until the next binding.
-    const std::wstring* FindPrefix(std::wstring_view strNamespace) const;
+    const std::wstring* FindPrefix(std::wstring_view strNamespace) const
+    {
+        const std::size_t nBinding = m_scopes.Find(strNamespace);
+        return nBinding == CNamespaceScopes::s_nNotFound ? nullptr : &m_scopes.GetPrefix(nBinding);
+    }
 
     /// The prefix bound to a namespace. An unknown namespace gets an empty prefix in the nearest scope that has
     /// bindings of its own, and is known from then on.
@@ -142,9 +146,12 @@ protected:
     /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
     const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
 
-    /// Checks that attributes can still be added to the open element.
+    /// The open element. Calling for one while none is open is a programming error.
+    CXmlWriterContext& GetOpenElement() const;
+
+    /// The open element, to which attributes can still be added.
     /// @exception CQvException "Attributes must be added before elements"
-    void Throw_IfStartTagEnded() const;
+    CXmlWriterContext& GetOpenStartTag() const;
 
     /// Default namespace set before the root was started.
     std::wstring m_strDefaultNamespace;
@@ -155,6 +162,7 @@ protected:
 
 private:
     void BeginScope(CXmlWriterContext& context);
+    void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
 
     /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.

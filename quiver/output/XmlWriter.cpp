@@ -1,0 +1,170 @@
+#include "quiver/output/XmlWriter.h"
+
+#include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/output/UnitText.h"
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+constexpr wchar_t s_szXmlNamespace[] = L"http://www.w3.org/XML/1998/namespace";
+
+} // namespace
+
+CXmlWriter::CXmlWriter(const wchar_t* lpctClassName)
+    : CInstanceMonitor(lpctClassName)
+    , m_mapNamespaces{{s_szXmlNamespace, L"xml"}}
+{
+}
+
+CXmlWriter::~CXmlWriter() = default;
+
+void CXmlWriter::Open()
+{
+}
+
+void CXmlWriter::Close()
+{
+    if (m_pContext != nullptr)
+        throw CQvException(L"An Element has not been closed.");
+}
+
+void CXmlWriter::SetDefaultNamespace(std::wstring_view strNamespace)
+{
+    std::wstring strBuffer;
+    const std::wstring_view strUnits = ToUnitText(strNamespace, strBuffer);
+    if (m_pContext == nullptr)
+    {
+        m_strDefaultNamespace = strUnits;
+        return;
+    }
+    BeginScope(*m_pContext);
+    if (!m_pContext->m_bOwnsDefaultNamespace)
+    {
+        m_defaultNamespaces.emplace_back();
+        m_pContext->m_bOwnsDefaultNamespace = true;
+    }
+    m_defaultNamespaces.back() = strUnits;
+}
+
+void CXmlWriter::AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_view strNamespace)
+{
+    std::wstring strPrefixBuffer;
+    std::wstring strNamespaceBuffer;
+    const std::wstring_view strPrefixUnits = ToUnitText(strPrefix, strPrefixBuffer);
+    const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strNamespaceBuffer);
+    if (m_pContext != nullptr)
+        SetNamespaceMapValue(*m_pContext, strNamespaceUnits, strPrefixUnits);
+    else
+        m_mapNamespaces[std::wstring(strNamespaceUnits)] = strPrefixUnits;
+}
+
+CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strName, std::wstring_view strNamespace)
+{
+    const std::size_t nDepth = m_pContext == nullptr ? 0 : m_pContext->m_dwDepth + std::size_t{1};
+    // A record that an exception kept from becoming the open element is still in use.
+    DropContextsTo(nDepth);
+    if (nDepth == m_contexts.size())
+        m_contexts.push_back(std::make_unique<CXmlWriterContext>());
+    CXmlWriterContext& context = *m_contexts[nDepth];
+    context.m_monitor.emplace(L"CXmlWriterContext");
+    m_nContexts = nDepth + 1;
+
+    context.m_dwChildCount = 0;
+    context.m_dwDepth = static_cast<std::uint32_t>(nDepth);
+    context.m_bStartTagOpen = true;
+    context.m_bAttributesOpen = false;
+    context.m_bInheritsNamespaces = true;
+    context.m_bOwnsDefaultNamespace = false;
+    context.m_pParent = m_pContext;
+    context.m_strElementName = strName;
+    if (m_pContext != nullptr && m_pContext->m_strNamespace == strNamespace)
+    {
+        context.m_strNamespace = m_pContext->m_strNamespace;
+    }
+    else
+    {
+        context.m_strNamespaceBuffer = strNamespace;
+        context.m_strNamespace = context.m_strNamespaceBuffer;
+    }
+    if (m_pContext == nullptr)
+        BeginRootScope(context);
+    return &context;
+}
+
+void CXmlWriter::BeginRootScope(CXmlWriterContext& context)
+{
+    BeginScope(context);
+    m_defaultNamespaces.push_back(m_strDefaultNamespace);
+    context.m_bOwnsDefaultNamespace = true;
+    for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
+        m_scopes.Bind(strNamespace, strPrefix);
+}
+
+void CXmlWriter::BeginScope(CXmlWriterContext& context)
+{
+    if (!context.m_bInheritsNamespaces)
+        return;
+    context.m_bInheritsNamespaces = false;
+    context.m_nOuterBindings = m_scopes.GetCount();
+}
+
+void CXmlWriter::PopContext()
+{
+    CXmlWriterContext* const pParent = m_pContext->m_pParent;
+    DropContextsTo(m_pContext->m_dwDepth);
+    m_pContext = pParent;
+}
+
+void CXmlWriter::DropContextsTo(std::size_t nCount)
+{
+    while (m_nContexts > nCount)
+    {
+        CXmlWriterContext& context = *m_contexts[--m_nContexts];
+        if (!context.m_bInheritsNamespaces)
+            m_scopes.DropTo(context.m_nOuterBindings);
+        if (context.m_bOwnsDefaultNamespace)
+            m_defaultNamespaces.pop_back();
+        context.m_monitor.reset();
+    }
+}
+
+const std::wstring& CXmlWriter::GetNamespaceMapValue(std::wstring_view strNamespace)
+{
+    const std::size_t nBinding = m_scopes.Find(strNamespace);
+    return m_scopes.GetPrefix(nBinding != CNamespaceScopes::s_nNotFound ? nBinding : m_scopes.Bind(strNamespace, L""));
+}
+
+void CXmlWriter::SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace,
+                                      std::wstring_view strPrefix)
+{
+    BeginScope(context);
+    m_scopes.Bind(strNamespace, strPrefix);
+}
+
+const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace)
+{
+    BeginScope(context);
+    return m_scopes.GetPrefix(m_scopes.Bind(strNamespace, m_scopes.GeneratePrefix()));
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::GetOpenElement() const
+{
+    QV_ASSERT_MSG(m_pContext != nullptr, "m_pContext != NULL");
+    if (m_pContext == nullptr)
+        throw CQvException(L"No Element has been started.");
+    return *m_pContext;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::GetOpenStartTag() const
+{
+    CXmlWriterContext& context = GetOpenElement();
+    if (!context.m_bStartTagOpen)
+        throw CQvException(L"Attributes must be added before elements");
+    return context;
+}
+
+} // namespace QvXmlLib9
