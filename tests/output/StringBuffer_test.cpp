@@ -1,0 +1,204 @@
+#include "quiver/output/StringBuffer.h"
+
+#include "tests/support/Expect.h"
+#include "tests/support/InstanceCounts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using QvXmlLib9::CStringBuffer;
+
+namespace
+{
+
+std::vector<std::size_t> BlockLengths(const CStringBuffer& buffer)
+{
+    std::vector<std::size_t> lengths;
+    buffer.ForEachBlock([&](std::wstring_view strBlock) { lengths.push_back(strBlock.size()); });
+    return lengths;
+}
+
+using Lengths = std::vector<std::size_t>;
+
+std::wstring Digits(std::size_t nLength)
+{
+    std::wstring strText;
+    for (std::size_t n = 0; n < nLength; ++n)
+        strText += static_cast<wchar_t>(L'0' + n % 10);
+    return strText;
+}
+
+} // namespace
+
+TEST(StringBuffer, ANewBufferGivesAnEmptyTextAndNotNull)
+{
+    CStringBuffer buffer;
+    ASSERT_NE(nullptr, buffer.GetData());
+    EXPECT_TEXT(L"", buffer.GetData());
+    EXPECT_EQ(0u, buffer.GetLength());
+    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_TEXT(L"", buffer.GetString());
+}
+
+TEST(StringBuffer, AppendsKeepTheirOrder)
+{
+    CStringBuffer buffer;
+    buffer.Append(L"a=");
+    buffer.Append(L'1');
+    buffer.Append(std::wstring(L"; "));
+    buffer.Append(L"");
+    buffer.AppendUnits(L"b=");
+    buffer.AppendUnit(L'2');
+    EXPECT_TEXT(L"a=1; b=2", buffer.GetData());
+    EXPECT_EQ(8u, buffer.GetLength());
+}
+
+TEST(StringBuffer, AFullBlockIsHandedOutWithoutACopyAndTerminated)
+{
+    CStringBuffer buffer;
+    buffer.Append(Digits(4095));
+    EXPECT_EQ(Lengths{4095}, BlockLengths(buffer));
+    const wchar_t* pBlock = nullptr;
+    buffer.ForEachBlock([&](std::wstring_view strBlock) { pBlock = strBlock.data(); });
+    EXPECT_EQ(pBlock, buffer.GetData());
+    EXPECT_TEXT(Digits(4095), buffer.GetData());
+}
+
+TEST(StringBuffer, OneUnitMoreThanABlockMakesASecondOneAndGetDataJoinsThem)
+{
+    CStringBuffer buffer;
+    buffer.Append(Digits(4096));
+    EXPECT_EQ((Lengths{4095, 1}), BlockLengths(buffer));
+    EXPECT_TEXT(Digits(4096), buffer.GetData());
+    EXPECT_EQ(4096u, buffer.GetLength());
+    EXPECT_EQ(Lengths{4096}, BlockLengths(buffer));
+}
+
+TEST(StringBuffer, AppendingAfterAJoinAddsABlockAndALaterGetDataJoinsAgain)
+{
+    CStringBuffer buffer;
+    buffer.Append(Digits(4096));
+    buffer.GetData();
+    buffer.Append(L'x');
+    EXPECT_EQ((Lengths{4096, 1}), BlockLengths(buffer));
+    EXPECT_TEXT(Digits(4096) + L"x", buffer.GetData());
+    EXPECT_EQ(4097u, buffer.GetLength());
+}
+
+TEST(StringBuffer, ABlockSizeOfNGivesBlocksOfOneUnitLess)
+{
+    CStringBuffer buffer(5);
+    buffer.Append(L"abcdefghij");
+    EXPECT_EQ((Lengths{4, 4, 2}), BlockLengths(buffer));
+    EXPECT_TEXT(L"abcdefghij", buffer.GetData());
+}
+
+TEST(StringBuffer, TheLeastBlockHoldsOneUnit)
+{
+    for (const unsigned long nBlockSize : {0ul, 1ul, 2ul})
+    {
+        CStringBuffer buffer(nBlockSize);
+        buffer.Append(L"abc");
+        EXPECT_EQ((Lengths{1, 1, 1}), BlockLengths(buffer));
+        EXPECT_TEXT(L"abc", buffer.GetData());
+    }
+}
+
+TEST(StringBuffer, EveryLengthOfAppendFitsEveryRoomLeft)
+{
+    for (std::size_t nBlockSize = 2; nBlockSize <= 40; ++nBlockSize)
+    {
+        CStringBuffer buffer(static_cast<unsigned long>(nBlockSize));
+        std::wstring strExpected;
+        for (std::size_t nLength = 0; nLength <= 40; ++nLength)
+        {
+            buffer.Append(Digits(nLength));
+            strExpected += Digits(nLength);
+        }
+        EXPECT_TEXT(strExpected, buffer.GetString());
+        EXPECT_EQ(strExpected.size(), buffer.GetLength());
+        EXPECT_TEXT(strExpected, buffer.GetData());
+    }
+}
+
+TEST(StringBuffer, AUnitOfZeroIsAppendedAndCounted)
+{
+    CStringBuffer buffer;
+    buffer.Append(std::wstring(L"a\0b", 3));
+    EXPECT_EQ(3u, buffer.GetLength());
+    EXPECT_TEXT(std::wstring(L"a\0b", 3), buffer.GetString());
+}
+
+TEST(StringBuffer, ACodePointAboveFfffIsHeldAsItsSurrogatePair)
+{
+    CStringBuffer buffer;
+    buffer.Append(L"a\U0001F600b");
+    buffer.Append(std::wstring_view(L"\U00010000"));
+    EXPECT_TEXT((std::wstring{L'a', 0xD83D, 0xDE00, L'b', 0xD800, 0xDC00}), buffer.GetData());
+    EXPECT_EQ(6u, buffer.GetLength());
+    if (sizeof(wchar_t) > 2)
+    {
+        buffer.Clear();
+        buffer.Append(static_cast<wchar_t>(0x10FFFF));
+        EXPECT_TEXT((std::wstring{0xDBFF, 0xDFFF}), buffer.GetData());
+    }
+}
+
+TEST(StringBuffer, SetReplacesTheText)
+{
+    CStringBuffer buffer(3);
+    buffer.Append(L"abcdef");
+    buffer.Set(L"xyz");
+    EXPECT_TEXT(L"xyz", buffer.GetData());
+    EXPECT_EQ(3u, buffer.GetLength());
+}
+
+TEST(StringBuffer, ClearFreesAllBlocks)
+{
+    CStringBuffer buffer(3);
+    buffer.Append(L"abcdef");
+    buffer.Clear();
+    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_EQ(0u, buffer.GetLength());
+    EXPECT_TEXT(L"", buffer.GetData());
+    buffer.Append(L"gh");
+    EXPECT_TEXT(L"gh", buffer.GetData());
+}
+
+TEST(StringBuffer, ResetKeepsALoneBlock)
+{
+    CStringBuffer buffer(5);
+    buffer.Append(L"abc");
+    const wchar_t* const pBlock = buffer.GetData();
+    buffer.Reset();
+    EXPECT_EQ(Lengths{0}, BlockLengths(buffer));
+    EXPECT_EQ(0u, buffer.GetLength());
+    EXPECT_EQ(pBlock, buffer.GetData());
+    EXPECT_TEXT(L"", buffer.GetData());
+    buffer.Append(L"defg");
+    EXPECT_EQ(Lengths{4}, BlockLengths(buffer));
+    EXPECT_TEXT(L"defg", buffer.GetData());
+}
+
+TEST(StringBuffer, ResetOfSeveralBlocksOrNoneIsClear)
+{
+    CStringBuffer buffer(3);
+    buffer.Reset();
+    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    buffer.Append(L"abc");
+    buffer.Reset();
+    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_TEXT(L"", buffer.GetData());
+}
+
+TEST(StringBuffer, IsCountedUnderItsName)
+{
+    const long nBefore = QvTest::CountInstances(L"CStringBuffer").nLiving;
+    {
+        CStringBuffer buffer;
+        EXPECT_EQ(nBefore + 1, QvTest::CountInstances(L"CStringBuffer").nLiving);
+    }
+    EXPECT_EQ(nBefore, QvTest::CountInstances(L"CStringBuffer").nLiving);
+}
