@@ -84,7 +84,6 @@ CBinaryData EncodeUtf8Blocks(const CStringBuffer& buffer)
     if (nBytes == 0)
         return CBinaryData();
 
-    Throw_IfBinaryDataIsTooLong(nBytes);
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nBytes]);
     CUtf8Output output(pBytes.get());
     ForEachBlockUpToZero(buffer, [&](std::wstring_view strBlock) { output.Write(strBlock); });
@@ -98,7 +97,6 @@ CBinaryData EncodeUtf16Blocks(const CStringBuffer& buffer)
     std::size_t nUnits = 0;
     ForEachBlockUpToZero(buffer, [&](std::wstring_view strBlock) { nUnits += strBlock.size(); });
 
-    Throw_IfBinaryDataIsTooLong(nUnits * 2);
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nUnits * 2]);
     unsigned char* pOut = pBytes.get();
     ForEachBlockUpToZero(buffer,

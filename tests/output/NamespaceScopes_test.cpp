@@ -60,9 +60,16 @@ TEST(NamespaceScopes, PrefixesAreTwoLettersCountedUp)
     {
         unsigned int n;
         std::wstring strPrefix;
-    } rows[] = {{0, L"AA"},     {1, L"AB"},   {25, L"AZ"},  {26, L"BA"},
-                {675, L"ZZ"},   {676, L"[A"}, {701, L"[Z"}, {702, L"\\A"},
-                {26 * 62, {65 + 62, L'A'}}, {26 * 1000 + 3, {65 + 1000, L'D'}}};
+    } rows[] = {{0, L"AA"},
+                {1, L"AB"},
+                {25, L"AZ"},
+                {26, L"BA"},
+                {675, L"ZZ"},
+                {676, L"[A"},
+                {701, L"[Z"},
+                {702, L"\\A"},
+                {26 * 62, {65 + 62, L'A'}},
+                {26 * 1000 + 3, {65 + 1000, L'D'}}};
     for (const auto& row : rows)
         EXPECT_TEXT(row.strPrefix, CNamespaceScopes::FormatPrefix(row.n));
 }

@@ -147,11 +147,11 @@ struct SUnpaired
 };
 
 const SUnpaired s_unpaired[] = {
-    {3, {0xD800}},          // high, at the end or ahead of other text
-    {3, {0xDC00}},          // low
-    {3, {0xDC00, 0xD800}},  // pair in the wrong order
-    {4094, {0xD800}},       // at the end of the first block
-    {4095, {0xDC00}},       // at the beginning of the second block
+    {3, {0xD800}},         // high, at the end or ahead of other text
+    {3, {0xDC00}},         // low
+    {3, {0xDC00, 0xD800}}, // pair in the wrong order
+    {4094, {0xD800}},      // at the end of the first block
+    {4095, {0xDC00}},      // at the beginning of the second block
 };
 
 CBinaryData BytesUpToSurrogate(const SUnpaired& row, const std::wstring& strBehind)

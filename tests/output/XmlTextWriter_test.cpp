@@ -238,52 +238,50 @@ TEST(XmlTextWriter, ACommentIsEscapedLikeTextAndEndsItsLine)
 
 TEST(XmlTextWriter, ACommentLeavesTheOpenStartTagAlone)
 {
-    EXPECT_TEXT(L"<a<!--x-->\n b=\"1\"/>",
-                Write(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.StartElement(L"a", L"");
-                        writer.WriteComment(L"x");
-                        Attribute(writer, L"b", L"", L"1");
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a<!--x-->\n b=\"1\"/>", Write(
+                                               [](CXmlTextWriter& writer)
+                                               {
+                                                   writer.StartElement(L"a", L"");
+                                                   writer.WriteComment(L"x");
+                                                   Attribute(writer, L"b", L"", L"1");
+                                                   writer.EndElement();
+                                               }));
 }
 
 TEST(XmlTextWriter, AProcessingInstructionIsWrittenAsItIsWithABlankLineBehindIt)
 {
-    EXPECT_TEXT(L"<?go a<b?>\n\n", Write([](CXmlTextWriter& writer) { writer.WriteProcessingInstruction(L"<?go a<b?>"); }));
+    EXPECT_TEXT(L"<?go a<b?>\n\n",
+                Write([](CXmlTextWriter& writer) { writer.WriteProcessingInstruction(L"<?go a<b?>"); }));
     EXPECT_TEXT(L"<?go?>\r\n\r\n", Write([](CXmlTextWriter& writer) { writer.WriteProcessingInstruction(L"<?go?>"); },
                                          SOptions{true, EOLType_CRLF, Encoding_None}));
 }
 
 TEST(XmlTextWriter, AnInlineSchemaStandsInsideTheOpenStartTag)
 {
-    EXPECT_TEXT(L"<a b=\"1\" \n<xs:schema/>\n>\n\t<c/>\n</a>\n",
-                WriteFormatted(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.StartElement(L"a", L"");
-                        Attribute(writer, L"b", L"", L"1");
-                        writer.WriteInlineSchema(L"<xs:schema/>");
-                        Leaf(writer, L"c", L"");
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a b=\"1\" \n<xs:schema/>\n>\n\t<c/>\n</a>\n", WriteFormatted(
+                                                                     [](CXmlTextWriter& writer)
+                                                                     {
+                                                                         writer.StartElement(L"a", L"");
+                                                                         Attribute(writer, L"b", L"", L"1");
+                                                                         writer.WriteInlineSchema(L"<xs:schema/>");
+                                                                         Leaf(writer, L"c", L"");
+                                                                         writer.EndElement();
+                                                                     }));
 }
 
 // --- Elements and text ----------------------------------------------------------------------------------------------
 
 TEST(XmlTextWriter, EmptyTextKeepsTheElementEmptyAndItsStartTagOpen)
 {
-    EXPECT_TEXT(L"<a b=\"1\"/>",
-                Write(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.StartElement(L"a", L"");
-                        Text(writer, L"");
-                        Attribute(writer, L"b", L"", L"1");
-                        Text(writer, std::wstring_view(L"\0x", 2));
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a b=\"1\"/>", Write(
+                                     [](CXmlTextWriter& writer)
+                                     {
+                                         writer.StartElement(L"a", L"");
+                                         Text(writer, L"");
+                                         Attribute(writer, L"b", L"", L"1");
+                                         Text(writer, std::wstring_view(L"\0x", 2));
+                                         writer.EndElement();
+                                     }));
 }
 
 TEST(XmlTextWriter, SeveralTextsFollowEachOther)
@@ -350,15 +348,14 @@ TEST(XmlTextWriter, EscapesInAttributes)
     {
         for (const EOLType eEOLType : {EOLType_LF, EOLType_CRLF})
         {
-            EXPECT_TEXT(L"<a b=\"" + row.strWritten + L"\"/>",
-                        Write(
-                            [&](CXmlTextWriter& writer)
-                            {
-                                writer.StartElement(L"a", L"");
-                                Attribute(writer, L"b", L"", row.strValue);
-                                writer.EndElement();
-                            },
-                            SOptions{false, eEOLType, Encoding_None}));
+            EXPECT_TEXT(L"<a b=\"" + row.strWritten + L"\"/>", Write(
+                                                                   [&](CXmlTextWriter& writer)
+                                                                   {
+                                                                       writer.StartElement(L"a", L"");
+                                                                       Attribute(writer, L"b", L"", row.strValue);
+                                                                       writer.EndElement();
+                                                                   },
+                                                                   SOptions{false, eEOLType, Encoding_None}));
         }
     }
 }
@@ -390,7 +387,10 @@ TEST(XmlTextWriter, TextThatBeginsWithACDataSectionIsWrittenAsItIs)
 
 TEST(XmlTextWriter, EveryTextArgumentEndsAtItsFirstZeroUnit)
 {
-    const auto fnCut = [](const wchar_t* lpctText) { return std::wstring(lpctText) + std::wstring(L"\0<no", 4); };
+    const auto fnCut = [](const wchar_t* lpctText)
+    {
+        return std::wstring(lpctText) + std::wstring(L"\0<no", 4);
+    };
     EXPECT_TEXT(L"<?pi?>\n\n<!--c-->\n<!D>\n"
                 L"<p:a xmlns=\"urn:d\" xmlns:p=\"urn:p\" p:b=\"v\" AA:type=\"p:t\" \ns\n>t<![CDATA[x]]>r"
                 L"<AB:e xmlns:AB=\"urn:e\"/></p:a>",
@@ -467,13 +467,13 @@ TEST(XmlTextWriter, ClosingTheStartTagCountsAChildEachTime)
 TEST(XmlTextWriter, AnElementWithoutNamespaceIsWrittenBareInsideADefaultNamespace)
 {
     EXPECT_TEXT(L"<a xmlns=\"urn:a\"><b/></a>", Write(
-                                                     [](CXmlTextWriter& writer)
-                                                     {
-                                                         writer.SetDefaultNamespace(L"urn:a");
-                                                         writer.StartElement(L"a", L"urn:a");
-                                                         Leaf(writer, L"b", L"");
-                                                         writer.EndElement();
-                                                     }));
+                                                    [](CXmlTextWriter& writer)
+                                                    {
+                                                        writer.SetDefaultNamespace(L"urn:a");
+                                                        writer.StartElement(L"a", L"urn:a");
+                                                        Leaf(writer, L"b", L"");
+                                                        writer.EndElement();
+                                                    }));
 }
 
 TEST(XmlTextWriter, TheRootDeclaresItsNamespacesInTheOrderOfTheUris)
@@ -511,28 +511,26 @@ TEST(XmlTextWriter, APrefixOfTheRootIsUsedAtAnyDepthWithoutADeclaration)
 
 TEST(XmlTextWriter, AQualifiedAttributeHasAPrefixEvenInTheDefaultNamespace)
 {
-    EXPECT_TEXT(L"<a xmlns=\"urn:a\" xmlns:AA=\"urn:a\" AA:b=\"1\"/>",
-                Write(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.SetDefaultNamespace(L"urn:a");
-                        writer.StartElement(L"a", L"urn:a");
-                        Attribute(writer, L"b", L"urn:a", L"1");
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a xmlns=\"urn:a\" xmlns:AA=\"urn:a\" AA:b=\"1\"/>", Write(
+                                                                           [](CXmlTextWriter& writer)
+                                                                           {
+                                                                               writer.SetDefaultNamespace(L"urn:a");
+                                                                               writer.StartElement(L"a", L"urn:a");
+                                                                               Attribute(writer, L"b", L"urn:a", L"1");
+                                                                               writer.EndElement();
+                                                                           }));
 }
 
 TEST(XmlTextWriter, TheSecondAttributeOfANewNamespaceFindsItsPrefix)
 {
-    EXPECT_TEXT(L"<a xmlns:AA=\"urn:b\" AA:x=\"1\" AA:y=\"2\"/>",
-                Write(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.StartElement(L"a", L"");
-                        Attribute(writer, L"x", L"urn:b", L"1");
-                        Attribute(writer, L"y", L"urn:b", L"2");
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a xmlns:AA=\"urn:b\" AA:x=\"1\" AA:y=\"2\"/>", Write(
+                                                                      [](CXmlTextWriter& writer)
+                                                                      {
+                                                                          writer.StartElement(L"a", L"");
+                                                                          Attribute(writer, L"x", L"urn:b", L"1");
+                                                                          Attribute(writer, L"y", L"urn:b", L"2");
+                                                                          writer.EndElement();
+                                                                      }));
 }
 
 TEST(XmlTextWriter, TwoNewNamespacesOnOneElementGetTwoPrefixes)
@@ -551,11 +549,11 @@ TEST(XmlTextWriter, TwoNewNamespacesOnOneElementGetTwoPrefixes)
 TEST(XmlTextWriter, AGeneratedPrefixPassesOverOneThatIsTaken)
 {
     EXPECT_TEXT(L"<AB:a xmlns:AB=\"urn:a\" xmlns:AA=\"urn:x\"/>", Write(
-                                                                     [](CXmlTextWriter& writer)
-                                                                     {
-                                                                         writer.AddNamespaceMapping(L"AA", L"urn:x");
-                                                                         Leaf(writer, L"a", L"urn:a");
-                                                                     }));
+                                                                      [](CXmlTextWriter& writer)
+                                                                      {
+                                                                          writer.AddNamespaceMapping(L"AA", L"urn:x");
+                                                                          Leaf(writer, L"a", L"urn:a");
+                                                                      }));
 }
 
 TEST(XmlTextWriter, TheXmlNamespaceIsNeverDeclaredAndItsPrefixIsXml)
@@ -583,49 +581,48 @@ TEST(XmlTextWriter, ALongerUriThatBeginsLikeTheXmlNamespaceIsNotDeclaredEither)
 
 TEST(XmlTextWriter, ADefaultNamespaceSetOnAnOpenElementIsNotDeclaredAndHoldsInItsScope)
 {
-    EXPECT_TEXT(L"<a><b><c/><d/></b><AA:c xmlns:AA=\"urn:b\"/></a>",
-                Write(
-                    [](CXmlTextWriter& writer)
-                    {
-                        writer.StartElement(L"a", L"");
-                        writer.StartElement(L"b", L"");
-                        writer.SetDefaultNamespace(L"urn:b");
-                        Leaf(writer, L"c", L"urn:b");
-                        Leaf(writer, L"d", L"");
-                        writer.EndElement();
-                        Leaf(writer, L"c", L"urn:b");
-                        writer.EndElement();
-                    }));
+    EXPECT_TEXT(L"<a><b><c/><d/></b><AA:c xmlns:AA=\"urn:b\"/></a>", Write(
+                                                                         [](CXmlTextWriter& writer)
+                                                                         {
+                                                                             writer.StartElement(L"a", L"");
+                                                                             writer.StartElement(L"b", L"");
+                                                                             writer.SetDefaultNamespace(L"urn:b");
+                                                                             Leaf(writer, L"c", L"urn:b");
+                                                                             Leaf(writer, L"d", L"");
+                                                                             writer.EndElement();
+                                                                             Leaf(writer, L"c", L"urn:b");
+                                                                             writer.EndElement();
+                                                                         }));
 }
 
 TEST(XmlTextWriter, APrefixSetOnAnOpenElementIsNotDeclaredAndHoldsInItsScope)
 {
     EXPECT_TEXT(L"<a><b><p:c/></b><AA:c xmlns:AA=\"urn:b\"/></a>", Write(
-                                                                      [](CXmlTextWriter& writer)
-                                                                      {
-                                                                          writer.StartElement(L"a", L"");
-                                                                          writer.StartElement(L"b", L"");
-                                                                          writer.AddNamespaceMapping(L"p", L"urn:b");
-                                                                          Leaf(writer, L"c", L"urn:b");
-                                                                          writer.EndElement();
-                                                                          Leaf(writer, L"c", L"urn:b");
-                                                                          writer.EndElement();
-                                                                      }));
+                                                                       [](CXmlTextWriter& writer)
+                                                                       {
+                                                                           writer.StartElement(L"a", L"");
+                                                                           writer.StartElement(L"b", L"");
+                                                                           writer.AddNamespaceMapping(L"p", L"urn:b");
+                                                                           Leaf(writer, L"c", L"urn:b");
+                                                                           writer.EndElement();
+                                                                           Leaf(writer, L"c", L"urn:b");
+                                                                           writer.EndElement();
+                                                                       }));
 }
 
 TEST(XmlTextWriter, AnEndTagWhoseDefaultNamespaceWasTakenAwayGetsAnEmptyPrefix)
 {
     EXPECT_TEXT(L"<a xmlns=\"urn:a\"><b>x</:b></a>", Write(
-                                                       [](CXmlTextWriter& writer)
-                                                       {
-                                                           writer.SetDefaultNamespace(L"urn:a");
-                                                           writer.StartElement(L"a", L"urn:a");
-                                                           writer.StartElement(L"b", L"urn:a");
-                                                           writer.SetDefaultNamespace(L"urn:z");
-                                                           Text(writer, L"x");
-                                                           writer.EndElement();
-                                                           writer.EndElement();
-                                                       }));
+                                                         [](CXmlTextWriter& writer)
+                                                         {
+                                                             writer.SetDefaultNamespace(L"urn:a");
+                                                             writer.StartElement(L"a", L"urn:a");
+                                                             writer.StartElement(L"b", L"urn:a");
+                                                             writer.SetDefaultNamespace(L"urn:z");
+                                                             Text(writer, L"x");
+                                                             writer.EndElement();
+                                                             writer.EndElement();
+                                                         }));
 }
 
 TEST(XmlTextWriter, ASecondRootStartsFromTheDocumentsNamespacesAgain)
@@ -796,13 +793,13 @@ TEST(XmlTextWriterDeathTest, ProgrammingErrorsStopAtTheirAssertions)
 TEST(XmlTextWriter, CarriageReturnsAreDropped)
 {
     EXPECT_TEXT(L"<a b=\"x&#xA;y\">x\ny</a>", Write(
-                                                [](CXmlTextWriter& writer)
-                                                {
-                                                    writer.StartElement(L"a", L"");
-                                                    Attribute(writer, L"b", L"", L"\rx\r\ny\r");
-                                                    Text(writer, L"\rx\r\ny\r");
-                                                    writer.EndElement();
-                                                }));
+                                                  [](CXmlTextWriter& writer)
+                                                  {
+                                                      writer.StartElement(L"a", L"");
+                                                      Attribute(writer, L"b", L"", L"\rx\r\ny\r");
+                                                      Text(writer, L"\rx\r\ny\r");
+                                                      writer.EndElement();
+                                                  }));
 }
 
 TEST(XmlTextWriter, CallsForAnOpenElementWhileThereIsNoneAreRefused)

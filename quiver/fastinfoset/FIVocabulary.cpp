@@ -1,0 +1,169 @@
+#include "quiver/fastinfoset/FIVocabulary.h"
+
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/output/UnitText.h"
+
+#include <cstdio>
+#include <cwchar>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+/// Stands between the parts of a qualified name in the printed tables.
+constexpr wchar_t s_cPartSeparator = 1;
+
+/// Whichever way the program uses the standard output, the text arrives there.
+void Print(const std::wstring& strText)
+{
+    if (std::fwide(stdout, 0) > 0)
+    {
+        std::fputws(strText.c_str(), stdout);
+        return;
+    }
+    std::string strBytes;
+    AppendUtf8(strBytes, strText);
+    std::fwrite(strBytes.data(), 1, strBytes.size(), stdout);
+}
+
+void PrintMap(const wchar_t* lpctTitle, const CFIIndexMap& map, bool bNames)
+{
+    Print(lpctTitle);
+    for (std::size_t n = 1; n <= map.GetCount(); ++n)
+    {
+        const CFIIndexMap::SKey key = map.GetKey(n);
+        std::wstring strKey(key.strText);
+        if (bNames)
+            strKey.append(1, s_cPartSeparator)
+                .append(key.strNamespace)
+                .append(1, s_cPartSeparator)
+                .append(key.strPrefix);
+        Print(FormatString(L"%s, %d\n", strKey.c_str(), static_cast<int>(n)));
+    }
+}
+
+} // namespace
+
+CFIVocabulary::CFIStringTable::CFIStringTable() = default;
+CFIVocabulary::CFIStringTable::CFIStringTable(const CFIStringTable& source) = default;
+CFIVocabulary::CFIStringTable& CFIVocabulary::CFIStringTable::operator=(const CFIStringTable& source) = default;
+CFIVocabulary::CFIStringTable::~CFIStringTable() = default;
+
+CFIVocabulary::CFIQNameTable::CFIQNameTable() = default;
+CFIVocabulary::CFIQNameTable::CFIQNameTable(const CFIQNameTable& source) = default;
+CFIVocabulary::CFIQNameTable& CFIVocabulary::CFIQNameTable::operator=(const CFIQNameTable& source) = default;
+CFIVocabulary::CFIQNameTable::~CFIQNameTable() = default;
+
+CFIVocabulary::CFIVocabulary()
+    : m_restrictedAlphabets{L"0123456789-+.e ", L"0123456789-:TZ "}
+{
+    AddPrefixName(L"xml");
+    AddNamespaceName(L"http://www.w3.org/XML/1998/namespace");
+}
+
+CFIVocabulary::CFIVocabulary(const CFIVocabulary& source) = default;
+CFIVocabulary& CFIVocabulary::operator=(const CFIVocabulary& source) = default;
+CFIVocabulary::~CFIVocabulary() = default;
+
+void CFIVocabulary::AddAttribute(std::wstring_view strPrefix, std::wstring_view strNamespace,
+                                 std::wstring_view strLocalName)
+{
+    AddQName(strPrefix, strNamespace, strLocalName, m_attributeNameMap, m_attributeNames);
+}
+
+void CFIVocabulary::AddElement(std::wstring_view strPrefix, std::wstring_view strNamespace,
+                               std::wstring_view strLocalName)
+{
+    AddQName(strPrefix, strNamespace, strLocalName, m_elementNameMap, m_elementNames);
+}
+
+void CFIVocabulary::AddAttributeValue(std::wstring_view strValue)
+{
+    AddValue(strValue, m_attributeValueMap, m_attributeValues);
+}
+
+void CFIVocabulary::AddElementValue(std::wstring_view strValue)
+{
+    AddValue(strValue, m_characterChunkMap, m_characterChunks);
+}
+
+void CFIVocabulary::AddPrefixName(std::wstring_view strValue)
+{
+    AddValue(strValue, m_prefixNameMap, m_prefixNames);
+}
+
+void CFIVocabulary::AddNamespaceName(std::wstring_view strValue)
+{
+    AddValue(strValue, m_namespaceNameMap, m_namespaceNames);
+}
+
+void CFIVocabulary::AddLocalName(std::wstring_view strValue)
+{
+    AddValue(strValue, m_localNameMap, m_localNames);
+}
+
+void CFIVocabulary::AddQName(std::wstring_view strPrefix, std::wstring_view strNamespace,
+                             std::wstring_view strLocalName, CFIIndexMap& map, CFIQNameTable& table)
+{
+    std::wstring strPrefixBuffer;
+    std::wstring strNamespaceBuffer;
+    std::wstring strLocalNameBuffer;
+    const CFIIndexMap::SKey key{ToUnitText(strLocalName, strLocalNameBuffer),
+                                ToUnitText(strNamespace, strNamespaceBuffer), ToUnitText(strPrefix, strPrefixBuffer)};
+    if (map.Find(key) != 0)
+        return;
+    const std::uint32_t dwPrefixIndex =
+        key.strPrefix.empty() ? 0 : FindOrAddPart(key.strPrefix, m_prefixNameMap, m_prefixNames);
+    const std::uint32_t dwNamespaceIndex =
+        key.strNamespace.empty() ? 0 : FindOrAddPart(key.strNamespace, m_namespaceNameMap, m_namespaceNames);
+    const std::uint32_t dwLocalNameIndex = FindOrAddPart(key.strText, m_localNameMap, m_localNames);
+    map.Add(key);
+    AddQNameToVector(dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex, table);
+}
+
+std::uint32_t CFIVocabulary::FindOrAddPart(std::wstring_view strPart, CFIIndexMap& map, CFIStringTable& table)
+{
+    const std::uint32_t dwIndex = map.Find({strPart});
+    if (dwIndex != 0)
+        return dwIndex;
+    AddValue(strPart, map, table);
+    return static_cast<std::uint32_t>(table.m_table.size());
+}
+
+void CFIVocabulary::AddQNameToVector(std::uint32_t dwPrefixIndex, std::uint32_t dwNamespaceIndex,
+                                     std::uint32_t dwLocalNameIndex, CFIQNameTable& table)
+{
+    if (table.m_table.size() < CFIIndexMap::s_nMaxEntries)
+        table.m_table.push_back({dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex});
+}
+
+void CFIVocabulary::AddValue(std::wstring_view strValue, CFIIndexMap& map, CFIStringTable& table)
+{
+    std::wstring strBuffer;
+    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
+    map.Add({strUnits});
+    AddValueToVector(strUnits, table);
+}
+
+void CFIVocabulary::AddValueToVector(std::wstring_view strValue, CFIStringTable& table)
+{
+    if (table.m_table.size() < CFIIndexMap::s_nMaxEntries)
+        table.m_table.emplace_back(strValue);
+}
+
+void CFIVocabulary::Dump() const
+{
+    Print(L"\n** Dumping FI Tables **\n");
+    PrintMap(L"\nAttr Names\n", m_attributeNameMap, true);
+    PrintMap(L"\nAttr Values\n", m_attributeValueMap, false);
+    PrintMap(L"\nCharacter Chunks\n", m_characterChunkMap, false);
+    PrintMap(L"\nElement Names\n", m_elementNameMap, true);
+    PrintMap(L"\nLocal Names\n", m_localNameMap, false);
+    PrintMap(L"\nNamespace Names\n", m_namespaceNameMap, false);
+    PrintMap(L"\nPrefix Names\n", m_prefixNameMap, false);
+}
+
+} // namespace QvXmlLib9
