@@ -18,9 +18,14 @@ constexpr std::size_t s_nReserve = 256 * 1024;
 
 } // namespace
 
+bool IsStackLow()
+{
+    return Platform::GetStackBytesLeft() < std::min(s_nReserve, Platform::GetStackSize() / 4);
+}
+
 void Throw_IfStackIsLow()
 {
-    if (Platform::GetStackBytesLeft() < std::min(s_nReserve, Platform::GetStackSize() / 4))
+    if (IsStackLow())
         throw CQvException(L"The document is nested too deeply to be processed");
 }
 

@@ -8,4 +8,7 @@ namespace QvXmlLib9
 /// overflow the stack, while the depth that can be handled grows with the stack that the caller provides.
 void Throw_IfStackIsLow();
 
+/// Whether Throw_IfStackIsLow would throw: for operations that have another way than to fail, such as destruction.
+bool IsStackLow();
+
 } // namespace QvXmlLib9
