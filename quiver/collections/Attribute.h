@@ -137,7 +137,7 @@ private:
                   const CSharedText& strTargetNamespace);
     CSmartPtr<CAttribute> Append(const std::wstring& strName, const std::wstring& strValue,
                                  const CSharedText& strNamespace);
-    bool AllowsAll() const;
+    bool IsAllowed(const std::wstring& strNamespace) const;
 
     CSharedText m_strNamespaceRestriction;
     CSharedText m_strTargetNamespace;

@@ -134,6 +134,23 @@ protected:
 private:
     CElement(const std::wstring& strName, const CSharedText& strNamespace, const CSharedText& strRestriction,
              const CSharedText& strTargetNamespace);
+    void InitShared(const std::wstring& strName, const CSharedText& strNamespace, const CSharedText& strRestriction,
+                    const CSharedText& strTargetNamespace);
+
+    template <class TEnter, class TLeave>
+    void Walk(TEnter Enter, TLeave Leave) const;
+    const CNode* FirstChildNode() const;
+    CSmartPtr<CElement> CloneAlone() const;
+
+    void WriteStart(CXmlWriter* pWriter, const wchar_t* lpctNamespaceUri,
+                    const CXmlSerializationContext& context) const;
+    void WriteSpliced(CXmlWriter* pWriter, bool bOptionalChoice) const;
+    static const CElement* AsPlainElement(const CXmlObjectBase& object);
+
+    static CSmartPtr<CElement> Read(CXmlElement& source, const CSharedText& strLikelyNamespace,
+                                    const CSharedText& strTargetNamespace, const CXmlSerializationContext& context);
+    CSmartPtr<CElement> NewCopiedChild(CXmlElement& source) const;
+    void CopyAlone(CXmlElement& source);
 
     std::wstring m_strName;
     std::wstring m_strText;
@@ -215,8 +232,9 @@ protected:
                                                     const CXmlSerializationContext& context);
 
 private:
-    CElementCol(const CSharedText& strNamespace, const CSharedText& strRestriction,
-                const CSharedText& strTargetNamespace);
+    CElementCol(const CSharedText& strNamespace, const CSharedText& strTargetNamespace);
+    CSmartPtr<CElement> AppendNew(const wchar_t* lpctName, const CSharedText& strNamespace);
+    CSmartPtr<CElementCol> CloneAlone() const;
 
     CSharedText m_strElementNamespace;
     CSharedText m_strTargetNamespace;

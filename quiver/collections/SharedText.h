@@ -6,8 +6,15 @@
 namespace QvXmlLib9
 {
 
+/// The text, or an empty one for null.
+inline const wchar_t* TextOrEmpty(const wchar_t* lpctText)
+{
+    return lpctText != nullptr ? lpctText : L"";
+}
+
 /// An immutable text that many objects hold for the price of one. The namespaces and restrictions of open content are
-/// the same throughout a subtree; each element and each of its collections holds a handle instead of a copy. Internal.
+/// the same throughout a subtree, so each element and each of its collections holds a handle instead of a copy. Part of
+/// the collections; applications have no use for it.
 ///
 /// Handles of one text may be used on several threads.
 class CSharedText
@@ -17,26 +24,14 @@ public:
     CSharedText() = default;
 
     /// @param lpctText the text, copied; null counts as empty.
-    explicit CSharedText(const wchar_t* lpctText)
-    {
-        if (lpctText != nullptr && *lpctText != L'\0')
-            m_pText = std::make_shared<const std::wstring>(lpctText);
-    }
+    explicit CSharedText(const wchar_t* lpctText);
+    explicit CSharedText(const std::wstring& strText);
 
-    explicit CSharedText(const std::wstring& strText)
-    {
-        if (!strText.empty())
-            m_pText = std::make_shared<const std::wstring>(strText);
-    }
+    /// "##any", the restriction that allows every namespace.
+    static CSharedText Any();
 
-    /// The restriction that allows every namespace. No count is kept for it.
-    static CSharedText Any()
-    {
-        static const std::wstring& s_strAny = *new std::wstring(L"##any");
-        CSharedText text;
-        text.m_pText = std::shared_ptr<const std::wstring>(std::shared_ptr<void>(), &s_strAny);
-        return text;
-    }
+    bool IsAny() const;
+    bool IsEmpty() const { return m_pText == nullptr; }
 
     const std::wstring& Get() const { return m_pText != nullptr ? *m_pText : Empty(); }
     const wchar_t* c_str() const { return Get().c_str(); }

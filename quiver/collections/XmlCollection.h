@@ -121,6 +121,8 @@ protected:
     const CSharedText& ItemNamespace() const { return m_strNamespace; }
     void SetItemNamespace(const CSharedText& strNamespace) { m_strNamespace = strNamespace; }
 
+    bool HasListeners() const { return !m_lstEventListeners.empty(); }
+
     /// @throws CQvInvalidParamException as Remove does, unless there is an item at that position.
     void Throw_IfIndexIsOutOfRange(int nIndex) const;
 
@@ -221,6 +223,8 @@ protected:
     CNode* GetNodeForItem(const CXmlObjectBase* pItem) const;
 
     /// Takes a node out of the list and frees it.
+    /// @throws CQvInvalidParamException "The object was not found in the collection" if a listener that heard of the
+    ///         removal has removed the node already.
     void RemoveNode(CNode* pNode);
 
     /// The first node, or null: where `begin()` of a derived class starts.
@@ -245,8 +249,10 @@ private:
     template <class TFindNext>
     void InsertItem(CXmlObjectBase* pItem, TFindNext FindNext);
     void Link(CNode* pNode, CNode* pNext);
-    void Unlink(CNode* pNode);
+    void Discard(CNode* pNode);
+    bool Holds(const CNode* pNode) const;
     CNode* WalkTo(int nIndex) const;
+    std::uint64_t GetOrderId() const;
 
     CNode* m_pHead = nullptr;
     CNode* m_pTail = nullptr;

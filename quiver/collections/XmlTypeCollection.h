@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 /// @file
@@ -65,6 +66,10 @@ protected:
     /// @throws CQvInvalidValueException for a text that is no such value, and what `Add` throws.
     virtual void AddFromString(std::wstring strText) = 0;
 
+    template <class TIterator, class TAppendText>
+    void WriteItems(CXmlWriter* pWriter, const CXmlSerializationContext& context, ItemType eItemType, TIterator itBegin,
+                    TIterator itEnd, TAppendText AppendText) const;
+
     const CPrimitiveRestrictions& GetRestrictions() const { return m_restrictions; }
     ItemType GetItemType() const { return m_eItemType; }
     const wchar_t* GetFormat() const { return m_pszFormat; }
@@ -107,7 +112,8 @@ protected:
     ~CXmlVectorCollection() override;
 
     /// Tests a value against facets; null for no test.
-    using PfnCheck = void (*)(const wchar_t* lpctName, TArgument value, const CPrimitiveRestrictions& restrictions);
+    using PfnCheck = void (*)(const wchar_t* lpctName, std::conditional_t<std::is_class_v<TItem>, const TItem&, TItem>,
+                              const CPrimitiveRestrictions& restrictions);
 
     /// Announces the value, tests position and facets, inserts, and reports.
     void InsertItem(int nIndex, TArgument value, PfnCheck pfnCheck);

@@ -1,0 +1,44 @@
+#include "quiver/collections/SharedText.h"
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+/// Never destroyed: objects in static storage may outlive everything else.
+const std::wstring& AnyText()
+{
+    static const std::wstring& s_strAny = *new std::wstring(L"##any");
+    return s_strAny;
+}
+
+} // namespace
+
+CSharedText::CSharedText(const wchar_t* lpctText)
+    : CSharedText(std::wstring(TextOrEmpty(lpctText)))
+{
+}
+
+CSharedText::CSharedText(const std::wstring& strText)
+{
+    if (strText == AnyText())
+        *this = Any();
+    else if (!strText.empty())
+        m_pText = std::make_shared<const std::wstring>(strText);
+}
+
+CSharedText CSharedText::Any()
+{
+    // A handle that owns nothing costs no count when it is copied, and nearly every object of open content has one.
+    CSharedText text;
+    text.m_pText = std::shared_ptr<const std::wstring>(std::shared_ptr<void>(), &AnyText());
+    return text;
+}
+
+bool CSharedText::IsAny() const
+{
+    return m_pText.get() == &AnyText();
+}
+
+} // namespace QvXmlLib9
