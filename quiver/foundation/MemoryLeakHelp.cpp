@@ -252,7 +252,9 @@ CInstanceMonitor::~CInstanceMonitor()
         Add(pCounts->m_counts[m_pct->nIndex].lInstances, -1);
     else
         --m_pct->lInstanceCount;
+#if defined(QUIVER_DIAGNOSTICS)
     QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
+#endif
 }
 
 std::wstring CInstanceMonitor::DumpState()
