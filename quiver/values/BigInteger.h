@@ -2,7 +2,9 @@
 
 #include "quiver/foundation/Export.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// @file
@@ -51,7 +53,7 @@ public:
     CBigInteger(__int64 nValue);
 
     /// The nearest whole number; a half is rounded toward zero, so 2.5 gives 2 and 2.51 gives 3. Digits are those of
-    /// repeated division by 10.0 in floating point, hence inexact beyond 2 to the power of 53. A value that is not a
+    /// repeated division by 10.0 in floating point, hence inexact from 2 to the power of 52 on. A value that is not a
     /// number gives zero.
     /// @throws CQvInvalidValueException with the words of `CDecimal(double)` if `dValue` is infinite.
     CBigInteger(double dValue);
@@ -78,7 +80,7 @@ public:
     /// Any other text is read by `CDecimal`, within its limits, and rounded to a whole number, a half toward zero:
     /// "2.5" is 2, "2.6" is 3, "1E3" is 1000.
     ///
-    /// On failure this object keeps its value.
+    /// A null pointer counts as an empty text. On failure this object keeps its value.
     /// @throws CQvInvalidValueException with the words of `CDecimal(const wchar_t*)`.
     void Parse(const wchar_t* lpctValue);
 
@@ -188,6 +190,25 @@ protected:
 
 private:
     friend class CDecimal;
+
+    CBigInteger(int nSign, std::vector<wchar_t>&& digits);
+
+    static void BuildFromEnd(std::wstring_view text, std::vector<wchar_t>& digits);
+    /// The value of `nCount` digits of a text.
+    static void BuildDigits(const wchar_t* pFirst, std::size_t nCount, std::vector<wchar_t>& digits);
+    void AppendDigits(std::wstring& strText) const;
+    bool IsZeroValue() const;
+    /// -1, 0 or 1 as this number stands below, at or above `other` in the order, in which the two zeros differ.
+    int Order(const CBigInteger& other) const;
+    /// Adds `other` as if its sign were `nSign`.
+    void Accumulate(const CBigInteger& other, int nSign);
+    void Throw_IfNoDivisor(const CBigInteger& divisor, const wchar_t* lpctMessage) const;
+    CBigInteger Quotient(const CBigInteger& divisor) const;
+    CBigInteger Remainder(const CBigInteger& divisor) const;
+    /// Whether the value fits a signed integer type with this maximum.
+    bool FitsInteger(unsigned __int64 nMaximum) const;
+    /// The value, which fits.
+    __int64 ToInteger() const;
 
     /// 1 or -1.
     int m_sign;

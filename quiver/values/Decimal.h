@@ -4,6 +4,7 @@
 #include "quiver/values/BigInteger.h"
 
 #include <string>
+#include <vector>
 
 /// @file
 /// Exact decimal numbers: the value of XML Schema `decimal`.
@@ -58,8 +59,8 @@ public:
     ///
     /// White space (blank, tab, line feed, carriage return) is passed over except among and behind the digits of the
     /// exponent. Signs may stand anywhere before the point, the last one counts: "5-" is -5. Either part may be empty,
-    /// as may be the exponent's digits; an empty text is zero. An exponent multiplies or divides by a power of ten,
-    /// with the operators of this class.
+    /// as may be the exponent's digits; an empty text or a null pointer is zero. An exponent multiplies or divides by a
+    /// power of ten, with the operators of this class.
     ///
     /// @throws CQvInvalidValueException "The string representing a Decimal, contained an invalid char at position %d
     /// [%s]", with the position of the first character that cannot be read, counted from 0, and the whole text. That is
@@ -150,6 +151,19 @@ private:
     void Rationalise();
     void ChangeFractionalDivider(int nDivider);
     static int Normalize(CDecimal& a, CDecimal& b);
+
+    /// The maximum of decimal places within its bounds; -1 for every negative one.
+    static int GetWorkingPlaces();
+    void LimitPlaces();
+    /// Whole part and fraction in one magnitude, as a multiple of the last decimal place.
+    std::vector<wchar_t> GetMantissa() const;
+    static CDecimal FromMantissa(int nSign, const std::vector<wchar_t>& mantissa, int nDivider);
+    CDecimal SumWith(CDecimal addend) const;
+    /// Brings the fraction of a sum below one and its sign in line with that of the whole part.
+    void SettleFraction(int nDivider);
+    /// -1, 0 or 1 as this number stands below, at or above `other` in the order, in which the two zeros differ.
+    int Order(const CDecimal& other) const;
+    void AppendFraction(std::wstring& strText) const;
 
     /// The integer part, with the sign of the number; zero keeps it too.
     CBigInteger m_whole;
