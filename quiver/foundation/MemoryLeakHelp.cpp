@@ -195,14 +195,14 @@ std::pair<std::int64_t, std::int64_t> AddUp(const SState& state, const ClassType
     return {lInstances, lTotal};
 }
 
-#if defined(QUIVER_DIAGNOSTICS)
-bool HasInstances(const ClassType& ct)
+[[maybe_unused]] bool HasInstances(const ClassType& ct)
 {
     SState& state = State();
     const std::lock_guard<std::mutex> lock(state.m_cs);
     return AddUp(state, ct).first >= 0;
 }
 
+#if defined(QUIVER_DIAGNOSTICS)
 /// Reports the counts when the library is unloaded.
 class CInstanceTracker
 {
