@@ -7,27 +7,18 @@
 
 #include "PurchaseOrder.h"
 
+#include "examples/common/Console.h"
+
 #include <cstdio>
 #include <string>
 
 using namespace QvXmlLib9;
 using namespace order;
+using example::Narrow;
+using example::Widen;
 
 namespace
 {
-
-std::string Narrow(const std::wstring& strText)
-{
-    const CBinaryData data = EncodeUtf8(strText.c_str());
-    return std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength());
-}
-
-std::wstring Widen(const char* lpcText)
-{
-    const std::string strText = lpcText;
-    return DecodeUtf8(reinterpret_cast<const unsigned char*>(strText.data()),
-                      static_cast<unsigned long>(strText.size()));
-}
 
 /// Pads by characters, which is close enough to columns for the names of a small table.
 std::string Column(const std::wstring& strText, std::size_t nWidth)
@@ -52,11 +43,11 @@ void PrintOrder(const CPurchaseOrder& purchaseOrder)
     PrintAddress("Bill to:", purchaseOrder.GetBillTo());
     std::printf("%-8s %s %8s %10s\n", "part", Column(L"product", 26).c_str(), "quantity", "price");
     double dTotal = 0;
-    for (const CSmartPtr<CItem> spItem : *purchaseOrder.GetItems())
+    for (const CItem& item : *purchaseOrder.GetItems())
     {
-        std::printf("%-8s %s %8d %10.2f\n", Narrow(spItem->GetPart()).c_str(), Column(spItem->GetProduct(), 26).c_str(),
-                    spItem->GetQuantity(), spItem->GetPrice());
-        dTotal += spItem->GetQuantity() * spItem->GetPrice();
+        std::printf("%-8s %s %8d %10.2f\n", Narrow(item.GetPart()).c_str(), Column(item.GetProduct(), 26).c_str(),
+                    item.GetQuantity(), item.GetPrice());
+        dTotal += item.GetQuantity() * item.GetPrice();
     }
     std::printf("%-8s %26s %8s %10.2f %s\n\n", "total", "", "", dTotal, Narrow(purchaseOrder.GetCurrency()).c_str());
 }
@@ -73,6 +64,22 @@ void ChangeOrder(CPurchaseOrder& purchaseOrder)
     purchaseOrder.SetBillTo(spBillTo);
 }
 
+int Work(const std::wstring& strIn, const std::wstring& strOut)
+{
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(L"urn:example:order");
+
+    const CSmartPtr<CPurchaseOrder> spOrder = new CPurchaseOrder;
+    spOrder->FromXmlFile(strIn.c_str(), context);
+    PrintOrder(*spOrder);
+    ChangeOrder(*spOrder);
+    if (!strOut.empty())
+        spOrder->ToXmlFile(strOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    else
+        std::printf("%s", Narrow(spOrder->ToXml(true, true, EOLType_LF, context)).c_str());
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -82,25 +89,5 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: %s IN.xml [OUT.xml]\n", argv[0]);
         return 2;
     }
-    try
-    {
-        CXmlSerializationContext context;
-        context.SetDefaultNamespaceURI(L"urn:example:order");
-
-        const CSmartPtr<CPurchaseOrder> spOrder = new CPurchaseOrder;
-        spOrder->FromXmlFile(Widen(argv[1]).c_str(), context);
-        PrintOrder(*spOrder);
-        ChangeOrder(*spOrder);
-        if (argc == 3)
-            spOrder->ToXmlFile(Widen(argv[2]).c_str(), true, true, Encoding_UTF8, EOLType_LF, context,
-                               Compression_None);
-        else
-            std::printf("%s", Narrow(spOrder->ToXml(true, true, EOLType_LF, context)).c_str());
-    }
-    catch (const CQvException& ex)
-    {
-        std::fprintf(stderr, "%s\n", Narrow(ex.GetFullMessage()).c_str());
-        return 1;
-    }
-    return 0;
+    return example::Run([&] { return Work(Widen(argv[1]), argc == 3 ? Widen(argv[2]) : L""); });
 }

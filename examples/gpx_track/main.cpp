@@ -1,0 +1,124 @@
+// Reads a GPX track, reports on it, changes it, writes it, and reads it again to see that nothing was lost.
+//
+//     gpx_track IN.gpx [OUT.gpx]
+
+#include "Gpx.h"
+
+#include "examples/common/Console.h"
+
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+using namespace QvXmlLib9;
+using namespace gpx;
+using example::Narrow;
+
+namespace
+{
+
+/// Metres between two points on a sphere of the Earth's mean radius.
+double Distance(const CPoint& from, const CPoint& to)
+{
+    const double dRadian = std::acos(-1.0) / 180;
+    const double dLatFrom = from.GetLat().ToDouble() * dRadian;
+    const double dLatTo = to.GetLat().ToDouble() * dRadian;
+    const double dLon = (to.GetLon().ToDouble() - from.GetLon().ToDouble()) * dRadian;
+    const double dHav = std::pow(std::sin((dLatTo - dLatFrom) / 2), 2) +
+                        std::cos(dLatFrom) * std::cos(dLatTo) * std::pow(std::sin(dLon / 2), 2);
+    return 2 * 6371000 * std::asin(std::sqrt(dHav));
+}
+
+struct STotals
+{
+    int nPoints = 0;
+    int nReadings = 0;
+    double dMetres = 0;
+    CDecimal ascent;
+};
+
+void Add(STotals& totals, const CSegment& segment)
+{
+    const CPoint* pLast = nullptr;
+    for (const CPoint& point : *segment.GetPoints())
+    {
+        ++totals.nPoints;
+        if (pLast != nullptr)
+        {
+            totals.dMetres += Distance(*pLast, point);
+            if (point.GetEle() && pLast->GetEle() && *point.GetEle() > *pLast->GetEle())
+                totals.ascent += CDecimal(*point.GetEle()) - *pLast->GetEle();
+        }
+        if (point.GetExtensions() != nullptr)
+            totals.nReadings += point.GetExtensions()->GetElements()->GetCount();
+        pLast = &point;
+    }
+}
+
+void Report(const CGpx& document)
+{
+    std::printf("GPX %s by %s\n", Narrow(document.GetVersion()).c_str(), Narrow(document.GetCreator()).c_str());
+    for (const CTrack& track : *document.GetTracks())
+    {
+        STotals totals;
+        for (const CSegment& segment : *track.GetSegments())
+            Add(totals, segment);
+        std::printf("  %s: %d segments, %d points, %.0f m, %s m ascent, %d readings of other vocabularies\n",
+                    Narrow(track.GetName().value_or(L"(no name)")).c_str(), track.GetSegments()->GetCount(),
+                    totals.nPoints, totals.dMetres, Narrow(totals.ascent.ToString()).c_str(), totals.nReadings);
+    }
+}
+
+/// Names the track anew and puts a last point behind its last segment.
+void Change(CGpx& document)
+{
+    const CSmartPtr<CTrack> spTrack = document.GetTracks()->Item(0);
+    spTrack->SetName(spTrack->GetName().value_or(L"Track") + L" (edited)");
+
+    const CSmartPtr<CSegment> spLast = spTrack->GetSegments()->Item(spTrack->GetSegments()->GetCount() - 1);
+    const CSmartPtr<CPoint> spPoint = new CPoint;
+    spPoint->SetLat(CDecimal(L"46.6"));
+    spPoint->SetLon(CDecimal(L"8.43"));
+    spPoint->SetName(L"Finish");
+    spPoint->SetFix(EFix::Differential);
+    spPoint->SetTime(CDateTime(L"2026-05-17T07:20:00Z"));
+    spLast->GetPoints()->Add(spPoint);
+}
+
+int Work(const std::wstring& strIn, const std::wstring& strOut)
+{
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(L"http://www.topografix.com/GPX/1/1");
+    context.GetNamespaceAliases().Add(L"sensor", L"urn:example:sensor");
+
+    const CSmartPtr<CGpx> spDocument = new CGpx;
+    spDocument->FromXmlFile(strIn.c_str(), context);
+    Report(*spDocument);
+    Change(*spDocument);
+
+    const std::wstring strXml = spDocument->ToXml(true, true, EOLType_LF, context);
+    const CSmartPtr<CGpx> spAgain = new CGpx;
+    spAgain->FromXml(strXml.c_str(), context);
+    if (spAgain->ToXml(true, true, EOLType_LF, context) != strXml)
+    {
+        std::fprintf(stderr, "the document changed on its way\n");
+        return 1;
+    }
+    std::printf("written and read again: equal\n");
+    Report(*spAgain);
+    if (!strOut.empty())
+        spDocument->ToXmlFile(strOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 2 || argc > 3)
+    {
+        std::fprintf(stderr, "usage: %s IN.gpx [OUT.gpx]\n", argv[0]);
+        return 2;
+    }
+    return example::Run([&] { return Work(example::Widen(argv[1]), argc == 3 ? example::Widen(argv[2]) : L""); });
+}
