@@ -7,6 +7,7 @@
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/FileTextStream.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/QvZip.h"
 #include "quiver/foundation/platform/Platform.h"
@@ -29,7 +30,7 @@ constexpr int s_nLibraryMinor = 0;
 // Set while the process starts, before objects are used on several threads.
 int s_nGeneratorMajor = 0;
 int s_nGeneratorMinor = 0;
-[[maybe_unused]] bool s_bAsyncToXmlFile = false;
+bool s_bAsyncToXmlFile = false;
 
 // Objects may be made on any thread from the start, so the one that comes first is found out atomically.
 std::atomic<bool> s_bFirstObjectMade{false};
@@ -303,6 +304,15 @@ void CXmlObjectBase::ToXmlFile(const wchar_t* lpctFileName, bool bIncludeDocHead
                                CompressionType eCompression) const
 {
     Throw_IfZLib(eCompression);
+    if (s_bAsyncToXmlFile && eCompression == Compression_None)
+    {
+        Throw_IfVersionDiffers();
+        CFileTextStream stream(lpctFileName, eEncoding);
+        CTextOutput output(stream, bIncludeDocHeader, bFormat, eEOLType);
+        WriteRoot(output.Writer(), context);
+        output.Writer().Close();
+        return;
+    }
     CFileBinaryStream file(
         lpctFileName, eEncoding,
         CXmlObjectBase::ToXmlStream(bIncludeDocHeader, bFormat, eEncoding, eEOLType, context, eCompression));

@@ -30,12 +30,13 @@ TEST(ClassfactoryBase, DecodesTheTypeOfTheFirstChild)
         const wchar_t* lpctNamespace;
     } cases[] = {
         {"a declared prefix", "<r xmlns:a='urn:x'" + strXsi + "><e xsi:type='a:T'/></r>", L"T", L"urn:x"},
-        {"no prefix: the element's own namespace", "<r" + strXsi + "><e xmlns='urn:y' xsi:type='T'/></r>", L"T", L"urn:y"},
+        {"no prefix: the element's own namespace", "<r" + strXsi + "><e xmlns='urn:y' xsi:type='T'/></r>", L"T",
+         L"urn:y"},
         {"no prefix inside a default namespace of the document",
          "<r xmlns='urn:d' xmlns:p='urn:p'" + strXsi + "><p:e xsi:type='T'/></r>", L"T", L"urn:p"},
         {"an undeclared prefix", "<r" + strXsi + "><e xmlns='urn:y' xsi:type='u:T'/></r>", L"T", L"urn:y"},
-        {"two colons: the prefix ends at the first", "<r xmlns:a='urn:x'" + strXsi + "><e xsi:type='a:b:T'/></r>", L"b:T",
-         L"urn:x"},
+        {"two colons: the prefix ends at the first", "<r xmlns:a='urn:x'" + strXsi + "><e xsi:type='a:b:T'/></r>",
+         L"b:T", L"urn:x"},
         {"no type", "<r><e xmlns='urn:y'/></r>", L"", L"urn:y"},
         {"an empty type", "<r" + strXsi + "><e xmlns='urn:y' xsi:type=''/></r>", L"", L"urn:y"},
         {"the last declaration of a prefix counts, not the one in scope",

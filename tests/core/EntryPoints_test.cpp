@@ -7,8 +7,8 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/metadata/ElementInfoSeq.h"
 #include "tests/support/Expect.h"
-#include "tests/support/FlexClass.h"
 #include "tests/support/Files.h"
+#include "tests/support/FlexClass.h"
 
 #include <fstream>
 #include <iterator>
@@ -18,7 +18,7 @@ using namespace QvXmlLib9;
 using namespace QvXmlLib9Data;
 using QvTest::CFlexClass;
 using QvTest::CShape;
-using QuiverTest::CTempDir;
+using QvTest::CTempDir;
 using QvTest::ExpectThrows;
 
 namespace
@@ -30,9 +30,11 @@ const CXmlSerializationContext s_context;
 const CShape& SampleShape()
 {
     static CShape s_shape;
-    static const bool s_bReady = [] {
+    static const bool s_bReady = []
+    {
         s_shape.Add(new CAttributeInfoPrimitive(L"id", L"", 1, true, ItemType_string, nullptr,
-                                                CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions(), L""));
+                                                CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions(),
+                                                L""));
         s_shape.Add(new CElementInfoSeqPrimCol(L"item", L"", 2));
         return true;
     }();
@@ -42,10 +44,13 @@ const CShape& SampleShape()
 
 CSmartPtr<CFlexClass> EmptySample()
 {
-    return CSmartPtr<CFlexClass>(new CFlexClass(SampleShape(), L"root", [](CFlexClass& self) {
-        self[2].SetXmlCollection(new CstringCol(L"item", L"", 0, -1, L"", -1, -1, L"", L"", L"", L"", -1,
-                                                CWhitespaceUtils::WhitespaceRule_Preserve, nullptr));
-    }));
+    return CSmartPtr<CFlexClass>(new CFlexClass(SampleShape(), L"root",
+                                                [](CFlexClass& self)
+                                                {
+                                                    self[2].SetXmlCollection(new CstringCol(
+                                                        L"item", L"", 0, -1, L"", -1, -1, L"", L"", L"", L"", -1,
+                                                        CWhitespaceUtils::WhitespaceRule_Preserve, nullptr));
+                                                }));
 }
 
 CstringCol& Items(CFlexClass& object)
@@ -105,7 +110,8 @@ std::wstring Text(const CXmlObjectBase& object)
 TEST(EntryPoints, StreamsHaveTheBytesOfTheirEncodingAndNoMark)
 {
     const CSmartPtr<CFlexClass> spSample = Sample();
-    const auto stream = [&](bool bHeader, XmlEncoding eEncoding) {
+    const auto stream = [&](bool bHeader, XmlEncoding eEncoding)
+    {
         return Bytes(spSample->ToXmlStream(bHeader, false, eEncoding, EOLType_LF, s_context, Compression_None));
     };
     EXPECT_EQ(stream(false, Encoding_UTF8), Utf8(SampleText()));
@@ -119,9 +125,9 @@ TEST(EntryPoints, AStreamWithoutEncodingFailsAfterTheDocumentWasBuilt)
 {
     const CSmartPtr<CFlexClass> spSample = Sample();
     const std::wstring strExpected = L"Unknown Encoding, select UTF-8 (contact support@quiver-xml.example for support)";
-    ExpectThrows<CQvException>(strExpected, [&] {
-        spSample->ToXmlStream(false, false, Encoding_None, EOLType_LF, s_context, Compression_None);
-    });
+    ExpectThrows<CQvException>(
+        strExpected,
+        [&] { spSample->ToXmlStream(false, false, Encoding_None, EOLType_LF, s_context, Compression_None); });
     EXPECT_TEXT(SampleText(), Text(*spSample));
 }
 
@@ -136,8 +142,7 @@ TEST(EntryPoints, CompressedStreamsAreReadBackWithoutBeingAnnounced)
     for (const auto& row : cases)
     {
         SCOPED_TRACE(row.eType);
-        const CBinaryData data =
-            spSample->ToXmlStream(true, true, Encoding_UTF8, EOLType_LF, s_context, row.eType);
+        const CBinaryData data = spSample->ToXmlStream(true, true, Encoding_UTF8, EOLType_LF, s_context, row.eType);
         EXPECT_EQ(data[0], row.byFirst);
         const CSmartPtr<CFlexClass> spRead = EmptySample();
         spRead->FromXmlStream(data, s_context);
@@ -148,9 +153,9 @@ TEST(EntryPoints, CompressedStreamsAreReadBackWithoutBeingAnnounced)
 TEST(EntryPoints, ADocumentThatDoesNotShrinkCannotBeCompressed)
 {
     const CElement element(L"a");
-    ExpectThrows<CQvException>(L"Failed to compress data. [Error Code: 0]", [&] {
-        element.ToXmlStream(false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_GZip);
-    });
+    ExpectThrows<CQvException>(
+        L"Failed to compress data. [Error Code: 0]",
+        [&] { element.ToXmlStream(false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_GZip); });
 }
 
 // --- Files --------------------------------------------------------------------------------------
@@ -168,7 +173,8 @@ TEST(EntryPoints, FilesAreTheSameByBothWaysOfWriting)
             AsyncToXmlFile(bAsync);
             spSample->ToXmlFile(strPath.c_str(), false, false, eEncoding, EOLType_LF, s_context, Compression_None);
             AsyncToXmlFile(false);
-            EXPECT_EQ(ReadFile(strPath), eEncoding == Encoding_UTF8 ? Utf8(SampleText()) : "\xFF\xFE" + Utf16(SampleText()));
+            EXPECT_EQ(ReadFile(strPath),
+                      eEncoding == Encoding_UTF8 ? Utf8(SampleText()) : "\xFF\xFE" + Utf16(SampleText()));
 
             const CSmartPtr<CFlexClass> spRead = EmptySample();
             spRead->FromXmlFile(strPath.c_str(), s_context);
@@ -210,11 +216,12 @@ TEST(EntryPoints, AnUnwritablePathIsReportedWithItsErrorByBothWays)
     {
         SCOPED_TRACE(bAsync);
         AsyncToXmlFile(bAsync);
-        ExpectThrows<CQvException>(
-            L"Failed to write data to the file [/nonexistent/out.xml] error [0x00000003]", [&] {
-                spSample->ToXmlFile(L"/nonexistent/out.xml", false, false, Encoding_UTF8, EOLType_LF, s_context,
-                                    Compression_None);
-            });
+        ExpectThrows<CQvException>(L"Failed to write data to the file [/nonexistent/out.xml] error [0x00000003]",
+                                   [&]
+                                   {
+                                       spSample->ToXmlFile(L"/nonexistent/out.xml", false, false, Encoding_UTF8,
+                                                           EOLType_LF, s_context, Compression_None);
+                                   });
         AsyncToXmlFile(false);
     }
 }
@@ -247,16 +254,18 @@ TEST(EntryPoints, WhatTheOverlappedWayWroteAheadOfAFailureStaysInTheFile)
     spRoot->GetChildElements()->Add(new CFailing);
 
     AsyncToXmlFile(true);
-    ExpectThrows<CQvException>(L"in the middle", [&] {
-        spRoot->ToXmlFile(strPath.c_str(), false, false, Encoding_UTF8, EOLType_LF, context, Compression_None);
-    });
+    ExpectThrows<CQvException>(
+        L"in the middle", [&]
+        { spRoot->ToXmlFile(strPath.c_str(), false, false, Encoding_UTF8, EOLType_LF, context, Compression_None); });
     AsyncToXmlFile(false);
     EXPECT_EQ(ReadFile(strPath).substr(0, 13), "<root><item/>");
 
-    ExpectThrows<CQvException>(L"in the middle", [&] {
-        spRoot->ToXmlFile(dir.NameOf("plain.xml").c_str(), false, false, Encoding_UTF8, EOLType_LF, context,
-                          Compression_None);
-    });
+    ExpectThrows<CQvException>(L"in the middle",
+                               [&]
+                               {
+                                   spRoot->ToXmlFile(dir.NameOf("plain.xml").c_str(), false, false, Encoding_UTF8,
+                                                     EOLType_LF, context, Compression_None);
+                               });
     EXPECT_EQ(ReadFile(dir.NameOf("plain.xml")), "");
 }
 
@@ -325,7 +334,8 @@ TEST(EntryPoints, OpenContentIsReadThroughItsText)
 
 TEST(EntryPoints, InstancesOfOneConversionAreGoneAfterwardsAlsoWhenItFails)
 {
-    const auto alive = [](const std::wstring& strClass) {
+    const auto alive = [](const std::wstring& strClass)
+    {
         const std::wstring strState = CInstanceMonitor::DumpState();
         return strState.find(L"--> " + strClass + L" =") != std::wstring::npos;
     };
@@ -335,8 +345,8 @@ TEST(EntryPoints, InstancesOfOneConversionAreGoneAfterwardsAlsoWhenItFails)
     EXPECT_THROW(object.FromXml("<a id='c'><item></a>", s_context), CQvException);
     EXPECT_THROW(object.FromXml("<a id='c'><junk/></a>", s_context), CQvException);
     Text(object);
-    for (const wchar_t* lpctClass : {L"CXmlDocument", L"CXmlElement", L"CXmlAttribute", L"CExpatReader", L"CXmlTextWriter",
-                                     L"CXmlWriterContext", L"CTextStream", L"CStringBuffer"})
+    for (const wchar_t* lpctClass : {L"CXmlDocument", L"CXmlElement", L"CXmlAttribute", L"CExpatReader",
+                                     L"CXmlTextWriter", L"CXmlWriterContext", L"CTextStream", L"CStringBuffer"})
         EXPECT_FALSE(alive(lpctClass)) << QvTest::Show(lpctClass);
     EXPECT_TRUE(alive(L"CFlexClass"));
 }

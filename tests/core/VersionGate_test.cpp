@@ -58,15 +58,24 @@ const std::vector<SEntryPoint>& EntryPoints()
 {
     static unsigned char s_bytes[] = "<a/>";
     static const std::vector<SEntryPoint> s_entryPoints = {
-        {"ToXml", [](CElement& e) { e.ToXml(false, false, EOLType_LF, s_context); }},
+        {"ToXml",
+         [](CElement& e)
+         {
+             e.ToXml(false, false, EOLType_LF, s_context);
+         }},
         {"ToXmlStream",
-         [](CElement& e) { e.ToXmlStream(false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_None); }},
+         [](CElement& e)
+         {
+             e.ToXmlStream(false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_None);
+         }},
         {"ToXmlFile",
-         [](CElement& e) {
+         [](CElement& e)
+         {
              e.ToXmlFile(L"/nonexistent/a", false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_None);
          }},
         {"ToXmlFile overlapped",
-         [](CElement& e) {
+         [](CElement& e)
+         {
              AsyncToXmlFile(true);
              try
              {
@@ -78,18 +87,51 @@ const std::vector<SEntryPoint>& EntryPoints()
                  throw;
              }
          }},
-        {"ToFastInfosetStream", [](CElement& e) { e.ToFastInfosetStream(FInfoDecl_None, s_context, Compression_None); }},
+        {"ToFastInfosetStream",
+         [](CElement& e)
+         {
+             e.ToFastInfosetStream(FInfoDecl_None, s_context, Compression_None);
+         }},
         {"ToFastInfosetFile",
-         [](CElement& e) { e.ToFastInfosetFile(L"/nonexistent/a", FInfoDecl_None, s_context, Compression_None); }},
-        {"FromXmlFile", [](CElement& e) { static_cast<CXmlObjectBase&>(e).FromXmlFile(L"/nonexistent/a", s_context); }},
-        {"FromXml wide", [](CElement& e) { static_cast<CXmlObjectBase&>(e).FromXml(L"", s_context); }},
-        {"FromXml narrow", [](CElement& e) { static_cast<CXmlObjectBase&>(e).FromXml("", s_context); }},
-        {"FromXmlStream bytes", [](CElement& e) { e.FromXmlStream(s_bytes, 0, s_context); }},
-        {"FromXmlStream data", [](CElement& e) { e.FromXmlStream(CBinaryData(), s_context); }},
+         [](CElement& e)
+         {
+             e.ToFastInfosetFile(L"/nonexistent/a", FInfoDecl_None, s_context, Compression_None);
+         }},
+        {"FromXmlFile",
+         [](CElement& e)
+         {
+             static_cast<CXmlObjectBase&>(e).FromXmlFile(L"/nonexistent/a", s_context);
+         }},
+        {"FromXml wide",
+         [](CElement& e)
+         {
+             static_cast<CXmlObjectBase&>(e).FromXml(L"", s_context);
+         }},
+        {"FromXml narrow",
+         [](CElement& e)
+         {
+             static_cast<CXmlObjectBase&>(e).FromXml("", s_context);
+         }},
+        {"FromXmlStream bytes",
+         [](CElement& e)
+         {
+             e.FromXmlStream(s_bytes, 0, s_context);
+         }},
+        {"FromXmlStream data",
+         [](CElement& e)
+         {
+             e.FromXmlStream(CBinaryData(), s_context);
+         }},
         {"FromXmlElement open content",
-         [](CElement& e) { e.FromXmlElement(static_cast<const CElement*>(&e), s_context); }},
+         [](CElement& e)
+         {
+             e.FromXmlElement(static_cast<const CElement*>(&e), s_context);
+         }},
         {"FromXmlElement parsed element",
-         [](CElement& e) { e.FromXmlElement(static_cast<const CXmlElement*>(nullptr), s_context); }},
+         [](CElement& e)
+         {
+             e.FromXmlElement(static_cast<const CXmlElement*>(nullptr), s_context);
+         }},
     };
     return s_entryPoints;
 }
@@ -102,9 +144,10 @@ TEST_F(VersionGate, TheFirstObjectOfTheProcessReportsAWrongVersionOnce)
     Register(0, 0);
     const CElement first(L"a");
     ASSERT_EQ(s_boxes.size(), 1u);
-    EXPECT_TEXT(L"Please ensure your generated code is the same version as this library (Quiver Runtime: v9.0, Generator: "
-                L"v0.0).",
-                s_boxes[0].strText);
+    EXPECT_TEXT(
+        L"Please ensure your generated code is the same version as this library (Quiver Runtime: v9.0, Generator: "
+        L"v0.0).",
+        s_boxes[0].strText);
     EXPECT_TEXT(L"Version Mismatch Error", s_boxes[0].strCaption);
     const CElement second(L"a");
     EXPECT_EQ(s_boxes.size(), 1u);
@@ -145,11 +188,13 @@ TEST_F(VersionGate, ZLibFilesAreRefusedAheadOfTheVersion)
     const CElement element(L"a");
     Register(0, 0);
     const std::wstring strExpected = L"ZLIB Compression only available for To Stream methods.";
-    ExpectThrows<CQvException>(strExpected, [&] {
-        element.ToXmlFile(L"/nonexistent/a", false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_ZLib);
-    });
-    ExpectThrows<CQvException>(strExpected, [&] {
-        element.ToFastInfosetFile(L"/nonexistent/a", FInfoDecl_None, s_context, Compression_ZLib);
-    });
+    ExpectThrows<CQvException>(strExpected,
+                               [&] {
+                                   element.ToXmlFile(L"/nonexistent/a", false, false, Encoding_UTF8, EOLType_LF,
+                                                     s_context, Compression_ZLib);
+                               });
+    ExpectThrows<CQvException>(
+        strExpected,
+        [&] { element.ToFastInfosetFile(L"/nonexistent/a", FInfoDecl_None, s_context, Compression_ZLib); });
     EXPECT_TRUE(s_boxes.empty());
 }
