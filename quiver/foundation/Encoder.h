@@ -18,11 +18,11 @@ namespace QvXmlLib9
 /// UTF-8 form of a zero-terminated text; an empty handle for an empty text. Text that is not well-formed (an unpaired
 /// surrogate) is a programming error; where assertions are off, the result ends ahead of it.
 /// @throws CQvException if the result passes the length that CBinaryData can hold.
-CBinaryData EncodeUtf8(const wchar_t* lpctText);
+QVXMLLIB_API CBinaryData EncodeUtf8(const wchar_t* lpctText);
 
 /// UTF-16 form of UTF-8 bytes (Unicode, table 3-7). Bytes that are not well-formed are a programming error; where
 /// assertions are off, the result ends ahead of them.
-std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength);
+QVXMLLIB_API std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength);
 
 /// A copy of `ulCount` UTF-16 units; empty for a count of 0.
 std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
