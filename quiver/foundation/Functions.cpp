@@ -429,4 +429,80 @@ void AssertionFailed(const char* lpcCondition, const char* lpcFile, int nLine)
     std::abort();
 }
 
+namespace
+{
+
+template <class TString>
+void ReplaceAllIn(TString& text, const TString& needle, const TString& replacement)
+{
+    const bool bEnds = !needle.empty() && replacement.find(needle) == TString::npos;
+    QV_ASSERT(bEnds);
+    if (!bEnds)
+        return;
+    // Nothing ahead of the first occurrence can become one unless it reaches into the replacement.
+    for (std::size_t nAt = text.find(needle); nAt != TString::npos;)
+    {
+        text.replace(nAt, needle.size(), replacement);
+        nAt = text.find(needle, nAt - std::min(nAt, needle.size() - 1));
+    }
+}
+
+} // namespace
+
+void ReplaceAll(std::string& text, const std::string& needle, const std::string& replacement)
+{
+    ReplaceAllIn(text, needle, replacement);
+}
+
+void ReplaceAll(std::wstring& text, const std::wstring& needle, const std::wstring& replacement)
+{
+    ReplaceAllIn(text, needle, replacement);
+}
+
+std::wstring FormatPadded(unsigned int value, unsigned char width)
+{
+    return FormatString(L"%0*d", int{width}, static_cast<int>(value));
+}
+
+std::wstring TrimTrailingZeros(std::wstring digits)
+{
+    const std::size_t nLast = digits.find_last_not_of(L'0');
+    const std::size_t nLength = nLast == std::wstring::npos ? 1 : nLast + 1;
+    if (nLength < digits.size())
+        digits.resize(nLength);
+    return digits;
+}
+
+wchar_t* WritePadded(wchar_t* p, unsigned long long nValue, int nWidth)
+{
+    int nDigits = 1;
+    for (unsigned long long nRest = nValue / 10; nRest != 0; nRest /= 10)
+        ++nDigits;
+    wchar_t* const pEnd = p + std::max(nDigits, nWidth);
+    for (wchar_t* pDigit = pEnd; pDigit != p; nValue /= 10)
+        *--pDigit = static_cast<wchar_t>(L'0' + nValue % 10);
+    return pEnd;
+}
+
+wchar_t* WriteFraction(wchar_t* p, unsigned short milli, unsigned short micro, unsigned short nano)
+{
+    if (milli == 0 && micro == 0 && nano == 0)
+        return p;
+    *p++ = L'.';
+    p = WritePadded(p, milli, 3);
+    if (micro != 0 || nano != 0)
+        p = WritePadded(p, micro, 3);
+    if (nano != 0)
+        p = WritePadded(p, nano, 3);
+    while (p[-1] == L'0')
+        --p;
+    return p;
+}
+
+std::wstring FormatFraction(unsigned short milli, unsigned short micro, unsigned short nano)
+{
+    wchar_t szFraction[16];
+    return std::wstring(szFraction, WriteFraction(szFraction, milli, micro, nano));
+}
+
 } // namespace QvXmlLib9

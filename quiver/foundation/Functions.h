@@ -36,6 +36,15 @@ std::wstring FormatPadded(unsigned int value, unsigned char width);
 /// Cuts the zeros at the end; the first character always stays.
 std::wstring TrimTrailingZeros(std::wstring digits);
 
+/// Writes `nValue` in decimal with zeros in front up to `nWidth` characters. There must be room for 20 characters or
+/// the width, whichever is more.
+/// @return the end of what was written.
+wchar_t* WritePadded(wchar_t* p, unsigned long long nValue, int nWidth);
+
+/// Writes what FormatFraction gives, 16 characters at most.
+/// @return the end of what was written.
+wchar_t* WriteFraction(wchar_t* p, unsigned short milli, unsigned short micro, unsigned short nano);
+
 /// The fraction of a seconds field: "." and the groups of three digits up to the last that is not 0, without zeros at
 /// the end; empty if all three are 0.
 std::wstring FormatFraction(unsigned short milli, unsigned short micro, unsigned short nano);

@@ -3,9 +3,9 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/platform/SystemTime.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -227,7 +227,7 @@ public:
     /// Adding a duration carries from the fraction of the second to the year and takes all fields along, whatever the
     /// kind. The day is not cut to the length of its month unless days are added too: 2001-01-31 and a month give
     /// 2001-02-31. The year wraps at 16 bits. The carries are computed in single precision, so a field of the duration
-    /// beyond 16777216 gives the results of that precision; minutes and seconds beyond 2^63 - 1 count as that.
+    /// beyond 16777216 gives the results of that precision; minutes and seconds beyond 2^62 count as 2^62.
     /// @{
     CDateTime operator+(const CDateTimeSpan& span) const;
     CDateTime& operator+=(const CDateTimeSpan& span);
@@ -277,9 +277,11 @@ private:
     void SetDateTime(DTType type, short year, unsigned char month, unsigned char day, unsigned char hour,
                      unsigned char minute, unsigned char second, unsigned short milli, unsigned short micro,
                      unsigned short nano);
-    void SetXSDDate(const wchar_t* lpctText, std::size_t nLength);
-    void SetXSDTime(const wchar_t* lpctText, std::size_t nLength);
-    void SetZone(const wchar_t* lpctText, std::size_t nLength);
+    void SetXSDDate(std::wstring_view text);
+    DTType ReadDateFields(std::wstring_view text);
+    DTType ReadDateFieldsWithoutYear(std::wstring_view text);
+    void SetXSDTime(std::wstring_view text);
+    void SetZone(std::wstring_view text);
     void Validate() const;
     void ValidateYearAndMonth() const;
     void ValidateDay() const;
@@ -288,6 +290,12 @@ private:
     void AddDays(std::int64_t nDays);
     static DTCompareResult CompareFields(const CDateTime& a, const CDateTime& b);
     static bool CheckConversion(DTType source, DTType target);
+    wchar_t* WriteFields(wchar_t* p) const;
+    wchar_t* WriteYear(wchar_t* p) const;
+    wchar_t* WriteMonth(wchar_t* p) const;
+    wchar_t* WriteDay(wchar_t* p) const;
+    wchar_t* WriteTime(wchar_t* p) const;
+    wchar_t* WriteZone(wchar_t* p) const;
 
     DTType m_type = dt_yearZero;
     std::int16_t m_year = 0;

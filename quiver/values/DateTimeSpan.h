@@ -108,6 +108,8 @@ public:
 
 private:
     void Clear();
+    int ReadField(const wchar_t* lpctText, const wchar_t*& p, int nState);
+    int ReadFraction(const wchar_t* lpctText, const wchar_t*& p);
 
     std::uint16_t m_years = 0;
     std::uint32_t m_months = 0;

@@ -149,7 +149,7 @@ std::size_t GetStackSize();
 /// The machine's local time.
 _SYSTEMTIME GetLocalTime();
 
-/// Takes a file time apart, in UTC and with the milliseconds cut. False for a time beyond the year 30827.
+/// Takes a file time apart, in UTC; what is finer than a millisecond is cut. False for a time of 2^63 ticks or more.
 bool FileTimeToSystemTime(const _FILETIME& fileTime, _SYSTEMTIME& systemTime);
 
 /// `mktime`, `gmtime` and `localtime` on 64-bit seconds since 1970-01-01T00:00:00Z, without their shared result.

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <fcntl.h>
 #include <memory>
 #include <new>
@@ -545,6 +546,68 @@ bool CloseHandle(Handle handle)
     const std::unique_ptr<SObject> pObject(ToObject(handle));
     const bool bClosed = pObject != nullptr && pObject->Close();
     return !IsFaultDue(FileOperation_Close) && bClosed;
+}
+
+// --- Time -----------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+_SYSTEMTIME ToSystemTime(const std::tm& fields, unsigned short wMilliseconds)
+{
+    _SYSTEMTIME systemTime = {};
+    systemTime.wYear = static_cast<unsigned short>(fields.tm_year + 1900);
+    systemTime.wMonth = static_cast<unsigned short>(fields.tm_mon + 1);
+    systemTime.wDayOfWeek = static_cast<unsigned short>(fields.tm_wday);
+    systemTime.wDay = static_cast<unsigned short>(fields.tm_mday);
+    systemTime.wHour = static_cast<unsigned short>(fields.tm_hour);
+    systemTime.wMinute = static_cast<unsigned short>(fields.tm_min);
+    systemTime.wSecond = static_cast<unsigned short>(fields.tm_sec);
+    systemTime.wMilliseconds = wMilliseconds;
+    return systemTime;
+}
+
+} // namespace
+
+_SYSTEMTIME GetLocalTime()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    std::tm fields = {};
+    localtime_r(&now.tv_sec, &fields);
+    return ToSystemTime(fields, static_cast<unsigned short>(now.tv_nsec / 1000000));
+}
+
+bool FileTimeToSystemTime(const _FILETIME& fileTime, _SYSTEMTIME& systemTime)
+{
+    constexpr std::int64_t nTicksPerSecond = 10000000;
+    constexpr std::int64_t nSecondsFrom1601To1970 = 11644473600;
+    const std::uint64_t nTicks = (std::uint64_t{fileTime.dwHighDateTime} << 32) | fileTime.dwLowDateTime;
+    if (nTicks > INT64_MAX)
+        return false;
+    const auto nSignedTicks = static_cast<std::int64_t>(nTicks);
+    std::tm fields = {};
+    if (!GetUtcTime(nSignedTicks / nTicksPerSecond - nSecondsFrom1601To1970, fields))
+        return false;
+    systemTime = ToSystemTime(fields, static_cast<unsigned short>(nSignedTicks % nTicksPerSecond / 10000));
+    return true;
+}
+
+__int64 MakeTime(std::tm& fields)
+{
+    return std::mktime(&fields);
+}
+
+bool GetUtcTime(__int64 nTime, std::tm& fields)
+{
+    const std::time_t nSeconds = nTime;
+    return gmtime_r(&nSeconds, &fields) != nullptr;
+}
+
+bool GetZonedTime(__int64 nTime, std::tm& fields)
+{
+    const std::time_t nSeconds = nTime;
+    return localtime_r(&nSeconds, &fields) != nullptr;
 }
 
 } // namespace QvXmlLib9::Platform
