@@ -18,8 +18,8 @@ namespace QvXmlLib9
 /// @param strValue the text under test.
 /// @return whether the whole value matches.
 /// @throws CQvException "Invalid Regular Expression: %s Error: '%s'" with the value and PCRE's text when the expression
-///         cannot be compiled; and "The value is too long for its pattern: %s", with the value, when the match would
-///         need more memory for backtracking than it is given.
+///         cannot be compiled; "The value is too long to be matched against its pattern" when the match would need more
+///         than 64 megabytes for backtracking.
 ///
 /// May be called from any thread. Compiled expressions are remembered per thread, which no caller can tell.
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue);
