@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+/// @file
+/// Counts the allocations of the whole program. It replaces the global operators, so one source of a test program
+/// includes it, and no more than one.
+
+namespace QvTest
+{
+
+inline std::atomic<std::size_t> g_nAllocations{0};
+
+/// How many allocations `action` makes.
+template <class TAction>
+std::size_t CountAllocations(TAction&& action)
+{
+    const std::size_t nBefore = g_nAllocations;
+    action();
+    return g_nAllocations - nBefore;
+}
+
+} // namespace QvTest
+
+void* operator new(std::size_t nSize)
+{
+    ++QvTest::g_nAllocations;
+    if (void* const p = std::malloc(nSize != 0 ? nSize : 1))
+        return p;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* p) noexcept
+{
+    std::free(p);
+}
+
+void operator delete(void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
