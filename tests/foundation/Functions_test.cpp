@@ -1,0 +1,1 @@
+#include "quiver/foundation/Functions.h"
