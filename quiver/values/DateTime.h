@@ -254,7 +254,7 @@ public:
     int GetDayOfWeek() const;
 
     /// The day of the year of a `dateTime` or a `date`, with the leap day counted in January and February and not after
-    /// them, the reverse of the calendar: 2 for 2000-01-01, 61 for 2000-03-01.
+    /// them, the reverse of the calendar: 2 for 2000-01-01, 60 for 2000-03-01.
     /// @throws CQvInvalidStateException for the other kinds.
     int GetDayOfYear() const;
 

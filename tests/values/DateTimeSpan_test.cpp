@@ -282,8 +282,9 @@ TEST(DateTimeSpanTest, ComparesByTheFourStartingDates)
         {L"P30D", L"P1M", Indeterminate},
         // The first date gives the same day, the ones around the end of February another.
         {L"P1M", L"P31D", Indeterminate},
-        {L"P1Y", L"P365D", Equal},
-        {L"P1Y", L"P366D", Less},
+        {L"P1Y", L"P365D", Indeterminate},
+        {L"P1Y", L"P366D", Indeterminate},
+        {L"P1Y", L"P367D", Less},
         {L"P4Y", L"P1461D", Indeterminate},
         // Neither the time of day nor the month counts.
         {L"PT1H", L"PT2H", Equal},

@@ -39,7 +39,7 @@ const SCase s_cases[] = {
     {L"a\n\rb", L"a\nb", L"a b", L"a b"},
     {L"a \r b", L"a  b", L"a  b", L"a b"},
     {L"a\tb\r\nc", L"a\tb\nc", L"a b c", L"a b c"},
-    {L"  a \t\n b  ", L"  a \t\n b  ", L"  a     b  ", L"a b"},
+    {L"  a \t\n b  ", L"  a \t\n b  ", L"  a    b  ", L"a b"},
     {L"\ra\r \r", L"a ", L"a ", L"a"},
     {L" \ra", L" a", L" a", L"a"},
     {L"a\x00A0 \fb", L"a\x00A0 \fb", L"a\x00A0 \fb", L"a\x00A0 \fb"},
@@ -125,7 +125,7 @@ TEST(WhitespaceUtilsTest, LongTextsAgreeWithTheDefinitionCharacterByCharacter)
     {
         std::wstring strText;
         const int nPlain = static_cast<int>(random() % 9) + 1;
-        for (unsigned i = random() % 200; i != 0; --i)
+        for (auto i = random() % 200; i != 0; --i)
             strText += alphabet[random() % 9 < static_cast<unsigned>(nPlain) ? 4 + random() % 5 : random() % 4];
         std::wstring strPreserved, strReplaced, strCollapsed;
         for (const wchar_t c : strText)
