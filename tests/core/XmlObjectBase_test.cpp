@@ -151,6 +151,10 @@ TEST(XmlObjectBase, ReleaseBelowZeroDoesNotDestroyTheObject)
 
 TEST(XmlObjectBase, ACopyTakesTheNameAndTheCountItself)
 {
+    // A copy is not counted when it is made and is when it goes, so an object that stays keeps the count from sinking
+    // below zero.
+    static const CProbe* const s_pStays = new CProbe;
+    ASSERT_NE(s_pStays, nullptr);
     CProbe source(L"named");
     source.AddRef();
     source.AddRef();
