@@ -134,7 +134,7 @@ TEST(XmlGeneratedClass, AChildGetsNoneOfTheRootsExtras)
 {
     CShape childShape;
     CShape shape;
-    shape.Add(new CElementInfoSeqClsOpt(L"child", L"", 1, ElementType_Element, nullptr, 0));
+    shape.AddObject(new CElementInfoSeqClsOpt(L"child", L"", 1, ElementType_Element, nullptr, 0), 1);
     CFlexClass object(shape, L"root");
     object[1].SetXmlObject(new CFlexClass(childShape, L"child"));
 
@@ -187,7 +187,7 @@ TEST(XmlGeneratedClass, ANilPseudoClassWritesNilOnTheEnclosingElement)
 {
     SThreeTexts nilShape(ElementType_Pseudo);
     CShape shape;
-    shape.Add(new CElementInfoSeqClsOpt(L"", L"", 1, ElementType_Pseudo, nullptr, 0));
+    shape.AddObject(new CElementInfoSeqClsOpt(L"", L"", 1, ElementType_Pseudo, nullptr, 0), 1);
     CFlexClass object(shape);
     const CSmartPtr<CNillableFlexClass> spNil = new CNillableFlexClass(nilShape);
     spNil->SetText(1, L"one");
@@ -230,7 +230,8 @@ TEST(XmlGeneratedClass, AttributesOfNestedGroupsFollowTheObjectsOwn)
     CShape pseudoShape(GroupType_Sequence, ElementType_Pseudo);
     pseudoShape.Add(Attribute(L"inner", 1));
     CShape shape;
-    shape.Add(Attribute(L"outer", 1)).Add(new CElementInfoSeqClsOpt(L"", L"", 2, ElementType_Pseudo, nullptr, 0));
+    shape.Add(Attribute(L"outer", 1))
+        .AddObject(new CElementInfoSeqClsOpt(L"", L"", 2, ElementType_Pseudo, nullptr, 0), 2);
     CFlexClass object(shape);
     object.SetText(1, L"o");
     const CSmartPtr<CFlexClass> spPseudo = new CFlexClass(pseudoShape);
@@ -513,7 +514,7 @@ struct SNestedGroup : CShape
     {
         s_pGroup = &group;
         s_pfnInit = std::move(pfnInit);
-        Add(new CElementInfoSeqClsOpt(L"", L"", 1, ElementType_Pseudo, &CreateGroup, 0));
+        AddObject(new CElementInfoSeqClsOpt(L"", L"", 1, ElementType_Pseudo, &CreateGroup, 0), 1);
         Add(Prim<CElementInfoSeqPrimOpt>(L"a", 2));
         Add(Prim<CElementInfoSeqPrimOpt>(L"z", 3));
     }
@@ -616,11 +617,12 @@ TEST(XmlGeneratedClass, AnOptionalAlternativeOfTheOuterChoiceExcusesAnEmptyInner
 {
     static SChoice<> innerShape;
     CShape shape(GroupType_Choice);
-    shape.Add(new CElementInfoChoiceClsOpt(
-        L"inner", L"", 1, ElementType_Element,
-        [](int, const wchar_t* lpctName)
-        { return CSmartPtr<CXmlObjectBase>(new CFlexClass(innerShape, lpctName, &SChoice<>::Init)); },
-        0));
+    shape.AddObject(new CElementInfoChoiceClsOpt(
+                        L"inner", L"", 1, ElementType_Element,
+                        [](int, const wchar_t* lpctName)
+                        { return CSmartPtr<CXmlObjectBase>(new CFlexClass(innerShape, lpctName, &SChoice<>::Init)); },
+                        0),
+                    1);
     CFlexClass object(shape);
     object.FromXml("<flex><inner/></flex>", s_context);
     EXPECT_NE(object.Child(1), nullptr);
@@ -682,7 +684,7 @@ TEST(XmlGeneratedClass, ANestedAllGroupThatLacksAMemberGivesTheCursorBackAndKeep
 {
     SAll group(ElementType_Pseudo);
     CShape shape;
-    shape.Add(new CElementInfoSeqClsMnd(L"", L"", 1, ElementType_Pseudo, nullptr, 0, false))
+    shape.AddObject(new CElementInfoSeqClsMnd(L"", L"", 1, ElementType_Pseudo, nullptr, 0, false), 1)
         .Add(Prim<CElementInfoSeqPrimOpt>(L"a", 2));
     CFlexClass object(shape, L"flex",
                       [&group](CFlexClass& self) { self[1].SetXmlObject(new CFlexClass(group, L"group")); });
@@ -697,9 +699,9 @@ TEST(XmlGeneratedClass, EveryElementLevelAddsOneLinkToAFailure)
 {
     SThreeTexts leafShape;
     CShape middleShape;
-    middleShape.Add(new CElementInfoSeqClsMnd(L"leaf", L"", 1, ElementType_Element, nullptr, 0, true));
+    middleShape.AddObject(new CElementInfoSeqClsMnd(L"leaf", L"", 1, ElementType_Element, nullptr, 0, true), 1);
     CShape rootShape;
-    rootShape.Add(new CElementInfoSeqClsMnd(L"middle", L"", 1, ElementType_Element, nullptr, 0, true));
+    rootShape.AddObject(new CElementInfoSeqClsMnd(L"middle", L"", 1, ElementType_Element, nullptr, 0, true), 1);
     const auto initMiddle = [&](CFlexClass& self)
     {
         self[1].SetXmlObject(new CFlexClass(leafShape, L"leaf"));
@@ -721,11 +723,12 @@ CShape& NestingShape()
     static CShape s_shape;
     static const bool s_bReady = []
     {
-        s_shape.Add(new CElementInfoSeqClsOpt(
-            L"n", L"", 1, ElementType_Element,
-            [](int, const wchar_t* lpctName)
-            { return CSmartPtr<CXmlObjectBase>(new CFlexClass(NestingShape(), lpctName)); },
-            0));
+        s_shape.AddObject(new CElementInfoSeqClsOpt(
+                              L"n", L"", 1, ElementType_Element,
+                              [](int, const wchar_t* lpctName)
+                              { return CSmartPtr<CXmlObjectBase>(new CFlexClass(NestingShape(), lpctName)); },
+                              0),
+                          1);
         return true;
     }();
     static_cast<void>(s_bReady);

@@ -7,7 +7,7 @@
 
 #include <functional>
 #include <map>
-#include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -46,6 +46,12 @@ public:
         m_elements.insert(m_elements.end() - 1, pInfo);
         return *this;
     }
+    /// The same for a record whose property holds an object: unset, it is a null object and not an invalid variant.
+    CShape& AddObject(QvXmlLib9Data::CElementInfo* pInfo, int nPropertyIndex)
+    {
+        m_objectProperties.insert(nPropertyIndex);
+        return Add(pInfo);
+    }
     CShape& Add(QvXmlLib9Data::CAttributeInfo* pInfo)
     {
         m_attributes.insert(m_attributes.end() - 1, pInfo);
@@ -54,11 +60,13 @@ public:
 
     mutable QvXmlLib9Data::CParentElementInfo m_info;
     std::wstring m_strNamespace;
+    std::set<int> m_objectProperties;
     mutable std::vector<QvXmlLib9Data::CElementInfo*> m_elements{nullptr};
     mutable std::vector<QvXmlLib9Data::CAttributeInfo*> m_attributes{nullptr};
 };
 
-/// An object of such a class. Its properties are variants; a property that was never set is an invalid one.
+/// An object of such a class. Its properties are variants; a property that was never set is an
+/// invalid one, or a null object.
 class CFlexClass : public QvXmlLib9::CXmlGeneratedClass
 {
 public:
@@ -81,7 +89,9 @@ public:
     {
         if (bRead)
             value = m_properties[nPropertyIndex];
-        else
+        if (bRead && !value.IsValid() && m_shape.m_objectProperties.count(nPropertyIndex) != 0)
+            value.SetXmlObject(nullptr);
+        if (!bRead)
             m_properties[nPropertyIndex] = value;
     }
     QvXmlLib9Data::CParentElementInfo* GetClassInfo() const override { return &m_shape.m_info; }
