@@ -154,7 +154,7 @@ TEST(EntryPoints, ADocumentThatDoesNotShrinkCannotBeCompressed)
 {
     const CElement element(L"a");
     ExpectThrows<CQvException>(
-        L"Failed to compress data. [Error Code: 0]",
+        L"Failed to compress data. [Error Code: -5]",
         [&] { element.ToXmlStream(false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_GZip); });
 }
 
@@ -216,7 +216,7 @@ TEST(EntryPoints, AnUnwritablePathIsReportedWithItsErrorByBothWays)
     {
         SCOPED_TRACE(bAsync);
         AsyncToXmlFile(bAsync);
-        ExpectThrows<CQvException>(L"Failed to write data to the file [/nonexistent/out.xml] error [0x00000003]",
+        ExpectThrows<CQvException>(L"Failed to write data to the file [/nonexistent/out.xml] error [0x00000002]",
                                    [&]
                                    {
                                        spSample->ToXmlFile(L"/nonexistent/out.xml", false, false, Encoding_UTF8,
