@@ -96,10 +96,11 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     Report(*spDocument);
     Change(*spDocument);
 
-    const std::wstring strXml = spDocument->ToXml(true, true, EOLType_LF, context);
+    // Not formatted: in open content white space counts, so indenting it would change it.
+    const std::wstring strXml = spDocument->ToXml(true, false, EOLType_LF, context);
     const CSmartPtr<CGpx> spAgain = new CGpx;
     spAgain->FromXml(strXml.c_str(), context);
-    if (spAgain->ToXml(true, true, EOLType_LF, context) != strXml)
+    if (spAgain->ToXml(true, false, EOLType_LF, context) != strXml)
     {
         std::fprintf(stderr, "the document changed on its way\n");
         return 1;
