@@ -23,6 +23,9 @@ class CDecimal;
 /// with, so the base is ten: parsing, printing and comparing take time linear in the digits, multiplying and dividing
 /// the product of the two lengths.
 ///
+/// Numbers of C++ take part in operators as objects, as in `value < CBigInteger(10)`: there are conversions in both
+/// directions, so a bare 10 would be ambiguous.
+///
 /// Zero may carry a sign (`CDecimal` needs it to keep the sign of -0.5). `==` takes both zeros for equal; the order
 /// puts the negative zero below the positive one.
 ///

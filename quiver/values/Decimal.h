@@ -48,6 +48,7 @@ public:
     CDecimal();
 
     CDecimal(int nValue);
+    /// Takes all bits, where `long` has more than 32 too.
     CDecimal(long nValue);
     CDecimal(__int64 nValue);
 

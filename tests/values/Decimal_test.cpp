@@ -140,6 +140,12 @@ TEST(DecimalParse, NamesThePositionOfAnInvalidCharacter)
         EXPECT_EQ(FailureOf([&] { CDecimal value(row.lpctText); }), InvalidChar(row.nPosition, row.lpctText));
 }
 
+TEST(DecimalParse, NamesAnInvalidTextInUtf16)
+{
+    const std::wstring strPair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    EXPECT_EQ(FailureOf([] { CDecimal value(L"1\U0001F600"); }), InvalidChar(1, L"1" + strPair));
+}
+
 TEST(DecimalParse, TakesANullPointerForAnEmptyText)
 {
     const wchar_t* const lpctNull = nullptr;
