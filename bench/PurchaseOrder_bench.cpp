@@ -1,0 +1,152 @@
+// Reading and writing the purchase order document, scaled to 1 KB, 1 MB and 20 MB, in bytes of XML per second; expat
+// alone on the same bytes, with handlers that do nothing, is the floor.
+
+#include "examples/purchase_order/PurchaseOrder.h"
+
+#include "quiver/document/XmlDocument.h"
+
+#include <benchmark/benchmark.h>
+#include <expat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+
+using namespace QvXmlLib9;
+using namespace order;
+
+namespace
+{
+
+[[noreturn]] void Fail(const char* lpcWhat)
+{
+    std::fprintf(stderr, "bench: %s\n", lpcWhat);
+    std::abort();
+}
+
+void AppendItem(std::string& strXml, int n)
+{
+    char szItem[400];
+    std::snprintf(szItem, sizeof(szItem),
+                  "  <item part=\"%03d-A%c\">\n    <product>Article number %d</product>\n    <quantity>%d</quantity>\n"
+                  "    <price>%d.%02d</price>\n%s  </item>\n",
+                  n % 1000, 'A' + n % 26, n, 1 + n % 999, n % 500, n % 100,
+                  n % 4 == 0 ? "    <note>Handle with care &amp; keep dry</note>\n" : "");
+    strXml += szItem;
+}
+
+/// A purchase order of about so many bytes.
+const std::string& Document(std::size_t nBytes)
+{
+    static std::map<std::size_t, std::string> s_documents;
+    std::string& strXml = s_documents[nBytes];
+    if (!strXml.empty())
+        return strXml;
+    strXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<purchaseOrder xmlns=\"urn:example:order\" number=\"20417\" "
+             "currency=\"EUR\">\n  <shipTo>\n    <name>Alice Bergstr\xC3\xB6m</name>\n    <street>12 Harbour "
+             "Lane</street>\n    <city>G\xC3\xB6teborg</city>\n  </shipTo>\n  <express>true</express>\n";
+    for (int n = 0; strXml.size() < nBytes; ++n)
+        AppendItem(strXml, n);
+    return strXml += "</purchaseOrder>\n";
+}
+
+CXmlSerializationContext Context()
+{
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(L"urn:example:order");
+    return context;
+}
+
+void Read(CPurchaseOrder& purchaseOrder, const std::string& strXml, const CXmlSerializationContext& context)
+{
+    purchaseOrder.FromXmlStream(reinterpret_cast<unsigned char*>(const_cast<char*>(strXml.data())),
+                                static_cast<unsigned long>(strXml.size()), context);
+}
+
+void CountBytes(benchmark::State& state, std::size_t nBytes)
+{
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(nBytes));
+}
+
+void ExpatAlone(benchmark::State& state)
+{
+    const std::string& strXml = Document(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state)
+    {
+        const XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
+        XML_SetElementHandler(
+            parser, [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
+        XML_SetCharacterDataHandler(parser, [](void*, const XML_Char*, int) {});
+        if (XML_Parse(parser, strXml.data(), static_cast<int>(strXml.size()), XML_TRUE) != XML_STATUS_OK)
+            Fail("expat refused the document");
+        XML_ParserFree(parser);
+    }
+    CountBytes(state, strXml.size());
+}
+
+void LoadTree(benchmark::State& state)
+{
+    const std::string& strXml = Document(static_cast<std::size_t>(state.range(0)));
+    const CXmlSerializationContext context = Context();
+    for (auto _ : state)
+    {
+        CXmlDocument document(context);
+        document.LoadXmlStream(reinterpret_cast<unsigned char*>(const_cast<char*>(strXml.data())),
+                               static_cast<unsigned long>(strXml.size()));
+        benchmark::DoNotOptimize(document.GetDocumentElement());
+    }
+    CountBytes(state, strXml.size());
+}
+
+void ReadObjects(benchmark::State& state)
+{
+    const std::string& strXml = Document(static_cast<std::size_t>(state.range(0)));
+    const CXmlSerializationContext context = Context();
+    CPurchaseOrder purchaseOrder;
+    Read(purchaseOrder, strXml, context);
+    if (purchaseOrder.GetItems()->Item(0)->GetProduct() != L"Article number 0")
+        Fail("the document was not read");
+    for (auto _ : state)
+        Read(purchaseOrder, strXml, context);
+    CountBytes(state, strXml.size());
+}
+
+/// Rates count the bytes that are written: without indentation the document is shorter than the one read.
+void WriteUtf8(benchmark::State& state)
+{
+    const CXmlSerializationContext context = Context();
+    CPurchaseOrder purchaseOrder;
+    Read(purchaseOrder, Document(static_cast<std::size_t>(state.range(0))), context);
+    const auto write = [&]
+    {
+        return purchaseOrder.ToXmlStream(true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    };
+    const CBinaryData data = write();
+    CPurchaseOrder again;
+    again.FromXmlStream(data, context);
+    if (again.ToXml(false, false, EOLType_LF, context) != purchaseOrder.ToXml(false, false, EOLType_LF, context))
+        Fail("the document was not written as it was read");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(write());
+    CountBytes(state, data.GetLength());
+}
+
+void WriteWide(benchmark::State& state)
+{
+    const CXmlSerializationContext context = Context();
+    CPurchaseOrder purchaseOrder;
+    Read(purchaseOrder, Document(static_cast<std::size_t>(state.range(0))), context);
+    const std::size_t nLength = purchaseOrder.ToXml(true, true, EOLType_LF, context).size();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(purchaseOrder.ToXml(true, true, EOLType_LF, context));
+    CountBytes(state, nLength);
+}
+
+} // namespace
+
+BENCHMARK(ExpatAlone)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadTree)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadObjects)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(WriteUtf8)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(WriteWide)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
