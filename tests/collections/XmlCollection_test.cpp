@@ -4,7 +4,7 @@
 #include "quiver/foundation/Exceptions.h"
 #include "tests/support/EventLog.h"
 #include "tests/support/Expect.h"
-#include "tests/support/Instances.h"
+#include "tests/support/InstanceCounts.h"
 #include "tests/support/ProtectedAccess.h"
 #include "tests/support/RecordingWriter.h"
 #include "tests/support/SmallStack.h"
@@ -177,9 +177,9 @@ TEST_F(XmlCollection, HasNoTargetNamespaceSinceItIsNeverTheRoot)
 
 TEST_F(XmlCollection, IsCountedUnderItsOwnClassName)
 {
-    const int nBefore = InstancesAlive(L"CItemCol");
+    const long nBefore = CountInstances(L"CItemCol").nLiving;
     const CSmartPtr<CItemCol> spCol = new CItemCol;
-    EXPECT_EQ(nBefore + 1, InstancesAlive(L"CItemCol"));
+    EXPECT_EQ(nBefore + 1, CountInstances(L"CItemCol").nLiving);
 }
 
 TEST(XmlCollectionCount, IsTestedAgainstTheLimits)
@@ -286,13 +286,13 @@ TEST_F(XmlCollection, AddingBehindAnUnknownItemFailsAfterTheAnnouncement)
     const CItem unknown(L"u");
     for (const bool bAfter : {true, false})
     {
-        const int nBefore = InstancesAlive(L"CItem");
+        const long nBefore = CountInstances(L"CItem").nLiving;
         ExpectThrows<CQvInvalidParamException>(
             s_lpctNotFound,
             [&] { bAfter ? m_spCol->AddAfterItem(&unknown, new CItem) : m_spCol->AddBeforeItem(&unknown, new CItem); });
         EXPECT_EQ("Add", m_log.Take());
         EXPECT_TEXT(L"ab", Names(*m_spCol));
-        EXPECT_EQ(nBefore, InstancesAlive(L"CItem")) << "the new item is not left behind";
+        EXPECT_EQ(nBefore, CountInstances(L"CItem").nLiving) << "the new item is not left behind";
     }
 }
 
@@ -318,11 +318,11 @@ TEST_F(XmlCollection, RejectsANullItem)
 
 TEST_F(XmlCollection, HoldsTheOnlyReferenceToAnItemThatNobodyElseKeeps)
 {
-    const int nBefore = InstancesAlive(L"CItem");
+    const long nBefore = CountInstances(L"CItem").nLiving;
     m_spCol->AppendItem(new CItem);
-    EXPECT_EQ(nBefore + 1, InstancesAlive(L"CItem"));
+    EXPECT_EQ(nBefore + 1, CountInstances(L"CItem").nLiving);
     m_spCol->Remove(0);
-    EXPECT_EQ(nBefore, InstancesAlive(L"CItem"));
+    EXPECT_EQ(nBefore, CountInstances(L"CItem").nLiving);
 }
 
 TEST_F(XmlCollection, AListenerMayTakeAndDropAReferenceToAnItemThatHasNoneYet)
@@ -678,7 +678,7 @@ TEST_F(XmlCollection, DestructionFreesEveryItemEvenIfListenersThrow)
     for (const IEventSink::MsgType eThrowAt :
          {IEventSink::MsgType_Remove, IEventSink::MsgType_RemoveComplete, IEventSink::MsgType_Change})
     {
-        const int nBefore = InstancesAlive(L"CItem");
+        const long nBefore = CountInstances(L"CItem").nLiving;
         CEventLog log;
         {
             const CSmartPtr<CItemCol> spCol = new CItemCol;
@@ -691,7 +691,7 @@ TEST_F(XmlCollection, DestructionFreesEveryItemEvenIfListenersThrow)
             };
             spCol->AddEventListener(&log);
         }
-        EXPECT_EQ(nBefore, InstancesAlive(L"CItem"));
+        EXPECT_EQ(nBefore, CountInstances(L"CItem").nLiving);
         EXPECT_EQ(eThrowAt == IEventSink::MsgType_Remove           ? "Remove Remove Remove"
                   : eThrowAt == IEventSink::MsgType_RemoveComplete ? "Remove RemoveComplete Remove RemoveComplete "
                                                                      "Remove RemoveComplete"
@@ -802,15 +802,15 @@ CSmartPtr<CItem> MakeNested(int nLevels)
 TEST(XmlCollectionDepth, AMillionNestedCollectionsAreDestroyed)
 {
     CSmartPtr<CItem> spItem = MakeNested(1000000);
-    const int nAlive = InstancesAlive(L"CItem");
+    const long nAlive = CountInstances(L"CItem").nLiving;
     spItem = nullptr;
-    EXPECT_EQ(nAlive - 1000001, InstancesAlive(L"CItem"));
+    EXPECT_EQ(nAlive - 1000001, CountInstances(L"CItem").nLiving);
 }
 
 TEST(XmlCollectionDepth, NestedCollectionsAreDestroyedOnASmallStack)
 {
     RunOnSmallStack([] { MakeNested(100000); });
-    EXPECT_EQ(0, InstancesAlive(L"CItemCol"));
+    EXPECT_EQ(0, CountInstances(L"CItemCol").nLiving);
 }
 
 TEST(XmlCollectionDepth, ManyItemsBelowTheDepthOfTheStackAreAllDestroyed)
@@ -829,7 +829,7 @@ TEST(XmlCollectionDepth, ManyItemsBelowTheDepthOfTheStackAreAllDestroyed)
                 spOuter = spNext;
             }
         });
-    EXPECT_EQ(0, InstancesAlive(L"CItemCol"));
+    EXPECT_EQ(0, CountInstances(L"CItemCol").nLiving);
 }
 
 } // namespace
