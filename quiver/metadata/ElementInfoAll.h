@@ -8,7 +8,7 @@
 /// element. Validate decides afterwards whether a member that was not found is a failure.
 /// IgnoreMissingMandatoryElements does not excuse one.
 ///
-/// The constructors begin with the local name of the element, its namespace URI and the index of the property.
+/// The arguments of the constructors are those of ElementInfoSeq.h.
 
 namespace QvXmlLib9Data
 {

@@ -10,7 +10,7 @@
 /// An alternative stores its child before it reads it, so that the object knows at once which alternative was taken,
 /// and clears it again if it turns out empty. No alternative skips unknown elements.
 ///
-/// The constructors begin with the local name of the element, its namespace URI and the index of the property.
+/// The arguments of the constructors are those of ElementInfoSeq.h.
 
 namespace QvXmlLib9Data
 {

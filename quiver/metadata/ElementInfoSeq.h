@@ -10,7 +10,17 @@
 /// missing ones. If it is a pseudo class, the member returns false and leaves it to the enclosing group to try
 /// something else. An optional member is satisfied in any case.
 ///
-/// The constructors begin with the local name of the element, its namespace URI and the index of the property.
+/// The constructors of all records take, in this order and as far as they have them:
+/// - `lpctName`, `lpctNamespace`, `nPropertyIndex`: local name and namespace URI of the element, key of the property;
+/// - `eItemType`, `lpctFormat`, `eWhitespaceRule`, `restrictions`: the simple type, see CElementInfo;
+/// - `pfnToString`, `pfnFromString`: the enumeration's conversions;
+/// - `eElementType`: whether the child has an element of its own;
+/// - `pfnCreate`, `nClassId`, or `pfnCreateFromElement`: how a child is made;
+/// - `bContentRequired`: a pseudo child must consume something;
+/// - `lpctNamespaceRestriction`, `lpctTargetNamespace`: which namespaces a wildcard admits, as told at
+///   `CXmlObjectBase::IsNamespaceValid`.
+///
+/// Texts are copied, but for `lpctFormat`.
 
 namespace QvXmlLib9Data
 {
