@@ -31,3 +31,7 @@ foreach(_source ${_value_tests} "${CMAKE_CURRENT_SOURCE_DIR}/foundation/Function
     set_tests_properties(${_name}.German_Auckland PROPERTIES TIMEOUT 600
         ENVIRONMENT "LOCPATH=${_locale_directory};LC_ALL=de_DE.UTF-8;TZ=Pacific/Auckland")
 endforeach()
+
+# --- Patterns against the library that matches them -----------------------------------------------------------------
+
+target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)

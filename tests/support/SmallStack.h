@@ -1,29 +1,47 @@
 #pragma once
 
-#include <pthread.h>
+#include <gtest/gtest.h>
 
+#include <cstddef>
+#include <exception>
 #include <functional>
+#include <pthread.h>
 
 namespace QvTest
 {
 
-/// Runs `action` on a thread whose stack has 256 KiB, where depth matters soonest.
-inline void RunOnSmallStack(std::function<void()> action)
+/// Runs `action` on a thread of its own that has `nStackBytes` of stack, and passes its exception on.
+inline void RunOnStack(std::size_t nStackBytes, const std::function<void()>& action)
 {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread{};
-    pthread_create(
-        &thread, &attributes,
-        [](void* pAction) -> void*
+    struct SRun
+    {
+        const std::function<void()>& action;
+        std::exception_ptr pFailure;
+
+        static void* Main(void* pRun)
         {
-            (*static_cast<std::function<void()>*>(pAction))();
+            auto& run = *static_cast<SRun*>(pRun);
+            try
+            {
+                run.action();
+            }
+            catch (...)
+            {
+                run.pFailure = std::current_exception();
+            }
             return nullptr;
-        },
-        &action);
-    pthread_join(thread, nullptr);
+        }
+    } run{action, nullptr};
+
+    pthread_attr_t attributes;
+    pthread_t thread;
+    ASSERT_EQ(0, pthread_attr_init(&attributes));
+    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, nStackBytes));
+    ASSERT_EQ(0, pthread_create(&thread, &attributes, &SRun::Main, &run));
     pthread_attr_destroy(&attributes);
+    pthread_join(thread, nullptr);
+    if (run.pFailure)
+        std::rethrow_exception(run.pFailure);
 }
 
 } // namespace QvTest

@@ -1,0 +1,390 @@
+#include "quiver/foundation/Pattern.h"
+
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Exceptions.h"
+#include "tests/support/AllocationCount.h"
+#include "tests/support/Expect.h"
+#include "tests/support/SmallStack.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <iterator>
+#include <pcre.h>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace QvXmlLib9;
+using QvTest::ExpectThrows;
+
+namespace
+{
+
+struct SCase
+{
+    const char* lpcPattern;
+    const wchar_t* lpctValue;
+    bool bMatches;
+};
+
+void ExpectMatches(const std::vector<SCase>& cases)
+{
+    // Three times, since an expression that is known takes another way, and one that is used again yet another.
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        for (const SCase& c : cases)
+            EXPECT_EQ(c.bMatches, PatternMatch(c.lpcPattern, c.lpctValue))
+                << c.lpcPattern << " against " << QvTest::Show(c.lpctValue);
+    }
+}
+
+} // namespace
+
+TEST(PatternTest, WholeValueMustMatch)
+{
+    const std::vector<SCase> cases = {
+        {"\\d+", L"123", true},   {"\\d+", L"123a", false},
+        {"\\d+", L"a123", false}, {"\\d+", L"", false},
+        {"[a-z]*", L"", true},    {"[a-z]*", L"abc", true},
+        {"[a-z]*", L"1", false},  {"", L"", true},
+        {"", L"a", false},        {"abc$", L"abc\n", false},
+        {"a.c", L"a\nc", false},  {"^abc$", L"abc", true},
+        {"b", L"ab", false},      {"[A-Z]{2}\\d{6}", L"AB123456", true},
+    };
+    ExpectMatches(cases);
+}
+
+TEST(PatternTest, FirstMatchCountsAndTheOrderOfAlternativesMatters)
+{
+    const std::vector<SCase> cases = {
+        {"a|ab", L"ab", false},
+        {"ab|a", L"ab", true},
+        {"a|ab", L"a", true},
+        {"(a|ab)c", L"abc", true},
+    };
+    ExpectMatches(cases);
+}
+
+TEST(PatternTest, NameCharacterClassesAreApproximated)
+{
+    const std::vector<SCase> cases = {
+        {"\\i\\c*", L"xs:name", true},
+        {"\\i\\c*", L"1a", false},
+        {"\\i\\c*", L"_a.b-c", true},
+        {"\\i", L":", true},
+        {"\\i", L"a", true},
+        {"\\i", L"1", false},
+        {"\\i", L"-", false},
+        {"\\c", L"1", true},
+        {"\\c", L".", true},
+        {"\\c", L"-", true},
+        {"\\c", L":", true},
+        {"\\c", L"a", true},
+        {"\\c", L" ", false},
+        {"\\C", L" ", true},
+        {"\\C", L"a", false},
+        {"\\C", L".", false},
+        {"\\C", L"-", false},
+        {"\\C", L":", false},
+        {"\\C+", L"!?", true},
+        // The approximation of \I takes everything but letters and the underscore, the colon included.
+        {"\\I", L"1", true},
+        {"\\I", L"-", true},
+        {"\\I", L"a", false},
+        {"\\I", L":", true},
+        // Letters beyond ASCII are no word characters.
+        {"\\i", L"\x00E9", false},
+        {"\\c", L"\x00E9", false},
+    };
+    ExpectMatches(cases);
+}
+
+TEST(PatternTest, NameCharacterClassInsideBracketsIsNoClass)
+{
+    ExpectThrows<CQvException>(L"Invalid Regular Expression: a Error: 'unmatched parentheses'",
+                               [] { PatternMatch("[\\i]", L"a"); });
+}
+
+TEST(PatternTest, EscapedBackslashSheltersWhatFollows)
+{
+    const std::vector<SCase> cases = {
+        {"\\\\i", L"\\i", true},       {"\\\\i", L"\\a", false},
+        {"\\\\c", L"\\c", true},       {"\\\\\\i", L"\\a", true},
+        {"\\\\\\i", L"\\i", true},     {"\\\\\\i", L"\\1", false},
+        {"\\\\\\\\i", L"\\\\i", true}, {"\\\\d", L"\\d", true},
+        {"\\\\d", L"1", false},        {"\\\\p{IsBasicLatin}", L"\\ppp", false},
+    };
+    ExpectMatches(cases);
+}
+
+TEST(PatternTest, ByteThatSheltersABackslashBecomesOne)
+{
+    EXPECT_TRUE(PatternMatch("\x01", L"\\"));
+    EXPECT_FALSE(PatternMatch("\x01", L"\x0001"));
+}
+
+TEST(PatternTest, UnicodeBlocksAreRanges)
+{
+    const std::vector<SCase> cases = {
+        {"\\p{IsBasicLatin}+", L"abc", true},           {"\\p{IsBasicLatin}", L"\x007F", true},
+        {"\\p{IsBasicLatin}", L"\x0080", false},        {"\\p{IsLatin-1Supplement}", L"\x0080", true},
+        {"\\p{IsLatin-1Supplement}", L"\x00FF", true},  {"\\p{IsLatin-1Supplement}", L"\x007F", false},
+        {"\\p{IsLatin-1Supplement}", L"\x0100", false}, {"\\p{IsLatinExtended-A}", L"\x0100", true},
+        {"\\p{IsLatinExtended-A}", L"\x017F", true},    {"\\p{IsLatinExtended-A}", L"\x0180", false},
+    };
+    ExpectMatches(cases);
+}
+
+TEST(PatternTest, BlockOfLatinExtendedBIsRefused)
+{
+    ExpectThrows<CQvException>(L"Invalid Regular Expression: a Error: 'range out of order in character class'",
+                               [] { PatternMatch("\\p{IsLatinExtended-B}", L"a"); });
+}
+
+TEST(PatternTest, EverythingElseReachesTheMatcherAsItIs)
+{
+    const std::vector<SCase> cases = {
+        {"\\p{L}+", L"\x00E9\x00DF", true},
+        {"\\p{Lu}", L"a", false},
+        {"\\P{Lu}", L"a", true},
+        {"\\p{Nd}", L"\x0661", true},
+        // There is no subtraction of classes: this is a class and a bracket behind it.
+        {"[a-z-[aeiou]]", L"b", false},
+        {"[a-z-[aeiou]]", L"b]", true},
+        {"[a-z-[aeiou]]", L"e]", true},
+    };
+    ExpectMatches(cases);
+    ExpectThrows<CQvException>(L"Invalid Regular Expression: a Error: 'unknown property name after \\P or \\p'",
+                               [] { PatternMatch("\\p{IsGreek}", L"a"); });
+}
+
+TEST(PatternTest, CharacterIsOneWhateverItsUnits)
+{
+    const std::wstring strPair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    const std::wstring strWhole = {static_cast<wchar_t>(0x1F600)};
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        EXPECT_TRUE(PatternMatch(".", L"\x00E9"));
+        EXPECT_TRUE(PatternMatch(".", L"\x4E00"));
+        EXPECT_TRUE(PatternMatch(".", strPair));
+        EXPECT_FALSE(PatternMatch("..", strPair));
+        EXPECT_EQ(sizeof(wchar_t) > 2, PatternMatch(".", strWhole));
+        EXPECT_TRUE(PatternMatch("[\xC3\xA0-\xC3\xBF]{2}", L"\x00E9\x00E0"));
+        EXPECT_FALSE(PatternMatch("[\xC3\xA0-\xC3\xBF]", L"e"));
+    }
+}
+
+TEST(PatternTest, ValueEndsAtAnUnpairedSurrogateOrAZero)
+{
+    const std::wstring strBroken = {L'a', L'b', static_cast<wchar_t>(0xD800), L'1'};
+    EXPECT_TRUE(PatternMatch("[a-z]+", strBroken));
+    EXPECT_FALSE(PatternMatch("[a-z]+1", strBroken));
+    EXPECT_TRUE(PatternMatch("[a-z]+", std::wstring({L'a', L'b', 0, L'1'})));
+    EXPECT_TRUE(PatternMatch("", std::wstring({static_cast<wchar_t>(0xDC00), L'a'})));
+}
+
+TEST(PatternTest, BadExpressionNamesTheValueAndTheReason)
+{
+    const struct
+    {
+        const char* lpcPattern;
+        const wchar_t* lpctReason;
+    } cases[] = {
+        {"(", L"missing )"},
+        {"a)", L"unmatched parentheses"},
+        {"[a", L"missing terminating ] for character class"},
+        {"*", L"nothing to repeat"},
+        {"\\", L"\\ at end of pattern"},
+        {"\xFF", L"invalid UTF-8 string"},
+    };
+    for (int nRound = 0; nRound < 2; ++nRound)
+    {
+        for (const auto& c : cases)
+            ExpectThrows<CQvException>(std::wstring(L"Invalid Regular Expression: some value Error: '") + c.lpctReason +
+                                           L"'",
+                                       [&] { PatternMatch(c.lpcPattern, L"some value"); });
+    }
+}
+
+TEST(PatternTest, BadExpressionDoesNotDisturbTheOthers)
+{
+    EXPECT_TRUE(PatternMatch("ab+", L"abb"));
+    EXPECT_THROW(PatternMatch("ab+(", L"abb"), CQvException);
+    EXPECT_TRUE(PatternMatch("ab+", L"abb"));
+}
+
+// --- Long and hostile values ----------------------------------------------------------------------------------------
+
+TEST(PatternTest, LongValuesMatchOnTheFirstUseToo)
+{
+    // Each expression is new to its thread. Without machine code, every repetition would take some 500 bytes of stack.
+    const std::wstring strLong(1000000, L'a');
+    QvTest::RunOnStack(256 * 1024,
+                       [&]
+                       {
+                           EXPECT_TRUE(PatternMatch("(a|b)*", strLong));
+                           EXPECT_TRUE(PatternMatch("(a|b)*", strLong));
+                           EXPECT_FALSE(PatternMatch("(a|b)*c", strLong));
+                           EXPECT_TRUE(PatternMatch("\\c+", strLong));
+                           EXPECT_FALSE(PatternMatch("\\c+", strLong + L' '));
+                       });
+}
+
+TEST(PatternTest, ValueTooLongForItsPatternFailsAndIsNotCalledWrong)
+{
+    const std::wstring strLong(5000000, L'a');
+    for (int nRound = 0; nRound < 3; ++nRound)
+        ExpectThrows<CQvException>(L"The value is too long to be matched against its pattern",
+                                   [&] { PatternMatch("(a|b|cd)*", strLong); });
+    EXPECT_TRUE(PatternMatch("(a|b|cd)*", L"abcd"));
+    EXPECT_TRUE(PatternMatch("[ab]*", strLong));
+}
+
+TEST(PatternTest, ExpressionsThatCannotBecomeMachineCodeKeepOffTheEndOfTheStack)
+{
+    // So many groups pass what the machine code can hold.
+    std::string strPattern;
+    for (int i = 0; i < 3000; ++i)
+        strPattern += "()";
+    strPattern += "(?:a|b)*";
+    QvTest::RunOnStack(8 * 1024 * 1024,
+                       [&]
+                       {
+                           for (int nRound = 0; nRound < 3; ++nRound)
+                           {
+                               EXPECT_TRUE(PatternMatch(strPattern, L"aaaa"));
+                               EXPECT_FALSE(PatternMatch(strPattern, L"aaax"));
+                               ExpectThrows<CQvException>(L"The value is too long to be matched against its pattern",
+                                                          [&]
+                                                          { PatternMatch(strPattern, std::wstring(1000000, L'a')); });
+                           }
+                       });
+}
+
+TEST(PatternTest, EndlessBacktrackingIsGivenUpAsNoMatch)
+{
+    const auto before = std::chrono::steady_clock::now();
+    for (const char* lpcPattern : {"(a+)+(b|c)", "(a|aa)+(b|c)", "((a|b)*|c)*(d|e)", "a*a*a*a*a*a*a*a*a*a*(b|c)"})
+    {
+        for (int nRound = 0; nRound < 3; ++nRound)
+            EXPECT_FALSE(PatternMatch(lpcPattern, std::wstring(60, L'a'))) << lpcPattern;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(60));
+}
+
+TEST(PatternTest, ExpressionsNestedTooDeeplyAreRefused)
+{
+    ExpectThrows<CQvException>(L"Invalid Regular Expression: a Error: 'parentheses are too deeply nested'",
+                               [] { PatternMatch(std::string(100000, '(') + "a" + std::string(100000, ')'), L"a"); });
+}
+
+// --- What is remembered ---------------------------------------------------------------------------------------------
+
+namespace
+{
+
+/// The match as it is defined: compiled anew, by PCRE's interpreter.
+bool PlainMatch(const std::string& strPattern, const std::wstring& strValue)
+{
+    const char* lpcError = nullptr;
+    int nAt = 0;
+    pcre* const pPattern = pcre_compile(strPattern.c_str(), PCRE_UTF8, &lpcError, &nAt, nullptr);
+    int nGroups = 0;
+    pcre_fullinfo(pPattern, nullptr, PCRE_INFO_CAPTURECOUNT, &nGroups);
+    std::vector<int> offsets(static_cast<std::size_t>(nGroups + 1) * 3);
+    std::string strSubject;
+    AppendUtf8(strSubject, strValue);
+    const int nResult = pcre_exec(pPattern, nullptr, strSubject.data(), static_cast<int>(strSubject.size()), 0,
+                                  PCRE_ANCHORED, offsets.data(), static_cast<int>(offsets.size()));
+    pcre_free(pPattern);
+    return nResult > 0 && offsets[0] == 0 && offsets[1] == static_cast<int>(strSubject.size());
+}
+
+const char* const s_plainPatterns[] = {
+    "a*b*",
+    "(ab|a)(bc|c)?",
+    "[ab]{2,4}",
+    "(a|b)*abb",
+    "a??b+?c",
+    "(?=a)[abc]*",
+    "(a*)*b",
+    "((a)|(b))+\\1?",
+    ".{3}",
+    "[^a]+",
+    "(?i)AB*",
+    "a(?!b).*",
+    "(a|ab)(c|bc)",
+    "(?>a*)ab",
+    "\\w+\\b.*",
+    "(?:a|\xC3\xA9)*",
+    "[\xC3\xA9-\xC3\xBF]|a",
+    "$|a",
+    "\\Aab\\z",
+    "(a)?(b)?(c)?",
+    "a{0}b{1,}",
+    "(b|a)+?",
+    "(?<x>a)\\k<x>",
+    "a|b|ab|abc",
+};
+
+} // namespace
+
+TEST(PatternTest, ResultsAgreeWithACompilationForEachMatch)
+{
+    std::mt19937 random(7);
+    const wchar_t alphabet[] = {L'a', L'b', L'c', 0xE9};
+    for (int i = 0; i < 20000; ++i)
+    {
+        const std::string strPattern = s_plainPatterns[random() % std::size(s_plainPatterns)];
+        std::wstring strValue;
+        for (auto n = random() % 7; n != 0; --n)
+            strValue += alphabet[random() % std::size(alphabet)];
+        ASSERT_EQ(PlainMatch(strPattern, strValue), PatternMatch(strPattern, strValue))
+            << strPattern << " against " << QvTest::Show(strValue);
+    }
+}
+
+TEST(PatternTest, ExpressionsBeyondWhatIsRememberedStillMatch)
+{
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        for (int i = 0; i < 1000; ++i)
+        {
+            const std::string strNumber = std::to_string(i);
+            EXPECT_TRUE(PatternMatch("x" + strNumber + "(y|z)", L"x" + std::to_wstring(i) + L"z"));
+            EXPECT_FALSE(PatternMatch("x" + strNumber + "(y|z)", L"x" + std::to_wstring(i + 1) + L"z"));
+        }
+    }
+}
+
+TEST(PatternTest, ExpressionThatIsKnownIsNotCompiledAgain)
+{
+    const std::string strPattern = "[A-Z]{2}\\d{6}";
+    const std::wstring strValue = L"AB123456";
+    EXPECT_TRUE(PatternMatch(strPattern, strValue));
+    EXPECT_TRUE(PatternMatch(strPattern, strValue));
+    EXPECT_EQ(0u, QvTest::CountAllocations([&] { EXPECT_TRUE(PatternMatch(strPattern, strValue)); }));
+}
+
+TEST(PatternTest, ManyThreadsMatchAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (unsigned nThread = 0; nThread < 8; ++nThread)
+    {
+        threads.emplace_back(
+            [nThread]
+            {
+                std::mt19937 random(nThread);
+                for (int i = 0; i < 2000; ++i)
+                {
+                    const std::size_t nPattern = random() % std::size(s_plainPatterns);
+                    ASSERT_EQ(PlainMatch(s_plainPatterns[nPattern], L"ab"),
+                              PatternMatch(s_plainPatterns[nPattern], L"ab"));
+                }
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
