@@ -124,6 +124,8 @@ public:
     unsigned char* GetData() const;
     /// The count of bytes; 0 for an empty handle.
     unsigned long GetLength() const;
+    /// Whether there are no bytes. Unlike GetLength this may be asked of a block of length 0 in every build.
+    bool IsEmpty() const { return m_pRep == nullptr || m_pRep->GetLengthOrZero() == 0; }
     /// The bytes as a view, empty for none; good until the next change. Unlike the length, this may be asked of a block
     /// of length 0.
     std::string_view GetView() const
