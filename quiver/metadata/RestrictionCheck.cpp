@@ -198,7 +198,7 @@ bool IsValid(const wchar_t* lpctName, typename SItemTraits<eType>::Argument valu
 {
     using Value = typename SItemTraits<eType>::Value;
     if constexpr (std::is_same_v<Value, CBinaryData>)
-        return HasValidLength([&] { return value.GetLength(); }, restrictions);
+        return HasValidLength([&] { return value.IsEmpty() ? 0 : value.GetLength(); }, restrictions);
     else if constexpr (std::is_same_v<Value, std::wstring>)
         return HasValidLength([&] { return GetUtf16Length(value); }, restrictions) &&
                MatchesPattern(lpctName, value, restrictions);

@@ -128,7 +128,9 @@ bool CopyConversion(std::wstring& strOut, const wchar_t*& p)
         ++p;
     if (*p == 0 || conversions.find(*p) == std::wstring_view::npos)
         return false;
-    strOut += *p++;
+    // FormatString takes an F ahead of certain letters for a size; a finite number prints alike with f.
+    strOut += *p == L'F' ? L'f' : *p;
+    ++p;
     return true;
 }
 
