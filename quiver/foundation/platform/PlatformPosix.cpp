@@ -170,7 +170,7 @@ std::uint32_t ErrorFromErrno(int nErrno)
         {EACCES, 5},         // ERROR_ACCESS_DENIED
         {EPERM, 5},          // the same
         {EISDIR, 5},         // the same
-        {EBADF, 6},          // ERROR_INVALID_HANDLE
+        {EBADF, 5},          // the same; a file that is not open for the operation
         {ENOMEM, 8},         // ERROR_NOT_ENOUGH_MEMORY
         {EROFS, 19},         // ERROR_WRITE_PROTECT
         {ETXTBSY, 32},       // ERROR_SHARING_VIOLATION
