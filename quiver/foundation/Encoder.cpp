@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace QvXmlLib9
 {
@@ -394,11 +395,24 @@ CBinaryData EncodeUtf8(const wchar_t* lpctText)
     if (p == pEnd)
         return CBinaryData();
 
+    // Nearly all text is ASCII, so it is written without being measured, and measured only from where that ends.
     const auto nUnits = static_cast<std::size_t>(pEnd - p);
-    const std::size_t dwUtf8Len = GetUtf8Length(std::wstring_view(p, nUnits));
-    Throw_IfBinaryDataIsTooLong(dwUtf8Len);
-    std::unique_ptr<unsigned char[]> pBytes(new unsigned char[dwUtf8Len]);
-    const auto dwActualLen = static_cast<std::size_t>(WriteUtf8(p, pEnd, pBytes.get()) - pBytes.get());
+    Throw_IfBinaryDataIsTooLong(nUnits);
+    std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nUnits]);
+    unsigned char* pOut = pBytes.get();
+    NarrowAscii(p, pEnd, pOut);
+    const auto dwAsciiLen = static_cast<std::size_t>(pOut - pBytes.get());
+    std::size_t dwUtf8Len = dwAsciiLen;
+    if (p != pEnd)
+    {
+        dwUtf8Len += GetUtf8Length(std::wstring_view(p, static_cast<std::size_t>(pEnd - p)));
+        Throw_IfBinaryDataIsTooLong(dwUtf8Len);
+        std::unique_ptr<unsigned char[]> pAll(new unsigned char[dwUtf8Len]);
+        std::memcpy(pAll.get(), pBytes.get(), dwAsciiLen);
+        pBytes = std::move(pAll);
+        pOut = WriteUtf8(p, pEnd, pBytes.get() + dwAsciiLen);
+    }
+    const auto dwActualLen = static_cast<std::size_t>(pOut - pBytes.get());
     QV_ASSERT(dwActualLen != 0);
     QV_ASSERT(dwActualLen == dwUtf8Len);
     return CBinaryData(pBytes.release(), dwActualLen, true);
@@ -445,6 +459,7 @@ void AppendUtf16Units(std::wstring& strOut, std::wstring_view text)
         strOut.append(text);
         return;
     }
+    strOut.reserve(strOut.size() + GetUtf16Length(text));
     for (const wchar_t c : text)
         ForUnitsOf(c, [&strOut](wchar_t cUnit) { strOut += cUnit; });
 }

@@ -48,7 +48,7 @@ std::wstring Text(std::size_t nLength)
 /// Puts text in, as a writer does: in pieces, flushing once 4096 units are buffered.
 void WriteInPieces(CFileTextStream& stream, std::wstring_view text)
 {
-    constexpr std::size_t nPiece = 40;
+    constexpr std::size_t nPiece = 400;
     for (std::size_t nAt = 0; nAt < text.size(); nAt += nPiece)
     {
         stream.Append(text.substr(nAt, nPiece));
@@ -248,26 +248,26 @@ TEST(FileTextStream, AnUnwritablePathFailsInOpenWithItsNameAndTheCode)
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 
-TEST(FileTextStream, AFullDiskFailsAtTheNextFlushOrAtClose)
+TEST(FileTextStream, AFullDiskFailsAndClosesTheFile)
 {
     const std::size_t nOpen = CountOpenFiles();
-    {
-        CFileTextStream stream(L"/dev/full", Encoding_UTF8);
-        stream.Open();
-        stream.Append(L"a");
-        stream.Flush();
-        stream.Append(L"b");
-        ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { stream.Flush(); });
-        EXPECT_EQ(nOpen, CountOpenFiles());
-    }
-    CFileTextStream stream(L"/dev/full", Encoding_UTF8);
-    stream.Open();
-    stream.Append(L"a");
-    ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { stream.Close(); });
+    CFileTextStream atClose(L"/dev/full", Encoding_UTF8);
+    atClose.Open();
+    atClose.Append(L"a");
+    ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atClose.Close(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
+
+    // A long piece is written while the next one arises, whose flush reports it.
+    CFileTextStream atFlush(L"/dev/full", Encoding_UTF8);
+    atFlush.Open();
+    atFlush.Append(Text(200000));
+    EXPECT_NO_THROW(atFlush.Flush());
+    atFlush.Append(L"b");
+    ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atFlush.Flush(); });
+    EXPECT_EQ(nOpen, CountOpenFiles());
+
     CFileTextStream mark(L"/dev/full", Encoding_UTF16);
-    mark.Open();
-    ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { mark.Close(); });
+    ExpectThrows<CQvException>(OpenFailed(L"/dev/full", L"00000070"), [&] { mark.Open(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 

@@ -98,6 +98,9 @@ std::string Pattern(std::size_t nLength)
     return strBytes;
 }
 
+/// Longer than what is written at once.
+const std::string s_strLong = Pattern(200000);
+
 bool WriteSync(Handle hFile, std::string_view bytes)
 {
     std::uint32_t dwWritten = 0;
@@ -312,10 +315,14 @@ TEST(Platform, AFullDiskIsError112)
     EXPECT_FALSE(WriteSync(hSync, "x"));
     EXPECT_EQ(112u, GetLastError());
 
+    // A short write fails at once, a long one in its result.
     const CHandle hOverlapped(CreateFileForWriting(L"/dev/full", true));
     Overlapped overlapped;
+    EXPECT_FALSE(WriteFile(hOverlapped, "x", 1, nullptr, &overlapped));
+    EXPECT_EQ(112u, GetLastError());
     std::uint32_t dwBytes = 4711;
-    EXPECT_TRUE(BeginWrite(hOverlapped, "x", overlapped));
+    overlapped = Overlapped();
+    EXPECT_TRUE(BeginWrite(hOverlapped, s_strLong, overlapped));
     EXPECT_FALSE(GetOverlappedResult(hOverlapped, &overlapped, &dwBytes, true));
     EXPECT_EQ(112u, GetLastError());
     EXPECT_EQ(0u, dwBytes);
@@ -324,25 +331,27 @@ TEST(Platform, AFullDiskIsError112)
 TEST(Platform, AWriteThatIsCutShortFails)
 {
     const CTempDir dir;
-    const std::string strBytes = Pattern(10000);
     std::signal(SIGXFSZ, SIG_IGN);
-    const CLimit limit(RLIMIT_FSIZE, 6000);
+    for (const std::size_t nLength : {10000u, 200000u})
     {
-        const CHandle hFile(CreateFileForWriting(dir.NameOf("sync").c_str(), false));
-        EXPECT_FALSE(WriteSync(hFile, strBytes));
-        EXPECT_EQ(223u, GetLastError());
+        const std::string strBytes = Pattern(nLength);
+        const CLimit limit(RLIMIT_FSIZE, nLength - 4000);
+        {
+            const CHandle hFile(CreateFileForWriting(dir.NameOf("sync").c_str(), false));
+            EXPECT_FALSE(WriteSync(hFile, strBytes));
+            EXPECT_EQ(223u, GetLastError());
+        }
+        {
+            const CHandle hFile(CreateFileForWriting(dir.NameOf("overlapped").c_str(), true));
+            Overlapped overlapped;
+            std::uint32_t dwBytes = 0;
+            EXPECT_FALSE(BeginWrite(hFile, strBytes, overlapped) &&
+                         GetOverlappedResult(hFile, &overlapped, &dwBytes, true));
+            EXPECT_EQ(223u, GetLastError());
+        }
+        EXPECT_EQ(strBytes.substr(0, nLength - 4000), ReadFileBytes(dir.PathOf("sync")));
+        EXPECT_EQ(strBytes.substr(0, nLength - 4000), ReadFileBytes(dir.PathOf("overlapped")));
     }
-    {
-        const CHandle hFile(CreateFileForWriting(dir.NameOf("overlapped").c_str(), true));
-        Overlapped overlapped;
-        std::uint32_t dwBytes = 0;
-        EXPECT_TRUE(BeginWrite(hFile, strBytes, overlapped));
-        EXPECT_FALSE(GetOverlappedResult(hFile, &overlapped, &dwBytes, true));
-        EXPECT_EQ(223u, GetLastError());
-        EXPECT_EQ(6000u, dwBytes);
-    }
-    EXPECT_EQ(strBytes.substr(0, 6000), ReadFileBytes(dir.PathOf("sync")));
-    EXPECT_EQ(strBytes.substr(0, 6000), ReadFileBytes(dir.PathOf("overlapped")));
 }
 
 TEST(Platform, ReadingAFileThatIsOpenForWritingFails)
@@ -459,14 +468,18 @@ TEST(Platform, GivesTheSameResultAsOftenAsItIsAsked)
     const CTempDir dir;
     const CHandle hFile(CreateFileForWriting(dir.NameOf("file").c_str(), true));
     Overlapped overlapped;
-    ASSERT_TRUE(BeginWrite(hFile, "abc", overlapped));
-    for (int i = 0; i < 3; ++i)
+    for (const std::string& strBytes : {std::string("abc"), s_strLong})
     {
-        std::uint32_t dwBytes = 0;
-        EXPECT_TRUE(GetOverlappedResult(hFile, &overlapped, &dwBytes, true));
-        EXPECT_EQ(3u, dwBytes);
+        overlapped = Overlapped();
+        ASSERT_TRUE(BeginWrite(hFile, strBytes, overlapped));
+        for (int i = 0; i < 3; ++i)
+        {
+            std::uint32_t dwBytes = 0;
+            EXPECT_TRUE(GetOverlappedResult(hFile, &overlapped, &dwBytes, true));
+            EXPECT_EQ(strBytes.size(), dwBytes);
+        }
+        EXPECT_EQ(strBytes, ReadFileBytes(dir.PathOf("file")));
     }
-    EXPECT_EQ("abc", ReadFileBytes(dir.PathOf("file")));
 }
 
 TEST(Platform, AskingWithoutWaitingGivesTheEndInTime)
@@ -492,7 +505,7 @@ TEST(Platform, OneOperationCanBeUnderWayOnAFile)
     const CHandle hFile(CreateFileForWriting(dir.NameOf("file").c_str(), true));
     Overlapped first;
     Overlapped second;
-    ASSERT_TRUE(BeginWrite(hFile, "abc", first));
+    ASSERT_TRUE(BeginWrite(hFile, s_strLong, first));
     EXPECT_FALSE(WriteFile(hFile, "x", 1, nullptr, &second));
     EXPECT_EQ(170u, GetLastError());
 }

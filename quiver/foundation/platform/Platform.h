@@ -94,9 +94,9 @@ std::uint32_t GetFileSize(Handle hFile, std::uint32_t* pdwHigh);
 /// gives 0 bytes and succeeds. `pdwRead` receives the count.
 ///
 /// With a record: begins a read at its offset. True when it has ended already; false with Error_IoPending when it is
-/// under way; false with Error_HandleEof when it would begin at or behind the end of the file. `pBuffer` must stay
-/// allocated until GetOverlappedResult has reported the end, or CloseHandle on the file has returned. One operation can
-/// be under way on a file. `pdwRead` is null.
+/// under way; false with another error when it could not begin, with Error_HandleEof if that is because its offset is
+/// at or behind the end of the file. `pBuffer` must stay allocated until GetOverlappedResult has reported the end, or
+/// CloseHandle on the file has returned. One operation can be under way on a file. `pdwRead` is null.
 bool ReadFile(Handle hFile, void* pBuffer, std::uint32_t dwLength, std::uint32_t* pdwRead, Overlapped* pOverlapped);
 
 /// Writes to a file; the counterpart of ReadFile, with the same rules. A write that could not place all its bytes has
@@ -107,8 +107,8 @@ bool WriteFile(Handle hFile, const void* pBuffer, std::uint32_t dwLength, std::u
 /// Result of the overlapped operation last begun with a record. The result stays until the record is used anew, so
 /// asking again gives the same answer.
 /// @param pdwBytes receives the count of bytes transferred.
-/// @param bWait whether to wait for the end; otherwise an operation under way fails with Error_IoIncomplete. A read
-///        that ReadFile refused with Error_HandleEof fails in the same way, since it never began.
+/// @param bWait whether to wait for the end; otherwise an operation under way fails with Error_IoIncomplete. An
+///        operation that could not begin fails in the same way.
 bool GetOverlappedResult(Handle hFile, Overlapped* pOverlapped, std::uint32_t* pdwBytes, bool bWait);
 
 /// Creates an unnamed event that is not signalled and resets itself.

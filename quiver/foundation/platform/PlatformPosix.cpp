@@ -311,15 +311,22 @@ void EndOverlapped(SFile& file, std::uint32_t dwError)
     file.pInFlight = nullptr;
 }
 
+/// A file without offsets, such as a pipe, is read and written in order.
+ssize_t TransferAt(const SFile& file, unsigned char* pBytes, std::size_t nLength, off_t nOffset)
+{
+    if (!file.bSeekable)
+        return file.bWriting ? ::write(file.nFile, pBytes, nLength) : ::read(file.nFile, pBytes, nLength);
+    return file.bWriting ? ::pwrite(file.nFile, pBytes, nLength, nOffset)
+                         : ::pread(file.nFile, pBytes, nLength, nOffset);
+}
+
 /// Does what is left of the operation in flight, and ends it.
 void FinishAtOnce(SFile& file)
 {
     auto* const pBytes = static_cast<unsigned char*>(const_cast<void*>(file.pBlock->aio_buf));
     const auto fnTransfer = [&](std::size_t nAt, std::size_t nNow)
     {
-        const off_t nOffset = file.pBlock->aio_offset + static_cast<off_t>(nAt);
-        return file.bWriting ? ::pwrite(file.nFile, pBytes + nAt, nNow, nOffset)
-                             : ::pread(file.nFile, pBytes + nAt, nNow, nOffset);
+        return TransferAt(file, pBytes + nAt, nNow, file.pBlock->aio_offset + static_cast<off_t>(nAt));
     };
     std::size_t nDone = 0;
     const bool bDone = TransferAll(fnTransfer, file.pBlock->aio_nbytes, nDone);
@@ -373,6 +380,10 @@ bool SFile::Close()
     return nResult == 0 || Fail(ErrorFromErrno(errno));
 }
 
+/// Writes up to this length, in bytes, go to the system's cache directly: handing them over would cost several times as
+/// much.
+constexpr std::uint32_t s_dwWriteAtOnce = 65536;
+
 bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlapped& overlapped, bool bWriting)
 {
     if (file.pInFlight != nullptr)
@@ -383,15 +394,6 @@ bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlap
     if (!bWriting && file.bRegular && nOffset >= GetSizeOf(file))
         return Fail(Error_HandleEof);
 
-    if (!file.bSeekable)
-    {
-        std::size_t nDone = 0;
-        const bool bDone =
-            bWriting ? WriteAll(file.nFile, pBuffer, dwLength, nDone) : ReadAll(file.nFile, pBuffer, dwLength, nDone);
-        overlapped.InternalHigh = nDone;
-        overlapped.Internal = bDone ? Error_Success : t_dwLastError;
-        return bDone;
-    }
     *file.pBlock = aiocb{};
     file.pBlock->aio_fildes = file.nFile;
     file.pBlock->aio_buf = pBuffer;
@@ -400,11 +402,16 @@ bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlap
     file.pBlock->aio_sigevent.sigev_notify = SIGEV_NONE;
     file.bWriting = bWriting;
     file.pInFlight = &overlapped;
-    if ((bWriting ? aio_write(file.pBlock.get()) : aio_read(file.pBlock.get())) == 0)
+    const bool bQueue = file.bSeekable && !(bWriting && dwLength <= s_dwWriteAtOnce);
+    if (bQueue && (bWriting ? aio_write(file.pBlock.get()) : aio_read(file.pBlock.get())) == 0)
         return Fail(Error_IoPending);
-    // The system has no room left to queue it.
     FinishAtOnce(file);
-    return overlapped.Internal == Error_Success || Fail(static_cast<std::uint32_t>(overlapped.Internal));
+    if (overlapped.Internal == Error_Success)
+        return true;
+    // What has failed at once has never begun, so there is no end of it to report later.
+    Fail(static_cast<std::uint32_t>(overlapped.Internal));
+    overlapped.Internal = Error_IoPending;
+    return false;
 }
 
 Handle Open(const wchar_t* lpctFileName, int nFlags)
