@@ -166,7 +166,7 @@ void CQvZip::CompressBuffer(unsigned char** ppData, unsigned long* pdwLen, Compr
     const int nResult = deflate(&c_stream, Z_FINISH);
     if (nResult != Z_STREAM_END)
         throw CQvException(FormatString(L"Failed to compress data. [Error Code: %d]", nResult));
-    delete[] * ppData;
+    const ByteArray pInput(*ppData);
     *ppData = pOutput.release();
     *pdwLen = c_stream.total_out;
 }
@@ -193,7 +193,7 @@ void CQvZip::DecompressBuffer(unsigned char** ppData, unsigned long* pdwLen, std
         inflater.Restart();
         inflater.Fill(pOutput.get(), dwLength);
     }
-    delete[] * ppData;
+    const ByteArray pInput(*ppData);
     *ppData = pOutput.release();
     *pdwLen = dwLength;
 }
