@@ -1,6 +1,7 @@
 #include "quiver/foundation/Functions.h"
 
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
@@ -44,23 +45,6 @@ struct SArguments
 {
     std::va_list list;
 };
-
-void AppendUnits(std::wstring& strOut, std::wstring_view text)
-{
-    for (const wchar_t c : text)
-    {
-        const auto nCode = static_cast<std::uint32_t>(c);
-        if (nCode > 0xFFFF && nCode <= 0x10FFFF)
-        {
-            strOut += static_cast<wchar_t>(0xD800 + ((nCode - 0x10000) >> 10));
-            strOut += static_cast<wchar_t>(0xDC00 + ((nCode - 0x10000) & 0x3FF));
-        }
-        else
-        {
-            strOut += c;
-        }
-    }
-}
 
 int ReadNumber(const wchar_t*& p)
 {
@@ -135,9 +119,9 @@ void ReadSize(const wchar_t*& p, SConversion& conv)
         p += 3;
         return;
     }
-    // F is a size prefix only ahead of a conversion; alone it is the conversion itself.
+    // F is a size prefix ahead of a conversion; alone it is the conversion itself.
     while (*p == L'h' || *p == L'l' || *p == L'L' || *p == L'N' ||
-           (*p == L'F' && std::wcschr(L"dioxXucCsS", p[1]) && p[1]))
+           (*p == L'F' && p[1] != 0 && std::wcschr(L"hlLNFcCdiouxXeEfgGnpsS", p[1]) != nullptr))
     {
         if (*p == L'h')
             conv.eSize = SConversion::ESize::Short;
@@ -215,6 +199,20 @@ void AppendInteger(std::wstring& strOut, const SConversion& conv, SArguments& ar
     AppendPadded(strOut, conv, strSign, strDigits, conv.bZero && conv.nPrecision < 0);
 }
 
+/// The `#` flag: a number has a point, and with `%g` as many digits as the precision says.
+void KeepPointAndZeros(std::string& strBody, int nDigits)
+{
+    if (strBody.find('.') == std::string::npos)
+        strBody.insert(std::min(strBody.find('e'), strBody.size()), 1, '.');
+    const std::size_t nEnd = std::min(strBody.find('e'), strBody.size());
+    const std::size_t nFirst = strBody.find_first_of("123456789");
+    const std::size_t nStart = nFirst < nEnd ? nFirst : 0;
+    const std::size_t nPoint = strBody.find('.');
+    const std::size_t nPresent = nEnd - nStart - (nPoint >= nStart ? 1 : 0);
+    if (nPresent < static_cast<std::size_t>(nDigits))
+        strBody.insert(nEnd, static_cast<std::size_t>(nDigits) - nPresent, '0');
+}
+
 /// `printf` would print the decimal point of the process's locale; this prints the C locale's.
 void AppendDouble(std::wstring& strOut, const SConversion& conv, double dValue)
 {
@@ -240,8 +238,8 @@ void AppendDouble(std::wstring& strOut, const SConversion& conv, double dValue)
         const std::to_chars_result result =
             std::to_chars(strBody.data(), strBody.data() + strBody.size(), dMagnitude, eFormat, nPrecision);
         strBody.resize(static_cast<std::size_t>(result.ptr - strBody.data()));
-        if (conv.bAlternate && strBody.find('.') == std::string::npos)
-            strBody.insert(std::min(strBody.find('e'), strBody.size()), 1, '.');
+        if (conv.bAlternate)
+            KeepPointAndZeros(strBody, cKind == L'g' ? std::max(nPrecision, 1) : 0);
     }
     std::wstring strWide(strBody.begin(), strBody.end());
     if (bUpper)
@@ -252,8 +250,12 @@ void AppendDouble(std::wstring& strOut, const SConversion& conv, double dValue)
 
 void AppendText(std::wstring& strOut, const SConversion& conv, std::wstring_view text)
 {
-    std::wstring strUnits;
-    AppendUnits(strUnits, text);
+    if (conv.nWidth == 0 && conv.nPrecision < 0)
+    {
+        AppendUtf16Units(strOut, text);
+        return;
+    }
+    const std::wstring strUnits = ToUtf16Units(text);
     std::wstring_view units = strUnits;
     if (conv.nPrecision >= 0)
         units = units.substr(0, static_cast<std::size_t>(conv.nPrecision));
@@ -279,12 +281,17 @@ std::basic_string_view<TChar> ViewOf(const TChar* pText, int nPrecision)
     return {pText, nLength};
 }
 
+/// Without a prefix the small letters are wide and the capital ones narrow; a prefix decides for both.
+bool IsNarrow(const SConversion& conv)
+{
+    if (conv.eSize == SConversion::ESize::None)
+        return conv.cConversion == L'S' || conv.cConversion == L'C';
+    return conv.eSize == SConversion::ESize::Short;
+}
+
 void AppendString(std::wstring& strOut, const SConversion& conv, SArguments& args)
 {
-    // Without a prefix %s is wide and %S is narrow; a prefix decides for both.
-    const bool bNarrow =
-        conv.eSize == SConversion::ESize::Short || (conv.cConversion == L'S' && conv.eSize != SConversion::ESize::Long);
-    if (bNarrow)
+    if (IsNarrow(conv))
     {
         const char* const lpcText = va_arg(args.list, const char*);
         AppendNarrowText(strOut, conv, lpcText ? ViewOf(lpcText, conv.nPrecision) : std::string_view("(null)"));
@@ -300,7 +307,8 @@ void AppendCharacter(std::wstring& strOut, const SConversion& conv, SArguments& 
 {
     SConversion convCharacter = conv;
     convCharacter.nPrecision = -1;
-    const auto c = static_cast<wchar_t>(va_arg(args.list, int));
+    const int nCharacter = va_arg(args.list, int);
+    const auto c = static_cast<wchar_t>(IsNarrow(conv) ? static_cast<unsigned char>(nCharacter) : nCharacter);
     AppendText(strOut, convCharacter, std::wstring_view(&c, 1));
 }
 
@@ -361,7 +369,7 @@ std::wstring FormatArguments(const wchar_t* p, SArguments& args)
         const wchar_t* const pRun = p;
         while (*p != 0 && *p != L'%')
             ++p;
-        AppendUnits(strOut, std::wstring_view(pRun, static_cast<std::size_t>(p - pRun)));
+        AppendUtf16Units(strOut, std::wstring_view(pRun, static_cast<std::size_t>(p - pRun)));
         if (*p == 0)
             break;
         ++p;
@@ -374,6 +382,7 @@ std::wstring FormatArguments(const wchar_t* p, SArguments& args)
         ReadFlags(p, conv);
         ReadWidthAndPrecision(p, conv, args);
         ReadSize(p, conv);
+        QV_ASSERT_MSG(*p != 0, "FALSE");
         if (*p == 0)
             break;
         conv.cConversion = *p++;
