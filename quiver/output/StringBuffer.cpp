@@ -4,6 +4,8 @@
 #include "quiver/foundation/Encoder.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace QvXmlLib9
@@ -31,12 +33,12 @@ CStringBuffer::~CStringBuffer() = default;
 
 const wchar_t* CStringBuffer::GetData()
 {
-    if (m_blocks.empty())
+    if (m_pLastBlock == nullptr)
         return L"";
-    if (m_blocks.size() > 1)
+    if (!m_packed.empty())
         JoinBlocks();
     *m_pNext = 0;
-    return m_pBegin;
+    return m_pLastBlock.get();
 }
 
 void CStringBuffer::JoinBlocks()
@@ -44,21 +46,27 @@ void CStringBuffer::JoinBlocks()
     const std::size_t nLength = GetLength();
     std::unique_ptr<wchar_t[]> pJoined(new wchar_t[nLength + 1]);
     wchar_t* pOut = pJoined.get();
-    ForEachBlock([&pOut](std::wstring_view strBlock) { pOut = std::copy(strBlock.begin(), strBlock.end(), pOut); });
+    for (const SPackedBlock& block : m_packed)
+    {
+        Unpack(block, pOut);
+        pOut += block.nUnits;
+    }
+    pOut = std::copy(m_pLastBlock.get(), m_pNext, pOut);
     QV_ASSERT_MSG(pOut == pJoined.get() + nLength, "dwOutputPos == m_dwTotalBufferLen");
 
-    m_blocks.resize(1);
-    m_blocks.front() = {std::move(pJoined), nLength};
-    m_pBegin = m_blocks.front().pUnits.get();
-    m_pNext = m_pEnd = m_pBegin + nLength;
-    m_nEarlierBlocks = 0;
+    Clear();
+    m_pLastBlock = std::move(pJoined);
+    m_pNext = m_pEnd = m_pLastBlock.get() + nLength;
 }
 
 std::wstring CStringBuffer::GetString() const
 {
     std::wstring strText;
     strText.reserve(GetLength());
-    ForEachBlock([&strText](std::wstring_view strBlock) { strText.append(strBlock); });
+    std::wstring strWide;
+    for (const SPackedBlock& block : m_packed)
+        strText.append(Unpack(block, strWide));
+    strText.append(m_pLastBlock.get(), GetLastBlockDataIn());
     return strText;
 }
 
@@ -96,25 +104,87 @@ void CStringBuffer::AppendOverBlocks(std::wstring_view strUnits)
 void CStringBuffer::AddBlock()
 {
     QV_ASSERT_MSG(m_pNext == m_pEnd, "m_LastBlock_SizeOf == m_LastBlock_DataIn");
-    m_blocks.push_back({std::unique_ptr<wchar_t[]>(new wchar_t[m_nBlockSize + 1]), m_nBlockSize});
-    m_nEarlierBlocks += GetLastBlockDataIn();
-    m_pBegin = m_pNext = m_blocks.back().pUnits.get();
-    m_pEnd = m_pBegin + m_nBlockSize;
+    if (m_pLastBlock != nullptr)
+        PackLastBlock();
+    if (m_pLastBlock == nullptr || static_cast<std::size_t>(m_pEnd - m_pLastBlock.get()) != m_nBlockSize)
+    {
+        m_pNext = m_pEnd = nullptr;
+        m_pLastBlock.reset();
+        m_pLastBlock.reset(new wchar_t[m_nBlockSize + 1]);
+    }
+    m_pNext = m_pLastBlock.get();
+    m_pEnd = m_pNext + m_nBlockSize;
+}
+
+void CStringBuffer::PackLastBlock()
+{
+    const wchar_t* const pUnits = m_pLastBlock.get();
+    const std::size_t nUnits = GetLastBlockDataIn();
+    std::uint32_t nAll = 0;
+    for (std::size_t n = 0; n < nUnits; ++n)
+        nAll |= static_cast<std::uint32_t>(pUnits[n]);
+
+    SPackedBlock block{nullptr, nUnits, nAll < 0x80};
+    block.pBytes.reset(new unsigned char[block.bAscii ? nUnits : nUnits * 2]);
+    unsigned char* const pBytes = block.pBytes.get();
+    if (block.bAscii)
+    {
+        for (std::size_t n = 0; n < nUnits; ++n)
+            pBytes[n] = static_cast<unsigned char>(pUnits[n]);
+    }
+    else
+    {
+        for (std::size_t n = 0; n < nUnits; ++n)
+        {
+            const auto nUnit = static_cast<std::uint16_t>(pUnits[n]);
+            std::memcpy(pBytes + n * 2, &nUnit, sizeof(nUnit));
+        }
+    }
+    m_packed.push_back(std::move(block));
+    m_nPackedUnits += nUnits;
+    m_pNext = m_pLastBlock.get();
+}
+
+void CStringBuffer::Unpack(const SPackedBlock& block, wchar_t* pOut)
+{
+    const unsigned char* const pBytes = block.pBytes.get();
+    if (block.bAscii)
+    {
+        for (std::size_t n = 0; n < block.nUnits; ++n)
+            pOut[n] = static_cast<wchar_t>(pBytes[n]);
+    }
+    else
+    {
+        for (std::size_t n = 0; n < block.nUnits; ++n)
+        {
+            std::uint16_t nUnit = 0;
+            std::memcpy(&nUnit, pBytes + n * 2, sizeof(nUnit));
+            pOut[n] = static_cast<wchar_t>(nUnit);
+        }
+    }
+}
+
+std::wstring_view CStringBuffer::Unpack(const SPackedBlock& block, std::wstring& strWide)
+{
+    if (strWide.size() < block.nUnits)
+        strWide.resize(block.nUnits);
+    Unpack(block, strWide.data());
+    return std::wstring_view(strWide).substr(0, block.nUnits);
 }
 
 void CStringBuffer::Clear()
 {
-    m_blocks.clear();
-    m_pBegin = m_pNext = m_pEnd = nullptr;
-    m_nEarlierBlocks = 0;
+    m_packed.clear();
+    m_nPackedUnits = 0;
+    m_pNext = m_pEnd = nullptr;
+    m_pLastBlock.reset();
 }
 
 void CStringBuffer::Reset()
 {
-    if (m_blocks.size() == 1)
-        m_pNext = m_pBegin;
-    else
-        Clear();
+    m_packed.clear();
+    m_nPackedUnits = 0;
+    m_pNext = m_pLastBlock.get();
 }
 
 } // namespace QvXmlLib9

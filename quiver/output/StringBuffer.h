@@ -21,8 +21,9 @@ namespace QvXmlLib9
 ///     buffer.Append(L'1');
 ///     buffer.GetData(); // L"a=1"
 ///
-/// The buffer holds UTF-16 code units only: a whole code point above 0xFFFF is stored as its surrogate pair. An object
-/// is used by one thread at a time.
+/// The buffer holds UTF-16 code units only: a whole code point above 0xFFFF is stored as its surrogate pair. Blocks
+/// that are full are kept in one or two bytes a unit, so that a large document takes no more memory than its bytes
+/// will. An object is used by one thread at a time.
 class QVXMLLIB_API CStringBuffer : public CInstanceMonitor
 {
 public:
@@ -37,7 +38,7 @@ public:
     ~CStringBuffer() override;
 
     /// Code units in the whole buffer.
-    std::size_t GetLength() const { return m_nEarlierBlocks + GetLastBlockDataIn(); }
+    std::size_t GetLength() const { return m_nPackedUnits + GetLastBlockDataIn(); }
 
     /// All the text, zero-terminated; an empty text for an empty buffer, never null. Joins the blocks if there are
     /// several. The pointer is valid until the next change.
@@ -46,16 +47,22 @@ public:
     /// All the text as a string of its own. Costs one copy, where `GetData` would join the blocks first.
     std::wstring GetString() const;
 
-    /// The text block by block, in order, without joining anything: `visit(std::wstring_view)`. A surrogate pair may
-    /// lie across the border of two blocks.
+    /// The text piece by piece, in order, without joining anything: `visit(std::string_view)` for a piece of ASCII,
+    /// `visit(std::wstring_view)` for any other; the views are good during the call. A surrogate pair may lie across
+    /// the border of two pieces.
     template <class TVisitor>
-    void ForEachBlock(TVisitor&& visit) const
+    void ForEachPiece(TVisitor&& visit) const
     {
-        for (std::size_t n = 0; n < m_blocks.size(); ++n)
+        std::wstring strWide;
+        for (const SPackedBlock& block : m_packed)
         {
-            const bool bLast = n + 1 == m_blocks.size();
-            visit(std::wstring_view(m_blocks[n].pUnits.get(), bLast ? GetLastBlockDataIn() : m_blocks[n].nSize));
+            if (block.bAscii)
+                visit(std::string_view(reinterpret_cast<const char*>(block.pBytes.get()), block.nUnits));
+            else
+                visit(Unpack(block, strWide));
         }
+        if (GetLastBlockDataIn() != 0)
+            visit(std::wstring_view(m_pLastBlock.get(), GetLastBlockDataIn()));
     }
 
     /// Replaces the text.
@@ -102,30 +109,37 @@ public:
     /// Frees all blocks.
     void Clear();
 
-    /// Empties the buffer and keeps its block for the next text if there is just one.
+    /// Empties the buffer and keeps the memory of a block for the next text.
     void Reset();
 
 private:
-    struct SBlock
+    /// A block that is full.
+    struct SPackedBlock
     {
-        std::unique_ptr<wchar_t[]> pUnits;
-        std::size_t nSize = 0;
+        std::unique_ptr<unsigned char[]> pBytes;
+        std::size_t nUnits;
+        /// One byte a unit instead of two.
+        bool bAscii;
     };
 
-    std::size_t GetLastBlockDataIn() const { return static_cast<std::size_t>(m_pNext - m_pBegin); }
+    std::size_t GetLastBlockDataIn() const { return static_cast<std::size_t>(m_pNext - m_pLastBlock.get()); }
     void AddBlock();
-    void JoinBlocks();
     void AppendOverBlocks(std::wstring_view strUnits);
+    void JoinBlocks();
+    void PackLastBlock();
+    static void Unpack(const SPackedBlock& block, wchar_t* pOut);
+    static std::wstring_view Unpack(const SPackedBlock& block, std::wstring& strWide);
 
-    std::vector<SBlock> m_blocks;
     const std::size_t m_nBlockSize;
-    /// First unit, next free unit and end of the last block; all null without a block. A block has room for a
-    /// terminator behind its end.
-    wchar_t* m_pBegin = nullptr;
+    std::vector<SPackedBlock> m_packed;
+    /// Units in all packed blocks.
+    std::size_t m_nPackedUnits = 0;
+    /// The block that takes the next unit, null as long as the buffer has none. It has room for a terminator behind its
+    /// end.
+    std::unique_ptr<wchar_t[]> m_pLastBlock;
+    /// Next free unit and end of the last block.
     wchar_t* m_pNext = nullptr;
     wchar_t* m_pEnd = nullptr;
-    /// Units in all blocks but the last.
-    std::size_t m_nEarlierBlocks = 0;
 };
 
 } // namespace QvXmlLib9

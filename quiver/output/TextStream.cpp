@@ -7,6 +7,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Product.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace QvXmlLib9
@@ -15,19 +16,19 @@ namespace QvXmlLib9
 namespace
 {
 
-/// Visits the blocks up to the first zero unit, where the text ends.
+/// Visits the pieces up to the first zero unit, where the text ends.
 template <class TVisitor>
-void ForEachBlockUpToZero(const CStringBuffer& buffer, TVisitor&& visit)
+void ForEachPieceUpToZero(const CStringBuffer& buffer, TVisitor&& visit)
 {
     bool bEnded = false;
-    buffer.ForEachBlock(
-        [&](std::wstring_view strBlock)
+    buffer.ForEachPiece(
+        [&](auto strPiece)
         {
             if (bEnded)
                 return;
-            const std::size_t nEnd = strBlock.find(L'\0');
-            bEnded = nEnd != std::wstring_view::npos;
-            visit(strBlock.substr(0, nEnd));
+            const std::size_t nEnd = strPiece.find(typename decltype(strPiece)::value_type());
+            bEnded = nEnd != strPiece.npos;
+            visit(strPiece.substr(0, nEnd));
         });
 }
 
@@ -38,6 +39,13 @@ public:
     explicit CUtf8Output(unsigned char* pOut)
         : m_pOut(pOut)
     {
+    }
+
+    void Write(std::string_view strAscii)
+    {
+        m_bFault = m_bFault || (m_cHigh != 0 && !strAscii.empty());
+        if (!m_bFault)
+            m_pOut = std::copy(strAscii.begin(), strAscii.end(), m_pOut);
     }
 
     void Write(std::wstring_view strPiece)
@@ -77,33 +85,57 @@ private:
     bool m_bFault = false;
 };
 
-CBinaryData EncodeUtf8Blocks(const CStringBuffer& buffer)
+std::size_t CountUtf8(std::string_view strAscii)
+{
+    return strAscii.size();
+}
+
+std::size_t CountUtf8(std::wstring_view strPiece)
+{
+    return GetUtf8Length(strPiece);
+}
+
+void WriteUtf16(std::string_view strAscii, unsigned char* pOut)
+{
+    for (std::size_t n = 0; n < strAscii.size(); ++n)
+    {
+        pOut[n * 2] = static_cast<unsigned char>(strAscii[n]);
+        pOut[n * 2 + 1] = 0;
+    }
+}
+
+void WriteUtf16(std::wstring_view strPiece, unsigned char* pOut)
+{
+    WriteUtf16LittleEndian(strPiece, pOut);
+}
+
+CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)
 {
     std::size_t nBytes = 0;
-    ForEachBlockUpToZero(buffer, [&](std::wstring_view strBlock) { nBytes += GetUtf8Length(strBlock); });
+    ForEachPieceUpToZero(buffer, [&](auto strPiece) { nBytes += CountUtf8(strPiece); });
     if (nBytes == 0)
         return CBinaryData();
 
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nBytes]);
     CUtf8Output output(pBytes.get());
-    ForEachBlockUpToZero(buffer, [&](std::wstring_view strBlock) { output.Write(strBlock); });
+    ForEachPieceUpToZero(buffer, [&](auto strPiece) { output.Write(strPiece); });
     const auto nWritten = static_cast<std::size_t>(output.GetEnd() - pBytes.get());
     QV_ASSERT_MSG(nWritten == nBytes, "dwActualLen == dwUtf8Len");
     return CBinaryData(pBytes.release(), nWritten, true);
 }
 
-CBinaryData EncodeUtf16Blocks(const CStringBuffer& buffer)
+CBinaryData EncodeUtf16Pieces(const CStringBuffer& buffer)
 {
     std::size_t nUnits = 0;
-    ForEachBlockUpToZero(buffer, [&](std::wstring_view strBlock) { nUnits += strBlock.size(); });
+    ForEachPieceUpToZero(buffer, [&](auto strPiece) { nUnits += strPiece.size(); });
 
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nUnits * 2]);
     unsigned char* pOut = pBytes.get();
-    ForEachBlockUpToZero(buffer,
-                         [&](std::wstring_view strBlock)
+    ForEachPieceUpToZero(buffer,
+                         [&](auto strPiece)
                          {
-                             WriteUtf16LittleEndian(strBlock, pOut);
-                             pOut += strBlock.size() * 2;
+                             WriteUtf16(strPiece, pOut);
+                             pOut += strPiece.size() * 2;
                          });
     return CBinaryData(pBytes.release(), nUnits * 2, true);
 }
@@ -146,10 +178,10 @@ CBinaryData CTextStream::GetBinaryData() const
     switch (m_eEncoding)
     {
     case Encoding_UTF8:
-        return EncodeUtf8Blocks(m_buffer);
+        return EncodeUtf8Pieces(m_buffer);
     case Encoding_UTF16:
     case Encoding_UTF16_Undeclared:
-        return EncodeUtf16Blocks(m_buffer);
+        return EncodeUtf16Pieces(m_buffer);
     case Encoding_None:
         break;
     }

@@ -216,7 +216,7 @@ void CXmlTextWriter::WriteText(std::wstring_view strValue, ItemType /*eType*/)
         context.m_bStartTagOpen = false;
         m_pStream->AppendUnit(L'>');
     }
-    if (strValue.compare(0, s_strCDataStart.size(), s_strCDataStart) == 0)
+    if (strValue.front() == L'<' && strValue.compare(0, s_strCDataStart.size(), s_strCDataStart) == 0)
         m_pStream->Append(UpToZero(strValue));
     else
         WriteEscaped<false>(strValue);

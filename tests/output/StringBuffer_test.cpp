@@ -13,14 +13,14 @@ using QvXmlLib9::CStringBuffer;
 namespace
 {
 
-std::vector<std::size_t> BlockLengths(const CStringBuffer& buffer)
+using Lengths = std::vector<std::size_t>;
+
+Lengths PieceLengths(const CStringBuffer& buffer)
 {
-    std::vector<std::size_t> lengths;
-    buffer.ForEachBlock([&](std::wstring_view strBlock) { lengths.push_back(strBlock.size()); });
+    Lengths lengths;
+    buffer.ForEachPiece([&](auto strPiece) { lengths.push_back(strPiece.size()); });
     return lengths;
 }
-
-using Lengths = std::vector<std::size_t>;
 
 std::wstring Digits(std::size_t nLength)
 {
@@ -38,7 +38,7 @@ TEST(StringBuffer, ANewBufferGivesAnEmptyTextAndNotNull)
     ASSERT_NE(nullptr, buffer.GetData());
     EXPECT_TEXT(L"", buffer.GetData());
     EXPECT_EQ(0u, buffer.GetLength());
-    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{}, PieceLengths(buffer));
     EXPECT_TEXT(L"", buffer.GetString());
 }
 
@@ -59,9 +59,9 @@ TEST(StringBuffer, AFullBlockIsHandedOutWithoutACopyAndTerminated)
 {
     CStringBuffer buffer;
     buffer.Append(Digits(4095));
-    EXPECT_EQ(Lengths{4095}, BlockLengths(buffer));
-    const wchar_t* pBlock = nullptr;
-    buffer.ForEachBlock([&](std::wstring_view strBlock) { pBlock = strBlock.data(); });
+    EXPECT_EQ(Lengths{4095}, PieceLengths(buffer));
+    const void* pBlock = nullptr;
+    buffer.ForEachPiece([&](auto strPiece) { pBlock = strPiece.data(); });
     EXPECT_EQ(pBlock, buffer.GetData());
     EXPECT_TEXT(Digits(4095), buffer.GetData());
 }
@@ -70,10 +70,10 @@ TEST(StringBuffer, OneUnitMoreThanABlockMakesASecondOneAndGetDataJoinsThem)
 {
     CStringBuffer buffer;
     buffer.Append(Digits(4096));
-    EXPECT_EQ((Lengths{4095, 1}), BlockLengths(buffer));
+    EXPECT_EQ((Lengths{4095, 1}), PieceLengths(buffer));
     EXPECT_TEXT(Digits(4096), buffer.GetData());
     EXPECT_EQ(4096u, buffer.GetLength());
-    EXPECT_EQ(Lengths{4096}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{4096}, PieceLengths(buffer));
 }
 
 TEST(StringBuffer, AppendingAfterAJoinAddsABlockAndALaterGetDataJoinsAgain)
@@ -82,7 +82,7 @@ TEST(StringBuffer, AppendingAfterAJoinAddsABlockAndALaterGetDataJoinsAgain)
     buffer.Append(Digits(4096));
     buffer.GetData();
     buffer.Append(L'x');
-    EXPECT_EQ((Lengths{4096, 1}), BlockLengths(buffer));
+    EXPECT_EQ((Lengths{4096, 1}), PieceLengths(buffer));
     EXPECT_TEXT(Digits(4096) + L"x", buffer.GetData());
     EXPECT_EQ(4097u, buffer.GetLength());
 }
@@ -91,7 +91,7 @@ TEST(StringBuffer, ABlockSizeOfNGivesBlocksOfOneUnitLess)
 {
     CStringBuffer buffer(5);
     buffer.Append(L"abcdefghij");
-    EXPECT_EQ((Lengths{4, 4, 2}), BlockLengths(buffer));
+    EXPECT_EQ((Lengths{4, 4, 2}), PieceLengths(buffer));
     EXPECT_TEXT(L"abcdefghij", buffer.GetData());
 }
 
@@ -101,7 +101,7 @@ TEST(StringBuffer, TheLeastBlockHoldsOneUnit)
     {
         CStringBuffer buffer(nBlockSize);
         buffer.Append(L"abc");
-        EXPECT_EQ((Lengths{1, 1, 1}), BlockLengths(buffer));
+        EXPECT_EQ((Lengths{1, 1, 1}), PieceLengths(buffer));
         EXPECT_TEXT(L"abc", buffer.GetData());
     }
 }
@@ -146,6 +146,23 @@ TEST(StringBuffer, ACodePointAboveFfffIsHeldAsItsSurrogatePair)
     }
 }
 
+TEST(StringBuffer, FullBlocksKeepUnitsOfEveryWidth)
+{
+    const std::wstring strText = L"abc\x7F\x80\xFF\u0100\uFFFF\x01zy";
+    for (unsigned long nBlockSize = 2; nBlockSize < 16; ++nBlockSize)
+    {
+        CStringBuffer buffer(nBlockSize);
+        for (int n = 0; n < 3; ++n)
+            buffer.Append(strText);
+        std::wstring strPieces;
+        buffer.ForEachPiece([&](auto strPiece) { strPieces.append(strPiece.begin(), strPiece.end()); });
+        EXPECT_TEXT(strText + strText + strText, strPieces);
+        EXPECT_TEXT(strText + strText + strText, buffer.GetString());
+        EXPECT_TEXT(strText + strText + strText, buffer.GetData());
+        EXPECT_EQ(33u, buffer.GetLength());
+    }
+}
+
 TEST(StringBuffer, SetReplacesTheText)
 {
     CStringBuffer buffer(3);
@@ -160,7 +177,7 @@ TEST(StringBuffer, ClearFreesAllBlocks)
     CStringBuffer buffer(3);
     buffer.Append(L"abcdef");
     buffer.Clear();
-    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{}, PieceLengths(buffer));
     EXPECT_EQ(0u, buffer.GetLength());
     EXPECT_TEXT(L"", buffer.GetData());
     buffer.Append(L"gh");
@@ -173,23 +190,23 @@ TEST(StringBuffer, ResetKeepsALoneBlock)
     buffer.Append(L"abc");
     const wchar_t* const pBlock = buffer.GetData();
     buffer.Reset();
-    EXPECT_EQ(Lengths{0}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{}, PieceLengths(buffer));
     EXPECT_EQ(0u, buffer.GetLength());
     EXPECT_EQ(pBlock, buffer.GetData());
     EXPECT_TEXT(L"", buffer.GetData());
     buffer.Append(L"defg");
-    EXPECT_EQ(Lengths{4}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{4}, PieceLengths(buffer));
     EXPECT_TEXT(L"defg", buffer.GetData());
 }
 
-TEST(StringBuffer, ResetOfSeveralBlocksOrNoneIsClear)
+TEST(StringBuffer, ResetOfSeveralBlocksOrNoneLeavesNoText)
 {
     CStringBuffer buffer(3);
     buffer.Reset();
-    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{}, PieceLengths(buffer));
     buffer.Append(L"abc");
     buffer.Reset();
-    EXPECT_EQ(Lengths{}, BlockLengths(buffer));
+    EXPECT_EQ(Lengths{}, PieceLengths(buffer));
     EXPECT_TEXT(L"", buffer.GetData());
 }
 
