@@ -116,6 +116,7 @@ CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)
     if (nBytes == 0)
         return CBinaryData();
 
+    Throw_IfBinaryDataIsTooLong(nBytes);
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nBytes]);
     CUtf8Output output(pBytes.get());
     ForEachPieceUpToZero(buffer, [&](auto strPiece) { output.Write(strPiece); });
@@ -129,6 +130,7 @@ CBinaryData EncodeUtf16Pieces(const CStringBuffer& buffer)
     std::size_t nUnits = 0;
     ForEachPieceUpToZero(buffer, [&](auto strPiece) { nUnits += strPiece.size(); });
 
+    Throw_IfBinaryDataIsTooLong(nUnits * 2);
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nUnits * 2]);
     unsigned char* pOut = pBytes.get();
     ForEachPieceUpToZero(buffer,
