@@ -15,7 +15,6 @@
 #include <functional>
 #include <iterator>
 #include <memory>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <type_traits>
@@ -931,11 +930,16 @@ TEST(ElementInfoFamilies, EveryConcreteClassHasRowsInBothDirections)
     for (const char* lpcUnit : {"ElementInfoSeq", "ElementInfoChoice", "ElementInfoAll"})
     {
         std::ifstream header(std::string(QUIVER_SOURCE_DIR "/quiver/metadata/") + lpcUnit + ".h");
-        const std::regex declaration("^class QVXMLLIB_API CElementInfo(\\w+) ");
-        std::smatch match;
+        const std::string strDeclaration = "class QVXMLLIB_API CElementInfo";
         for (std::string strLine; std::getline(header, strLine);)
-            if (std::regex_search(strLine, match, declaration) && abstracts.count(match[1]) == 0)
-                concretes.insert(match[1]);
+        {
+            if (strLine.compare(0, strDeclaration.size(), strDeclaration) != 0)
+                continue;
+            const std::string strRest = strLine.substr(strDeclaration.size());
+            const std::string strRecord = strRest.substr(0, strRest.find(' '));
+            if (abstracts.count(strRecord) == 0)
+                concretes.insert(strRecord);
+        }
     }
 
     EXPECT_EQ(concretes.size(), 42U);
