@@ -51,7 +51,7 @@ void CXmlTypeCollection::WriteItems(CXmlWriter* pWriter, const CXmlSerialization
                                     TIterator itBegin, TIterator itEnd, TAppendText AppendText) const
 {
     ValidateCount(context);
-    const std::wstring& strName = ElementName();
+    const std::wstring_view strName = ElementName().View();
     const std::wstring& strNamespace = ItemNamespace().Get();
     std::wstring strText;
     for (TIterator it = itBegin; it != itEnd; ++it)

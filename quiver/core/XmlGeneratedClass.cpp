@@ -50,7 +50,7 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wcha
         {
             if (bIsRoot)
                 WriteRootPreamble(pWriter, context);
-            pWriter->StartElement(ElementName(), lpctNamespaceUri);
+            pWriter->StartElement(ElementName().View(), lpctNamespaceUri);
             if (bIsRoot)
             {
                 const CSmartPtr<CAttributeCol> spAttributes = context.GetAdditionalRootAttributes();
@@ -62,7 +62,7 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wcha
         }
 
         // A nil element has attributes and nothing else, whatever its properties hold.
-        const INillable* const pNillable = FindNillable();
+        const INillable* const pNillable = FindNillable(info);
         if (pNillable != nullptr && pNillable->IsNil())
             pWriter->WriteXsiNil();
         else
@@ -129,7 +129,8 @@ void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSeri
         const CParentElementInfo& info = *GetClassInfo();
         // In a class with base classes the record's name is that of the type, so a name that differs means that the
         // object stands under an element that does not tell its type.
-        if (context.GetWriteTypeAttribute() && info.GetHasBaseClasses() && ElementName() != info.GetElementName())
+        if (context.GetWriteTypeAttribute() && info.GetHasBaseClasses() &&
+            ElementName().View() != info.GetElementName())
             pWriter->WriteXsiType(info.GetElementNamespace(), info.GetElementName(), ItemType_string);
         ProcessAttributesToXml(context, GetClassElementInfo(), GetClassAttributeInfo(), pWriter);
     }
@@ -232,12 +233,12 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement*
     const XmlElementType eElementType = info.GetElementType();
     // The name found in the document is taken on, so that a substitution element keeps its own. Whether it is the right
     // one was the question of the record that led here; for the root nobody asks.
-    if (eElementType == ElementType_Element && ElementName() != pElement->GetLocalName())
+    if (eElementType == ElementType_Element && ElementName().View() != pElement->GetLocalName())
         SetElementName(pElement->GetLocalName().c_str());
 
     ProcessAttributesFromXml(context, pElement, info.GetFromXmlFailIfAttributeUnknown());
     CXmlElement* pCurrent = pFirstChild;
-    const INillable* const pNillable = FindNillable();
+    const INillable* const pNillable = FindNillable(info);
     if (pNillable != nullptr && pNillable->IsNil())
         return pCurrent;
 
@@ -358,7 +359,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
             continue;
         if (pAttribute->IsNilAttribute())
         {
-            const INillable* const pNillable = FindNillable();
+            const INillable* const pNillable = FindNillable(*GetClassInfo());
             if (pNillable == nullptr)
                 ThrowUnexpectedAttribute(*pAttribute);
             const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute));
@@ -470,9 +471,20 @@ bool CXmlGeneratedClass::IsElementInList(const CXmlSerializationContext& context
     return false;
 }
 
-const INillable* CXmlGeneratedClass::FindNillable() const
+const INillable* CXmlGeneratedClass::FindNillable(const CParentElementInfo& info) const
 {
-    return dynamic_cast<const INillable*>(this);
+    // The offset of one base from another is the same in all objects of one dynamic type.
+    const char* const pThis = reinterpret_cast<const char*>(this);
+    std::ptrdiff_t nOffset = CParentElementInfo::CNillableOffset::s_nNotNillable;
+    if (!info.m_nillableOffset.Find(typeid(*this), nOffset))
+    {
+        if (const INillable* const pNillable = dynamic_cast<const INillable*>(this))
+            nOffset = reinterpret_cast<const char*>(pNillable) - pThis;
+        info.m_nillableOffset.Remember(typeid(*this), nOffset);
+    }
+    return nOffset == CParentElementInfo::CNillableOffset::s_nNotNillable
+               ? nullptr
+               : reinterpret_cast<const INillable*>(pThis + nOffset);
 }
 
 int CXmlGeneratedClass::GetClassElementInfoCount() const

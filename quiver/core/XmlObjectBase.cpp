@@ -170,8 +170,8 @@ void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* pValue, const wc
 {
     if (pValue == nullptr)
         return;
-    const std::wstring& strName = pValue->GetBase()->m_strElementName;
-    if (strName != lpctElementName)
+    const CShortText& strName = pValue->GetBase()->m_strElementName;
+    if (strName.View() != lpctElementName)
         throw CQvInvalidParamException(FormatString(
             L"This property requrires an element with the name %s the element being set has the element name %s",
             lpctElementName, strName.c_str()));

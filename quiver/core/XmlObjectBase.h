@@ -4,6 +4,7 @@
 #include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/ShortText.h"
 
 #include <atomic>
 #include <cstdint>
@@ -201,7 +202,7 @@ public:
     CXmlObjectBase& operator=(const CXmlObjectBase& source);
 
     /// Local name under which the object is written.
-    std::wstring GetElementName() const { return m_strElementName; }
+    std::wstring GetElementName() const { return std::wstring(m_strElementName.View()); }
 
 protected:
     /// The first object of the process reports a wrong generator version, once.
@@ -210,10 +211,10 @@ protected:
     /// Copies the element name, and the reference count too: the copy does not start at 0. That is meant.
     CXmlObjectBase(const CXmlObjectBase& source);
 
-    void SetElementName(const wchar_t* lpctName) { m_strElementName = lpctName; }
+    void SetElementName(const wchar_t* lpctName) { m_strElementName.Assign(lpctName); }
 
     /// The element name without a copy.
-    const std::wstring& ElementName() const { return m_strElementName; }
+    const CShortText& ElementName() const { return m_strElementName; }
 
     // With these an object drives the protected operations of another one.
     static void ToXml_Int(const CXmlObjectBase* pObj, CXmlWriter* pWriter, bool bIsRoot,
@@ -290,7 +291,7 @@ private:
     void WriteRoot(CXmlWriter& writer, const CXmlSerializationContext& context) const;
     void ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context);
 
-    std::wstring m_strElementName;
+    CShortText m_strElementName;
     std::atomic<std::int32_t> m_lRefCount{0};
 };
 
