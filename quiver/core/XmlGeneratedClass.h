@@ -102,7 +102,7 @@ private:
     friend class QvXmlLib9Data::CElementInfo;
 
     int GetClassElementInfoCount() const;
-    const INillable* FindNillable() const;
+    const INillable* FindNillable(const QvXmlLib9Data::CParentElementInfo& info) const;
 
     void WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerializationContext& context) const;
     void WriteContent(CXmlWriter* pWriter, const CXmlSerializationContext& context,

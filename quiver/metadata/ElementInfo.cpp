@@ -48,6 +48,24 @@ CParentElementInfo::CParentElementInfo(XmlElementGroupType eGroupType, XmlElemen
 
 CParentElementInfo::~CParentElementInfo() = default;
 
+bool CParentElementInfo::CNillableOffset::Find(const std::type_info& type, std::ptrdiff_t& nOffset) const
+{
+    if (m_pType.load(std::memory_order_acquire) != &type)
+        return false;
+    nOffset = m_nOffset;
+    return true;
+}
+
+// One thread stores, once; the type is published behind the offset. Objects of a second class that shares the record
+// are asked each time.
+void CParentElementInfo::CNillableOffset::Remember(const std::type_info& type, std::ptrdiff_t nOffset)
+{
+    if (m_bClaimed.load(std::memory_order_relaxed) || m_bClaimed.exchange(true))
+        return;
+    m_nOffset = nOffset;
+    m_pType.store(&type, std::memory_order_release);
+}
+
 CElementInfo::CElementInfo(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : m_strName(lpctName)
     , m_strNamespace(lpctNamespace)

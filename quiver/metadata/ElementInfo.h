@@ -6,7 +6,11 @@
 #include "quiver/values/ItemType.h"
 #include "quiver/values/WhitespaceUtils.h"
 
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <typeinfo>
 
 /// @file
 /// The records that a generated class publishes instead of serialisation code: one CParentElementInfo for the class and
@@ -110,6 +114,30 @@ public:
     bool GetHasBaseClasses() const { return m_bHasBaseClasses; }
 
 private:
+    friend class QvXmlLib9::CXmlGeneratedClass;
+
+    /// Where the INillable of the class's objects lies, found out once for the first class that asks: a cast across the
+    /// hierarchy costs more than reading a small object.
+    class CNillableOffset
+    {
+    public:
+        CNillableOffset() = default;
+        CNillableOffset(const CNillableOffset&) {}
+        CNillableOffset& operator=(const CNillableOffset&) { return *this; }
+
+        static constexpr std::ptrdiff_t s_nNotNillable = PTRDIFF_MIN;
+
+        /// Whether the offset is known for objects of this dynamic type.
+        bool Find(const std::type_info& type, std::ptrdiff_t& nOffset) const;
+        void Remember(const std::type_info& type, std::ptrdiff_t nOffset);
+
+    private:
+        std::atomic<bool> m_bClaimed{false};
+        std::atomic<const std::type_info*> m_pType{nullptr};
+        std::ptrdiff_t m_nOffset = 0;
+    };
+    mutable CNillableOffset m_nillableOffset;
+
     XmlElementGroupType m_eGroupType;
     XmlElementType m_eElementType;
     std::wstring m_strElementName;
