@@ -3,8 +3,10 @@
 #include "quiver/foundation/Functions.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string_view>
 #include <type_traits>
@@ -33,6 +35,21 @@ bool ReadSign(const wchar_t*& p)
     if (bNegative || *p == L'+')
         ++p;
     return bNegative;
+}
+
+/// Reads digits to their end.
+/// @return false if they do not fit 64 bits.
+bool ReadMagnitude(const wchar_t*& p, std::uint64_t& nMagnitude)
+{
+    while (*p == L'0')
+        ++p;
+    const wchar_t* const pFirst = p;
+    for (; IsDigit(*p); ++p)
+        nMagnitude = nMagnitude * 10 + static_cast<std::uint64_t>(*p - L'0');
+    // Every number of 19 digits fits. One of 20 digits that begins with 1 has wrapped around once if it came out
+    // smaller than it must be; the others have surely.
+    const std::ptrdiff_t nDigits = p - pFirst;
+    return nDigits < 20 || (nDigits == 20 && *pFirst == L'1' && nMagnitude >= 10000000000000000000U);
 }
 
 /// The ASCII characters of a number for std::from_chars. Nearly every number fits the room inside.
@@ -81,18 +98,109 @@ std::int64_t ExponentOf(std::string_view number)
     return nPlace + (bNegative ? -nExponent : nExponent);
 }
 
-void AppendAscii(std::wstring& strOut, const char* pBegin, const char* pEnd)
+/// A decimal number as it was read: nMantissa times 10 to the power of nExponent, unless there are too many digits.
+struct SDecimal
 {
-    const std::size_t nOld = strOut.size();
-    strOut.resize(nOld + static_cast<std::size_t>(pEnd - pBegin));
-    std::transform(pBegin, pEnd, &strOut[nOld], [](char c) { return static_cast<wchar_t>(c); });
+    std::uint64_t nMantissa = 0;
+    std::int64_t nExponent = 0;
+    std::ptrdiff_t nDigits = 0;
+};
+
+void ReadMantissa(const wchar_t*& p, SDecimal& decimal)
+{
+    const wchar_t* const pWhole = p;
+    for (; IsDigit(*p); ++p)
+        decimal.nMantissa = decimal.nMantissa * 10 + static_cast<std::uint64_t>(*p - L'0');
+    decimal.nDigits = p - pWhole;
+    if (*p != L'.')
+        return;
+    const wchar_t* const pFraction = ++p;
+    for (; IsDigit(*p); ++p)
+        decimal.nMantissa = decimal.nMantissa * 10 + static_cast<std::uint64_t>(*p - L'0');
+    decimal.nDigits += p - pFraction;
+    decimal.nExponent = pFraction - p;
 }
 
-template <class TInteger>
-void AppendDigits(std::wstring& strOut, TInteger nValue)
+/// Moves on only if there is a digit; a letter alone does not belong to the number.
+void ReadExponent(const wchar_t*& p, SDecimal& decimal)
 {
-    char szDigits[24];
-    AppendAscii(strOut, szDigits, std::to_chars(szDigits, szDigits + sizeof(szDigits), nValue).ptr);
+    if (*p != L'e' && *p != L'E')
+        return;
+    const wchar_t* pExponent = p + 1;
+    const bool bNegative = ReadSign(pExponent);
+    constexpr std::int64_t nLimit = std::numeric_limits<std::int64_t>::max() / 100;
+    std::int64_t nExponent = 0;
+    for (; IsDigit(*pExponent); p = ++pExponent)
+        nExponent = std::min<std::int64_t>(nExponent * 10 + (*pExponent - L'0'), nLimit);
+    decimal.nExponent += bNegative ? -nExponent : nExponent;
+}
+
+constexpr double s_powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::int64_t s_nMaxExactPower = 22;
+
+/// Whether mantissa and power of ten are doubles without rounding. A single multiplication or division then gives the
+/// nearest double, as long as the processor rounds it to a double at once.
+bool IsExact(const SDecimal& decimal)
+{
+    constexpr std::uint64_t nMaxExactInteger = std::uint64_t{1} << std::numeric_limits<double>::digits;
+    return FLT_EVAL_METHOD == 0 && decimal.nDigits < 20 && decimal.nMantissa <= nMaxExactInteger &&
+           decimal.nExponent >= -s_nMaxExactPower && decimal.nExponent <= s_nMaxExactPower;
+}
+
+double ScaleExactly(const SDecimal& decimal)
+{
+    const auto dMantissa = static_cast<double>(decimal.nMantissa);
+    return decimal.nExponent < 0 ? dMantissa / s_powersOfTen[-decimal.nExponent]
+                                 : dMantissa * s_powersOfTen[decimal.nExponent];
+}
+
+double ReadByCharacters(const wchar_t* pBegin, const wchar_t* pEnd)
+{
+    const CAsciiText text(pBegin, pEnd);
+    const std::string_view number = text.Get();
+    double dValue = 0;
+    const std::from_chars_result result = std::from_chars(number.data(), number.data() + number.size(), dValue);
+    if (result.ec == std::errc::result_out_of_range)
+        return ExponentOf(number) > 0 ? std::numeric_limits<double>::infinity() : 0;
+    return dValue;
+}
+
+/// @tparam nRoom the most characters that there can be.
+template <std::size_t nRoom>
+void AppendAscii(std::wstring& strOut, const char* pBegin, const char* pEnd)
+{
+    wchar_t szWide[nRoom];
+    const auto nLength = static_cast<std::size_t>(pEnd - pBegin);
+    std::transform(pBegin, pEnd, szWide, [](char c) { return static_cast<wchar_t>(c); });
+    strOut.append(szWide, nLength);
+}
+
+wchar_t DigitOf(unsigned int nDigit)
+{
+    return static_cast<wchar_t>(L'0' + static_cast<wchar_t>(nDigit));
+}
+
+void AppendDigits(std::wstring& strOut, std::uint64_t nMagnitude, bool bNegative)
+{
+    wchar_t szDigits[24];
+    wchar_t* const pEnd = szDigits + std::size(szDigits);
+    wchar_t* p = pEnd;
+    // Two digits a division by 100 take half the time of one a division by 10.
+    while (nMagnitude >= 100)
+    {
+        const auto nPair = static_cast<unsigned int>(nMagnitude % 100);
+        nMagnitude /= 100;
+        *--p = DigitOf(nPair % 10);
+        *--p = DigitOf(nPair / 10);
+    }
+    const auto nRest = static_cast<unsigned int>(nMagnitude);
+    *--p = DigitOf(nRest % 10);
+    if (nRest >= 10)
+        *--p = DigitOf(nRest / 10);
+    if (bNegative)
+        *--p = L'-';
+    strOut.append(p, static_cast<std::size_t>(pEnd - p));
 }
 
 // More than any finite double needs: no format prints other characters at the front for larger numbers than these.
@@ -174,8 +282,8 @@ bool AppendByPlainFormat(std::wstring& strOut, double dValue, const wchar_t* p)
     if (p[1] != 0)
         return false;
     char szNumber[512];
-    AppendAscii(strOut, szNumber,
-                std::to_chars(szNumber, szNumber + sizeof(szNumber), dValue, eFormat, nPrecision).ptr);
+    char* const pEnd = std::to_chars(szNumber, szNumber + sizeof(szNumber), dValue, eFormat, nPrecision).ptr;
+    AppendAscii<sizeof(szNumber)>(strOut, szNumber, pEnd);
     return true;
 }
 
@@ -202,7 +310,7 @@ void AppendGeneral(std::wstring& strOut, double dValue, int nPrecision, double d
     char szNumber[64];
     char* const pEnd =
         std::to_chars(szNumber, szNumber + sizeof(szNumber), dValue, std::chars_format::general, nPrecision).ptr;
-    AppendAscii(strOut, szNumber, pEnd);
+    AppendAscii<sizeof(szNumber)>(strOut, szNumber, pEnd);
 }
 
 /// What distinguishes the two floating point kinds in print.
@@ -243,17 +351,10 @@ SNumberText<TInteger> ReadInteger(const wchar_t* lpctText)
     if (!IsDigit(*p))
         return {0, false, lpctText};
 
-    const auto nLimit = static_cast<std::uint64_t>(Limits::max()) + (Limits::is_signed && bNegative ? 1U : 0U);
     std::uint64_t nMagnitude = 0;
-    bool bOutOfRange = false;
-    for (; IsDigit(*p); ++p)
-    {
-        const auto nDigit = static_cast<std::uint64_t>(*p - L'0');
-        bOutOfRange = bOutOfRange || nMagnitude > (nLimit - nDigit) / 10;
-        if (!bOutOfRange)
-            nMagnitude = nMagnitude * 10 + nDigit;
-    }
-    if (bOutOfRange)
+    const bool bFits = ReadMagnitude(p, nMagnitude);
+    const auto nLimit = static_cast<std::uint64_t>(Limits::max()) + (Limits::is_signed && bNegative ? 1U : 0U);
+    if (!bFits || nMagnitude > nLimit)
         return {Limits::is_signed && bNegative ? Limits::min() : Limits::max(), true, p};
     return {static_cast<TInteger>(bNegative ? 0 - nMagnitude : nMagnitude), false, p};
 }
@@ -268,43 +369,25 @@ SNumberText<double> ReadReal(const wchar_t* lpctText)
     const wchar_t* p = SkipBlanks(lpctText);
     const bool bNegative = ReadSign(p);
     const wchar_t* const pMantissa = p;
-    while (IsDigit(*p))
-        ++p;
-    std::ptrdiff_t nDigits = p - pMantissa;
-    if (*p == L'.')
-    {
-        const wchar_t* const pFraction = ++p;
-        while (IsDigit(*p))
-            ++p;
-        nDigits += p - pFraction;
-    }
-    if (nDigits == 0)
+    SDecimal decimal;
+    ReadMantissa(p, decimal);
+    if (decimal.nDigits == 0)
         return {0, false, lpctText};
-    if (*p == L'e' || *p == L'E')
-    {
-        const wchar_t* pExponent = p + 1;
-        ReadSign(pExponent);
-        for (; IsDigit(*pExponent); ++pExponent)
-            p = pExponent + 1;
-    }
+    ReadExponent(p, decimal);
 
-    const CAsciiText text(pMantissa, p);
-    const std::string_view number = text.Get();
-    double dValue = 0;
-    const std::from_chars_result result = std::from_chars(number.data(), number.data() + number.size(), dValue);
-    if (result.ec == std::errc::result_out_of_range)
-        dValue = ExponentOf(number) > 0 ? std::numeric_limits<double>::infinity() : 0;
-    return {bNegative ? -dValue : dValue, std::isinf(dValue), p};
+    const double dMagnitude = IsExact(decimal) ? ScaleExactly(decimal) : ReadByCharacters(pMantissa, p);
+    return {bNegative ? -dMagnitude : dMagnitude, std::isinf(dMagnitude), p};
 }
 
 void AppendInteger(std::wstring& strOut, std::int64_t nValue)
 {
-    AppendDigits(strOut, nValue);
+    const auto nMagnitude = static_cast<std::uint64_t>(nValue);
+    AppendDigits(strOut, nValue < 0 ? 0 - nMagnitude : nMagnitude, nValue < 0);
 }
 
 void AppendUnsigned(std::wstring& strOut, std::uint64_t nValue)
 {
-    AppendDigits(strOut, nValue);
+    AppendDigits(strOut, nValue, false);
 }
 
 void AppendR4(std::wstring& strOut, float fValue, const wchar_t* lpctFormat)

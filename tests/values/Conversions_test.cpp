@@ -169,6 +169,17 @@ TEST(Conversions, BlanksInFrontOfDigitsPassUnderEveryRule)
     EXPECT_EQ(CConversions::i4FromString(L"\f\v7", s_eCollapse), 7);
 }
 
+TEST(Conversions, WhiteSpaceAroundANumberMattersAsTheRuleLeavesIt)
+{
+    EXPECT_EQ(CConversions::i4FromString(L"1\r2", s_eReplace), 12);
+    EXPECT_EQ(CConversions::i4FromString(L"\r", s_ePreserve), 0);
+    EXPECT_EQ(CConversions::i4FromString(L"7\r", s_ePreserve), 7);
+    EXPECT_EQ(CConversions::r8FromString(L"1\r.5", s_eCollapse), 1.5);
+    EXPECT_TRUE(std::isnan(CConversions::r8FromString(L" \r\n ", s_eCollapse)));
+    ExpectFailure(&CConversions::i4FromString, L"7 ", L"The value [7 ] can not be converted to a i4", s_eReplace);
+    ExpectFailure(&CConversions::r8FromString, L" INF", L"The value [ INF] can not be converted to a r8", s_eReplace);
+}
+
 TEST(Conversions, FailuresQuoteTheTextAfterTheRule)
 {
     ExpectFailure(&CConversions::i4FromString, L" 1 \t x ", L"The value [1 x] can not be converted to a i4",

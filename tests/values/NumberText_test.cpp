@@ -6,6 +6,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -222,6 +223,46 @@ TEST(NumberText, AnyDoubleSurvivesSeventeenDigits)
     }
 }
 
+TEST(NumberText, RandomDecimalsReadLikeThePlatform)
+{
+    std::mt19937_64 random(20260104);
+    for (int n = 0; n < 50000; ++n)
+    {
+        std::string strText = n % 2 != 0 ? "-" : "";
+        const std::size_t nWhole = random() % 25;
+        const std::size_t nFraction = random() % 25 + (nWhole == 0 ? 1 : 0);
+        for (std::size_t nDigit = 0; nDigit < nWhole; ++nDigit)
+            strText += static_cast<char>('0' + random() % 10);
+        if (nFraction != 0)
+            strText += '.';
+        for (std::size_t nDigit = 0; nDigit < nFraction; ++nDigit)
+            strText += static_cast<char>('0' + random() % 10);
+        if (n % 3 != 0)
+            strText += "e" + std::to_string(static_cast<int>(random() % 80) - 40);
+        const std::wstring strWide(strText.begin(), strText.end());
+        const SNumberText<double> number = ReadReal(strWide.c_str());
+        EXPECT_EQ(number.value, std::strtod(strText.c_str(), nullptr)) << strText;
+        EXPECT_EQ(*number.pStop, L'\0') << strText;
+    }
+}
+
+TEST(NumberText, RandomIntegersOfTwentyDigitsReadInRangeOnlyIfTheyFit)
+{
+    std::mt19937_64 random(20260105);
+    for (int n = 0; n < 50000; ++n)
+    {
+        const std::uint64_t nValue = random();
+        EXPECT_EQ(ReadInteger<std::uint64_t>(std::to_wstring(nValue).c_str()).value, nValue);
+        // 18446744073709551616 to 99999999999999999999
+        const std::wstring strTooLarge = std::to_wstring(random() % 8 + 2) + std::to_wstring(random() % 9 + 1) +
+                                         std::to_wstring(100000000000000000 + random() % 900000000000000000);
+        EXPECT_TRUE(ReadInteger<std::uint64_t>(strTooLarge.c_str()).bOutOfRange) << n;
+        const std::wstring strAbove =
+            std::to_wstring(1844674407370955162 + random() % 100000000000000000) + std::to_wstring(random() % 10);
+        EXPECT_TRUE(ReadInteger<std::uint64_t>(strAbove.c_str()).bOutOfRange) << n;
+    }
+}
+
 TEST(NumberText, AppendingKeepsWhatIsThere)
 {
     std::wstring strText = L"a=";
@@ -245,6 +286,15 @@ TEST(NumberText, IntegersPrintTheirExtremes)
     strText.clear();
     AppendUnsigned(strText, std::numeric_limits<std::uint64_t>::max());
     EXPECT_EQ(strText, L"18446744073709551615");
+    for (std::int64_t nValue = 1; nValue < 1000000000000000000; nValue = nValue * 10 + nValue % 7)
+    {
+        for (const std::int64_t nNear : {nValue - 1, nValue, nValue + 1, -nValue})
+        {
+            strText.clear();
+            AppendInteger(strText, nNear);
+            EXPECT_EQ(strText, std::to_wstring(nNear));
+        }
+    }
 }
 
 TEST(NumberText, DefaultFormatsPrintLikeThePlatform)
