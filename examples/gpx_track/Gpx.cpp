@@ -1,7 +1,10 @@
 #include "Gpx.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cwchar>
+#include <initializer_list>
+#include <utility>
 
 using namespace QvXmlLib9;
 using namespace QvXmlLib9Data;
@@ -23,6 +26,15 @@ const struct SRegisterVersion
 CPrimitiveRestrictions NoFacets()
 {
     return CPrimitiveRestrictions(L"", -1, -1, L"", L"", L"", L"", -1);
+}
+
+/// A null-terminated table of records, as CleanMetaData frees it.
+template <class TInfo>
+TInfo** MakeTable(std::initializer_list<TInfo*> records)
+{
+    TInfo** const ppTable = new TInfo*[records.size() + 1]();
+    std::copy(records.begin(), records.end(), ppTable);
+    return ppTable;
 }
 
 template <class T>
@@ -102,14 +114,9 @@ struct CExtensions::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"extensions", s_lpctNamespace, -1,
                                        true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqUntpdCol(L"AnyElement", s_lpctNamespace, Extensions_Elements), nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements =
+            MakeTable<CElementInfo>({new CElementInfoSeqUntpdCol(L"AnyElement", s_lpctNamespace, Extensions_Elements)});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -224,32 +231,26 @@ struct CPoint::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"trkpt", s_lpctNamespace, -1, true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimOpt(L"ele", s_lpctNamespace, Point_Ele, ItemType_decimal, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqPrimOpt(L"time", s_lpctNamespace, Point_Time, ItemType_datetime, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqPrimOpt(L"name", s_lpctNamespace, Point_Name, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve,
-                                           CPrimitiveRestrictions(L"", -1, 40, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimOpt(L"sat", s_lpctNamespace, Point_Sat, ItemType_ui4, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqEnumOpt(L"fix", s_lpctNamespace, Point_Fix, &EFixToString, &EFixFromString),
-                new CElementInfoSeqClsOpt(L"extensions", s_lpctNamespace, Point_Extensions, ElementType_Element,
-                                          &CExtensions::Create, 0),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(L"lat", L"", Point_Lat, false, ItemType_decimal, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Collapse,
-                                        CPrimitiveRestrictions(L"", -1, -1, L"-90", L"90", L"", L"", -1), L""),
-                new CAttributeInfoPrimitive(L"lon", L"", Point_Lon, false, ItemType_decimal, nullptr,
-                                            CWhitespaceUtils::WhitespaceRule_Collapse,
-                                            CPrimitiveRestrictions(L"", -1, -1, L"-180", L"", L"", L"180", -1), L""),
-                nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimOpt(L"ele", s_lpctNamespace, Point_Ele, ItemType_decimal, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqPrimOpt(L"time", s_lpctNamespace, Point_Time, ItemType_datetime, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqPrimOpt(L"name", s_lpctNamespace, Point_Name, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", -1, 40, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimOpt(L"sat", s_lpctNamespace, Point_Sat, ItemType_ui4, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqEnumOpt(L"fix", s_lpctNamespace, Point_Fix, &EFixToString, &EFixFromString),
+             new CElementInfoSeqClsOpt(L"extensions", s_lpctNamespace, Point_Extensions, ElementType_Element,
+                                       &CExtensions::Create, 0)});
+        ppAttributes = MakeTable<CAttributeInfo>(
+            {new CAttributeInfoPrimitive(L"lat", L"", Point_Lat, false, ItemType_decimal, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Collapse,
+                                         CPrimitiveRestrictions(L"", -1, -1, L"-90", L"90", L"", L"", -1), L""),
+             new CAttributeInfoPrimitive(L"lon", L"", Point_Lon, false, ItemType_decimal, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Collapse,
+                                         CPrimitiveRestrictions(L"", -1, -1, L"-180", L"", L"", L"180", -1), L"")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -306,18 +307,26 @@ void CPoint::SetTime(const std::optional<CDateTime>& dtTime)
     m_dtTime = dtTime;
 }
 
-void CPoint::SetName(const std::optional<std::wstring>& strName)
+void CPoint::StoreName(QvVariant& value)
 {
-    if (strName)
+    if (!value.IsValid())
     {
-        QvVariant value;
-        value.SetString(*strName);
-        GetClassElementInfo()[2]->CheckRestriction(value);
+        m_strName.reset();
+        return;
     }
-    m_strName = strName;
+    GetClassElementInfo()[2]->CheckRestriction(value);
+    m_strName = value.TakeString();
 }
 
-void CPoint::SetSat(const std::optional<unsigned int>& nSat)
+void CPoint::SetName(const std::optional<std::wstring>& strName)
+{
+    QvVariant value;
+    if (strName)
+        value.SetString(*strName);
+    StoreName(value);
+}
+
+void CPoint::SetSat(std::optional<unsigned int> nSat)
 {
     m_nSat = nSat;
 }
@@ -333,20 +342,30 @@ void CPoint::SetExtensions(CExtensions* pExtensions)
     m_spExtensions = pExtensions;
 }
 
+void CPoint::StoreLat(QvVariant& value)
+{
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
+    m_decLat = value.GetDecimal();
+}
+
 void CPoint::SetLat(const CDecimal& decLat)
 {
     QvVariant value;
     value.SetDecimal(decLat);
-    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
-    m_decLat = decLat;
+    StoreLat(value);
+}
+
+void CPoint::StoreLon(QvVariant& value)
+{
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[1])->CheckRestriction(value);
+    m_decLon = value.GetDecimal();
 }
 
 void CPoint::SetLon(const CDecimal& decLon)
 {
     QvVariant value;
     value.SetDecimal(decLon);
-    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[1])->CheckRestriction(value);
-    m_decLon = decLon;
+    StoreLon(value);
 }
 
 void CPoint::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -371,7 +390,7 @@ void CPoint::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Point_Name:
         if (!bRead)
-            SetName(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            StoreName(value);
         else if (m_strName)
             value.SetString(*m_strName);
         else
@@ -398,10 +417,10 @@ void CPoint::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         bRead ? value.SetXmlObject(m_spExtensions) : SetExtensions(ObjectOf<CExtensions>(value));
         break;
     case Point_Lat:
-        bRead ? value.SetDecimal(m_decLat) : SetLat(value.GetDecimal());
+        bRead ? value.SetDecimal(m_decLat) : StoreLat(value);
         break;
     case Point_Lon:
-        bRead ? value.SetDecimal(m_decLon) : SetLon(value.GetDecimal());
+        bRead ? value.SetDecimal(m_decLon) : StoreLon(value);
         break;
     }
 }
@@ -495,14 +514,9 @@ struct CSegment::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"trkseg", s_lpctNamespace, -1, true,
                                        false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqClsCol(L"trkpt", s_lpctNamespace, Segment_Points, ElementType_Element), nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqClsCol(L"trkpt", s_lpctNamespace, Segment_Points, ElementType_Element)});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -654,18 +668,13 @@ struct CTrack::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"trk", s_lpctNamespace, -1, true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimOpt(L"name", s_lpctNamespace, Track_Name, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                new CElementInfoSeqPrimOpt(L"desc", s_lpctNamespace, Track_Desc, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                new CElementInfoSeqClsCol(L"trkseg", s_lpctNamespace, Track_Segments, ElementType_Element), nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimOpt(L"name", s_lpctNamespace, Track_Name, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
+             new CElementInfoSeqPrimOpt(L"desc", s_lpctNamespace, Track_Desc, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
+             new CElementInfoSeqClsCol(L"trkseg", s_lpctNamespace, Track_Segments, ElementType_Element)});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -712,14 +721,14 @@ std::wstring CTrack::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
-void CTrack::SetName(const std::optional<std::wstring>& strName)
+void CTrack::SetName(std::optional<std::wstring> strName)
 {
-    m_strName = strName;
+    m_strName = std::move(strName);
 }
 
-void CTrack::SetDesc(const std::optional<std::wstring>& strDesc)
+void CTrack::SetDesc(std::optional<std::wstring> strDesc)
 {
-    m_strDesc = strDesc;
+    m_strDesc = std::move(strDesc);
 }
 
 void CTrack::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -728,7 +737,7 @@ void CTrack::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
     {
     case Track_Name:
         if (!bRead)
-            SetName(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetName(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strName)
             value.SetString(*m_strName);
         else
@@ -736,7 +745,7 @@ void CTrack::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Track_Desc:
         if (!bRead)
-            SetDesc(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetDesc(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strDesc)
             value.SetString(*m_strDesc);
         else
@@ -846,23 +855,18 @@ struct CGpx::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"gpx", s_lpctNamespace, -1, true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimOpt(L"time", s_lpctNamespace, Gpx_Time, ItemType_datetime, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqPrimOpt(L"keywords", s_lpctNamespace, Gpx_Keywords, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                new CElementInfoSeqClsCol(L"trk", s_lpctNamespace, Gpx_Tracks, ElementType_Element), nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(L"version", L"", Gpx_Version, false, ItemType_string, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Preserve,
-                                        CPrimitiveRestrictions(L"1\\.[01]", -1, -1, L"", L"", L"", L"", -1), L""),
-                new CAttributeInfoPrimitive(L"creator", L"", Gpx_Creator, false, ItemType_string, nullptr,
-                                            CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets(), L""),
-                nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimOpt(L"time", s_lpctNamespace, Gpx_Time, ItemType_datetime, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqPrimOpt(L"keywords", s_lpctNamespace, Gpx_Keywords, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
+             new CElementInfoSeqClsCol(L"trk", s_lpctNamespace, Gpx_Tracks, ElementType_Element)});
+        ppAttributes = MakeTable<CAttributeInfo>(
+            {new CAttributeInfoPrimitive(L"version", L"", Gpx_Version, false, ItemType_string, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Preserve,
+                                         CPrimitiveRestrictions(L"1\\.[01]", -1, -1, L"", L"", L"", L"", -1), L""),
+             new CAttributeInfoPrimitive(L"creator", L"", Gpx_Creator, false, ItemType_string, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets(), L"")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -914,22 +918,27 @@ void CGpx::SetTime(const std::optional<CDateTime>& dtTime)
     m_dtTime = dtTime;
 }
 
-void CGpx::SetKeywords(const std::optional<std::wstring>& strKeywords)
+void CGpx::SetKeywords(std::optional<std::wstring> strKeywords)
 {
-    m_strKeywords = strKeywords;
+    m_strKeywords = std::move(strKeywords);
+}
+
+void CGpx::StoreVersion(QvVariant& value)
+{
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
+    m_strVersion = value.TakeString();
 }
 
 void CGpx::SetVersion(const std::wstring& strVersion)
 {
     QvVariant value;
     value.SetString(strVersion);
-    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
-    m_strVersion = strVersion;
+    StoreVersion(value);
 }
 
-void CGpx::SetCreator(const std::wstring& strCreator)
+void CGpx::SetCreator(std::wstring strCreator)
 {
-    m_strCreator = strCreator;
+    m_strCreator = std::move(strCreator);
 }
 
 void CGpx::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -946,7 +955,7 @@ void CGpx::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Gpx_Keywords:
         if (!bRead)
-            SetKeywords(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetKeywords(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strKeywords)
             value.SetString(*m_strKeywords);
         else
@@ -957,10 +966,10 @@ void CGpx::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
             value.SetXmlCollection(m_spTracks);
         break;
     case Gpx_Version:
-        bRead ? value.SetString(m_strVersion) : SetVersion(value.GetString());
+        bRead ? value.SetString(m_strVersion) : StoreVersion(value);
         break;
     case Gpx_Creator:
-        bRead ? value.SetString(m_strCreator) : SetCreator(value.GetString());
+        bRead ? value.SetString(m_strCreator) : SetCreator(value.TakeString());
         break;
     }
 }

@@ -66,7 +66,7 @@ public:
     const std::optional<std::wstring>& GetName() const { return m_strName; }
     void SetName(const std::optional<std::wstring>& strName);
     const std::optional<unsigned int>& GetSat() const { return m_nSat; }
-    void SetSat(const std::optional<unsigned int>& nSat);
+    void SetSat(std::optional<unsigned int> nSat);
     std::optional<EFix> GetFix() const { return m_eFix; }
     void SetFix(std::optional<EFix> eFix);
     CSmartPtr<CExtensions> GetExtensions() const { return m_spExtensions; }
@@ -91,6 +91,10 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreName(QvXmlLib9::QvVariant& value);
+    void StoreLat(QvXmlLib9::QvVariant& value);
+    void StoreLon(QvXmlLib9::QvVariant& value);
 
     std::optional<QvXmlLib9::CDecimal> m_decEle;
     std::optional<QvXmlLib9::CDateTime> m_dtTime;
@@ -180,9 +184,9 @@ public:
     ~CTrack() override;
 
     const std::optional<std::wstring>& GetName() const { return m_strName; }
-    void SetName(const std::optional<std::wstring>& strName);
+    void SetName(std::optional<std::wstring> strName);
     const std::optional<std::wstring>& GetDesc() const { return m_strDesc; }
-    void SetDesc(const std::optional<std::wstring>& strDesc);
+    void SetDesc(std::optional<std::wstring> strDesc);
     CSmartPtr<CSegmentCol> GetSegments() const { return m_spSegments; }
 
     QvXmlLib9::CXmlObjectBase* GetBase() override { return this; }
@@ -237,12 +241,12 @@ public:
     const std::optional<QvXmlLib9::CDateTime>& GetTime() const { return m_dtTime; }
     void SetTime(const std::optional<QvXmlLib9::CDateTime>& dtTime);
     const std::optional<std::wstring>& GetKeywords() const { return m_strKeywords; }
-    void SetKeywords(const std::optional<std::wstring>& strKeywords);
+    void SetKeywords(std::optional<std::wstring> strKeywords);
     CSmartPtr<CTrackCol> GetTracks() const { return m_spTracks; }
     const std::wstring& GetVersion() const { return m_strVersion; }
     void SetVersion(const std::wstring& strVersion);
     const std::wstring& GetCreator() const { return m_strCreator; }
-    void SetCreator(const std::wstring& strCreator);
+    void SetCreator(std::wstring strCreator);
 
     QvXmlLib9::CXmlObjectBase* GetBase() override { return this; }
     std::wstring GetNamespace() const override;
@@ -259,6 +263,8 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreVersion(QvXmlLib9::QvVariant& value);
 
     std::optional<QvXmlLib9::CDateTime> m_dtTime;
     std::optional<std::wstring> m_strKeywords;

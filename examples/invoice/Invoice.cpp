@@ -1,7 +1,10 @@
 #include "Invoice.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cwchar>
+#include <initializer_list>
+#include <utility>
 
 using namespace QvXmlLib9;
 using namespace QvXmlLib9Data;
@@ -23,6 +26,15 @@ const struct SRegisterVersion
 CPrimitiveRestrictions NoFacets()
 {
     return CPrimitiveRestrictions(L"", -1, -1, L"", L"", L"", L"", -1);
+}
+
+/// A null-terminated table of records, as CleanMetaData frees it.
+template <class TInfo>
+TInfo** MakeTable(std::initializer_list<TInfo*> records)
+{
+    TInfo** const ppTable = new TInfo*[records.size() + 1]();
+    std::copy(records.begin(), records.end(), ppTable);
+    return ppTable;
 }
 
 template <class T>
@@ -166,24 +178,18 @@ struct CAddress::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_All, ElementType_Element, L"Address", s_lpctNamespace, -1, true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoAllPrimMnd(L"street", s_lpctNamespace, Address_Street, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve,
-                                       CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoAllPrimMnd(L"city", s_lpctNamespace, Address_City, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve,
-                                           CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoAllPrimOpt(L"zip", s_lpctNamespace, Address_Zip, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                new CElementInfoAllEnumMnd(L"country", s_lpctNamespace, Address_Country, &ECountryToString,
-                                           &ECountryFromString),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoAllPrimMnd(L"street", s_lpctNamespace, Address_Street, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoAllPrimMnd(L"city", s_lpctNamespace, Address_City, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoAllPrimOpt(L"zip", s_lpctNamespace, Address_Zip, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
+             new CElementInfoAllEnumMnd(L"country", s_lpctNamespace, Address_Country, &ECountryToString,
+                                        &ECountryFromString)});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -230,25 +236,35 @@ std::wstring CAddress::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CAddress::StoreStreet(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strStreet = value.TakeString();
+}
+
 void CAddress::SetStreet(const std::wstring& strStreet)
 {
     QvVariant value;
     value.SetString(strStreet);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strStreet = strStreet;
+    StoreStreet(value);
+}
+
+void CAddress::StoreCity(QvVariant& value)
+{
+    GetClassElementInfo()[1]->CheckRestriction(value);
+    m_strCity = value.TakeString();
 }
 
 void CAddress::SetCity(const std::wstring& strCity)
 {
     QvVariant value;
     value.SetString(strCity);
-    GetClassElementInfo()[1]->CheckRestriction(value);
-    m_strCity = strCity;
+    StoreCity(value);
 }
 
-void CAddress::SetZip(const std::optional<std::wstring>& strZip)
+void CAddress::SetZip(std::optional<std::wstring> strZip)
 {
-    m_strZip = strZip;
+    m_strZip = std::move(strZip);
 }
 
 void CAddress::SetCountry(ECountry eCountry)
@@ -261,14 +277,14 @@ void CAddress::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
     switch (nPropertyIndex)
     {
     case Address_Street:
-        bRead ? value.SetString(m_strStreet) : SetStreet(value.GetString());
+        bRead ? value.SetString(m_strStreet) : StoreStreet(value);
         break;
     case Address_City:
-        bRead ? value.SetString(m_strCity) : SetCity(value.GetString());
+        bRead ? value.SetString(m_strCity) : StoreCity(value);
         break;
     case Address_Zip:
         if (!bRead)
-            SetZip(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetZip(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strZip)
             value.SetString(*m_strZip);
         else
@@ -357,24 +373,17 @@ struct CCompany::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"Company", s_lpctNamespace, -1, true,
                                        true);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"name", s_lpctNamespace, Company_Name, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve,
-                                       CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimOpt(L"contact", s_lpctNamespace, Company_Contact, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                new CElementInfoSeqClsMnd(L"address", s_lpctNamespace, Company_Address, ElementType_Element,
-                                          &CAddress::Create, 0, true),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(
-                L"vat", L"", Company_Vat, true, ItemType_string, nullptr, CWhitespaceUtils::WhitespaceRule_Preserve,
-                CPrimitiveRestrictions(L"[A-Z]{2}\\d{8,12}", -1, -1, L"", L"", L"", L"", -1), L""),
-                nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"name", s_lpctNamespace, Company_Name, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimOpt(L"contact", s_lpctNamespace, Company_Contact, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
+             new CElementInfoSeqClsMnd(L"address", s_lpctNamespace, Company_Address, ElementType_Element,
+                                       &CAddress::Create, 0, true)});
+        ppAttributes = MakeTable<CAttributeInfo>({new CAttributeInfoPrimitive(
+            L"vat", L"", Company_Vat, true, ItemType_string, nullptr, CWhitespaceUtils::WhitespaceRule_Preserve,
+            CPrimitiveRestrictions(L"[A-Z]{2}\\d{8,12}", -1, -1, L"", L"", L"", L"", -1), L"")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -421,17 +430,22 @@ std::wstring CCompany::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CCompany::StoreName(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strName = value.TakeString();
+}
+
 void CCompany::SetName(const std::wstring& strName)
 {
     QvVariant value;
     value.SetString(strName);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strName = strName;
+    StoreName(value);
 }
 
-void CCompany::SetContact(const std::optional<std::wstring>& strContact)
+void CCompany::SetContact(std::optional<std::wstring> strContact)
 {
-    m_strContact = strContact;
+    m_strContact = std::move(strContact);
 }
 
 void CCompany::SetAddress(CAddress* pAddress)
@@ -441,15 +455,23 @@ void CCompany::SetAddress(CAddress* pAddress)
     m_spAddress = pAddress;
 }
 
+void CCompany::StoreVat(QvVariant& value)
+{
+    if (!value.IsValid())
+    {
+        m_strVat.reset();
+        return;
+    }
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
+    m_strVat = value.TakeString();
+}
+
 void CCompany::SetVat(const std::optional<std::wstring>& strVat)
 {
+    QvVariant value;
     if (strVat)
-    {
-        QvVariant value;
         value.SetString(*strVat);
-        static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
-    }
-    m_strVat = strVat;
+    StoreVat(value);
 }
 
 void CCompany::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -457,11 +479,11 @@ void CCompany::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
     switch (nPropertyIndex)
     {
     case Company_Name:
-        bRead ? value.SetString(m_strName) : SetName(value.GetString());
+        bRead ? value.SetString(m_strName) : StoreName(value);
         break;
     case Company_Contact:
         if (!bRead)
-            SetContact(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetContact(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strContact)
             value.SetString(*m_strContact);
         else
@@ -472,7 +494,7 @@ void CCompany::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Company_Vat:
         if (!bRead)
-            SetVat(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            StoreVat(value);
         else if (m_strVat)
             value.SetString(*m_strVat);
         else
@@ -525,24 +547,18 @@ struct CPerson::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"Person", s_lpctNamespace, -1, true, true);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"firstName", s_lpctNamespace, Person_FirstName, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve,
-                                       CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimMnd(L"lastName", s_lpctNamespace, Person_LastName, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve,
-                                           CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimOpt(L"born", s_lpctNamespace, Person_Born, ItemType_date, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqClsOpt(L"address", s_lpctNamespace, Person_Address, ElementType_Element,
-                                          &CAddress::Create, 0),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"firstName", s_lpctNamespace, Person_FirstName, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimMnd(L"lastName", s_lpctNamespace, Person_LastName, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimOpt(L"born", s_lpctNamespace, Person_Born, ItemType_date, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqClsOpt(L"address", s_lpctNamespace, Person_Address, ElementType_Element,
+                                       &CAddress::Create, 0)});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -589,20 +605,30 @@ std::wstring CPerson::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CPerson::StoreFirstName(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strFirstName = value.TakeString();
+}
+
 void CPerson::SetFirstName(const std::wstring& strFirstName)
 {
     QvVariant value;
     value.SetString(strFirstName);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strFirstName = strFirstName;
+    StoreFirstName(value);
+}
+
+void CPerson::StoreLastName(QvVariant& value)
+{
+    GetClassElementInfo()[1]->CheckRestriction(value);
+    m_strLastName = value.TakeString();
 }
 
 void CPerson::SetLastName(const std::wstring& strLastName)
 {
     QvVariant value;
     value.SetString(strLastName);
-    GetClassElementInfo()[1]->CheckRestriction(value);
-    m_strLastName = strLastName;
+    StoreLastName(value);
 }
 
 void CPerson::SetBorn(const std::optional<CDateTime>& dtBorn)
@@ -621,10 +647,10 @@ void CPerson::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
     switch (nPropertyIndex)
     {
     case Person_FirstName:
-        bRead ? value.SetString(m_strFirstName) : SetFirstName(value.GetString());
+        bRead ? value.SetString(m_strFirstName) : StoreFirstName(value);
         break;
     case Person_LastName:
-        bRead ? value.SetString(m_strLastName) : SetLastName(value.GetString());
+        bRead ? value.SetString(m_strLastName) : StoreLastName(value);
         break;
     case Person_Born:
         if (!bRead)
@@ -770,26 +796,20 @@ struct CProductLine::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"ProductLine", s_lpctNamespace, -1,
                                        true, true);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"text", s_lpctNamespace, ProductLine_Text, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve,
-                                       CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimMnd(L"quantity", s_lpctNamespace, ProductLine_Quantity, ItemType_i4, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse,
-                                           CPrimitiveRestrictions(L"", -1, -1, L"1", L"100000", L"", L"", -1)),
-                new CElementInfoSeqPrimMnd(L"unitPrice", s_lpctNamespace, ProductLine_UnitPrice, ItemType_decimal,
-                                           nullptr, CWhitespaceUtils::WhitespaceRule_Collapse,
-                                           CPrimitiveRestrictions(L"", -1, -1, L"0", L"", L"", L"", -1)),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(L"article", L"", ProductLine_Article, false, ItemType_string, nullptr,
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"text", s_lpctNamespace, ProductLine_Text, ItemType_string, nullptr,
                                         CWhitespaceUtils::WhitespaceRule_Preserve,
-                                        CPrimitiveRestrictions(L"\\d{4}-\\d{2}", -1, -1, L"", L"", L"", L"", -1), L""),
-                nullptr
-        };
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimMnd(L"quantity", s_lpctNamespace, ProductLine_Quantity, ItemType_i4, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse,
+                                        CPrimitiveRestrictions(L"", -1, -1, L"1", L"100000", L"", L"", -1)),
+             new CElementInfoSeqPrimMnd(L"unitPrice", s_lpctNamespace, ProductLine_UnitPrice, ItemType_decimal, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse,
+                                        CPrimitiveRestrictions(L"", -1, -1, L"0", L"", L"", L"", -1))});
+        ppAttributes = MakeTable<CAttributeInfo>({new CAttributeInfoPrimitive(
+            L"article", L"", ProductLine_Article, false, ItemType_string, nullptr,
+            CWhitespaceUtils::WhitespaceRule_Preserve,
+            CPrimitiveRestrictions(L"\\d{4}-\\d{2}", -1, -1, L"", L"", L"", L"", -1), L"")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -836,36 +856,56 @@ std::wstring CProductLine::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CProductLine::StoreText(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strText = value.TakeString();
+}
+
 void CProductLine::SetText(const std::wstring& strText)
 {
     QvVariant value;
     value.SetString(strText);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strText = strText;
+    StoreText(value);
+}
+
+void CProductLine::StoreQuantity(QvVariant& value)
+{
+    GetClassElementInfo()[1]->CheckRestriction(value);
+    m_nQuantity = static_cast<int>(value.GetI4());
 }
 
 void CProductLine::SetQuantity(int nQuantity)
 {
     QvVariant value;
     value.SetI4(nQuantity);
-    GetClassElementInfo()[1]->CheckRestriction(value);
-    m_nQuantity = nQuantity;
+    StoreQuantity(value);
+}
+
+void CProductLine::StoreUnitPrice(QvVariant& value)
+{
+    GetClassElementInfo()[2]->CheckRestriction(value);
+    m_decUnitPrice = value.GetDecimal();
 }
 
 void CProductLine::SetUnitPrice(const CDecimal& decUnitPrice)
 {
     QvVariant value;
     value.SetDecimal(decUnitPrice);
-    GetClassElementInfo()[2]->CheckRestriction(value);
-    m_decUnitPrice = decUnitPrice;
+    StoreUnitPrice(value);
+}
+
+void CProductLine::StoreArticle(QvVariant& value)
+{
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
+    m_strArticle = value.TakeString();
 }
 
 void CProductLine::SetArticle(const std::wstring& strArticle)
 {
     QvVariant value;
     value.SetString(strArticle);
-    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
-    m_strArticle = strArticle;
+    StoreArticle(value);
 }
 
 void CProductLine::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -873,16 +913,16 @@ void CProductLine::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& val
     switch (nPropertyIndex)
     {
     case ProductLine_Text:
-        bRead ? value.SetString(m_strText) : SetText(value.GetString());
+        bRead ? value.SetString(m_strText) : StoreText(value);
         break;
     case ProductLine_Quantity:
-        bRead ? value.SetI4(m_nQuantity) : SetQuantity(static_cast<int>(value.GetI4()));
+        bRead ? value.SetI4(m_nQuantity) : StoreQuantity(value);
         break;
     case ProductLine_UnitPrice:
-        bRead ? value.SetDecimal(m_decUnitPrice) : SetUnitPrice(value.GetDecimal());
+        bRead ? value.SetDecimal(m_decUnitPrice) : StoreUnitPrice(value);
         break;
     case ProductLine_Article:
-        bRead ? value.SetString(m_strArticle) : SetArticle(value.GetString());
+        bRead ? value.SetString(m_strArticle) : StoreArticle(value);
         break;
     }
 }
@@ -931,25 +971,19 @@ struct CServiceLine::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"ServiceLine", s_lpctNamespace, -1,
                                        true, true);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"text", s_lpctNamespace, ServiceLine_Text, ItemType_string, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve,
-                                       CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimMnd(L"time", s_lpctNamespace, ServiceLine_Time, ItemType_duration, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse,
-                                           CPrimitiveRestrictions(L"", -1, -1, L"PT15M", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimMnd(L"hourlyRate", s_lpctNamespace, ServiceLine_HourlyRate, ItemType_decimal,
-                                           nullptr, CWhitespaceUtils::WhitespaceRule_Collapse,
-                                           CPrimitiveRestrictions(L"", -1, -1, L"0", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimOpt(L"performed", s_lpctNamespace, ServiceLine_Performed, ItemType_date, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"text", s_lpctNamespace, ServiceLine_Text, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve,
+                                        CPrimitiveRestrictions(L"", 1, 60, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimMnd(L"time", s_lpctNamespace, ServiceLine_Time, ItemType_duration, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse,
+                                        CPrimitiveRestrictions(L"", -1, -1, L"PT15M", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimMnd(L"hourlyRate", s_lpctNamespace, ServiceLine_HourlyRate, ItemType_decimal,
+                                        nullptr, CWhitespaceUtils::WhitespaceRule_Collapse,
+                                        CPrimitiveRestrictions(L"", -1, -1, L"0", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimOpt(L"performed", s_lpctNamespace, ServiceLine_Performed, ItemType_date, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets())});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -996,28 +1030,43 @@ std::wstring CServiceLine::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CServiceLine::StoreText(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strText = value.TakeString();
+}
+
 void CServiceLine::SetText(const std::wstring& strText)
 {
     QvVariant value;
     value.SetString(strText);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strText = strText;
+    StoreText(value);
+}
+
+void CServiceLine::StoreTime(QvVariant& value)
+{
+    GetClassElementInfo()[1]->CheckRestriction(value);
+    m_dtsTime = value.GetDuration();
 }
 
 void CServiceLine::SetTime(const CDateTimeSpan& dtsTime)
 {
     QvVariant value;
     value.SetDuration(dtsTime);
-    GetClassElementInfo()[1]->CheckRestriction(value);
-    m_dtsTime = dtsTime;
+    StoreTime(value);
+}
+
+void CServiceLine::StoreHourlyRate(QvVariant& value)
+{
+    GetClassElementInfo()[2]->CheckRestriction(value);
+    m_decHourlyRate = value.GetDecimal();
 }
 
 void CServiceLine::SetHourlyRate(const CDecimal& decHourlyRate)
 {
     QvVariant value;
     value.SetDecimal(decHourlyRate);
-    GetClassElementInfo()[2]->CheckRestriction(value);
-    m_decHourlyRate = decHourlyRate;
+    StoreHourlyRate(value);
 }
 
 void CServiceLine::SetPerformed(const std::optional<CDateTime>& dtPerformed)
@@ -1030,13 +1079,13 @@ void CServiceLine::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& val
     switch (nPropertyIndex)
     {
     case ServiceLine_Text:
-        bRead ? value.SetString(m_strText) : SetText(value.GetString());
+        bRead ? value.SetString(m_strText) : StoreText(value);
         break;
     case ServiceLine_Time:
-        bRead ? value.SetDuration(m_dtsTime) : SetTime(value.GetDuration());
+        bRead ? value.SetDuration(m_dtsTime) : StoreTime(value);
         break;
     case ServiceLine_HourlyRate:
-        bRead ? value.SetDecimal(m_decHourlyRate) : SetHourlyRate(value.GetDecimal());
+        bRead ? value.SetDecimal(m_decHourlyRate) : StoreHourlyRate(value);
         break;
     case ServiceLine_Performed:
         if (!bRead)
@@ -1097,20 +1146,14 @@ struct CDelivery::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"delivery", s_lpctNamespace, -1, true,
                                        false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"date", s_lpctNamespace, Delivery_Date, ItemType_date, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqClsOpt(L"address", s_lpctNamespace, Delivery_Address, ElementType_Element,
-                                          &CAddress::Create, 0),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(L"carrier", L"", Delivery_Carrier, true, ItemType_string, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets(), L""),
-                nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"date", s_lpctNamespace, Delivery_Date, ItemType_date, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqClsOpt(L"address", s_lpctNamespace, Delivery_Address, ElementType_Element,
+                                       &CAddress::Create, 0)});
+        ppAttributes = MakeTable<CAttributeInfo>(
+            {new CAttributeInfoPrimitive(L"carrier", L"", Delivery_Carrier, true, ItemType_string, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets(), L"")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -1168,9 +1211,9 @@ void CDelivery::SetAddress(CAddress* pAddress)
     m_spAddress = pAddress;
 }
 
-void CDelivery::SetCarrier(const std::optional<std::wstring>& strCarrier)
+void CDelivery::SetCarrier(std::optional<std::wstring> strCarrier)
 {
-    m_strCarrier = strCarrier;
+    m_strCarrier = std::move(strCarrier);
 }
 
 void CDelivery::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
@@ -1185,7 +1228,7 @@ void CDelivery::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Delivery_Carrier:
         if (!bRead)
-            SetCarrier(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetCarrier(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strCarrier)
             value.SetString(*m_strCarrier);
         else
@@ -1239,20 +1282,14 @@ struct CTransfer::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"transfer", s_lpctNamespace, -1, true,
                                        false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(
-                L"iban", s_lpctNamespace, Transfer_Iban, ItemType_string, nullptr,
-                CWhitespaceUtils::WhitespaceRule_Preserve,
-                CPrimitiveRestrictions(L"[A-Z]{2}\\d{2}[A-Z0-9]{11,30}", -1, -1, L"", L"", L"", L"", -1)),
-                new CElementInfoSeqPrimOpt(L"due", s_lpctNamespace, Transfer_Due, ItemType_date, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(
+                 L"iban", s_lpctNamespace, Transfer_Iban, ItemType_string, nullptr,
+                 CWhitespaceUtils::WhitespaceRule_Preserve,
+                 CPrimitiveRestrictions(L"[A-Z]{2}\\d{2}[A-Z0-9]{11,30}", -1, -1, L"", L"", L"", L"", -1)),
+             new CElementInfoSeqPrimOpt(L"due", s_lpctNamespace, Transfer_Due, ItemType_date, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets())});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -1299,12 +1336,17 @@ std::wstring CTransfer::GetTargetNamespace() const
     return s_lpctNamespace;
 }
 
+void CTransfer::StoreIban(QvVariant& value)
+{
+    GetClassElementInfo()[0]->CheckRestriction(value);
+    m_strIban = value.TakeString();
+}
+
 void CTransfer::SetIban(const std::wstring& strIban)
 {
     QvVariant value;
     value.SetString(strIban);
-    GetClassElementInfo()[0]->CheckRestriction(value);
-    m_strIban = strIban;
+    StoreIban(value);
 }
 
 void CTransfer::SetDue(const std::optional<CDateTime>& dtDue)
@@ -1317,7 +1359,7 @@ void CTransfer::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
     switch (nPropertyIndex)
     {
     case Transfer_Iban:
-        bRead ? value.SetString(m_strIban) : SetIban(value.GetString());
+        bRead ? value.SetString(m_strIban) : StoreIban(value);
         break;
     case Transfer_Due:
         if (!bRead)
@@ -1378,21 +1420,15 @@ struct CPayment::SMetaData
     {
         pInfo =
             new CParentElementInfo(GroupType_Choice, ElementType_Element, L"payment", s_lpctNamespace, -1, true, false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoChoiceClsOpt(L"transfer", s_lpctNamespace, Payment_Transfer, ElementType_Element,
-                                         &CTransfer::Create, 0),
-                new CElementInfoChoicePrimOpt(L"card", s_lpctNamespace, Payment_Card, ItemType_string, nullptr,
-                                              CWhitespaceUtils::WhitespaceRule_Preserve,
-                                              CPrimitiveRestrictions(L"\\*{12}\\d{4}", -1, -1, L"", L"", L"", L"", -1)),
-                new CElementInfoChoicePrimOpt(L"cash", s_lpctNamespace, Payment_Cash, ItemType_boolean, nullptr,
-                                              CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoChoiceClsOpt(L"transfer", s_lpctNamespace, Payment_Transfer, ElementType_Element,
+                                          &CTransfer::Create, 0),
+             new CElementInfoChoicePrimOpt(L"card", s_lpctNamespace, Payment_Card, ItemType_string, nullptr,
+                                           CWhitespaceUtils::WhitespaceRule_Preserve,
+                                           CPrimitiveRestrictions(L"\\*{12}\\d{4}", -1, -1, L"", L"", L"", L"", -1)),
+             new CElementInfoChoicePrimOpt(L"cash", s_lpctNamespace, Payment_Cash, ItemType_boolean, nullptr,
+                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets())});
+        ppAttributes = MakeTable<CAttributeInfo>({});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -1447,20 +1483,28 @@ void CPayment::SetTransfer(CTransfer* pTransfer)
     m_spTransfer = pTransfer;
 }
 
-void CPayment::SetCard(const std::optional<std::wstring>& strCard)
+void CPayment::StoreCard(QvVariant& value)
 {
-    if (strCard)
+    if (value.IsValid() || m_strSelected == L"card")
+        Choice_SelectElement(L"card", value.IsValid() ? this : nullptr, m_strSelected);
+    if (!value.IsValid())
     {
-        QvVariant value;
-        value.SetString(*strCard);
-        GetClassElementInfo()[1]->CheckRestriction(value);
+        m_strCard.reset();
+        return;
     }
-    if (strCard || m_strSelected == L"card")
-        Choice_SelectElement(L"card", strCard ? this : nullptr, m_strSelected);
-    m_strCard = strCard;
+    GetClassElementInfo()[1]->CheckRestriction(value);
+    m_strCard = value.TakeString();
 }
 
-void CPayment::SetCash(const std::optional<bool>& bCash)
+void CPayment::SetCard(const std::optional<std::wstring>& strCard)
+{
+    QvVariant value;
+    if (strCard)
+        value.SetString(*strCard);
+    StoreCard(value);
+}
+
+void CPayment::SetCash(std::optional<bool> bCash)
 {
     if (bCash || m_strSelected == L"cash")
         Choice_SelectElement(L"cash", bCash ? this : nullptr, m_strSelected);
@@ -1476,7 +1520,7 @@ void CPayment::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Payment_Card:
         if (!bRead)
-            SetCard(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            StoreCard(value);
         else if (m_strCard)
             value.SetString(*m_strCard);
         else
@@ -1549,35 +1593,29 @@ struct CInvoice::SMetaData
     {
         pInfo = new CParentElementInfo(GroupType_Sequence, ElementType_Element, L"invoice", s_lpctNamespace, -1, true,
                                        false);
-        ppElements = new CElementInfo* []
-        {
-            new CElementInfoSeqPrimMnd(L"issued", s_lpctNamespace, Invoice_Issued, ItemType_date, nullptr,
-                                       CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqClsMnd(L"seller", s_lpctNamespace, Invoice_Seller, ElementType_Element,
-                                          &CAddress::Create, 0, true),
-                new CElementInfoSeqAbsClsMnd(L"buyer", s_lpctNamespace, Invoice_Buyer, ElementType_Element,
-                                             &CInvoiceFactory::CreateParty),
-                new CElementInfoSeqClsOpt(L"delivery", s_lpctNamespace, Invoice_Delivery, ElementType_Element,
-                                          &CDelivery::Create, 0),
-                new CElementInfoSeqAbsClsCol(L"line", s_lpctNamespace, Invoice_Lines, ElementType_Element),
-                new CElementInfoSeqClsMnd(L"payment", s_lpctNamespace, Invoice_Payment, ElementType_Element,
-                                          &CPayment::Create, 0, true),
-                new CElementInfoSeqPrimMnd(L"total", s_lpctNamespace, Invoice_Total, ItemType_decimal, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
-                new CElementInfoSeqPrimOpt(L"remark", s_lpctNamespace, Invoice_Remark, ItemType_string, nullptr,
-                                           CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets()),
-                nullptr
-        };
-        ppAttributes = new CAttributeInfo* []
-        {
-            new CAttributeInfoPrimitive(L"number", L"", Invoice_Number, false, ItemType_string, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Preserve,
-                                        CPrimitiveRestrictions(L"[A-Z]{2}-\\d{4}", -1, -1, L"", L"", L"", L"", -1),
-                                        L""),
-                new CAttributeInfoEnum(L"language", L"", Invoice_Language, true, &ELanguageToString,
-                                       &ELanguageFromString, L"en"),
-                nullptr
-        };
+        ppElements = MakeTable<CElementInfo>(
+            {new CElementInfoSeqPrimMnd(L"issued", s_lpctNamespace, Invoice_Issued, ItemType_date, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqClsMnd(L"seller", s_lpctNamespace, Invoice_Seller, ElementType_Element,
+                                       &CAddress::Create, 0, true),
+             new CElementInfoSeqAbsClsMnd(L"buyer", s_lpctNamespace, Invoice_Buyer, ElementType_Element,
+                                          &CInvoiceFactory::CreateParty),
+             new CElementInfoSeqClsOpt(L"delivery", s_lpctNamespace, Invoice_Delivery, ElementType_Element,
+                                       &CDelivery::Create, 0),
+             new CElementInfoSeqAbsClsCol(L"line", s_lpctNamespace, Invoice_Lines, ElementType_Element),
+             new CElementInfoSeqClsMnd(L"payment", s_lpctNamespace, Invoice_Payment, ElementType_Element,
+                                       &CPayment::Create, 0, true),
+             new CElementInfoSeqPrimMnd(L"total", s_lpctNamespace, Invoice_Total, ItemType_decimal, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, NoFacets()),
+             new CElementInfoSeqPrimOpt(L"remark", s_lpctNamespace, Invoice_Remark, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, NoFacets())});
+        ppAttributes = MakeTable<CAttributeInfo>(
+            {new CAttributeInfoPrimitive(L"number", L"", Invoice_Number, false, ItemType_string, nullptr,
+                                         CWhitespaceUtils::WhitespaceRule_Preserve,
+                                         CPrimitiveRestrictions(L"[A-Z]{2}-\\d{4}", -1, -1, L"", L"", L"", L"", -1),
+                                         L""),
+             new CAttributeInfoEnum(L"language", L"", Invoice_Language, true, &ELanguageToString, &ELanguageFromString,
+                                    L"en")});
     }
 
     ~SMetaData() { CleanMetaData(pInfo, ppElements, ppAttributes); }
@@ -1660,17 +1698,22 @@ void CInvoice::SetTotal(const CDecimal& decTotal)
     m_decTotal = decTotal;
 }
 
-void CInvoice::SetRemark(const std::optional<std::wstring>& strRemark)
+void CInvoice::SetRemark(std::optional<std::wstring> strRemark)
 {
-    m_strRemark = strRemark;
+    m_strRemark = std::move(strRemark);
+}
+
+void CInvoice::StoreNumber(QvVariant& value)
+{
+    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
+    m_strNumber = value.TakeString();
 }
 
 void CInvoice::SetNumber(const std::wstring& strNumber)
 {
     QvVariant value;
     value.SetString(strNumber);
-    static_cast<CAttributeInfoPrimitive*>(GetClassAttributeInfo()[0])->CheckRestriction(value);
-    m_strNumber = strNumber;
+    StoreNumber(value);
 }
 
 void CInvoice::SetLanguage(std::optional<ELanguage> eLanguage)
@@ -1706,14 +1749,14 @@ void CInvoice::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
         break;
     case Invoice_Remark:
         if (!bRead)
-            SetRemark(value.IsValid() ? std::optional<std::wstring>(value.GetString()) : std::nullopt);
+            SetRemark(value.IsValid() ? std::optional<std::wstring>(value.TakeString()) : std::nullopt);
         else if (m_strRemark)
             value.SetString(*m_strRemark);
         else
             value.SetInvalid();
         break;
     case Invoice_Number:
-        bRead ? value.SetString(m_strNumber) : SetNumber(value.GetString());
+        bRead ? value.SetString(m_strNumber) : StoreNumber(value);
         break;
     case Invoice_Language:
         if (!bRead)

@@ -40,7 +40,7 @@ public:
     const std::wstring& GetCity() const { return m_strCity; }
     void SetCity(const std::wstring& strCity);
     const std::optional<std::wstring>& GetZip() const { return m_strZip; }
-    void SetZip(const std::optional<std::wstring>& strZip);
+    void SetZip(std::optional<std::wstring> strZip);
     ECountry GetCountry() const { return m_eCountry; }
     void SetCountry(ECountry eCountry);
 
@@ -59,6 +59,9 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreStreet(QvXmlLib9::QvVariant& value);
+    void StoreCity(QvXmlLib9::QvVariant& value);
 
     std::wstring m_strStreet;
     std::wstring m_strCity;
@@ -95,7 +98,7 @@ public:
     const std::wstring& GetName() const { return m_strName; }
     void SetName(const std::wstring& strName);
     const std::optional<std::wstring>& GetContact() const { return m_strContact; }
-    void SetContact(const std::optional<std::wstring>& strContact);
+    void SetContact(std::optional<std::wstring> strContact);
     CSmartPtr<CAddress> GetAddress() const { return m_spAddress; }
     void SetAddress(CAddress* pAddress);
     const std::optional<std::wstring>& GetVat() const { return m_strVat; }
@@ -116,6 +119,9 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreName(QvXmlLib9::QvVariant& value);
+    void StoreVat(QvXmlLib9::QvVariant& value);
 
     std::wstring m_strName;
     std::optional<std::wstring> m_strContact;
@@ -154,6 +160,9 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreFirstName(QvXmlLib9::QvVariant& value);
+    void StoreLastName(QvXmlLib9::QvVariant& value);
 
     std::wstring m_strFirstName;
     std::wstring m_strLastName;
@@ -233,6 +242,11 @@ private:
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
 
+    void StoreText(QvXmlLib9::QvVariant& value);
+    void StoreQuantity(QvXmlLib9::QvVariant& value);
+    void StoreUnitPrice(QvXmlLib9::QvVariant& value);
+    void StoreArticle(QvXmlLib9::QvVariant& value);
+
     std::wstring m_strText;
     int m_nQuantity = 0;
     QvXmlLib9::CDecimal m_decUnitPrice;
@@ -271,6 +285,10 @@ private:
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
 
+    void StoreText(QvXmlLib9::QvVariant& value);
+    void StoreTime(QvXmlLib9::QvVariant& value);
+    void StoreHourlyRate(QvXmlLib9::QvVariant& value);
+
     std::wstring m_strText;
     QvXmlLib9::CDateTimeSpan m_dtsTime;
     QvXmlLib9::CDecimal m_decHourlyRate;
@@ -292,7 +310,7 @@ public:
     CSmartPtr<CAddress> GetAddress() const { return m_spAddress; }
     void SetAddress(CAddress* pAddress);
     const std::optional<std::wstring>& GetCarrier() const { return m_strCarrier; }
-    void SetCarrier(const std::optional<std::wstring>& strCarrier);
+    void SetCarrier(std::optional<std::wstring> strCarrier);
 
     bool IsNil() const override { return m_bNil; }
     void SetNil(bool bNil) override { m_bNil = bNil; }
@@ -350,6 +368,8 @@ private:
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
 
+    void StoreIban(QvXmlLib9::QvVariant& value);
+
     std::wstring m_strIban;
     std::optional<QvXmlLib9::CDateTime> m_dtDue;
 };
@@ -369,7 +389,7 @@ public:
     const std::optional<std::wstring>& GetCard() const { return m_strCard; }
     void SetCard(const std::optional<std::wstring>& strCard);
     const std::optional<bool>& GetCash() const { return m_bCash; }
-    void SetCash(const std::optional<bool>& bCash);
+    void SetCash(std::optional<bool> bCash);
 
     /// Name of the member that is set, empty if none is.
     const std::wstring& GetSelected() const { return m_strSelected; }
@@ -389,6 +409,8 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreCard(QvXmlLib9::QvVariant& value);
 
     CSmartPtr<CTransfer> m_spTransfer;
     std::optional<std::wstring> m_strCard;
@@ -417,7 +439,7 @@ public:
     const QvXmlLib9::CDecimal& GetTotal() const { return m_decTotal; }
     void SetTotal(const QvXmlLib9::CDecimal& decTotal);
     const std::optional<std::wstring>& GetRemark() const { return m_strRemark; }
-    void SetRemark(const std::optional<std::wstring>& strRemark);
+    void SetRemark(std::optional<std::wstring> strRemark);
     const std::wstring& GetNumber() const { return m_strNumber; }
     void SetNumber(const std::wstring& strNumber);
     std::optional<ELanguage> GetLanguage() const { return m_eLanguage; }
@@ -438,6 +460,8 @@ private:
     struct SMetaData;
     static SMetaData s_metaData;
     static const SMetaData& MetaData();
+
+    void StoreNumber(QvXmlLib9::QvVariant& value);
 
     QvXmlLib9::CDateTime m_dtIssued;
     CSmartPtr<CAddress> m_spSeller;

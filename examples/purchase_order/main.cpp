@@ -49,7 +49,8 @@ void PrintOrder(const CPurchaseOrder& purchaseOrder)
                     item.GetQuantity(), item.GetPrice());
         dTotal += item.GetQuantity() * item.GetPrice();
     }
-    std::printf("%-8s %26s %8s %10.2f %s\n\n", "total", "", "", dTotal, Narrow(purchaseOrder.GetCurrency()).c_str());
+    std::printf("%-8s %26s %8s %10.2f %s\n\n", "total", "", "", dTotal,
+                Narrow(purchaseOrder.GetCurrency().value_or(L"")).c_str());
 }
 
 void ChangeOrder(CPurchaseOrder& purchaseOrder)

@@ -473,6 +473,16 @@ std::wstring QvVariant::GetString() const
     return StringRef();
 }
 
+std::wstring QvVariant::TakeString()
+{
+    std::wstring strValue;
+    QV_ASSERT_MSG(m_type == ItemType_string && m_pString != nullptr, "m_type == ItemType_string && m_pString != NULL");
+    if (m_type == ItemType_string && m_pString != nullptr)
+        strValue = std::move(*m_pString);
+    Clear();
+    return strValue;
+}
+
 void QvVariant::SetBoolean(bool value)
 {
     HoldBits(ItemType_boolean, &QvVariant::m_boolean, value);

@@ -144,6 +144,9 @@ struct QVXMLLIB_API QvVariant
     wchar_t GetChar() const;
     void SetString(std::wstring value);
     std::wstring GetString() const;
+    /// The string without a copy; the variant is invalid afterwards. For generated code that stores what a record hands
+    /// it.
+    std::wstring TakeString();
     void SetBoolean(bool value);
     bool GetBoolean() const;
     void SetDecimal(const CDecimal& value);

@@ -634,3 +634,11 @@ TEST(QvVariant, ANullPointerReadsAsAnEmptyValue)
 }
 
 #endif
+
+TEST(QvVariant, TakeStringHandsTheStringOverAndLeavesAnInvalidVariant)
+{
+    QvVariant value;
+    value.SetString(L"a string of some length");
+    EXPECT_TRUE(value.TakeString() == L"a string of some length");
+    EXPECT_FALSE(value.IsValid());
+}
