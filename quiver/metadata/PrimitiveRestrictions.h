@@ -47,6 +47,9 @@ public:
     const std::wstring& GetMaxExclusive() const { return m_strMaxExclusive; }
     int GetLength() const { return m_nLength; }
 
+    /// @name For the checks of the library
+    /// @{
+
     /// The pattern in UTF-8.
     const std::string& GetPatternUtf8() const { return m_strPatternUtf8; }
 
@@ -58,6 +61,7 @@ public:
 
     /// Keeps `pBounds`, unless bounds are remembered already. May be called by several threads at once.
     void RememberParsedBounds(std::unique_ptr<const CParsedBounds> pBounds) const;
+    /// @}
 
 private:
     std::wstring m_strPattern;
