@@ -26,8 +26,8 @@ struct CInstanceMonitor::ClassType
     /// Position of the class in every thread's table.
     const std::size_t nIndex;
     /// What threads that have ended counted, and what no table had room for.
-    std::atomic<std::int64_t> lInstanceCount{0};
     std::atomic<std::int64_t> lTotalCount{0};
+    std::atomic<std::int64_t> lDestroyedCount{0};
 };
 
 namespace
@@ -36,7 +36,8 @@ namespace
 using ClassType = CInstanceMonitor::ClassType;
 
 /// One thread's counts. Only that thread writes, so a plain load and store do instead of a locked addition; the reader
-/// of the report adds up all tables.
+/// of the report adds up all tables. Creations and destructions are counted apart, since an object may be made on one
+/// thread and destroyed on another.
 class CThreadCounts
 {
 public:
@@ -44,8 +45,8 @@ public:
 
     struct SCount
     {
-        std::atomic<std::int64_t> lInstances{0};
         std::atomic<std::int64_t> lTotal{0};
+        std::atomic<std::int64_t> lDestroyed{0};
     };
 
     struct SRemembered
@@ -66,9 +67,9 @@ public:
     }
 };
 
-void Add(std::atomic<std::int64_t>& lCount, std::int64_t lDifference)
+void AddOne(std::atomic<std::int64_t>& lCount)
 {
-    lCount.store(lCount.load(std::memory_order_relaxed) + lDifference, std::memory_order_relaxed);
+    lCount.store(lCount.load(std::memory_order_relaxed) + 1, std::memory_order_release);
 }
 
 struct SState
@@ -121,8 +122,8 @@ public:
             if (pct->nIndex >= CThreadCounts::s_nClasses)
                 break;
             const CThreadCounts::SCount& count = m_pCounts->m_counts[pct->nIndex];
-            pct->lInstanceCount += count.lInstances.load(std::memory_order_relaxed);
             pct->lTotalCount += count.lTotal.load(std::memory_order_relaxed);
+            pct->lDestroyedCount += count.lDestroyed.load(std::memory_order_relaxed);
         }
         state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), m_pCounts.get()));
         t_pCounts = nullptr;
@@ -179,20 +180,26 @@ ClassType* GetRecord(CThreadCounts* pCounts, const wchar_t* lpctClassName)
     return remembered.pct;
 }
 
-/// Living instances and instances ever made, over all threads; the caller holds the lock.
-std::pair<std::int64_t, std::int64_t> AddUp(const SState& state, const ClassType& ct)
+/// One count over all threads; the caller holds the lock.
+std::int64_t AddUp(const SState& state, const ClassType& ct, const std::atomic<std::int64_t>& lRecordCount,
+                   std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount)
 {
-    std::int64_t lInstances = ct.lInstanceCount;
-    std::int64_t lTotal = ct.lTotalCount;
+    std::int64_t lSum = lRecordCount.load(std::memory_order_acquire);
     if (ct.nIndex < CThreadCounts::s_nClasses)
     {
         for (const CThreadCounts* pCounts : state.m_threads)
-        {
-            lInstances += pCounts->m_counts[ct.nIndex].lInstances.load(std::memory_order_relaxed);
-            lTotal += pCounts->m_counts[ct.nIndex].lTotal.load(std::memory_order_relaxed);
-        }
+            lSum += (pCounts->m_counts[ct.nIndex].*plThreadCount).load(std::memory_order_acquire);
     }
-    return {lInstances, lTotal};
+    return lSum;
+}
+
+/// Living instances and instances ever made; the caller holds the lock. Destructions are read first: whatever was seen
+/// to be destroyed is then seen to have been made, so threads at work never let a class appear to have less than none.
+std::pair<std::int64_t, std::int64_t> AddUp(const SState& state, const ClassType& ct)
+{
+    const std::int64_t lDestroyed = AddUp(state, ct, ct.lDestroyedCount, &CThreadCounts::SCount::lDestroyed);
+    const std::int64_t lTotal = AddUp(state, ct, ct.lTotalCount, &CThreadCounts::SCount::lTotal);
+    return {lTotal - lDestroyed, lTotal};
 }
 
 [[maybe_unused]] bool HasInstances(const ClassType& ct)
@@ -233,15 +240,9 @@ CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
     CThreadCounts* const pCounts = GetThreadCounts();
     m_pct = GetRecord(pCounts, lpctClassName);
     if (pCounts != nullptr && m_pct->nIndex < CThreadCounts::s_nClasses)
-    {
-        Add(pCounts->m_counts[m_pct->nIndex].lInstances, 1);
-        Add(pCounts->m_counts[m_pct->nIndex].lTotal, 1);
-    }
+        AddOne(pCounts->m_counts[m_pct->nIndex].lTotal);
     else
-    {
-        ++m_pct->lInstanceCount;
         ++m_pct->lTotalCount;
-    }
 }
 
 CInstanceMonitor::~CInstanceMonitor()
@@ -249,9 +250,9 @@ CInstanceMonitor::~CInstanceMonitor()
     QV_ASSERT(m_pct);
     CThreadCounts* const pCounts = GetThreadCounts();
     if (pCounts != nullptr && m_pct->nIndex < CThreadCounts::s_nClasses)
-        Add(pCounts->m_counts[m_pct->nIndex].lInstances, -1);
+        AddOne(pCounts->m_counts[m_pct->nIndex].lDestroyed);
     else
-        --m_pct->lInstanceCount;
+        ++m_pct->lDestroyedCount;
 #if defined(QUIVER_DIAGNOSTICS)
     QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
 #endif

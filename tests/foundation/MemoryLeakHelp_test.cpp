@@ -1,0 +1,291 @@
+#include "quiver/foundation/MemoryLeakHelp.h"
+
+#include "tests/support/Expect.h"
+#include "tests/support/InstanceCounts.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+using QvTest::CountInstances;
+
+namespace
+{
+
+const std::wstring s_strHeader = L"Instances of classes still in existence/Total Number of instances created\n";
+
+class CMonitored : public CInstanceMonitor
+{
+public:
+    explicit CMonitored(const wchar_t* lpctName)
+        : CInstanceMonitor(lpctName)
+    {
+    }
+};
+
+/// Begins with an empty list.
+class MemoryLeakHelpTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { CInstanceMonitor::Cleanup(); }
+    void TearDown() override { CInstanceMonitor::Cleanup(); }
+};
+
+using MemoryLeakHelpDeathTest = MemoryLeakHelpTest;
+
+void ExpectCounts(const wchar_t* lpctName, long nLiving, long nTotal)
+{
+    EXPECT_EQ(nLiving, CountInstances(lpctName).nLiving) << QvTest::Show(lpctName);
+    EXPECT_EQ(nTotal, CountInstances(lpctName).nTotal) << QvTest::Show(lpctName);
+}
+
+} // namespace
+
+TEST_F(MemoryLeakHelpTest, EmptyListIsTheHeaderAlone)
+{
+    EXPECT_TEXT(s_strHeader, CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, ReportListsClassesInOrderOfFirstCreationAndMarksSurvivors)
+{
+    const CMonitored zebra(L"Zebra");
+    {
+        const CMonitored ant(L"Ant");
+        const CMonitored secondAnt(L"Ant");
+    }
+    const CMonitored secondZebra(L"Zebra");
+    const CMonitored bear(L"Bear");
+    EXPECT_TEXT(s_strHeader + L"--> Zebra = 2/2\n    Ant = 0/2\n--> Bear = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, NamesDifferByCase)
+{
+    const CMonitored lower(L"name");
+    const CMonitored upper(L"NAME");
+    EXPECT_TEXT(s_strHeader + L"--> name = 1/1\n--> NAME = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, NameIsComparedByTextAndCopied)
+{
+    wchar_t szName[] = L"First";
+    const CMonitored first(szName);
+    szName[0] = L'f';
+    const CMonitored second(szName);
+    const std::wstring strSame = L"First";
+    const CMonitored third(strSame.c_str());
+    EXPECT_TEXT(s_strHeader + L"--> First = 2/2\n--> first = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, NamesMayHoldFormatCharacters)
+{
+    const CMonitored odd(L"%s%d%n");
+    EXPECT_TEXT(s_strHeader + L"--> %s%d%n = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, CleanupForgetsAndClassesStartAnew)
+{
+    {
+        const CMonitored a(L"A");
+        const CMonitored b(L"B");
+    }
+    CInstanceMonitor::Cleanup();
+    EXPECT_TEXT(s_strHeader, CInstanceMonitor::DumpState());
+    const CMonitored b(L"B");
+    EXPECT_TEXT(s_strHeader + L"--> B = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, ObjectsMayOutliveCleanup)
+{
+    auto pOld = std::make_unique<CMonitored>(L"A");
+    CInstanceMonitor::Cleanup();
+    const CMonitored fresh(L"A");
+    pOld.reset();
+    EXPECT_TEXT(s_strHeader + L"--> A = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, CopyIsNotCountedButItsDestructionIs)
+{
+    // Never destroyed, so that the count does not fall below zero.
+    static const CMonitored* const s_pForever = new CMonitored(L"A");
+    static_cast<void>(s_pForever);
+    const CMonitored original(L"A");
+    {
+        const CMonitored copy(original);
+        ExpectCounts(L"A", 2, 2);
+    }
+    ExpectCounts(L"A", 1, 2);
+}
+
+TEST_F(MemoryLeakHelpTest, AssignmentSharesTheRecordOfItsSource)
+{
+    const CMonitored a(L"A");
+    const CMonitored b(L"B");
+    auto pLikeB = std::make_unique<CMonitored>(L"A");
+    auto pLikeA = std::make_unique<CMonitored>(L"B");
+    *pLikeB = b;
+    *pLikeA = a;
+    ExpectCounts(L"A", 2, 2);
+    ExpectCounts(L"B", 2, 2);
+    pLikeB.reset();
+    ExpectCounts(L"A", 2, 2);
+    ExpectCounts(L"B", 1, 2);
+    pLikeA.reset();
+    ExpectCounts(L"A", 1, 2);
+    ExpectCounts(L"B", 1, 2);
+}
+
+#if defined(QUIVER_DIAGNOSTICS)
+
+TEST_F(MemoryLeakHelpDeathTest, CountBelowZeroStopsAtAnAssertion)
+{
+    EXPECT_DEATH(
+        {
+            const CMonitored original(L"A");
+            const CMonitored copy(original);
+        },
+        "Assertion failed: m_pct->lInstanceCount >= 0, .*MemoryLeakHelp.cpp, line");
+}
+
+#else
+
+TEST_F(MemoryLeakHelpTest, CountMayFallBelowZeroWithoutAssertions)
+{
+    {
+        const CMonitored original(L"A");
+        const CMonitored copy(original);
+    }
+    EXPECT_TEXT(s_strHeader + L"    A = -1/1", CInstanceMonitor::DumpState());
+}
+
+#endif
+
+TEST_F(MemoryLeakHelpTest, ManyClassesAreCounted)
+{
+    // More than a thread's own table has room for.
+    std::vector<std::unique_ptr<CMonitored>> objects;
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        for (int i = 0; i < 1500; ++i)
+            objects.push_back(std::make_unique<CMonitored>((L"Class" + std::to_wstring(i)).c_str()));
+    }
+    ExpectCounts(L"Class0", 3, 3);
+    ExpectCounts(L"Class1499", 3, 3);
+    objects.clear();
+    ExpectCounts(L"Class0", 0, 3);
+    ExpectCounts(L"Class1499", 0, 3);
+}
+
+TEST_F(MemoryLeakHelpTest, ObjectsAreMadeOnManyThreadsAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (int nThread = 0; nThread < 8; ++nThread)
+    {
+        threads.emplace_back(
+            [nThread]
+            {
+                const std::wstring strOwn = L"Own" + std::to_wstring(nThread);
+                for (int i = 0; i < 20000; ++i)
+                {
+                    const CMonitored common(L"Common");
+                    const CMonitored own(strOwn.c_str());
+                }
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    ExpectCounts(L"Common", 0, 160000);
+    for (int nThread = 0; nThread < 8; ++nThread)
+        ExpectCounts((L"Own" + std::to_wstring(nThread)).c_str(), 0, 20000);
+}
+
+TEST_F(MemoryLeakHelpTest, ObjectsThatOutliveTheirThreadStayCounted)
+{
+    std::unique_ptr<CMonitored> pObject;
+    std::thread([&] { pObject = std::make_unique<CMonitored>(L"A"); }).join();
+    ExpectCounts(L"A", 1, 1);
+    std::thread([&] { pObject.reset(); }).join();
+    ExpectCounts(L"A", 0, 1);
+}
+
+TEST_F(MemoryLeakHelpTest, ObjectsDestroyedOnAnotherThreadNeverCountBelowZero)
+{
+    // One thread makes what the other destroys, so that each alone would have an impossible count.
+    std::mutex mutex;
+    std::deque<std::unique_ptr<CMonitored>> queue;
+    std::atomic<bool> bDone{false};
+    constexpr int nObjects = 30000;
+    std::thread maker(
+        [&]
+        {
+            for (int i = 0; i < nObjects; ++i)
+            {
+                auto pObject = std::make_unique<CMonitored>(L"A");
+                const std::lock_guard<std::mutex> lock(mutex);
+                queue.push_back(std::move(pObject));
+            }
+            bDone = true;
+        });
+    std::thread destroyer(
+        [&]
+        {
+            for (int nDestroyed = 0; nDestroyed < nObjects;)
+            {
+                std::unique_ptr<CMonitored> pObject;
+                {
+                    const std::lock_guard<std::mutex> lock(mutex);
+                    if (queue.empty())
+                        continue;
+                    pObject = std::move(queue.front());
+                    queue.pop_front();
+                }
+                pObject.reset();
+                ++nDestroyed;
+            }
+        });
+    std::thread bystander(
+        [&]
+        {
+            while (!bDone)
+                const CMonitored object(L"A");
+        });
+    while (!bDone)
+        EXPECT_GE(CountInstances(L"A").nLiving, 0);
+    maker.join();
+    destroyer.join();
+    bystander.join();
+    EXPECT_EQ(0, CountInstances(L"A").nLiving);
+}
+
+namespace
+{
+
+struct SDestroyedLate
+{
+    ~SDestroyedLate()
+    {
+        // A thread's own objects may die after its counts have been added up.
+        const CMonitored object(L"Late");
+    }
+};
+
+} // namespace
+
+TEST_F(MemoryLeakHelpTest, ObjectsAreCountedWhileAThreadEnds)
+{
+    std::thread(
+        []
+        {
+            thread_local const SDestroyedLate t_late;
+            static_cast<void>(&t_late);
+            const CMonitored object(L"Late");
+        })
+        .join();
+    ExpectCounts(L"Late", 0, 2);
+}
