@@ -21,6 +21,33 @@ public:
     CSharingInner& operator=(const CSharingInner&) = delete;
 };
 
+thread_local bool t_bDestroyingLink = false;
+thread_local const CQvException* t_pNextLink = nullptr;
+
+/// Destroys a link that nobody refers to any more. The link within it then comes here too; it is left to the loop of
+/// the outer one, because a chain can have a link for each level of a very deep document.
+struct SDestroyLink
+{
+    void operator()(const CQvException* pLink) const
+    {
+        if (t_bDestroyingLink && t_pNextLink == nullptr)
+        {
+            t_pNextLink = pLink;
+            return;
+        }
+        // A class of an application's own may hold more exceptions than its inner one; each gets a loop.
+        const bool bOuter = std::exchange(t_bDestroyingLink, true);
+        const CQvException* const pOuterNext = std::exchange(t_pNextLink, nullptr);
+        while (pLink != nullptr)
+        {
+            delete pLink;
+            pLink = std::exchange(t_pNextLink, nullptr);
+        }
+        t_bDestroyingLink = bOuter;
+        t_pNextLink = pOuterNext;
+    }
+};
+
 } // namespace
 
 CQvException::CQvException() = default;
@@ -52,32 +79,17 @@ CQvException& CQvException::operator=(const CQvException& source)
         std::shared_ptr<const CQvException> pInner =
             source.m_pInnerException ? CloneInner(*source.m_pInnerException) : nullptr;
         m_message = source.m_message;
-        DropInner();
         m_pInnerException = std::move(pInner);
     }
     return *this;
 }
 
-CQvException::~CQvException()
-{
-    DropInner();
-}
+CQvException::~CQvException() = default;
 
 std::shared_ptr<const CQvException> CQvException::CloneInner(const CQvException& inner)
 {
     CSharingInner sharing;
-    return std::shared_ptr<const CQvException>(inner.Clone());
-}
-
-// A chain can have a link for each level of a very deep document, so it is taken apart from the outside in.
-void CQvException::DropInner()
-{
-    std::shared_ptr<const CQvException> pInner = std::move(m_pInnerException);
-    while (pInner && pInner.use_count() == 1)
-    {
-        std::shared_ptr<const CQvException> pNext = std::move(const_cast<CQvException&>(*pInner).m_pInnerException);
-        pInner = std::move(pNext);
-    }
+    return std::shared_ptr<const CQvException>(inner.Clone(), SDestroyLink());
 }
 
 std::wstring CQvException::GetMessageW() const

@@ -64,7 +64,6 @@ protected:
 
 private:
     static std::shared_ptr<const CQvException> CloneInner(const CQvException& inner);
-    void DropInner();
 
     std::wstring m_message;
     /// Never shared with another exception at the first level. What lies deeper is immutable, and is shared, so that
