@@ -62,7 +62,7 @@ public:
     virtual void OneMore() {}
 };
 
-/// Count of places in the table of a class, those of its virtual destructor included.
+/// Count of places in the table of a class that has a virtual destructor, those of the destructor included.
 template <class TBase>
 std::ptrdiff_t CountOfSlots()
 {
