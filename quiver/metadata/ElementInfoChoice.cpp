@@ -124,19 +124,24 @@ bool CElementInfoChoiceClsOpt::ElementFromXml(const CXmlSerializationContext& co
                                               CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
                                               XmlElementType)
 {
-    const bool bPseudo = m_eElementType != ElementType_Element;
-    if (bPseudo ? *ppCurrent == nullptr : !IsThisElement(context, *ppCurrent))
+    if (m_eElementType != ElementType_Element)
+        return PseudoFromXml(context, pObject, pParent, ppCurrent);
+    if (!IsThisElement(context, *ppCurrent))
         return false;
-
-    // Stored before it is read, so that the object knows at once which alternative was taken.
     const CSmartPtr<CXmlObjectBase> spChild = NewChild(m_pfnCreate, m_nClassId);
     StoreChild(pObject, spChild);
-    if (!bPseudo)
-    {
-        ReadChild(spChild, *ppCurrent, context, true);
-        Consume(ppCurrent);
-        return true;
-    }
+    ReadChild(spChild, *ppCurrent, context, true);
+    Consume(ppCurrent);
+    return true;
+}
+
+bool CElementInfoChoiceClsOpt::PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                                             CXmlElement* pParent, CXmlElement** ppCurrent)
+{
+    if (*ppCurrent == nullptr)
+        return false;
+    const CSmartPtr<CXmlObjectBase> spChild = NewChild(m_pfnCreate, m_nClassId);
+    StoreChild(pObject, spChild);
     if (ReadPseudoChild(spChild, pParent, ppCurrent, context))
         return true;
     StoreChild(pObject, nullptr);

@@ -99,6 +99,9 @@ public:
                                    CXmlWriter* pWriter) const override;
 
 private:
+    bool PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                       CXmlElement** ppCurrent);
+
     XmlElementType m_eElementType;
     PfnCreate m_pfnCreate;
     int m_nClassId;
