@@ -25,7 +25,9 @@ std::size_t CountAllocations(TAction&& action)
 
 } // namespace QvTest
 
-void* operator new(std::size_t nSize)
+// Kept out of line: inlined, they look to the compiler like memory of one kind released as the other.
+
+[[gnu::noinline]] void* operator new(std::size_t nSize)
 {
     ++QvTest::g_nAllocations;
     if (void* const p = std::malloc(nSize != 0 ? nSize : 1))
@@ -33,12 +35,12 @@ void* operator new(std::size_t nSize)
     throw std::bad_alloc();
 }
 
-void operator delete(void* p) noexcept
+[[gnu::noinline]] void operator delete(void* p) noexcept
 {
     std::free(p);
 }
 
-void operator delete(void* p, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept
 {
     std::free(p);
 }
