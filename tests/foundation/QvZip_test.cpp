@@ -244,11 +244,9 @@ TEST(QvZip, DataThatDoNotShrinkFailAndAreLost)
 
 TEST(QvZip, DataThatAreNotEvenTakenInFailInTheSameWay)
 {
-    // The first two are shorter than the wrapper's header. The third is so long that the room is full, since the data
-    // do not shrink, while some are still left.
+    // They are shorter than the wrapper's header, which fills the room that there is.
     ExpectCompressionFails({"<a/>", Compression_GZip, -5});
     ExpectCompressionFails({"<", Compression_ZLib, -5});
-    ExpectCompressionFails({RandomBytes(60000000), Compression_GZip, -5});
 }
 
 // --- Decompressing --------------------------------------------------------------------------------------------------

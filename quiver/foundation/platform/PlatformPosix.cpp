@@ -1,6 +1,7 @@
 #include "quiver/foundation/platform/Platform.h"
 
 #include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/platform/PlatformHooks.h"
 
 #include <aio.h>
 #include <algorithm>
@@ -22,9 +23,6 @@ namespace QvXmlLib9::Platform
 namespace
 {
 
-PfnMessageBox s_pfnMessageBox = nullptr;
-PfnDebugOutput s_pfnDebugOutput = nullptr;
-
 // Reports must not depend on the locale or throw, so they go out as plain ASCII with escapes for the rest.
 void WriteToStandardError(const wchar_t* lpctText)
 {
@@ -40,50 +38,17 @@ void WriteToStandardError(const wchar_t* lpctText)
 
 } // namespace
 
-PfnMessageBox SetMessageBoxSink(PfnMessageBox pfnSink)
+void ShowErrorBoxToUser(const wchar_t* lpctText, const wchar_t* lpctCaption)
 {
-    const PfnMessageBox pfnOld = s_pfnMessageBox;
-    s_pfnMessageBox = pfnSink;
-    return pfnOld;
-}
-
-PfnDebugOutput SetDebugOutputSink(PfnDebugOutput pfnSink)
-{
-    const PfnDebugOutput pfnOld = s_pfnDebugOutput;
-    s_pfnDebugOutput = pfnSink;
-    return pfnOld;
-}
-
-void ShowErrorBox(const wchar_t* lpctText, const wchar_t* lpctCaption)
-{
-    if (s_pfnMessageBox != nullptr)
-    {
-        s_pfnMessageBox(lpctText, lpctCaption);
-        return;
-    }
     WriteToStandardError(lpctCaption);
     WriteToStandardError(L"\n");
     WriteToStandardError(lpctText);
     WriteToStandardError(L"\n");
 }
 
-bool IsDebugOutputOn()
+void OutputDebugToPlatform(const wchar_t* lpctText)
 {
-#if defined(QUIVER_DIAGNOSTICS)
-    return true;
-#else
-    return s_pfnDebugOutput != nullptr;
-#endif
-}
-
-void OutputDebug(const wchar_t* lpctText)
-{
-    if (s_pfnDebugOutput != nullptr)
-        s_pfnDebugOutput(lpctText);
-#if defined(QUIVER_DIAGNOSTICS)
-    else
-        WriteToStandardError(lpctText);
-#endif
+    WriteToStandardError(lpctText);
 }
 
 namespace
@@ -143,7 +108,6 @@ std::size_t GetStackSize()
 namespace
 {
 
-PfnFileFault s_pfnFileFault = nullptr;
 thread_local std::uint32_t t_dwLastError = Error_Success;
 
 constexpr std::uint32_t s_dwErrorPathNotFound = 3;
@@ -191,21 +155,6 @@ std::uint32_t ErrorFromErrno(int nErrno)
             return row.dwError;
     }
     return 31; // ERROR_GEN_FAILURE
-}
-
-bool Fail(std::uint32_t dwError)
-{
-    t_dwLastError = dwError;
-    return false;
-}
-
-/// True if a test wants the operation to fail; the error is set then.
-bool IsFaultDue(EFileOperation eOperation)
-{
-    const std::uint32_t dwError = s_pfnFileFault != nullptr ? s_pfnFileFault(eOperation) : Error_Success;
-    if (dwError != Error_Success)
-        Fail(dwError);
-    return dwError != Error_Success;
 }
 
 /// What a handle stands for.
@@ -452,11 +401,10 @@ Handle Open(const wchar_t* lpctFileName, int nFlags)
 
 } // namespace
 
-PfnFileFault SetFileFault(PfnFileFault pfnFault)
+bool Fail(std::uint32_t dwError)
 {
-    const PfnFileFault pfnOld = s_pfnFileFault;
-    s_pfnFileFault = pfnFault;
-    return pfnOld;
+    t_dwLastError = dwError;
+    return false;
 }
 
 std::uint32_t GetLastError()

@@ -1,0 +1,315 @@
+#include "quiver/foundation/platform/Platform.h"
+
+#include "quiver/foundation/platform/PlatformHooks.h"
+#include "quiver/foundation/platform/SystemTimeFields.h"
+
+#include <cstdint>
+#include <ctime>
+#include <memory>
+#include <new>
+
+namespace QvXmlLib9::Platform
+{
+
+// --- Reports --------------------------------------------------------------------------------------------------------
+
+void ShowErrorBoxToUser(const wchar_t* lpctText, const wchar_t* lpctCaption)
+{
+    ::MessageBoxW(nullptr, lpctText, lpctCaption, MB_ICONERROR);
+}
+
+void OutputDebugToPlatform(const wchar_t* lpctText)
+{
+    ::OutputDebugStringW(lpctText);
+}
+
+// --- Files ----------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+/// What a handle stands for.
+struct SObject
+{
+    explicit SObject(HANDLE hObject_)
+        : hObject(hObject_)
+    {
+    }
+    virtual ~SObject() { Close(); }
+    SObject(const SObject&) = delete;
+    SObject& operator=(const SObject&) = delete;
+    /// False, with the error set, if the system reports a failure at closing.
+    virtual bool Close()
+    {
+        const HANDLE hClosing = hObject;
+        hObject = nullptr;
+        return hClosing == nullptr || ::CloseHandle(hClosing) != 0;
+    }
+
+    HANDLE hObject;
+};
+
+struct SFile : SObject
+{
+    using SObject::SObject;
+    ~SFile() override { Close(); }
+    bool Close() override;
+
+    /// The overlapped operation that is under way, null when there is none. The system works on a record of the file's
+    /// own, which stays where it is even if the caller's does not.
+    Overlapped* pInFlight = nullptr;
+    bool bWriting = false;
+    OVERLAPPED overlapped = {};
+};
+
+/// Null, with the error set, for a handle that stands for nothing.
+SObject* ToObject(Handle handle)
+{
+    if (handle != nullptr && handle != InvalidHandle)
+        return static_cast<SObject*>(handle);
+    Fail(ERROR_INVALID_HANDLE);
+    return nullptr;
+}
+
+SFile* ToFile(Handle hFile)
+{
+    return static_cast<SFile*>(ToObject(hFile));
+}
+
+void EndOverlapped(SFile& file, std::uint32_t dwError, std::uint32_t dwBytes)
+{
+    file.pInFlight->Internal = dwError;
+    file.pInFlight->InternalHigh = dwBytes;
+    file.pInFlight = nullptr;
+}
+
+/// Asks for the end of the operation in flight, and books it unless it has not come.
+void BookOverlapped(SFile& file, bool bWait)
+{
+    DWORD dwBytes = 0;
+    if (::GetOverlappedResult(file.hObject, &file.overlapped, &dwBytes, bWait ? TRUE : FALSE))
+        EndOverlapped(file, Error_Success, dwBytes);
+    else if (::GetLastError() != ERROR_IO_INCOMPLETE)
+        EndOverlapped(file, ::GetLastError(), dwBytes);
+}
+
+bool SFile::Close()
+{
+    if (hObject != nullptr && pInFlight != nullptr)
+    {
+        if (!bWriting)
+            ::CancelIoEx(hObject, &overlapped);
+        BookOverlapped(*this, true);
+    }
+    return SObject::Close();
+}
+
+/// Prepares the file's own record for an operation.
+bool PrepareOverlapped(SFile& file, Overlapped& record, bool bWriting)
+{
+    if (file.pInFlight != nullptr)
+        return Fail(ERROR_BUSY);
+    file.overlapped = {};
+    file.overlapped.Offset = record.Offset;
+    file.overlapped.OffsetHigh = record.OffsetHigh;
+    file.overlapped.hEvent = record.hEvent != nullptr ? ToObject(record.hEvent)->hObject : nullptr;
+    file.bWriting = bWriting;
+    file.pInFlight = &record;
+    record.Internal = Error_IoPending;
+    record.InternalHigh = 0;
+    return true;
+}
+
+/// Takes up what the system said when an operation was begun.
+bool TakeUpOverlapped(SFile& file, bool bEnded)
+{
+    if (bEnded)
+    {
+        BookOverlapped(file, true);
+        return true;
+    }
+    // What has failed at once has never begun, so there is no end of it to report later.
+    if (::GetLastError() != ERROR_IO_PENDING)
+        file.pInFlight = nullptr;
+    return false;
+}
+
+Handle Open(const wchar_t* lpctFileName, DWORD dwAccess, DWORD dwSharing, DWORD dwDisposition, DWORD dwFlags)
+{
+    if (IsFaultDue(FileOperation_Open))
+        return InvalidHandle;
+    const HANDLE hObject = ::CreateFileW(lpctFileName, dwAccess, dwSharing, nullptr, dwDisposition, dwFlags, nullptr);
+    if (hObject == INVALID_HANDLE_VALUE)
+        return InvalidHandle;
+    SObject* const pFile = new (std::nothrow) SFile(hObject);
+    if (pFile != nullptr)
+        return pFile;
+    ::CloseHandle(hObject);
+    Fail(ERROR_NOT_ENOUGH_MEMORY);
+    return InvalidHandle;
+}
+
+} // namespace
+
+bool Fail(std::uint32_t dwError)
+{
+    ::SetLastError(dwError);
+    return false;
+}
+
+std::uint32_t GetLastError()
+{
+    return ::GetLastError();
+}
+
+Handle OpenFileForReading(const wchar_t* lpctFileName, bool bOverlapped)
+{
+    return Open(lpctFileName, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING,
+                FILE_FLAG_SEQUENTIAL_SCAN | (bOverlapped ? FILE_FLAG_OVERLAPPED : 0));
+}
+
+Handle CreateFileForWriting(const wchar_t* lpctFileName, bool bOverlapped)
+{
+    return Open(lpctFileName, GENERIC_WRITE, 0, CREATE_ALWAYS,
+                FILE_ATTRIBUTE_NORMAL | (bOverlapped ? FILE_FLAG_OVERLAPPED : FILE_FLAG_SEQUENTIAL_SCAN));
+}
+
+std::uint32_t GetFileSize(Handle hFile, std::uint32_t* pdwHigh)
+{
+    LARGE_INTEGER size = {};
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Size) || pFile == nullptr || !::GetFileSizeEx(pFile->hObject, &size))
+        size.QuadPart = -1;
+    *pdwHigh = static_cast<std::uint32_t>(size.HighPart);
+    return size.LowPart;
+}
+
+bool ReadFile(Handle hFile, void* pBuffer, std::uint32_t dwLength, std::uint32_t* pdwRead, Overlapped* pOverlapped)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Read) || pFile == nullptr)
+        return false;
+    if (pOverlapped != nullptr)
+        return PrepareOverlapped(*pFile, *pOverlapped, false) &&
+               TakeUpOverlapped(*pFile, ::ReadFile(pFile->hObject, pBuffer, dwLength, nullptr, &pFile->overlapped));
+    DWORD dwRead = 0;
+    const bool bDone = ::ReadFile(pFile->hObject, pBuffer, dwLength, &dwRead, nullptr) != 0;
+    *pdwRead = dwRead;
+    return bDone;
+}
+
+bool WriteFile(Handle hFile, const void* pBuffer, std::uint32_t dwLength, std::uint32_t* pdwWritten,
+               Overlapped* pOverlapped)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Write) || pFile == nullptr)
+        return false;
+    if (pOverlapped != nullptr)
+        return PrepareOverlapped(*pFile, *pOverlapped, true) &&
+               TakeUpOverlapped(*pFile, ::WriteFile(pFile->hObject, pBuffer, dwLength, nullptr, &pFile->overlapped));
+    DWORD dwWritten = 0;
+    const bool bDone = ::WriteFile(pFile->hObject, pBuffer, dwLength, &dwWritten, nullptr) != 0;
+    *pdwWritten = dwWritten;
+    return bDone && (dwWritten == dwLength || Fail(ERROR_DISK_FULL));
+}
+
+bool GetOverlappedResult(Handle hFile, Overlapped* pOverlapped, std::uint32_t* pdwBytes, bool bWait)
+{
+    SFile* const pFile = ToFile(hFile);
+    if (IsFaultDue(FileOperation_Result) || pFile == nullptr)
+        return false;
+    if (pFile->pInFlight == pOverlapped)
+        BookOverlapped(*pFile, bWait);
+    *pdwBytes = static_cast<std::uint32_t>(pOverlapped->InternalHigh);
+    if (pOverlapped->Internal == Error_IoPending)
+        return Fail(Error_IoIncomplete);
+    return pOverlapped->Internal == Error_Success || Fail(static_cast<std::uint32_t>(pOverlapped->Internal));
+}
+
+Handle CreateAutoResetEvent()
+{
+    if (IsFaultDue(FileOperation_CreateEvent))
+        return nullptr;
+    const HANDLE hObject = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    if (hObject == nullptr)
+        return nullptr;
+    SObject* const pEvent = new (std::nothrow) SObject(hObject);
+    if (pEvent == nullptr)
+    {
+        ::CloseHandle(hObject);
+        Fail(ERROR_NOT_ENOUGH_MEMORY);
+    }
+    return pEvent;
+}
+
+bool CloseHandle(Handle handle)
+{
+    const std::unique_ptr<SObject> pObject(ToObject(handle));
+    const bool bClosed = pObject != nullptr && pObject->Close();
+    return !IsFaultDue(FileOperation_Close) && bClosed;
+}
+
+// --- Stack ----------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+struct SStackBounds
+{
+    ULONG_PTR nLow = 0;
+    ULONG_PTR nHigh = 0;
+};
+
+SStackBounds GetStackBounds()
+{
+    SStackBounds bounds;
+    ::GetCurrentThreadStackLimits(&bounds.nLow, &bounds.nHigh);
+    return bounds;
+}
+
+} // namespace
+
+std::size_t GetStackBytesLeft()
+{
+    const volatile char cHere = 0;
+    const auto nHere = reinterpret_cast<ULONG_PTR>(&cHere);
+    const SStackBounds bounds = GetStackBounds();
+    return nHere > bounds.nLow ? nHere - bounds.nLow : 0;
+}
+
+std::size_t GetStackSize()
+{
+    const SStackBounds bounds = GetStackBounds();
+    return bounds.nHigh - bounds.nLow;
+}
+
+// --- Time -----------------------------------------------------------------------------------------------------------
+
+_SYSTEMTIME GetLocalTime()
+{
+    _SYSTEMTIME systemTime = {};
+    ::GetLocalTime(&systemTime);
+    return systemTime;
+}
+
+bool FileTimeToSystemTime(const _FILETIME& fileTime, _SYSTEMTIME& systemTime)
+{
+    return ::FileTimeToSystemTime(&fileTime, &systemTime) != 0;
+}
+
+__int64 MakeTime(std::tm& fields)
+{
+    return ::_mktime64(&fields);
+}
+
+bool GetUtcTime(__int64 nTime, std::tm& fields)
+{
+    return ::_gmtime64_s(&fields, &nTime) == 0;
+}
+
+bool GetZonedTime(__int64 nTime, std::tm& fields)
+{
+    return ::_localtime64_s(&fields, &nTime) == 0;
+}
+
+} // namespace QvXmlLib9::Platform
