@@ -92,7 +92,8 @@ constexpr std::array<std::int8_t, 128> s_base64Values = MakeBase64Values();
 
 int GetHexValue(wchar_t c)
 {
-    return c >= 0 && c < 128 ? s_hexValues[static_cast<std::size_t>(c)] : s_nBad;
+    const auto nIndex = static_cast<std::size_t>(c);
+    return nIndex < s_hexValues.size() ? s_hexValues[nIndex] : s_nBad;
 }
 
 [[noreturn]] void Throw_InvalidHexChar(wchar_t c)

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -22,8 +22,10 @@ class CTempDir
 public:
     CTempDir()
     {
-        std::string strTemplate = std::filesystem::temp_directory_path() / "quiver-XXXXXX";
-        m_path = ::mkdtemp(strTemplate.data());
+        std::random_device random;
+        do
+            m_path = std::filesystem::temp_directory_path() / ("quiver-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(m_path));
     }
     ~CTempDir() { std::filesystem::remove_all(m_path); }
     CTempDir(const CTempDir&) = delete;

@@ -28,6 +28,15 @@ void OutputDebugToPlatform(const wchar_t* lpctText)
 namespace
 {
 
+/// The library's own record of the last failure: the system's is overwritten by calls that succeed.
+thread_local std::uint32_t t_dwLastError = Error_Success;
+
+/// Keeps the reason of a call to the system that has failed.
+bool Check(BOOL bDone)
+{
+    return bDone != 0 || Fail(::GetLastError());
+}
+
 /// What a handle stands for.
 struct SObject
 {
@@ -43,7 +52,7 @@ struct SObject
     {
         const HANDLE hClosing = hObject;
         hObject = nullptr;
-        return hClosing == nullptr || ::CloseHandle(hClosing) != 0;
+        return hClosing == nullptr || Check(::CloseHandle(hClosing));
     }
 
     HANDLE hObject;
@@ -104,6 +113,15 @@ bool SFile::Close()
     return SObject::Close();
 }
 
+/// Whether a read would begin at or behind the end of the file. The system may say so at once or in the result only;
+/// this makes it the first always.
+bool IsAtEnd(const SFile& file)
+{
+    const std::uint64_t nOffset = std::uint64_t{file.overlapped.OffsetHigh} << 32 | file.overlapped.Offset;
+    LARGE_INTEGER size = {};
+    return ::GetFileSizeEx(file.hObject, &size) && nOffset >= static_cast<std::uint64_t>(size.QuadPart);
+}
+
 /// Prepares the file's own record for an operation.
 bool PrepareOverlapped(SFile& file, Overlapped& record, bool bWriting)
 {
@@ -113,23 +131,25 @@ bool PrepareOverlapped(SFile& file, Overlapped& record, bool bWriting)
     file.overlapped.Offset = record.Offset;
     file.overlapped.OffsetHigh = record.OffsetHigh;
     file.overlapped.hEvent = record.hEvent != nullptr ? ToObject(record.hEvent)->hObject : nullptr;
-    file.bWriting = bWriting;
-    file.pInFlight = &record;
     record.Internal = Error_IoPending;
     record.InternalHigh = 0;
+    if (!bWriting && IsAtEnd(file))
+        return Fail(Error_HandleEof);
+    file.bWriting = bWriting;
+    file.pInFlight = &record;
     return true;
 }
 
 /// Takes up what the system said when an operation was begun.
-bool TakeUpOverlapped(SFile& file, bool bEnded)
+bool TakeUpOverlapped(SFile& file, BOOL bEnded)
 {
-    if (bEnded)
+    if (Check(bEnded))
     {
         BookOverlapped(file, true);
         return true;
     }
     // What has failed at once has never begun, so there is no end of it to report later.
-    if (::GetLastError() != ERROR_IO_PENDING)
+    if (t_dwLastError != ERROR_IO_PENDING)
         file.pInFlight = nullptr;
     return false;
 }
@@ -139,7 +159,7 @@ Handle Open(const wchar_t* lpctFileName, DWORD dwAccess, DWORD dwSharing, DWORD 
     if (IsFaultDue(FileOperation_Open))
         return InvalidHandle;
     const HANDLE hObject = ::CreateFileW(lpctFileName, dwAccess, dwSharing, nullptr, dwDisposition, dwFlags, nullptr);
-    if (hObject == INVALID_HANDLE_VALUE)
+    if (!Check(hObject != INVALID_HANDLE_VALUE))
         return InvalidHandle;
     SObject* const pFile = new (std::nothrow) SFile(hObject);
     if (pFile != nullptr)
@@ -153,13 +173,13 @@ Handle Open(const wchar_t* lpctFileName, DWORD dwAccess, DWORD dwSharing, DWORD 
 
 bool Fail(std::uint32_t dwError)
 {
-    ::SetLastError(dwError);
+    t_dwLastError = dwError;
     return false;
 }
 
 std::uint32_t GetLastError()
 {
-    return ::GetLastError();
+    return t_dwLastError;
 }
 
 Handle OpenFileForReading(const wchar_t* lpctFileName, bool bOverlapped)
@@ -178,7 +198,7 @@ std::uint32_t GetFileSize(Handle hFile, std::uint32_t* pdwHigh)
 {
     LARGE_INTEGER size = {};
     SFile* const pFile = ToFile(hFile);
-    if (IsFaultDue(FileOperation_Size) || pFile == nullptr || !::GetFileSizeEx(pFile->hObject, &size))
+    if (IsFaultDue(FileOperation_Size) || pFile == nullptr || !Check(::GetFileSizeEx(pFile->hObject, &size)))
         size.QuadPart = -1;
     *pdwHigh = static_cast<std::uint32_t>(size.HighPart);
     return size.LowPart;
@@ -193,7 +213,7 @@ bool ReadFile(Handle hFile, void* pBuffer, std::uint32_t dwLength, std::uint32_t
         return PrepareOverlapped(*pFile, *pOverlapped, false) &&
                TakeUpOverlapped(*pFile, ::ReadFile(pFile->hObject, pBuffer, dwLength, nullptr, &pFile->overlapped));
     DWORD dwRead = 0;
-    const bool bDone = ::ReadFile(pFile->hObject, pBuffer, dwLength, &dwRead, nullptr) != 0;
+    const bool bDone = Check(::ReadFile(pFile->hObject, pBuffer, dwLength, &dwRead, nullptr));
     *pdwRead = dwRead;
     return bDone;
 }
@@ -208,7 +228,7 @@ bool WriteFile(Handle hFile, const void* pBuffer, std::uint32_t dwLength, std::u
         return PrepareOverlapped(*pFile, *pOverlapped, true) &&
                TakeUpOverlapped(*pFile, ::WriteFile(pFile->hObject, pBuffer, dwLength, nullptr, &pFile->overlapped));
     DWORD dwWritten = 0;
-    const bool bDone = ::WriteFile(pFile->hObject, pBuffer, dwLength, &dwWritten, nullptr) != 0;
+    const bool bDone = Check(::WriteFile(pFile->hObject, pBuffer, dwLength, &dwWritten, nullptr));
     *pdwWritten = dwWritten;
     return bDone && (dwWritten == dwLength || Fail(ERROR_DISK_FULL));
 }
@@ -231,7 +251,7 @@ Handle CreateAutoResetEvent()
     if (IsFaultDue(FileOperation_CreateEvent))
         return nullptr;
     const HANDLE hObject = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    if (hObject == nullptr)
+    if (!Check(hObject != nullptr))
         return nullptr;
     SObject* const pEvent = new (std::nothrow) SObject(hObject);
     if (pEvent == nullptr)
