@@ -301,15 +301,19 @@ void CXmlCollection::AddBeforeItem(const CXmlObjectBase* pExisting, CXmlObjectBa
 
 void CXmlCollection::AddItemAt(int nIndex, CXmlObjectBase* pItem)
 {
-    // The listeners that hear of the addition may remove items, so the position is tested behind that too.
-    const auto NodeAt = [&]() -> CNode*
+    const auto CheckPosition = [&]
     {
         if (nIndex < 0 || nIndex > m_nCount)
             throw CQvInvalidParamException(L"Index out of range");
+    };
+    CheckPosition();
+    const auto FindNext = [&]
+    {
+        // Listeners that heard of the addition may have removed items.
+        CheckPosition();
         return nIndex == m_nCount ? nullptr : WalkTo(nIndex);
     };
-    NodeAt();
-    InsertItem(pItem, NodeAt);
+    InsertItem(pItem, FindNext);
 }
 
 CNode* CXmlCollection::GetNodeAtIndex(int nIndex) const

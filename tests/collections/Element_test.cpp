@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <random>
 #include <set>
 #include <string>
@@ -28,6 +29,7 @@ namespace
 
 const bool s_bRegistered = (Register(9, 0), true);
 
+constexpr std::size_t s_nSmallStack = 256 * 1024;
 const wchar_t* const s_lpctNull = nullptr;
 
 std::wstring Write(const CXmlObjectBase& object, bool bFormat = false)
@@ -748,19 +750,19 @@ std::wstring NestedXml(int nLevels)
 TEST(ElementDepth, ADeepDocumentIsReadCopiedTestedWrittenAndDestroyed)
 {
     constexpr int nLevels = 100000;
-    RunOnSmallStack(
-        []
-        {
-            const std::wstring strXml = NestedXml(nLevels);
-            CSmartPtr<CElement> spElement = Read(strXml);
-            const CSmartPtr<CElement> spClone = spElement->Clone();
-            spElement = nullptr;
-            spClone->SetNamespaceRestrictions(L"##any", L"");
-            const std::wstring strWritten = Write(*spClone);
-            EXPECT_EQ(strXml.length() - 3, strWritten.length()) << "the innermost is an empty-element tag";
-            const CSmartPtr<CElement> spMadeOf = new CElement(spClone, nullptr);
-            EXPECT_TRUE(strWritten == Write(*spMadeOf));
-        });
+    RunOnStack(s_nSmallStack,
+               []
+               {
+                   const std::wstring strXml = NestedXml(nLevels);
+                   CSmartPtr<CElement> spElement = Read(strXml);
+                   const CSmartPtr<CElement> spClone = spElement->Clone();
+                   spElement = nullptr;
+                   spClone->SetNamespaceRestrictions(L"##any", L"");
+                   const std::wstring strWritten = Write(*spClone);
+                   EXPECT_EQ(strXml.length() - 3, strWritten.length()) << "the innermost is an empty-element tag";
+                   const CSmartPtr<CElement> spMadeOf = new CElement(spClone, nullptr);
+                   EXPECT_TRUE(strWritten == Write(*spMadeOf));
+               });
     EXPECT_EQ(0, CountInstances(L"CElementCol").nLiving);
 }
 
@@ -777,15 +779,16 @@ TEST(ElementDepth, ATreeBuiltByHandIsDestroyedAtAnyDepth)
 
 TEST(ElementDepth, ElementsThatWriteThemselvesAreRefusedWhenTheyAreNestedTooDeeply)
 {
-    RunOnSmallStack(
-        []
-        {
-            const CSmartPtr<CElement> spRoot = new CMarked(L"m");
-            CSmartPtr<CElement> spInner = spRoot;
-            for (int i = 0; i < 20000; ++i)
-                spInner = spInner->GetChildElements()->Add(new CMarked(L"m"));
-            ExpectThrows<CQvException>(L"The document is nested too deeply to be processed", [&] { Write(*spRoot); });
-        });
+    RunOnStack(s_nSmallStack,
+               []
+               {
+                   const CSmartPtr<CElement> spRoot = new CMarked(L"m");
+                   CSmartPtr<CElement> spInner = spRoot;
+                   for (int i = 0; i < 20000; ++i)
+                       spInner = spInner->GetChildElements()->Add(new CMarked(L"m"));
+                   ExpectThrows<CQvException>(L"The document is nested too deeply to be processed",
+                                              [&] { Write(*spRoot); });
+               });
 }
 
 TEST(ElementWidth, ManySiblingsAndAttributesTakeLinearTime)

@@ -11,9 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <climits>
+#include <cstddef>
 #include <random>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -23,6 +26,7 @@ using namespace QvTest;
 namespace
 {
 
+constexpr std::size_t s_nSmallStack = 256 * 1024;
 constexpr const wchar_t* s_lpctNotFound = L"The object was not found in the collection";
 
 class CItemCol;
@@ -437,6 +441,27 @@ TEST_F(XmlCollection, ARememberedPositionDoesNotOutliveItsCollection)
     }
 }
 
+TEST_F(XmlCollection, PositionsOfAListThatNobodyChangesCanBeReadOnSeveralThreads)
+{
+    constexpr int nItems = 500;
+    for (int i = 0; i < nItems; ++i)
+        m_spCol->AppendItem(new CItem(std::to_wstring(i)));
+    std::atomic<int> nWrong{0};
+    std::vector<std::thread> threads;
+    for (int nThread = 0; nThread < 4; ++nThread)
+    {
+        threads.emplace_back(
+            [&]
+            {
+                for (int i = 0; i < nItems; ++i)
+                    nWrong += m_spCol->Item(i)->m_strName == std::to_wstring(i) ? 0 : 1;
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(0, nWrong);
+}
+
 // --- Removing -------------------------------------------------------------------------------------------------------
 
 TEST_F(XmlCollection, RemovesAtEachPosition)
@@ -809,26 +834,26 @@ TEST(XmlCollectionDepth, AMillionNestedCollectionsAreDestroyed)
 
 TEST(XmlCollectionDepth, NestedCollectionsAreDestroyedOnASmallStack)
 {
-    RunOnSmallStack([] { MakeNested(100000); });
+    RunOnStack(s_nSmallStack, [] { MakeNested(100000); });
     EXPECT_EQ(0, CountInstances(L"CItemCol").nLiving);
 }
 
 TEST(XmlCollectionDepth, ManyItemsBelowTheDepthOfTheStackAreAllDestroyed)
 {
-    RunOnSmallStack(
-        []
-        {
-            CSmartPtr<CItem> spOuter = MakeNested(20000);
-            for (int i = 0; i < 3; ++i)
-            {
-                const CSmartPtr<CItem> spNext = new CItem;
-                spNext->m_spItems = new CItemCol;
-                spNext->m_spItems->AppendItem(spOuter);
-                for (int j = 0; j < 5; ++j)
-                    spNext->m_spItems->AppendItem(MakeNested(5000));
-                spOuter = spNext;
-            }
-        });
+    RunOnStack(s_nSmallStack,
+               []
+               {
+                   CSmartPtr<CItem> spOuter = MakeNested(20000);
+                   for (int i = 0; i < 3; ++i)
+                   {
+                       const CSmartPtr<CItem> spNext = new CItem;
+                       spNext->m_spItems = new CItemCol;
+                       spNext->m_spItems->AppendItem(spOuter);
+                       for (int j = 0; j < 5; ++j)
+                           spNext->m_spItems->AppendItem(MakeNested(5000));
+                       spOuter = spNext;
+                   }
+               });
     EXPECT_EQ(0, CountInstances(L"CItemCol").nLiving);
 }
 
