@@ -38,6 +38,7 @@ protected:
     virtual ~CXmlAttribute();
 
 private:
+    friend class CXmlDocument;
     friend class CXmlElement;
     friend class CXmlNodeStore;
 

@@ -420,7 +420,7 @@ CXmlElement* CXmlDocument::AddChildElement(const wchar_t* lpctNamespaceUri, cons
 
 CXmlElement* CXmlDocument::AddChildElement(const SXmlName& name)
 {
-    CXmlElement* const pElement = m_pElementStack.back()->CreateNewChildElement(name);
+    CXmlElement* const pElement = m_pElementStack.back()->NewChild(name);
     m_pElementStack.push_back(pElement);
     return pElement;
 }
@@ -447,12 +447,12 @@ void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const std::wstring
 
 void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue)
 {
-    pElement->AddAttribute(name, strValue);
+    AppendUtf16Units(pElement->NewAttribute(name).m_strValue, strValue);
 }
 
 void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& name, std::string_view utf8Value)
 {
-    pElement->AddAttribute(name, utf8Value);
+    AppendUtf8AsUtf16(pElement->NewAttribute(name).m_strValue, utf8Value);
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText)
@@ -468,10 +468,10 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* l
     {
         if (*lpctNext != s_cCarriageReturn)
             continue;
-        pElement->AppendText(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
+        pElement->AppendUnits(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
         lpctRun = lpctNext + 1;
     }
-    pElement->AppendText(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
+    pElement->AppendUnits(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text)
@@ -479,7 +479,7 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, std::string_view
     for (;;)
     {
         const std::size_t nEnd = utf8Text.find('\r');
-        pElement->AppendUtf8Text(utf8Text.substr(0, nEnd));
+        AppendUtf8AsUtf16(pElement->m_strText, utf8Text.substr(0, nEnd));
         if (nEnd == std::string_view::npos)
             return;
         utf8Text.remove_prefix(nEnd + 1);

@@ -65,10 +65,10 @@ const std::wstring& CXmlElement::GetAttribute(const std::wstring& strLocalName,
 
 CXmlElement* CXmlElement::CreateNewChildElement()
 {
-    return CreateNewChildElement(CXmlNameTable::GetEmptyName());
+    return NewChild(CXmlNameTable::GetEmptyName());
 }
 
-CXmlElement* CXmlElement::CreateNewChildElement(const SXmlName& name)
+CXmlElement* CXmlElement::NewChild(const SXmlName& name)
 {
     CXmlElement* const pChild = m_pStore->NewElement(name);
     if (m_pLastChild != nullptr)
@@ -99,7 +99,7 @@ CXmlElement* CXmlElement::RemoveLastChildElement()
     return pRemoved;
 }
 
-CXmlAttribute& CXmlElement::AddAttribute(const SXmlName& name)
+CXmlAttribute& CXmlElement::NewAttribute(const SXmlName& name)
 {
     if (m_attributes.size() == m_attributes.capacity())
         m_attributes.reserve(std::max<std::size_t>(1, 2 * m_attributes.size()));
@@ -107,34 +107,24 @@ CXmlAttribute& CXmlElement::AddAttribute(const SXmlName& name)
     return *m_attributes.back();
 }
 
-void CXmlElement::AddAttribute(const SXmlName& name, const std::wstring& strValue)
-{
-    AppendUtf16Units(AddAttribute(name).m_strValue, strValue);
-}
-
-void CXmlElement::AddAttribute(const SXmlName& name, std::string_view utf8Value)
-{
-    AppendUtf8AsUtf16(AddAttribute(name).m_strValue, utf8Value);
-}
-
 void CXmlElement::AddAttribute(const std::wstring& strLocalName, const std::wstring& strValue,
                                const std::wstring& strNamespaceURI)
 {
-    AddAttribute(m_pStore->Names().Find(strNamespaceURI, strLocalName), strValue);
+    AppendUtf16Units(NewAttribute(m_pStore->Names().Find(strNamespaceURI, strLocalName)).m_strValue, strValue);
 }
 
 void CXmlElement::AppendText(const wchar_t* lpctText)
 {
-    AppendText(std::wstring_view(lpctText));
+    AppendUnits(std::wstring_view(lpctText));
 }
 
 void CXmlElement::AppendText(const wchar_t* lpctText, int nLength)
 {
     if (nLength > 0)
-        AppendText(std::wstring_view(lpctText, static_cast<std::size_t>(nLength)));
+        AppendUnits(std::wstring_view(lpctText, static_cast<std::size_t>(nLength)));
 }
 
-void CXmlElement::AppendText(std::wstring_view text)
+void CXmlElement::AppendUnits(std::wstring_view text)
 {
     if (HasWholeCodePoints(text))
     {
@@ -146,11 +136,6 @@ void CXmlElement::AppendText(std::wstring_view text)
     if (!m_strText.empty() && nLength > m_strText.capacity())
         m_strText.reserve(std::max(nLength, 2 * m_strText.capacity()));
     m_strText.append(text);
-}
-
-void CXmlElement::AppendUtf8Text(std::string_view utf8Text)
-{
-    AppendUtf8AsUtf16(m_strText, utf8Text);
 }
 
 void CXmlElement::SetElementName(const std::wstring& strLocalName)

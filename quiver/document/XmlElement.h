@@ -93,12 +93,10 @@ private:
 
     CXmlElement(CXmlNodeStore& store, const SXmlName& name);
 
-    CXmlElement* CreateNewChildElement(const SXmlName& name);
-    void AddAttribute(const SXmlName& name, const std::wstring& strValue);
-    void AddAttribute(const SXmlName& name, std::string_view utf8Value);
-    CXmlAttribute& AddAttribute(const SXmlName& name);
-    void AppendText(std::wstring_view text);
-    void AppendUtf8Text(std::string_view utf8Text);
+    // Named apart from the operations above, so that derived classes can lift those as a whole into their interface.
+    CXmlElement* NewChild(const SXmlName& name);
+    CXmlAttribute& NewAttribute(const SXmlName& name);
+    void AppendUnits(std::wstring_view text);
 
     /// Where names, descendants and attributes live.
     CXmlNodeStore* m_pStore;
