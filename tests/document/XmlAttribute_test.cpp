@@ -110,12 +110,14 @@ TEST(XmlAttribute, ACopyOutlivesTheDocumentOfItsSource)
 {
     auto pDocument = std::make_unique<CXmlDocument>();
     pDocument->LoadXml("<a xmlns:x='urn:a-namespace' x:attribute='a long value'/>");
-    const CFreeAttribute copy(*pDocument->GetDocumentElement()->GetAttributes()[0]);
+    const CXmlAttribute& source = *pDocument->GetDocumentElement()->GetAttributes()[0];
+    // A copy is not counted while its destruction is, so these stay.
+    static const CFreeAttribute* const s_pCopy = new CFreeAttribute(source);
     CFreeAttribute assigned(L"n", L"v", L"u");
-    assigned = CFreeAttribute(*pDocument->GetDocumentElement()->GetAttributes()[0]);
+    static_cast<CXmlAttribute&>(assigned) = source;
     pDocument.reset();
     for (const CXmlAttribute* pAttribute :
-         {static_cast<const CXmlAttribute*>(&copy), static_cast<const CXmlAttribute*>(&assigned)})
+         {static_cast<const CXmlAttribute*>(s_pCopy), static_cast<const CXmlAttribute*>(&assigned)})
     {
         EXPECT_TEXT(L"attribute", pAttribute->GetLocalName());
         EXPECT_TEXT(L"a long value", pAttribute->GetValue());

@@ -236,8 +236,12 @@ TEST(XmlElement, TextIsAppendedByLengthOrUpToItsZero)
     element.AppendText(L"", 0);
     element.AppendText(L"");
     element.AppendText(L"xyz", -1);
-    element.AppendText(L"\U0001F600e", 2);
-    EXPECT_TEXT(L"abcd\xD83D\xDE00e", element.GetText());
+    element.AppendText(L"\U0001F600"
+                       L"ef",
+                       2);
+    EXPECT_TEXT(L"abcd\xD83D\xDE00"
+                L"e",
+                element.GetText());
 }
 
 TEST(XmlElement, TextInManyPiecesIsJoined)
