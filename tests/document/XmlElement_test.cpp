@@ -260,7 +260,7 @@ TEST(XmlElement, TextInManyPiecesIsJoined)
 TEST(XmlElement, RemovingTheLastChildTakesItOutOfTheList)
 {
     // Only a document can destroy what is removed; here it stays in reach.
-    static std::vector<CXmlElement*> s_removed;
+    static auto& s_removed = *new std::vector<CXmlElement*>;
     CFreeElement element;
     const auto Remove = [&element]
     {
