@@ -16,7 +16,7 @@ namespace
 using QvXmlLib9::CXmlDocument;
 using QvXmlLib9::CXmlElement;
 
-/// One order of about 1000 bytes with 50 elements, as records of large documents are.
+/// One order of about 1000 bytes with 50 elements, as the records of large documents are.
 std::string MakeOrder(int nOrder)
 {
     const std::string strNumber = std::to_string(1000000 + nOrder);
@@ -24,8 +24,8 @@ std::string MakeOrder(int nOrder)
                          "'><date>2024-02-29</date><to><name>Ada Lovelace</name><street>12 Main St</street>"
                          "<city>Zurich</city><zip>8001</zip></to><items>";
     for (int i = 0; i < 8; ++i)
-        strXml += "<item><sku>" + std::to_string(872 + i) + "-AA</sku><qty>" + std::to_string(i + 1) +
-                  "</qty><price>148.95</price><note/></item>";
+        strXml += "<item><sku>" + std::to_string(872 + i) + "-AA</sku><name>Lawnmower, electric</name><qty>" +
+                  std::to_string(i + 1) + "</qty><price>148.95</price></item>";
     return strXml + "</items></order>";
 }
 

@@ -34,14 +34,6 @@ void SetText(std::wstring& strText, const char* lpcUtf8)
         AppendUtf8AsUtf16(strText, lpcUtf8);
 }
 
-std::size_t CountAttributes(const char** ppAttributes)
-{
-    std::size_t nStrings = 0;
-    while (ppAttributes[nStrings] != nullptr)
-        nStrings += 2;
-    return nStrings / 2;
-}
-
 } // namespace
 
 void CExpatReader::SParserDeleter::operator()(XML_ParserStruct* pParser) const
@@ -140,9 +132,6 @@ void CExpatReader::OnStartElement(void* pUserData, const char* lpcName, const ch
                const SXmlName& name = doc.Store().Names().Find(lpcName);
                CXmlElement* const pElement =
                    doc.m_pDocumentElement != nullptr ? doc.AddChildElement(name) : doc.AddDocElement(name);
-               if (ppAttributes[0] == nullptr)
-                   return;
-               CXmlDocument::ReserveAttributes(pElement, CountAttributes(ppAttributes));
                for (const char** ppNext = ppAttributes; *ppNext != nullptr; ppNext += 2)
                    CXmlDocument::AddElementAttribute(pElement, doc.Store().Names().Find(ppNext[0]),
                                                      std::string_view(ppNext[1]));

@@ -1,5 +1,6 @@
 #include "quiver/document/XmlAttribute.h"
 
+#include "quiver/document/XmlText.h"
 #include "quiver/foundation/Encoder.h"
 
 #include <algorithm>
@@ -11,27 +12,6 @@ namespace QvXmlLib9
 
 namespace
 {
-
-/// The name of an attribute that stands outside any document.
-struct SOwnName : SXmlName
-{
-    SOwnName(const std::wstring& strLocalName_, const std::wstring& strNamespaceURI_)
-        : SXmlName{ToUtf16Units(strLocalName_), nullptr, true}
-        , strNamespaceURI(ToUtf16Units(strNamespaceURI_))
-    {
-        pstrNamespaceURI = &strNamespaceURI;
-    }
-    SOwnName(const SOwnName&) = delete;
-    SOwnName& operator=(const SOwnName&) = delete;
-
-    const std::wstring strNamespaceURI;
-};
-
-void Release(const SXmlName* pName)
-{
-    if (pName->bOwnedByNode)
-        delete static_cast<const SOwnName*>(pName);
-}
 
 constexpr std::wstring_view s_strNamespaces[] = {
     L"http://www.w3.org/2001/XMLSchema-instance",
@@ -53,12 +33,28 @@ bool IsOneOf(const std::wstring& strText, const std::wstring_view (&list)[nCount
 
 } // namespace
 
+/// The name and value of an attribute outside any document.
+struct CXmlAttribute::SOwnData : SXmlName
+{
+    SOwnData(const std::wstring& strLocalName_, const std::wstring& strValue, const std::wstring& strNamespaceURI_)
+        : SXmlName{ToUtf16Units(strLocalName_), nullptr, nullptr}
+        , strNamespaceURI(ToUtf16Units(strNamespaceURI_))
+        , text(ToUtf16Units(strValue))
+    {
+        pstrNamespaceURI = &strNamespaceURI;
+    }
+    SOwnData(const SOwnData&) = delete;
+    SOwnData& operator=(const SOwnData&) = delete;
+
+    const std::wstring strNamespaceURI;
+    CXmlText text;
+};
+
 CXmlAttribute::CXmlAttribute(const std::wstring& strLocalName, const std::wstring& strValue,
                              const std::wstring& strNamespaceURI)
     : CInstanceMonitor(L"CXmlAttribute")
-    , m_strValue(ToUtf16Units(strValue))
 {
-    m_pName = new SOwnName(strLocalName, strNamespaceURI);
+    Take(std::make_unique<SOwnData>(strLocalName, strValue, strNamespaceURI));
 }
 
 CXmlAttribute::CXmlAttribute(const SXmlName& name)
@@ -69,17 +65,17 @@ CXmlAttribute::CXmlAttribute(const SXmlName& name)
 
 CXmlAttribute::CXmlAttribute(const CXmlAttribute& source)
     : CInstanceMonitor(source)
-    , m_strValue(source.m_strValue)
 {
-    m_pName = new SOwnName(source.GetLocalName(), source.GetNamespaceURI());
+    Take(std::make_unique<SOwnData>(source.GetLocalName(), source.GetValue(), source.GetNamespaceURI()));
 }
 
 CXmlAttribute& CXmlAttribute::operator=(const CXmlAttribute& source)
 {
     if (this != &source)
     {
-        m_strValue = source.m_strValue;
-        Release(std::exchange(m_pName, new SOwnName(source.GetLocalName(), source.GetNamespaceURI())));
+        auto pOwn = std::make_unique<SOwnData>(source.GetLocalName(), source.GetValue(), source.GetNamespaceURI());
+        Release();
+        Take(std::move(pOwn));
         CInstanceMonitor::operator=(source);
     }
     return *this;
@@ -87,7 +83,31 @@ CXmlAttribute& CXmlAttribute::operator=(const CXmlAttribute& source)
 
 CXmlAttribute::~CXmlAttribute()
 {
-    Release(m_pName);
+    Release();
+}
+
+void CXmlAttribute::Take(std::unique_ptr<SOwnData> pOwn)
+{
+    m_pValue = &pOwn->text;
+    m_pName = pOwn.release();
+}
+
+void CXmlAttribute::Release()
+{
+    if (m_pName->pStore == nullptr)
+        delete static_cast<const SOwnData*>(m_pName);
+    else if (m_pValue != nullptr)
+        m_pValue->~CXmlText();
+}
+
+const std::wstring& CXmlAttribute::GetValue() const
+{
+    return m_pValue != nullptr ? m_pValue->Get() : CXmlText::GetEmpty();
+}
+
+const std::wstring& CXmlAttribute::GetValue(std::wstring& strBuffer) const
+{
+    return m_pValue != nullptr ? m_pValue->Get(strBuffer) : CXmlText::GetEmpty();
 }
 
 bool CXmlAttribute::IsNamespaceAttribute() const

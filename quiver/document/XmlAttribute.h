@@ -3,10 +3,13 @@
 #include "quiver/document/XmlName.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include <memory>
 #include <string>
 
 namespace QvXmlLib9
 {
+
+class CXmlText;
 
 /// One attribute of an element in a parsed document: its resolved name and its value. Belongs to its CXmlElement and
 /// dies with it; a finished document may be read from several threads.
@@ -21,7 +24,10 @@ public:
     const std::wstring& GetLocalName() const { return m_pName->strLocalName; }
 
     /// The value as the parser gave it: references are replaced and white space is normalised (XML 1.0, 3.3.3).
-    const std::wstring& GetValue() const { return m_strValue; }
+    const std::wstring& GetValue() const;
+
+    /// The same for a caller who needs the value only once; see CXmlElement::GetText.
+    const std::wstring& GetValue(std::wstring& strBuffer) const;
 
     /// The namespace that the prefix stood for; empty for none.
     const std::wstring& GetNamespaceURI() const { return *m_pName->pstrNamespaceURI; }
@@ -42,11 +48,17 @@ private:
     friend class CXmlElement;
     friend class CXmlNodeStore;
 
+    struct SOwnData;
+
     /// @param name a record of the document, which outlives this attribute.
     explicit CXmlAttribute(const SXmlName& name);
 
+    void Take(std::unique_ptr<SOwnData> pOwn);
+    void Release();
+
     const SXmlName* m_pName;
-    std::wstring m_strValue;
+    /// Null for an empty value.
+    CXmlText* m_pValue = nullptr;
 };
 
 } // namespace QvXmlLib9

@@ -23,7 +23,6 @@ namespace
 {
 
 constexpr std::uint32_t s_dwChunkSize = 0x20000;
-constexpr wchar_t s_cCarriageReturn = 0x000D;
 
 /// Set by AsyncFromXmlFile.
 bool s_bAsyncFromXmlFile = false;
@@ -407,6 +406,8 @@ CXmlElement* CXmlDocument::AddDocElement(const wchar_t* lpctNamespaceUri, const 
 
 CXmlElement* CXmlDocument::AddDocElement(const SXmlName& name)
 {
+    if (m_pfnElementFilter != nullptr)
+        Store().PushMark(nullptr);
     m_pDocumentElement = Store().NewElement(name);
     Store().SetRoot(m_pDocumentElement);
     m_pElementStack.push_back(m_pDocumentElement);
@@ -420,7 +421,10 @@ CXmlElement* CXmlDocument::AddChildElement(const wchar_t* lpctNamespaceUri, cons
 
 CXmlElement* CXmlDocument::AddChildElement(const SXmlName& name)
 {
-    CXmlElement* const pElement = m_pElementStack.back()->NewChild(name);
+    CXmlElement& parent = *m_pElementStack.back();
+    if (m_pfnElementFilter != nullptr)
+        Store().PushMark(parent.m_pLastChild);
+    CXmlElement* const pElement = parent.NewChild(name);
     m_pElementStack.push_back(pElement);
     return pElement;
 }
@@ -429,14 +433,13 @@ void CXmlDocument::EndElement()
 {
     CXmlElement* const pElement = m_pElementStack.back();
     m_pElementStack.pop_back();
-    if (m_pfnElementFilter == nullptr || !m_pfnElementFilter(pElement) || m_pElementStack.empty())
+    if (m_pfnElementFilter == nullptr)
         return;
-    Store().Destroy(m_pElementStack.back()->RemoveLastChildElement());
-}
-
-void CXmlDocument::ReserveAttributes(CXmlElement* pElement, std::size_t nCount)
-{
-    pElement->m_attributes.reserve(nCount);
+    const CXmlNodeStore::SMark mark = Store().PopMark();
+    if (!m_pfnElementFilter(pElement) || m_pElementStack.empty())
+        return;
+    Store().Destroy(m_pElementStack.back()->RemoveLastChild(mark.pBefore));
+    Store().Texts().Rewind(mark.texts);
 }
 
 void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const std::wstring& strLocalName,
@@ -447,12 +450,12 @@ void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const std::wstring
 
 void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue)
 {
-    AppendUtf16Units(pElement->NewAttribute(name).m_strValue, strValue);
+    pElement->Store().Texts().Append(pElement->NewAttribute(name).m_pValue, strValue);
 }
 
 void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& name, std::string_view utf8Value)
 {
-    AppendUtf8AsUtf16(pElement->NewAttribute(name).m_strValue, utf8Value);
+    pElement->Store().Texts().Append(pElement->NewAttribute(name).m_pValue, utf8Value);
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText)
@@ -462,27 +465,28 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* l
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength)
 {
-    const wchar_t* lpctRun = lpctText;
-    const wchar_t* lpctNext = lpctText;
-    for (; ulLength > 0 && *lpctNext != 0; ++lpctNext, --ulLength)
-    {
-        if (*lpctNext != s_cCarriageReturn)
-            continue;
-        pElement->AppendUnits(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
-        lpctRun = lpctNext + 1;
-    }
-    pElement->AppendUnits(std::wstring_view(lpctRun, static_cast<std::size_t>(lpctNext - lpctRun)));
+    const wchar_t* lpctEnd = lpctText;
+    for (; ulLength > 0 && *lpctEnd != 0; --ulLength)
+        ++lpctEnd;
+    AppendRuns(*pElement, std::wstring_view(lpctText, static_cast<std::size_t>(lpctEnd - lpctText)));
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text)
 {
-    for (;;)
+    AppendRuns(*pElement, utf8Text);
+}
+
+template <class Char>
+void CXmlDocument::AppendRuns(CXmlElement& element, std::basic_string_view<Char> text)
+{
+    constexpr Char cCarriageReturn = 0x000D;
+    CXmlTextArena& texts = element.Store().Texts();
+    while (!text.empty())
     {
-        const std::size_t nEnd = utf8Text.find('\r');
-        AppendUtf8AsUtf16(pElement->m_strText, utf8Text.substr(0, nEnd));
-        if (nEnd == std::string_view::npos)
-            return;
-        utf8Text.remove_prefix(nEnd + 1);
+        const std::basic_string_view<Char> run = text.substr(0, text.find(cCarriageReturn));
+        if (!run.empty())
+            texts.Append(element.m_pText, run);
+        text.remove_prefix(std::min(run.size() + 1, text.size()));
     }
 }
 

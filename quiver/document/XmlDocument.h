@@ -126,7 +126,6 @@ private:
     /// Closes the innermost open element and offers it to the filter.
     void EndElement();
 
-    static void ReserveAttributes(CXmlElement* pElement, std::size_t nCount);
     static void AddElementAttribute(CXmlElement* pElement, const std::wstring& strLocalName,
                                     const std::wstring& strValue, const std::wstring& strNamespaceURI);
     static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue);
@@ -136,6 +135,8 @@ private:
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText);
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength);
     static void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text);
+    template <class Char>
+    static void AppendRuns(CXmlElement& element, std::basic_string_view<Char> text);
 
     CXmlNodeStore& Store();
 

@@ -4,6 +4,7 @@
 #include "quiver/foundation/Encoder.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace QvXmlLib9
@@ -20,22 +21,19 @@ const std::wstring& FindValue(const std::vector<CXmlAttribute*>& attributes, con
         if (pAttribute->GetLocalName() == strLocalName && pAttribute->GetNamespaceURI() == strNamespaceURI)
             return pAttribute->GetValue();
     }
-    return CXmlNameTable::GetEmptyName().strLocalName;
+    return CXmlText::GetEmpty();
 }
 
 } // namespace
 
 CXmlElement::CXmlElement(const CXmlDocument* pDocument)
     : CInstanceMonitor(L"CXmlElement")
-    , m_pStore(nullptr)
-    , m_pName(&CXmlNameTable::GetEmptyName())
+    , m_pName(&(new CXmlNodeStore(pDocument, this))->GetEmptyName())
 {
-    m_pStore = new CXmlNodeStore(pDocument, this);
 }
 
-CXmlElement::CXmlElement(CXmlNodeStore& store, const SXmlName& name)
+CXmlElement::CXmlElement(const SXmlName& name)
     : CInstanceMonitor(L"CXmlElement")
-    , m_pStore(&store)
     , m_pName(&name)
 {
 }
@@ -45,107 +43,114 @@ CXmlElement& CXmlElement::operator=(const CXmlElement& source) = default;
 
 CXmlElement::~CXmlElement()
 {
-    m_pStore->DestroyContent(*this);
-    if (m_pStore->IsOwnedBy(this))
-        delete m_pStore;
+    CXmlNodeStore& store = Store();
+    store.DestroyContent(*this);
+    if (store.IsOwnedBy(this))
+        delete &store;
 }
 
 const CXmlDocument* CXmlElement::GetDocument() const
 {
-    return m_pStore->GetDocument();
+    return Store().GetDocument();
+}
+
+const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const
+{
+    return m_pAttributes != nullptr ? *m_pAttributes : CXmlNodeStore::GetNoAttributes();
+}
+
+const std::wstring& CXmlElement::GetText() const
+{
+    return m_pText != nullptr ? m_pText->Get() : CXmlText::GetEmpty();
+}
+
+const std::wstring& CXmlElement::GetText(std::wstring& strBuffer) const
+{
+    return m_pText != nullptr ? m_pText->Get(strBuffer) : CXmlText::GetEmpty();
 }
 
 const std::wstring& CXmlElement::GetAttribute(const std::wstring& strLocalName,
                                               const std::wstring& strNamespaceURI) const
 {
+    if (m_pAttributes == nullptr)
+        return CXmlText::GetEmpty();
     if (HasWholeCodePoints(strLocalName) || HasWholeCodePoints(strNamespaceURI))
-        return FindValue(m_attributes, ToUtf16Units(strLocalName), ToUtf16Units(strNamespaceURI));
-    return FindValue(m_attributes, strLocalName, strNamespaceURI);
+        return FindValue(*m_pAttributes, ToUtf16Units(strLocalName), ToUtf16Units(strNamespaceURI));
+    return FindValue(*m_pAttributes, strLocalName, strNamespaceURI);
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement()
 {
-    return NewChild(CXmlNameTable::GetEmptyName());
+    return NewChild(Store().GetEmptyName());
 }
 
 CXmlElement* CXmlElement::NewChild(const SXmlName& name)
 {
-    CXmlElement* const pChild = m_pStore->NewElement(name);
+    CXmlElement* const pChild = Store().NewElement(name);
     if (m_pLastChild != nullptr)
         m_pLastChild->m_pNextSibling = pChild;
     else
         m_pFirstChild = pChild;
-    m_pBeforeLastChild = m_pLastChild;
     m_pLastChild = pChild;
     return pChild;
 }
 
 CXmlElement* CXmlElement::RemoveLastChildElement()
 {
-    CXmlElement* const pRemoved = m_pLastChild;
     if (m_pFirstChild == m_pLastChild)
-    {
-        m_pFirstChild = m_pLastChild = nullptr;
-        return pRemoved;
-    }
-    if (m_pBeforeLastChild == nullptr)
-    {
-        m_pBeforeLastChild = m_pFirstChild;
-        while (m_pBeforeLastChild->m_pNextSibling != pRemoved)
-            m_pBeforeLastChild = m_pBeforeLastChild->m_pNextSibling;
-    }
-    m_pLastChild = std::exchange(m_pBeforeLastChild, nullptr);
-    m_pLastChild->m_pNextSibling = nullptr;
-    return pRemoved;
+        return RemoveLastChild(nullptr);
+    CXmlElement* pBeforeLast = m_pFirstChild;
+    while (pBeforeLast->m_pNextSibling != m_pLastChild)
+        pBeforeLast = pBeforeLast->m_pNextSibling;
+    return RemoveLastChild(pBeforeLast);
+}
+
+/// Takes out the last child of a caller who knows the one ahead of it; null if there is none.
+CXmlElement* CXmlElement::RemoveLastChild(CXmlElement* pBeforeLast)
+{
+    if (pBeforeLast != nullptr)
+        pBeforeLast->m_pNextSibling = nullptr;
+    else
+        m_pFirstChild = nullptr;
+    return std::exchange(m_pLastChild, pBeforeLast);
 }
 
 CXmlAttribute& CXmlElement::NewAttribute(const SXmlName& name)
 {
-    if (m_attributes.size() == m_attributes.capacity())
-        m_attributes.reserve(std::max<std::size_t>(1, 2 * m_attributes.size()));
-    m_attributes.push_back(m_pStore->NewAttribute(name));
-    return *m_attributes.back();
+    if (m_pAttributes == nullptr)
+        m_pAttributes = Store().NewAttributeList();
+    if (m_pAttributes->size() == m_pAttributes->capacity())
+        m_pAttributes->reserve(std::max<std::size_t>(3, 2 * m_pAttributes->size()));
+    m_pAttributes->push_back(Store().NewAttribute(name));
+    return *m_pAttributes->back();
 }
 
 void CXmlElement::AddAttribute(const std::wstring& strLocalName, const std::wstring& strValue,
                                const std::wstring& strNamespaceURI)
 {
-    AppendUtf16Units(NewAttribute(m_pStore->Names().Find(strNamespaceURI, strLocalName)).m_strValue, strValue);
+    CXmlAttribute& attribute = NewAttribute(Store().Names().Find(strNamespaceURI, strLocalName));
+    Store().Texts().Append(attribute.m_pValue, strValue);
 }
 
 void CXmlElement::AppendText(const wchar_t* lpctText)
 {
-    AppendUnits(std::wstring_view(lpctText));
+    Store().Texts().Append(m_pText, std::wstring_view(lpctText));
 }
 
 void CXmlElement::AppendText(const wchar_t* lpctText, int nLength)
 {
     if (nLength > 0)
-        AppendUnits(std::wstring_view(lpctText, static_cast<std::size_t>(nLength)));
-}
-
-void CXmlElement::AppendUnits(std::wstring_view text)
-{
-    if (HasWholeCodePoints(text))
-    {
-        AppendUtf16Units(m_strText, text);
-        return;
-    }
-    // A long text arrives in many pieces, and not every library's string grows by doubling.
-    const std::size_t nLength = m_strText.size() + text.size();
-    if (!m_strText.empty() && nLength > m_strText.capacity())
-        m_strText.reserve(std::max(nLength, 2 * m_strText.capacity()));
-    m_strText.append(text);
+        Store().Texts().Append(m_pText, std::wstring_view(lpctText, static_cast<std::size_t>(nLength)));
 }
 
 void CXmlElement::SetElementName(const std::wstring& strLocalName)
 {
-    m_pName = &m_pStore->Names().Find(GetNamespaceURI(), strLocalName);
+    m_pName = &Store().Names().Find(GetNamespaceURI(), strLocalName);
 }
 
 void CXmlElement::SetNamespace(const std::wstring& strNamespaceURI)
 {
-    m_pName = &m_pStore->Names().Find(strNamespaceURI, GetLocalName());
+    m_pName = &Store().Names().Find(strNamespaceURI, GetLocalName());
 }
 
 } // namespace QvXmlLib9

@@ -4,9 +4,7 @@
 #include "quiver/document/XmlName.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
-#include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace QvXmlLib9
@@ -14,6 +12,7 @@ namespace QvXmlLib9
 
 class CXmlDocument;
 class CXmlNodeStore;
+class CXmlText;
 
 /// One element of a parsed document. The tree has what binding needs and no more: child elements in order, attributes,
 /// the text directly inside the element, and for each node a local name and a namespace that are already resolved.
@@ -43,7 +42,7 @@ public:
 
     /// The attributes in document order. Namespace declarations are among them only in a document parsed without
     /// namespace processing.
-    const std::vector<CXmlAttribute*>& GetAttributes() const { return m_attributes; }
+    const std::vector<CXmlAttribute*>& GetAttributes() const;
 
     /// The name without any prefix.
     const std::wstring& GetLocalName() const { return m_pName->strLocalName; }
@@ -53,7 +52,13 @@ public:
 
     /// All character data directly inside the element, before, between and after its child elements, joined in document
     /// order: "xy" for `a` in `<a>x<b/>y</a>`. Carriage returns are dropped.
-    const std::wstring& GetText() const { return m_strText; }
+    const std::wstring& GetText() const;
+
+    /// The same for a caller who needs the text only once: the tree keeps text in a smaller form until GetText asks for
+    /// it, and this way it stays so.
+    /// @param strBuffer may take the text.
+    /// @return the text; valid until `strBuffer` changes or the tree dies.
+    const std::wstring& GetText(std::wstring& strBuffer) const;
 
     /// The document that the element belongs to.
     const CXmlDocument* GetDocument() const;
@@ -91,24 +96,23 @@ private:
     friend class CXmlDocument;
     friend class CXmlNodeStore;
 
-    CXmlElement(CXmlNodeStore& store, const SXmlName& name);
+    explicit CXmlElement(const SXmlName& name);
+
+    CXmlNodeStore& Store() const { return *m_pName->pStore; }
 
     // Named apart from the operations above, so that derived classes can lift those as a whole into their interface.
     CXmlElement* NewChild(const SXmlName& name);
     CXmlAttribute& NewAttribute(const SXmlName& name);
-    void AppendUnits(std::wstring_view text);
+    CXmlElement* RemoveLastChild(CXmlElement* pBeforeLast);
 
-    /// Where names, descendants and attributes live.
-    CXmlNodeStore* m_pStore;
+    // A large document has millions of these, so there is nothing in them that can be found another way: the store
+    // comes by the name, attributes and text by pointers that are null where there are none.
     CXmlElement* m_pNextSibling = nullptr;
     CXmlElement* m_pFirstChild = nullptr;
     CXmlElement* m_pLastChild = nullptr;
-    /// The child ahead of the last one as long as that is known, so that removing a child that was just appended needs
-    /// no walk; null otherwise.
-    CXmlElement* m_pBeforeLastChild = nullptr;
+    std::vector<CXmlAttribute*>* m_pAttributes = nullptr;
+    CXmlText* m_pText = nullptr;
     const SXmlName* m_pName;
-    std::vector<CXmlAttribute*> m_attributes;
-    std::wstring m_strText;
 };
 
 } // namespace QvXmlLib9

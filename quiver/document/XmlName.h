@@ -1,11 +1,11 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
-
 #include <string>
 
 namespace QvXmlLib9
 {
+
+class CXmlNodeStore;
 
 /// A name as the nodes of one document share it: a document keeps one record for each distinct pair of namespace and
 /// local name, however often the pair occurs. Two nodes of one parsed document whose records are the same object have
@@ -18,8 +18,8 @@ struct SXmlName
     std::wstring strLocalName;
     /// The namespace, an empty string for none; never null.
     const std::wstring* pstrNamespaceURI;
-    /// The record belongs to the one node that refers to it, and not to a document.
-    bool bOwnedByNode;
+    /// Where the nodes that share the record live; null if it belongs to one attribute that stands on its own.
+    CXmlNodeStore* pStore;
 };
 
 } // namespace QvXmlLib9

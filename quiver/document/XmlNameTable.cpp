@@ -11,6 +11,9 @@ namespace QvXmlLib9
 namespace
 {
 
+/// Stands between namespace and local name in the parser's names.
+constexpr char s_cSeparator = '|';
+
 std::wstring ToText(std::string_view name)
 {
     std::wstring strText;
@@ -71,55 +74,75 @@ const typename CXmlNameIndex<Char>::CNamespace* CXmlNameIndex<Char>::FindNamespa
 }
 
 template <class Char>
-const typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::FindInMap(const CKeyView& key)
+typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::FindInMap(const CKeyView& key)
 {
     const auto it = m_names.find(key);
     if (it != m_names.end())
         return *it;
-    SXmlName name{ToText(key.second), &key.first->second, false};
-    return *m_names.emplace(std::pair(key.first, CString(key.second)), std::move(name)).first;
+    SEntry entry{{ToText(key.second), &key.first->second, m_pStore}, nullptr};
+    return *m_names.emplace(std::pair(key.first, CString(key.second)), std::move(entry)).first;
 }
 
 template <class Char>
-const SXmlName& CXmlNameIndex<Char>::Find(CView strNamespace, CView strLocalName)
+typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::Find(CView strNamespace, CView strLocalName)
 {
     const CKeyView key(FindNamespace(strNamespace), strLocalName);
     CPlace& place = m_cache[GetPlace(key)];
-    for (const CName* pName : place)
+    for (CName* pName : place)
     {
         if (pName != nullptr && pName->first.first == key.first && pName->first.second == strLocalName)
-            return pName->second;
+            return *pName;
     }
     place[1] = place[0];
     place[0] = &FindInMap(key);
-    return place[0]->second;
+    return *place[0];
 }
 
 template class CXmlNameIndex<char>;
 template class CXmlNameIndex<wchar_t>;
 
-const SXmlName& CXmlNameTable::Find(const char* lpcName)
+/// Compares without looking for the length of a name that may turn out to be another one.
+bool CXmlNameTable::IsName(const CUtf8Index::CName& name, const char* lpcName)
+{
+    const std::string& strNamespace = name.first.first->first;
+    if (!strNamespace.empty())
+    {
+        const std::size_t nLength = strNamespace.size();
+        if (std::strncmp(lpcName, strNamespace.c_str(), nLength) != 0 || lpcName[nLength] != s_cSeparator)
+            return false;
+        lpcName += nLength + 1;
+    }
+    return std::strcmp(lpcName, name.first.second.c_str()) == 0;
+}
+
+CXmlNameTable::CUtf8Index::CName& CXmlNameTable::FindInIndex(const char* lpcName)
 {
     if (m_pUtf8Names == nullptr)
-        m_pUtf8Names = std::make_unique<CXmlNameIndex<char>>();
-    const char* const lpcSeparator = std::strchr(lpcName, '|');
+        m_pUtf8Names = std::make_unique<CUtf8Index>(m_pStore);
+    const char* const lpcSeparator = std::strchr(lpcName, s_cSeparator);
     if (lpcSeparator == nullptr)
         return m_pUtf8Names->Find({}, lpcName);
     return m_pUtf8Names->Find({lpcName, static_cast<std::size_t>(lpcSeparator - lpcName)}, lpcSeparator + 1);
 }
 
+const SXmlName& CXmlNameTable::Find(const char* lpcName)
+{
+    CUtf8Index::CName* pName = m_pLast != nullptr ? m_pLast->second.pFollower : nullptr;
+    if (pName == nullptr || !IsName(*pName, lpcName))
+    {
+        pName = &FindInIndex(lpcName);
+        if (m_pLast != nullptr)
+            m_pLast->second.pFollower = pName;
+    }
+    m_pLast = pName;
+    return pName->second.name;
+}
+
 const SXmlName& CXmlNameTable::Find(std::wstring_view strNamespaceURI, std::wstring_view strLocalName)
 {
     if (m_pTextNames == nullptr)
-        m_pTextNames = std::make_unique<CXmlNameIndex<wchar_t>>();
-    return m_pTextNames->Find(strNamespaceURI, strLocalName);
-}
-
-const SXmlName& CXmlNameTable::GetEmptyName()
-{
-    static const std::wstring* const s_pstrEmpty = new std::wstring;
-    static const SXmlName* const s_pName = new SXmlName{std::wstring(), s_pstrEmpty, false};
-    return *s_pName;
+        m_pTextNames = std::make_unique<CTextIndex>(m_pStore);
+    return m_pTextNames->Find(strNamespaceURI, strLocalName).second.name;
 }
 
 } // namespace QvXmlLib9

@@ -15,7 +15,7 @@ namespace QvXmlLib9
 {
 
 /// Names by the form in which they arrive. A name that occurs over and over costs neither a conversion nor an
-/// allocation after its first time, and normally one comparison.
+/// allocation after its first time.
 ///
 /// The names stand in an ordered map, so that no choice of names in a document can make finding them slow. In front of
 /// it is a cache of the names last found.
@@ -25,18 +25,13 @@ class CXmlNameIndex
 public:
     using CView = std::basic_string_view<Char>;
 
-    CXmlNameIndex() = default;
-    CXmlNameIndex(const CXmlNameIndex&) = delete;
-    CXmlNameIndex& operator=(const CXmlNameIndex&) = delete;
-
-    const SXmlName& Find(CView strNamespace, CView strLocalName);
-
-private:
     using CString = std::basic_string<Char>;
+
     /// Namespace as it arrives, and as text of the library.
     using CNamespaces = std::map<CString, std::wstring, std::less<>>;
     using CNamespace = typename CNamespaces::value_type;
-    using CKeyView = std::pair<const CNamespace*, CView>;
+
+    struct SEntry;
     struct SLess
     {
         using is_transparent = void;
@@ -47,15 +42,37 @@ private:
                                              : CView(left.second) < CView(right.second);
         }
     };
-    using CNames = std::map<std::pair<const CNamespace*, CString>, SXmlName, SLess>;
+    /// Namespace and local name as they arrive, and what they stand for.
+    using CNames = std::map<std::pair<const CNamespace*, CString>, SEntry, SLess>;
     using CName = typename CNames::value_type;
+
+    struct SEntry
+    {
+        SXmlName name;
+        /// The name that was looked for next when this one was found last, for whoever keeps note of that.
+        CName* pFollower;
+    };
+
+    /// @param pStore where the nodes live that the names are for.
+    explicit CXmlNameIndex(CXmlNodeStore* pStore)
+        : m_pStore(pStore)
+    {
+    }
+    CXmlNameIndex(const CXmlNameIndex&) = delete;
+    CXmlNameIndex& operator=(const CXmlNameIndex&) = delete;
+
+    CName& Find(CView strNamespace, CView strLocalName);
+
+private:
+    using CKeyView = std::pair<const CNamespace*, CView>;
     /// Names that share a place, the one last found in front.
-    using CPlace = std::array<const CName*, 2>;
+    using CPlace = std::array<CName*, 2>;
 
     static std::size_t GetPlace(const CKeyView& key);
     const CNamespace* FindNamespace(CView strNamespace);
-    const CName& FindInMap(const CKeyView& key);
+    CName& FindInMap(const CKeyView& key);
 
+    CXmlNodeStore* m_pStore;
     CNamespaces m_namespaces;
     CNames m_names;
     const CNamespace* m_pLastNamespace = nullptr;
@@ -66,20 +83,34 @@ private:
 class CXmlNameTable
 {
 public:
+    /// @param pStore where the nodes live that the names are for.
+    explicit CXmlNameTable(CXmlNodeStore* pStore)
+        : m_pStore(pStore)
+    {
+    }
+
     /// The record of a name in the form of the XML parser: UTF-8, with a `|` between namespace and local name if there
     /// is a namespace. The first `|` counts.
+    ///
+    /// Names follow upon each other in much the same way all through a document, so the one that followed last time is
+    /// compared first, and mostly that is all.
     const SXmlName& Find(const char* lpcName);
 
     /// The record of a name given as text.
     const SXmlName& Find(std::wstring_view strNamespaceURI, std::wstring_view strLocalName);
 
-    /// The name without namespace and without characters. It is in no table and lives as long as the process.
-    static const SXmlName& GetEmptyName();
-
 private:
+    using CUtf8Index = CXmlNameIndex<char>;
+    using CTextIndex = CXmlNameIndex<wchar_t>;
+
+    static bool IsName(const CUtf8Index::CName& name, const char* lpcName);
+    CUtf8Index::CName& FindInIndex(const char* lpcName);
+
+    CXmlNodeStore* m_pStore;
     /// Most documents bring their names in one form only.
-    std::unique_ptr<CXmlNameIndex<char>> m_pUtf8Names;
-    std::unique_ptr<CXmlNameIndex<wchar_t>> m_pTextNames;
+    std::unique_ptr<CUtf8Index> m_pUtf8Names;
+    std::unique_ptr<CTextIndex> m_pTextNames;
+    CUtf8Index::CName* m_pLast = nullptr;
 };
 
 } // namespace QvXmlLib9

@@ -1,7 +1,9 @@
 #include "quiver/document/XmlNodeStore.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
+#include <utility>
 
 #if defined(__SANITIZE_ADDRESS__)
 #define QV_SEPARATE_NODES 1
@@ -27,6 +29,24 @@ constexpr bool s_bSeparateNodes = true;
 #else
 constexpr bool s_bSeparateNodes = false;
 #endif
+
+using CAttributeList = std::vector<CXmlAttribute*>;
+
+/// Makes an object in a slot, which goes back if that fails.
+template <class Make>
+auto Construct(CXmlNodePool& pool, Make make)
+{
+    void* const pSlot = pool.Allocate();
+    try
+    {
+        return make(pSlot);
+    }
+    catch (...)
+    {
+        pool.Free(pSlot);
+        throw;
+    }
+}
 
 } // namespace
 
@@ -61,17 +81,23 @@ void CXmlNodePool::Free(void* pSlot) noexcept
 }
 
 CXmlNodeStore::CXmlNodeStore(const CXmlDocument* pDocument)
-    : m_pDocument(pDocument)
-    , m_elements(sizeof(CXmlElement), s_bSeparateNodes)
-    , m_attributes(sizeof(CXmlAttribute), s_bSeparateNodes)
+    : CXmlNodeStore(pDocument, nullptr, s_bSeparateNodes)
 {
 }
 
 CXmlNodeStore::CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner)
+    : CXmlNodeStore(pDocument, pOwner, true)
+{
+}
+
+CXmlNodeStore::CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner, bool bSeparate)
     : m_pDocument(pDocument)
     , m_pOwner(pOwner)
-    , m_elements(sizeof(CXmlElement), true)
-    , m_attributes(sizeof(CXmlAttribute), true)
+    , m_names(this)
+    , m_emptyName{std::wstring(), &CXmlText::GetEmpty(), this}
+    , m_elements(sizeof(CXmlElement), bSeparate)
+    , m_attributes(sizeof(CXmlAttribute), bSeparate)
+    , m_attributeLists(sizeof(CAttributeList), bSeparate)
 {
 }
 
@@ -81,42 +107,43 @@ CXmlNodeStore::~CXmlNodeStore()
         Destroy(m_pRoot);
 }
 
+const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
+{
+    static const CAttributeList* const s_pNone = new CAttributeList;
+    return *s_pNone;
+}
+
 CXmlElement* CXmlNodeStore::NewElement(const SXmlName& name)
 {
-    void* const pSlot = m_elements.Allocate();
-    try
-    {
-        return new (pSlot) CXmlElement(*this, name);
-    }
-    catch (...)
-    {
-        m_elements.Free(pSlot);
-        throw;
-    }
+    return Construct(m_elements, [&name](void* pSlot) { return new (pSlot) CXmlElement(name); });
 }
 
 CXmlAttribute* CXmlNodeStore::NewAttribute(const SXmlName& name)
 {
-    void* const pSlot = m_attributes.Allocate();
-    try
-    {
-        return new (pSlot) CXmlAttribute(name);
-    }
-    catch (...)
-    {
-        m_attributes.Free(pSlot);
-        throw;
-    }
+    return Construct(m_attributes, [&name](void* pSlot) { return new (pSlot) CXmlAttribute(name); });
+}
+
+std::vector<CXmlAttribute*>* CXmlNodeStore::NewAttributeList()
+{
+    return Construct(m_attributeLists, [](void* pSlot) { return new (pSlot) CAttributeList; });
+}
+
+CXmlNodeStore::SMark CXmlNodeStore::PopMark()
+{
+    const SMark mark = m_marks.back();
+    m_marks.pop_back();
+    return mark;
 }
 
 void CXmlNodeStore::DestroyAttributes(CXmlElement& element) noexcept
 {
-    for (CXmlAttribute* pAttribute : element.m_attributes)
+    for (CXmlAttribute* pAttribute : *element.m_pAttributes)
     {
         pAttribute->CXmlAttribute::~CXmlAttribute();
         m_attributes.Free(pAttribute);
     }
-    element.m_attributes.clear();
+    std::destroy_at(element.m_pAttributes);
+    m_attributeLists.Free(std::exchange(element.m_pAttributes, nullptr));
 }
 
 void CXmlNodeStore::Destroy(CXmlElement* pElement) noexcept
@@ -129,10 +156,8 @@ void CXmlNodeStore::Destroy(CXmlElement* pElement) noexcept
         {
             // The children take the place of their parent in the list of what is still to be destroyed.
             pElement->m_pLastChild->m_pNextSibling = pNext;
-            pNext = pElement->m_pFirstChild;
-            pElement->m_pFirstChild = nullptr;
+            pNext = std::exchange(pElement->m_pFirstChild, nullptr);
         }
-        DestroyAttributes(*pElement);
         pElement->CXmlElement::~CXmlElement();
         m_elements.Free(pElement);
         pElement = pNext;
@@ -141,15 +166,17 @@ void CXmlNodeStore::Destroy(CXmlElement* pElement) noexcept
 
 void CXmlNodeStore::DestroyContent(CXmlElement& element) noexcept
 {
-    CXmlElement* pChild = element.m_pFirstChild;
-    element.m_pFirstChild = element.m_pLastChild = element.m_pBeforeLastChild = nullptr;
+    CXmlElement* pChild = std::exchange(element.m_pFirstChild, nullptr);
     while (pChild != nullptr)
     {
         CXmlElement* const pNext = pChild->m_pNextSibling;
         Destroy(pChild);
         pChild = pNext;
     }
-    DestroyAttributes(element);
+    if (element.m_pAttributes != nullptr)
+        DestroyAttributes(element);
+    if (element.m_pText != nullptr)
+        std::destroy_at(std::exchange(element.m_pText, nullptr));
 }
 
 } // namespace QvXmlLib9

@@ -2,6 +2,7 @@
 
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlNameTable.h"
+#include "quiver/document/XmlText.h"
 
 #include <cstddef>
 #include <memory>
@@ -61,7 +62,7 @@ private:
     std::vector<std::unique_ptr<unsigned char[]>> m_blocks;
 };
 
-/// Owns the nodes and names of one tree: that of a document, or that of an element which stands on its own.
+/// Owns the nodes, names and texts of one tree: that of a document, or that of an element which stands on its own.
 class CXmlNodeStore
 {
 public:
@@ -79,10 +80,29 @@ public:
     bool IsOwnedBy(const CXmlElement* pElement) const { return m_pOwner == pElement; }
 
     CXmlNameTable& Names() { return m_names; }
+    CXmlTextArena& Texts() { return m_texts; }
+
+    /// The name of an element that has not got one yet.
+    const SXmlName& GetEmptyName() const { return m_emptyName; }
+
+    /// The attributes of elements without any; the list lives as long as the process.
+    static const std::vector<CXmlAttribute*>& GetNoAttributes();
 
     /// A new element that stands nowhere yet.
     CXmlElement* NewElement(const SXmlName& name);
     CXmlAttribute* NewAttribute(const SXmlName& name);
+    std::vector<CXmlAttribute*>* NewAttributeList();
+
+    /// What it takes to undo an element: the sibling ahead of it, and where the texts stood.
+    struct SMark
+    {
+        CXmlElement* pBefore;
+        CXmlTextArena::SMark texts;
+    };
+
+    /// Notes the state ahead of an element that may be dropped at its end.
+    void PushMark(CXmlElement* pBefore) { m_marks.push_back({pBefore, m_texts.GetMark()}); }
+    SMark PopMark();
 
     /// Makes the store own `pRoot` together with what is below it.
     void SetRoot(CXmlElement* pRoot) { m_pRoot = pRoot; }
@@ -91,18 +111,24 @@ public:
     /// not depend on the depth of the tree.
     void Destroy(CXmlElement* pElement) noexcept;
 
-    /// Destroys the children and attributes of an element.
+    /// Destroys the children, attributes and text of an element.
     void DestroyContent(CXmlElement& element) noexcept;
 
 private:
+    CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner, bool bSeparate);
+
     void DestroyAttributes(CXmlElement& element) noexcept;
 
     const CXmlDocument* m_pDocument;
-    const CXmlElement* m_pOwner = nullptr;
+    const CXmlElement* m_pOwner;
     CXmlElement* m_pRoot = nullptr;
     CXmlNameTable m_names;
+    const SXmlName m_emptyName;
+    CXmlTextArena m_texts;
     CXmlNodePool m_elements;
     CXmlNodePool m_attributes;
+    CXmlNodePool m_attributeLists;
+    std::vector<SMark> m_marks;
 };
 
 } // namespace QvXmlLib9

@@ -197,6 +197,19 @@ TEST(XmlElement, CallersCannotDestroyAnElement)
     EXPECT_TRUE(std::has_virtual_destructor_v<CFreeElement>);
 }
 
+TEST(XmlElement, TextReadThroughABufferIsTheSame)
+{
+    CXmlDocument document;
+    document.LoadXml("<a b='value'>text<c/></a>");
+    CXmlElement* const pElement = document.GetDocumentElement();
+    std::wstring strBuffer;
+    EXPECT_TEXT(L"text", pElement->GetText(strBuffer));
+    EXPECT_TEXT(L"", pElement->GetFirstElement()->GetText(strBuffer));
+    EXPECT_TEXT(L"value", pElement->GetAttributes()[0]->GetValue(strBuffer));
+    EXPECT_TEXT(L"text", pElement->GetText());
+    EXPECT_EQ(&pElement->GetText(), &pElement->GetText(strBuffer));
+}
+
 // --- Trees built by hand --------------------------------------------------------------------------------------------
 
 TEST(XmlElement, AnElementOnItsOwnStartsEmptyAndNamesTheDocumentGiven)

@@ -1,0 +1,156 @@
+#include "quiver/document/XmlText.h"
+
+#include "quiver/foundation/Encoder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+// A short document fits into the first block; long ones soon get by with few allocations.
+constexpr std::size_t s_nFirstBlockSize = 2 * 1024;
+constexpr std::size_t s_nLargestBlockSize = 64 * 1024;
+
+/// Longer texts are not kept in the parser's form. It bounds what is lost at the end of a block, and by the move of a
+/// text that has outgrown its place.
+constexpr std::size_t s_nLongestUtf8Text = 16 * 1024;
+
+constexpr std::size_t RoundUp(std::size_t nSize)
+{
+    return (nSize + alignof(CXmlText) - 1) / alignof(CXmlText) * alignof(CXmlText);
+}
+
+} // namespace
+
+CXmlText::CXmlText(std::wstring strText)
+    : m_pstrText(new std::wstring(std::move(strText)))
+    , m_nCapacity(0)
+{
+}
+
+CXmlText::~CXmlText()
+{
+    delete m_pstrText.load(std::memory_order_acquire);
+}
+
+const std::wstring& CXmlText::GetEmpty()
+{
+    // Never destroyed: documents in static storage may be read to the very end of the process.
+    static const std::wstring* const s_pstrEmpty = new std::wstring;
+    return *s_pstrEmpty;
+}
+
+const std::wstring& CXmlText::Get(std::wstring& strBuffer) const
+{
+    const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+    if (pstrText != nullptr)
+        return *pstrText;
+    strBuffer.clear();
+    AppendUtf8AsUtf16(strBuffer, std::string_view(GetBytes(), m_nLength));
+    return strBuffer;
+}
+
+std::wstring& CXmlText::Convert() const
+{
+    auto pstrText = std::make_unique<std::wstring>();
+    AppendUtf8AsUtf16(*pstrText, std::string_view(GetBytes(), m_nLength));
+    std::wstring* pstrFirst = nullptr;
+    // Of several threads that come here at the same time, the first decides for all.
+    if (m_pstrText.compare_exchange_strong(pstrFirst, pstrText.get(), std::memory_order_acq_rel))
+        return *pstrText.release();
+    return *pstrFirst;
+}
+
+void CXmlTextArena::Append(CXmlText*& pText, std::string_view utf8Text)
+{
+    const std::size_t nOldLength = pText != nullptr ? pText->m_nLength : 0;
+    const std::size_t nLength = nOldLength + utf8Text.size();
+    const bool bConverted = pText != nullptr && pText->m_pstrText.load(std::memory_order_relaxed) != nullptr;
+    if (bConverted || nLength > s_nLongestUtf8Text)
+    {
+        AppendUtf8AsUtf16(GetForAppending(pText), utf8Text);
+        return;
+    }
+    if (pText == nullptr)
+        pText = NewText(nLength);
+    else if (nLength > pText->m_nCapacity)
+        Grow(pText, nLength);
+    std::memcpy(pText->GetBytes() + nOldLength, utf8Text.data(), utf8Text.size());
+    pText->m_nLength = static_cast<std::uint32_t>(nLength);
+}
+
+void CXmlTextArena::Append(CXmlText*& pText, std::wstring_view text)
+{
+    std::wstring& strText = GetForAppending(pText);
+    if (HasWholeCodePoints(text))
+    {
+        AppendUtf16Units(strText, text);
+        return;
+    }
+    // A long text arrives in many pieces, and not every library's string grows by doubling.
+    const std::size_t nLength = strText.size() + text.size();
+    if (!strText.empty() && nLength > strText.capacity())
+        strText.reserve(std::max(nLength, 2 * strText.capacity()));
+    strText.append(text);
+}
+
+void CXmlTextArena::Rewind(const SMark& mark) noexcept
+{
+    while (m_blocks.size() > mark.nBlocks)
+        m_blocks.pop_back();
+    m_pNext = mark.pNext;
+    m_pEnd = m_blocks.empty() ? nullptr : m_blocks.back().pData.get() + m_blocks.back().nSize;
+}
+
+CXmlText* CXmlTextArena::NewText(std::size_t nCapacity)
+{
+    const std::size_t nSize = RoundUp(sizeof(CXmlText) + nCapacity);
+    return new (Allocate(nSize)) CXmlText(static_cast<std::uint32_t>(nSize - sizeof(CXmlText)));
+}
+
+char* CXmlTextArena::Allocate(std::size_t nSize)
+{
+    if (nSize > static_cast<std::size_t>(m_pEnd - m_pNext))
+    {
+        const std::size_t nGrown = m_blocks.empty() ? s_nFirstBlockSize : 2 * m_blocks.back().nSize;
+        const std::size_t nBlockSize = std::max(nSize, std::min(nGrown, s_nLargestBlockSize));
+        m_blocks.push_back({std::unique_ptr<char[]>(new char[nBlockSize]), nBlockSize});
+        m_pNext = m_blocks.back().pData.get();
+        m_pEnd = m_pNext + nBlockSize;
+    }
+    return std::exchange(m_pNext, m_pNext + nSize);
+}
+
+std::wstring& CXmlTextArena::GetForAppending(CXmlText*& pText)
+{
+    if (pText == nullptr)
+        pText = NewText(0);
+    std::wstring* const pstrText = pText->m_pstrText.load(std::memory_order_relaxed);
+    return pstrText != nullptr ? *pstrText : pText->Convert();
+}
+
+/// Finds room for a longer text: behind the old one if nothing else has come to stand there.
+void CXmlTextArena::Grow(CXmlText*& pText, std::size_t nLength)
+{
+    const char* const pTextEnd = pText->GetBytes() + pText->m_nCapacity;
+    const std::size_t nMissing = RoundUp(nLength - pText->m_nCapacity);
+    const bool bAtEnd = pTextEnd == m_pNext && m_pNext != m_blocks.back().pData.get();
+    if (bAtEnd && nMissing <= static_cast<std::size_t>(m_pEnd - m_pNext))
+    {
+        m_pNext += nMissing;
+        pText->m_nCapacity += static_cast<std::uint32_t>(nMissing);
+        return;
+    }
+    CXmlText* const pLonger = NewText(std::max<std::size_t>(nLength, 2 * pText->m_nCapacity));
+    std::memcpy(pLonger->GetBytes(), pText->GetBytes(), pText->m_nLength);
+    pLonger->m_nLength = pText->m_nLength;
+    pText = pLonger;
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+/// Character data of one node. It stays in the parser's UTF-8 until somebody asks for it as text of the library, and
+/// is both from then on. Much of a document's text is never asked for, and this form takes a small part of the memory.
+///
+/// The bytes stand right behind the object, in the arena that it comes from.
+class CXmlText
+{
+public:
+    /// @param nCapacity bytes behind the object.
+    explicit CXmlText(std::uint32_t nCapacity)
+        : m_nCapacity(nCapacity)
+    {
+    }
+
+    /// Text that never was UTF-8.
+    explicit CXmlText(std::wstring strText);
+
+    ~CXmlText();
+    CXmlText(const CXmlText&) = delete;
+    CXmlText& operator=(const CXmlText&) = delete;
+
+    /// The data as text. The reference holds as long as the object; any number of threads may ask at the same time.
+    const std::wstring& Get() const
+    {
+        const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+        return pstrText != nullptr ? *pstrText : Convert();
+    }
+
+    /// The same for a caller who asks only once: `strBuffer` takes the text, unless it is there already, and nothing
+    /// is kept. The result is one or the other.
+    const std::wstring& Get(std::wstring& strBuffer) const;
+
+    /// An empty text, for nodes without any; it lives as long as the process.
+    static const std::wstring& GetEmpty();
+
+private:
+    friend class CXmlTextArena;
+
+    std::wstring& Convert() const;
+    char* GetBytes() const { return const_cast<char*>(reinterpret_cast<const char*>(this + 1)); }
+
+    mutable std::atomic<std::wstring*> m_pstrText{nullptr};
+    std::uint32_t m_nLength = 0;
+    std::uint32_t m_nCapacity;
+};
+
+/// Memory for the texts of one tree. Nothing is freed piece by piece, but all that was added since a mark can be given
+/// up at once.
+class CXmlTextArena
+{
+public:
+    struct SMark
+    {
+        std::size_t nBlocks;
+        char* pNext;
+    };
+
+    CXmlTextArena() = default;
+    CXmlTextArena(const CXmlTextArena&) = delete;
+    CXmlTextArena& operator=(const CXmlTextArena&) = delete;
+
+    /// Appends to a text, which may be null at first. What the text was before must not be used any more.
+    void Append(CXmlText*& pText, std::string_view utf8Text);
+    void Append(CXmlText*& pText, std::wstring_view text);
+
+    SMark GetMark() const { return {m_blocks.size(), m_pNext}; }
+
+    /// Gives up the memory of all that was added since the mark. No node may refer to such a text any more.
+    void Rewind(const SMark& mark) noexcept;
+
+private:
+    struct SBlock
+    {
+        std::unique_ptr<char[]> pData;
+        std::size_t nSize;
+    };
+
+    CXmlText* NewText(std::size_t nCapacity);
+    char* Allocate(std::size_t nSize);
+    std::wstring& GetForAppending(CXmlText*& pText);
+    void Grow(CXmlText*& pText, std::size_t nLength);
+
+    std::vector<SBlock> m_blocks;
+    char* m_pNext = nullptr;
+    char* m_pEnd = nullptr;
+};
+
+} // namespace QvXmlLib9
