@@ -9,6 +9,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <thread>
 #include <utility>
@@ -113,8 +114,8 @@ TEST_F(MemoryLeakHelpTest, ObjectsMayOutliveCleanup)
 TEST_F(MemoryLeakHelpTest, CopyIsNotCountedButItsDestructionIs)
 {
     // Never destroyed, so that the count does not fall below zero.
-    static const CMonitored* const s_pForever = new CMonitored(L"A");
-    static_cast<void>(s_pForever);
+    alignas(CMonitored) static unsigned char s_forever[sizeof(CMonitored)];
+    new (s_forever) CMonitored(L"A");
     const CMonitored original(L"A");
     {
         const CMonitored copy(original);
