@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <limits>
 #include <string>
 #include <vector>
@@ -81,6 +82,8 @@ TEST(FunctionsTest, PrecisionSparesTextWithoutAnEnd)
     EXPECT_TEXT(L"abcd", FormatString(L"%.2s%.2S", wide, narrow));
 }
 
+#if WCHAR_MAX > 0xFFFF
+
 TEST(FunctionsTest, WholeCodePointsBecomeTheirTwoUnits)
 {
     const std::wstring strPair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
@@ -94,6 +97,8 @@ TEST(FunctionsTest, WholeCodePointsBecomeTheirTwoUnits)
     EXPECT_TEXT(L"\xFFFD", FormatString(L"%c", 0x110000));
     EXPECT_TEXT(L"\xFFFD", FormatString(L"%c", -1));
 }
+
+#endif
 
 TEST(FunctionsTest, ResultHasNoLengthLimit)
 {
