@@ -360,6 +360,13 @@ unsigned long CBinaryData::GetLength() const
     return m_pRep != nullptr ? m_pRep->GetLength() : 0;
 }
 
+std::string_view CBinaryData::GetView() const
+{
+    if (m_pRep == nullptr || m_pRep->GetLengthOrZero() == 0)
+        return std::string_view();
+    return std::string_view(reinterpret_cast<const char*>(m_pRep->GetData()), m_pRep->GetLengthOrZero());
+}
+
 unsigned char* CBinaryData::ReleaseData()
 {
     if (m_pRep == nullptr)

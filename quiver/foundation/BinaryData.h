@@ -128,12 +128,7 @@ public:
     bool IsEmpty() const { return m_pRep == nullptr || m_pRep->GetLengthOrZero() == 0; }
     /// The bytes as a view, empty for none; good until the next change. Unlike the length, this may be asked of a block
     /// of length 0.
-    std::string_view GetView() const
-    {
-        if (m_pRep == nullptr || m_pRep->GetLengthOrZero() == 0)
-            return std::string_view();
-        return std::string_view(reinterpret_cast<const char*>(m_pRep->GetData()), m_pRep->GetLengthOrZero());
-    }
+    std::string_view GetView() const;
     /// Hands the bytes to the caller, who frees them with `delete[]`; the handle becomes empty. If the block is shared,
     /// the caller gets a copy. Ask for the length first. Null for an empty handle.
     unsigned char* ReleaseData();
