@@ -6,11 +6,18 @@ namespace QvXmlLib9
 namespace
 {
 
-/// Never destroyed: objects in static storage may outlive everything else.
+// Never destroyed: objects in static storage may outlive everything else.
+
 const std::wstring& AnyText()
 {
     static const std::wstring& s_strAny = *new std::wstring(L"##any");
     return s_strAny;
+}
+
+const std::wstring& EmptyText()
+{
+    static const std::wstring& s_strEmpty = *new std::wstring;
+    return s_strEmpty;
 }
 
 } // namespace
@@ -34,6 +41,11 @@ CSharedText CSharedText::Any()
     CSharedText text;
     text.m_pText = std::shared_ptr<const std::wstring>(std::shared_ptr<void>(), &AnyText());
     return text;
+}
+
+const std::wstring& CSharedText::Get() const
+{
+    return m_pText != nullptr ? *m_pText : EmptyText();
 }
 
 bool CSharedText::IsAny() const

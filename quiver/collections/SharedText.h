@@ -1,5 +1,7 @@
 #pragma once
 
+#include "quiver/foundation/Export.h"
+
 #include <memory>
 #include <string>
 
@@ -17,7 +19,7 @@ inline const wchar_t* TextOrEmpty(const wchar_t* lpctText)
 /// the collections; applications have no use for it.
 ///
 /// Handles of one text may be used on several threads.
-class CSharedText
+class QVXMLLIB_API CSharedText
 {
 public:
     /// The empty text.
@@ -33,19 +35,13 @@ public:
     bool IsAny() const;
     bool IsEmpty() const { return m_pText == nullptr; }
 
-    const std::wstring& Get() const { return m_pText != nullptr ? *m_pText : Empty(); }
+    const std::wstring& Get() const;
     const wchar_t* c_str() const { return Get().c_str(); }
 
     /// This handle if it holds `strText`, else a handle of a new text.
     CSharedText Matching(const std::wstring& strText) const { return Get() == strText ? *this : CSharedText(strText); }
 
 private:
-    static const std::wstring& Empty()
-    {
-        static const std::wstring& s_strEmpty = *new std::wstring;
-        return s_strEmpty;
-    }
-
     /// Null for the empty text.
     std::shared_ptr<const std::wstring> m_pText;
 };
