@@ -80,9 +80,10 @@ struct SState
     /// Every record ever made. A record outlives `Cleanup`, since objects that are still alive point to theirs.
     std::vector<std::unique_ptr<ClassType>> m_records;
     std::vector<CThreadCounts*> m_threads;
-    /// Counts the calls of `Cleanup`, after which no thread may use a record that it remembers.
-    std::atomic<std::uint64_t> m_nGeneration{1};
 };
+
+/// Counts the calls of `Cleanup`, after which nobody may use a record that was remembered before.
+std::atomic<std::uint64_t> s_nGeneration{1};
 
 /// Never destroyed: objects in static storage are counted to the very end of the process.
 SState& State()
@@ -163,7 +164,7 @@ ClassType* GetRecord(CThreadCounts* pCounts, const wchar_t* lpctClassName)
 {
     if (pCounts == nullptr)
         return FindOrAddRecord(lpctClassName);
-    const std::uint64_t nGeneration = State().m_nGeneration.load(std::memory_order_relaxed);
+    const std::uint64_t nGeneration = s_nGeneration.load(std::memory_order_relaxed);
     if (pCounts->m_nGeneration != nGeneration)
     {
         pCounts->m_remembered.fill({});
@@ -178,6 +179,14 @@ ClassType* GetRecord(CThreadCounts* pCounts, const wchar_t* lpctClassName)
         remembered.lpctClassName = lpctClassName;
     }
     return remembered.pct;
+}
+
+void CountCreation(CThreadCounts* pCounts, ClassType& ct)
+{
+    if (pCounts != nullptr && ct.nIndex < CThreadCounts::s_nClasses)
+        AddOne(pCounts->m_counts[ct.nIndex].lTotal);
+    else
+        ++ct.lTotalCount;
 }
 
 /// One count over all threads; the caller holds the lock.
@@ -239,10 +248,24 @@ CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
 {
     CThreadCounts* const pCounts = GetThreadCounts();
     m_pct = GetRecord(pCounts, lpctClassName);
-    if (pCounts != nullptr && m_pct->nIndex < CThreadCounts::s_nClasses)
-        AddOne(pCounts->m_counts[m_pct->nIndex].lTotal);
-    else
-        ++m_pct->lTotalCount;
+    CountCreation(pCounts, *m_pct);
+}
+
+CInstanceMonitor::CInstanceMonitor(CInstanceClass& instanceClass)
+    : m_pct(instanceClass.GetRecord())
+{
+    CountCreation(GetThreadCounts(), *m_pct);
+}
+
+CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
+{
+    const std::uint64_t nGeneration = s_nGeneration.load(std::memory_order_relaxed);
+    if (m_nGeneration.load(std::memory_order_acquire) != nGeneration)
+    {
+        m_pct.store(FindOrAddRecord(m_lpctClassName), std::memory_order_relaxed);
+        m_nGeneration.store(nGeneration, std::memory_order_release);
+    }
+    return m_pct.load(std::memory_order_relaxed);
 }
 
 CInstanceMonitor::~CInstanceMonitor()
@@ -282,5 +305,5 @@ void CInstanceMonitor::Cleanup()
     SState& state = State();
     const std::lock_guard<std::mutex> lock(state.m_cs);
     state.m_list.clear();
-    ++state.m_nGeneration;
+    ++s_nGeneration;
 }

@@ -2,7 +2,11 @@
 
 #include "quiver/foundation/Export.h"
 
+#include <atomic>
+#include <cstdint>
 #include <string>
+
+class CInstanceClass;
 
 /// Counts the living instances of a class and all that were ever made, by class name.
 ///
@@ -25,6 +29,9 @@ public:
     ///        name is seen for the first time.
     explicit CInstanceMonitor(const wchar_t* lpctClassName);
 
+    /// Counts one instance of a class whose place is known: for classes that are made by the million.
+    explicit CInstanceMonitor(CInstanceClass& instanceClass);
+
     CInstanceMonitor(const CInstanceMonitor&) = default;
     CInstanceMonitor& operator=(const CInstanceMonitor&) = default;
 
@@ -41,4 +48,27 @@ public:
 
 private:
     ClassType* m_pct;
+};
+
+/// A class's place in the instance count, looked up at the first instance. Of static storage, one for each class that
+/// counts through it; any number of threads may count at once.
+class QVXMLLIB_API CInstanceClass
+{
+public:
+    /// @param lpctClassName the name, a literal.
+    explicit constexpr CInstanceClass(const wchar_t* lpctClassName)
+        : m_lpctClassName(lpctClassName)
+    {
+    }
+    CInstanceClass(const CInstanceClass&) = delete;
+    CInstanceClass& operator=(const CInstanceClass&) = delete;
+
+private:
+    friend class CInstanceMonitor;
+
+    CInstanceMonitor::ClassType* GetRecord();
+
+    const wchar_t* const m_lpctClassName;
+    std::atomic<CInstanceMonitor::ClassType*> m_pct{nullptr};
+    std::atomic<std::uint64_t> m_nGeneration{0};
 };

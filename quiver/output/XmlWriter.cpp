@@ -10,6 +10,8 @@ namespace QvXmlLib9
 namespace
 {
 
+CInstanceClass s_contextClass(L"CXmlWriterContext");
+
 constexpr wchar_t s_szXmlNamespace[] = L"http://www.w3.org/XML/1998/namespace";
 
 } // namespace
@@ -70,7 +72,7 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strNa
     if (nDepth == m_contexts.size())
         m_contexts.push_back(std::make_unique<CXmlWriterContext>());
     CXmlWriterContext& context = *m_contexts[nDepth];
-    context.m_monitor.emplace(L"CXmlWriterContext");
+    context.m_monitor.emplace(s_contextClass);
     m_nContexts = nDepth + 1;
 
     context.m_dwChildCount = 0;

@@ -6,6 +6,7 @@
 #include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <string_view>
@@ -16,6 +17,9 @@ namespace QvXmlLib9
 
 namespace
 {
+
+/// Significant digits that a double prints with by default.
+constexpr int s_nDoublePrecision = 16;
 
 bool IsDigit(wchar_t c)
 {
@@ -298,6 +302,48 @@ bool AppendByFormat(std::wstring& strOut, double dValue, const wchar_t* lpctForm
     return true;
 }
 
+/// Distance of a positive normal number from the next greater one.
+double UlpOf(double dValue)
+{
+    std::uint64_t nBits = 0;
+    std::memcpy(&nBits, &dValue, sizeof(nBits));
+    const std::uint64_t nUlpBits = (nBits & 0x7FF0000000000000U) - (std::uint64_t{52} << 52);
+    double dUlp = 0;
+    std::memcpy(&dUlp, &nUlpBits, sizeof(dUlp));
+    return dUlp;
+}
+
+/// "%.16g" of a number that is a decimal of a few fraction digits, as prices and measurements are. The decimal is what
+/// prints as long as the number's own inaccuracy lies below the sixteenth digit; otherwise nothing is appended.
+bool AppendShortDecimal(std::wstring& strOut, double dValue)
+{
+    static constexpr double s_dScales[] = {1e1, 1e2, 1e3, 1e4};
+    const double dMagnitude = std::fabs(dValue);
+    if (!(dMagnitude >= 1e-3 && dMagnitude < 1e11))
+        return false;
+    for (std::size_t n = 0; n < std::size(s_dScales); ++n)
+    {
+        // Both numbers are whole and small enough to be exact, so the quotient is the number nearest to the decimal.
+        const auto nScaled = static_cast<std::int64_t>(dMagnitude * s_dScales[n] + 0.5);
+        if (static_cast<double>(nScaled) / s_dScales[n] != dMagnitude)
+            continue;
+        double dSixteenthDigit = 1e-18;
+        for (double dPower = 1e-2; dPower <= dMagnitude; dPower *= 10)
+            dSixteenthDigit *= 10;
+        if (UlpOf(dMagnitude) >= dSixteenthDigit * 0.999)
+            return false;
+        const auto nScale = static_cast<std::int64_t>(s_dScales[n]);
+        if (dValue < 0)
+            strOut += L'-';
+        AppendInteger(strOut, nScaled / nScale);
+        strOut += L'.';
+        for (std::int64_t nFraction = nScaled % nScale, nPlace = nScale / 10; nPlace != 0; nPlace /= 10)
+            strOut += static_cast<wchar_t>(L'0' + nFraction / nPlace % 10);
+        return true;
+    }
+    return false;
+}
+
 /// "%.<nPrecision>g". Whole numbers that have no more digits than that print as integers do, only faster.
 void AppendGeneral(std::wstring& strOut, double dValue, int nPrecision, double dWholeLimit)
 {
@@ -307,6 +353,8 @@ void AppendGeneral(std::wstring& strOut, double dValue, int nPrecision, double d
         if (static_cast<double>(nWhole) == dValue)
             return AppendInteger(strOut, nWhole);
     }
+    if (nPrecision == s_nDoublePrecision && AppendShortDecimal(strOut, dValue))
+        return;
     char szNumber[64];
     char* const pEnd =
         std::to_chars(szNumber, szNumber + sizeof(szNumber), dValue, std::chars_format::general, nPrecision).ptr;
@@ -397,7 +445,7 @@ void AppendR4(std::wstring& strOut, float fValue, const wchar_t* lpctFormat)
 
 void AppendR8(std::wstring& strOut, double dValue, const wchar_t* lpctFormat)
 {
-    AppendReal(strOut, dValue, lpctFormat, {16, 1e16, 47});
+    AppendReal(strOut, dValue, lpctFormat, {s_nDoublePrecision, 1e16, 47});
 }
 
 } // namespace QvXmlLib9
