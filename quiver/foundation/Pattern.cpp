@@ -23,27 +23,32 @@ namespace QvXmlLib9
 namespace
 {
 
-struct SReplacement
+/// Translates an expression from the dialect of XML Schema to that of PCRE, by replacements in this order. An escaped
+/// backslash is sheltered first, so that what follows it is no class, and put back last. The name classes of XML are
+/// only approximated. The range of LatinExtended-B is one that PCRE refuses, and the refusal is what callers know.
+std::string Translate(std::string strPattern)
 {
-    const char* lpcNeedle;
-    const char* lpcReplacement;
-};
-
-/// From the dialect of XML Schema to that of PCRE, in this order. An escaped backslash is sheltered first, so that what
-/// follows it is no class, and put back last. The name classes of XML are only approximated. The range of
-/// LatinExtended-B is one that PCRE refuses, and the refusal is what callers know.
-constexpr SReplacement s_replacements[] = {
-    {"\\\\", "\x01"},
-    {"\\i", "([^\\W\\d]|:)"},
-    {"\\I", "([\\W\\d])"},
-    {"\\c", "(\\w|\\.|-|:)"},
-    {"\\C", "([^\\w\\.\\-\\:])"},
-    {"\\p{IsBasicLatin}", "[\\000-\\177]"},
-    {"\\p{IsLatin-1Supplement}", "[\\200-\\377]"},
-    {"\\p{IsLatinExtended-A}", "[\\400-\\577]"},
-    {"\\p{IsLatinExtended-B}", "[\\600-\\1117]"},
-    {"\x01", "\\\\"},
-};
+    struct SReplacement
+    {
+        std::string strNeedle;
+        std::string strReplacement;
+    };
+    static const SReplacement s_replacements[] = {
+        {"\\\\", "\x01"},
+        {"\\i", "([^\\W\\d]|:)"},
+        {"\\I", "([\\W\\d])"},
+        {"\\c", "(\\w|\\.|-|:)"},
+        {"\\C", "([^\\w\\.\\-\\:])"},
+        {"\\p{IsBasicLatin}", "[\\000-\\177]"},
+        {"\\p{IsLatin-1Supplement}", "[\\200-\\377]"},
+        {"\\p{IsLatinExtended-A}", "[\\400-\\577]"},
+        {"\\p{IsLatinExtended-B}", "[\\600-\\1117]"},
+        {"\x01", "\\\\"},
+    };
+    for (const SReplacement& replacement : s_replacements)
+        ReplaceAll(strPattern, replacement.strNeedle, replacement.strReplacement);
+    return strPattern;
+}
 
 /// Memory that a match may use for backtracking: some two million repetitions of a group.
 constexpr int s_nMostMatchStack = 64 * 1024 * 1024;
@@ -85,9 +90,7 @@ public:
     CCompiledPattern(const std::string& strSource, const std::wstring& strValue)
         : m_strSource(strSource)
     {
-        std::string strPattern = strSource;
-        for (const SReplacement& replacement : s_replacements)
-            ReplaceAll(strPattern, replacement.lpcNeedle, replacement.lpcReplacement);
+        const std::string strPattern = Translate(strSource);
         const char* lpcError = nullptr;
         int nErrorAt = 0;
         // Anchored here and not at each match, where it would rule out the compiled form of Study.
@@ -161,22 +164,42 @@ private:
     bool m_bStudied = false;
 };
 
-/// The thread's compiled form of an expression. A document tests the same few expressions over and over; each of them
-/// has one place it can be remembered in, which bounds the memory and makes forgetting simple.
-CCompiledPattern& GetCompiledPattern(const std::string& strSource, const std::wstring& strValue)
+/// The expressions that a thread has compiled. A document tests the same few over and over; each has four places that
+/// it can be remembered in, which bounds the memory and the search.
+class CCompiledPatterns
 {
-    thread_local std::array<CCompiledPattern, 64> t_patterns;
-    CCompiledPattern& pattern = t_patterns[std::hash<std::string>()(strSource) % t_patterns.size()];
-    if (!pattern.IsFor(strSource))
-        pattern = CCompiledPattern(strSource, strValue);
-    return pattern;
-}
+public:
+    /// @param strValue goes into the message of a failure.
+    CCompiledPattern& Get(const std::string& strSource, const std::wstring& strValue)
+    {
+        SSet& set = m_sets[std::hash<std::string>()(strSource) % m_sets.size()];
+        for (CCompiledPattern& pattern : set.patterns)
+        {
+            if (pattern.IsFor(strSource))
+                return pattern;
+        }
+        CCompiledPattern& oldest = set.patterns[set.nOldest];
+        oldest = CCompiledPattern(strSource, strValue);
+        set.nOldest = (set.nOldest + 1) % set.patterns.size();
+        return oldest;
+    }
+
+private:
+    struct SSet
+    {
+        std::array<CCompiledPattern, 4> patterns;
+        std::size_t nOldest = 0;
+    };
+
+    std::array<SSet, 32> m_sets;
+};
 
 } // namespace
 
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue)
 {
-    CCompiledPattern& pattern = GetCompiledPattern(strPattern, strValue);
+    thread_local CCompiledPatterns t_patterns;
+    CCompiledPattern& pattern = t_patterns.Get(strPattern, strValue);
     // Up to the first zero, as all text.
     const std::wstring_view value(strValue.c_str());
     char szShort[512];

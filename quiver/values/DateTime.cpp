@@ -139,6 +139,12 @@ class CCarry
 public:
     CCarry(std::int64_t nTotal, int nBase)
     {
+        if (nTotal >= 0 && nTotal < nBase)
+        {
+            m_nQuotient = 0;
+            m_nModulo = nTotal;
+            return;
+        }
         const auto fTotal = static_cast<float>(nTotal);
         const float fQuotient = std::floor(static_cast<float>(double{fTotal} / nBase));
         const auto fProduct = static_cast<float>(double{fQuotient} * nBase);
