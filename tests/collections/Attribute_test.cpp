@@ -70,6 +70,23 @@ TEST(Attribute, IsItsOwnBaseAndCountedUnderItsOwnName)
     EXPECT_EQ(nBefore + 1, CountInstances(L"CAttribute").nLiving);
 }
 
+TEST(Attribute, CanBeDerivedFrom)
+{
+    struct CDerived : CAttribute
+    {
+        CDerived()
+            : CInstanceMonitor(L"CDerived")
+            , CAttribute(L"n", L"v", nullptr)
+        {
+        }
+        std::wstring GetNamespace() const override { return L"urn:derived"; }
+    };
+    const CSmartPtr<CAttributeCol> spCol = MakeAny();
+    spCol->Add(new CDerived);
+    EXPECT_TEXT(L"{urn:derived}n=v", Show(*spCol));
+    EXPECT_TEXT(L"{}n=v", Show(*spCol->Clone())) << "a copy is a plain attribute";
+}
+
 TEST(Attribute, CloneIsIndependent)
 {
     const CSmartPtr<CAttribute> spAttribute = MakeAny()->Add(L"n", L"v", L"urn:a");

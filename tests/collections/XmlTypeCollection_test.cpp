@@ -651,6 +651,14 @@ TYPED_TEST(XmlTypeCollection, WritesNothingWhenTheCountIsWrong)
     EXPECT_TEXT(this->Calls({0, 1}), writer.m_strCalls);
 }
 
+TYPED_TEST(XmlTypeCollection, HasNoAttributesToWrite)
+{
+    const CSmartPtr<TypeParam> spCol = this->MakeFilled({0});
+    CRecordingWriter writer;
+    CProtectedAccess::WriteAttributes(spCol, writer, this->m_context);
+    EXPECT_TEXT(L"", writer.m_strCalls);
+}
+
 // --- Reading --------------------------------------------------------------------------------------------------------
 
 std::wstring ItemElement(const wchar_t* lpctText)
