@@ -131,7 +131,7 @@ CQvZip::~CQvZip() = default;
 
 void CQvZip::Compress(CBinaryData& data, CompressionType eType)
 {
-    if (data.GetView().empty())
+    if (data.IsEmpty())
         return;
     unsigned long ulLength = data.GetLength();
     unsigned char* pData = data.ReleaseData();

@@ -71,6 +71,15 @@ TEST(BinaryData, IsEmptyAtFirst)
     EXPECT_TEXT(L"", data.GetAsHexString());
 }
 
+TEST(BinaryData, TellsWhetherThereAreBytes)
+{
+    EXPECT_TRUE(CBinaryData().IsEmpty());
+    EXPECT_TRUE(BlockOfNothing().IsEmpty());
+    EXPECT_FALSE(FromBytes("a").IsEmpty());
+    EXPECT_EQ("a", FromBytes("a").GetView());
+    EXPECT_EQ("", BlockOfNothing().GetView());
+}
+
 TEST(BinaryData, CopiesBytesThatItDoesNotOwn)
 {
     unsigned char bytes[] = {1, 2, 3};
@@ -333,7 +342,7 @@ TEST(BinaryData, AppendsByteByByteAcrossGrowth)
 TEST(BinaryData, AppendsInPiecesOfEverySize)
 {
     const std::string strBytes = RandomBytes(40000, 3);
-    for (const std::size_t nPiece : {1, 2, 3, 5, 4095, 8191, 8192, 8193, 40000})
+    for (const std::size_t nPiece : {1u, 2u, 3u, 5u, 4095u, 8191u, 8192u, 8193u, 40000u})
     {
         CBinaryData data;
         for (std::size_t nAt = 0; nAt < strBytes.size(); nAt += nPiece)
