@@ -37,3 +37,15 @@ endif()
 # --- Patterns against the library that matches them -----------------------------------------------------------------
 
 target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
+
+# --- Generated classes ----------------------------------------------------------------------------------------------
+
+# Tests of whole documents use the classes of the examples.
+set(_example_classes
+    purchase_order/PurchaseOrder.cpp gpx_track/Gpx.cpp invoice/Invoice.cpp open_content/Settings.cpp)
+list(TRANSFORM _example_classes PREPEND "${PROJECT_SOURCE_DIR}/examples/")
+add_library(quiver_test_classes STATIC ${_example_classes})
+target_link_libraries(quiver_test_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
+foreach(_name MessageChains_test)
+    target_link_libraries(${_name} PRIVATE quiver_test_classes)
+endforeach()

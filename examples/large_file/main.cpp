@@ -163,12 +163,12 @@ private:
         char szReading[400];
         const int nLength = std::snprintf(
             szReading, sizeof(szReading),
-            "  <reading station=\"%s\">\n    <time>%04d-%02d-%02dT%02d:%02d:00Z</time>\n"
-            "    <temperature>%s%d.%02d</temperature>\n    <humidity>%d</humidity>\n%s  </reading>\n",
+            "<reading station=\"%s\"><time>%04d-%02d-%02dT%02d:%02d:00Z</time><temperature>%s%d.%02d</temperature>"
+            "<humidity>%d</humidity>%s</reading>\n",
             s_stations[m_nCount % 4], 1950 + nHour / 60 / 24 / 28 / 12 % 100, 1 + nHour / 60 / 24 / 28 % 12,
             1 + nHour / 60 / 24 % 28, nHour / 60 % 24, nHour % 60, nHundredths < 0 ? "-" : "",
             std::abs(nHundredths) / 100, std::abs(nHundredths) % 100, m_nCount % 101,
-            m_nCount % 50 == 0 ? "    <remark>sensor checked &amp; cleaned</remark>\n" : "");
+            m_nCount % 50 == 0 ? "<remark>sensor checked &amp; cleaned</remark>" : "");
         stream.write(szReading, nLength);
         m_nSum += nHundredths;
         ++m_nCount;
