@@ -1,0 +1,71 @@
+#pragma once
+
+// What the fuzz targets share. Each target is one file that defines LLVMFuzzerTestOneInput; fuzz/corpus/<target> has
+// its seeds, <target>.dict its words.
+
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Exceptions.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize);
+
+namespace fuzz
+{
+
+/// The input as text of the library, up to the first byte that is no UTF-8.
+inline std::wstring Text(const std::uint8_t* pData, std::size_t nSize)
+{
+    std::wstring strText;
+    QvXmlLib9::AppendUtf8AsUtf16(strText, std::string_view(reinterpret_cast<const char*>(pData), nSize));
+    return strText;
+}
+
+/// The first `nCount` lines of an input of several texts; the last one takes the rest. Missing ones are empty.
+inline std::vector<std::wstring> Lines(const std::wstring& strText, std::size_t nCount)
+{
+    std::vector<std::wstring> lines(nCount);
+    std::size_t nStart = 0;
+    for (std::size_t n = 0; n < nCount && nStart <= strText.size(); ++n)
+    {
+        const std::size_t nEnd =
+            n + 1 == nCount ? strText.size() : std::min(strText.find(L'\n', nStart), strText.size());
+        lines[n] = strText.substr(nStart, nEnd - nStart);
+        nStart = nEnd + 1;
+    }
+    return lines;
+}
+
+/// Stops the fuzzer at the input that broke a promise.
+inline void Require(bool bKept, const char* lpcPromise)
+{
+    if (bKept)
+        return;
+    std::fprintf(stderr, "fuzz: broken promise: %s\n", lpcPromise);
+    std::abort();
+}
+
+/// Runs `action`. Whatever the input, the exceptions of the library are the only failures allowed.
+/// @return whether there was none.
+template <class TAction>
+bool Succeeds(TAction&& action)
+{
+    try
+    {
+        action();
+        return true;
+    }
+    catch (const QvXmlLib9::CQvException&)
+    {
+        return false;
+    }
+}
+
+} // namespace fuzz
