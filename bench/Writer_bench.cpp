@@ -113,8 +113,8 @@ void ParseWithExpat(benchmark::State& state, PfnWrite pfnWrite)
         XML_SetElementHandler(
             parser, [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
         XML_SetCharacterDataHandler(parser, [](void*, const XML_Char*, int) {});
-        if (XML_Parse(parser, reinterpret_cast<const char*>(document.GetData()),
-                      static_cast<int>(document.GetLength()), 1) != XML_STATUS_OK)
+        if (XML_Parse(parser, reinterpret_cast<const char*>(document.GetData()), static_cast<int>(document.GetLength()),
+                      1) != XML_STATUS_OK)
             state.SkipWithError("the document is not well-formed");
         XML_ParserFree(parser);
     }
