@@ -195,6 +195,7 @@ void CAttributeCol::ToXml_Int(CXmlWriter* pWriter, bool /*bIsRoot*/, const wchar
 CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild,
                                         const CXmlSerializationContext& /*context*/, bool /*bOptionalChoice*/)
 {
+    std::wstring strBuffer;
     for (const CXmlAttribute* pAttribute : pElement->GetAttributes())
     {
         const std::wstring& strNamespace = pAttribute->GetNamespaceURI();
@@ -202,7 +203,7 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* pElement, CXmlElement* pFir
             throw CQvInvalidNamespaceException(
                 FormatString(L"Invalid Attribute [%s]. The attributes namespace is Inappropriate.",
                              pAttribute->GetLocalName().c_str()));
-        Append(pAttribute->GetLocalName(), pAttribute->GetValue(), ItemNamespace().Matching(strNamespace));
+        Append(pAttribute->GetLocalName(), pAttribute->GetValue(strBuffer), ItemNamespace().Matching(strNamespace));
     }
     return pFirstChild;
 }

@@ -387,7 +387,7 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*pParent*/, CXmlElement* pCurre
     if (CXmlObjectBase::FromXml_Int(m_spChildElements, pCurrent, pCurrent->GetFirstElement(), context) != nullptr)
         throw CQvValidationException(FormatString(L"Invalid Element [%s] found in element [%s]",
                                                   pCurrent->GetLocalName().c_str(), m_strName.c_str()));
-    m_strText = pCurrent->GetText();
+    m_strText = pCurrent->GetText(m_strText);
     m_strName = pCurrent->GetLocalName();
     m_strNamespace = m_strNamespace.Matching(pCurrent->GetNamespaceURI());
     return pCurrent->GetNextSiblingElement();
@@ -403,7 +403,7 @@ CSmartPtr<CElement> CElement::Read(CXmlElement& source, const CSharedText& strLi
             new CElement(element.GetLocalName(), strLikely.Matching(element.GetNamespaceURI()), CSharedText::Any(),
                          strTargetNamespace);
         CXmlObjectBase::FromXml_Int(spElement->m_spAttributes, &element, nullptr, context);
-        spElement->m_strText = element.GetText();
+        spElement->m_strText = element.GetText(spElement->m_strText);
         return spElement;
     };
     CSmartPtr<CElement> spElement = ReadAlone(source, strLikelyNamespace);
@@ -452,15 +452,17 @@ void CElement::CopyAlone(CXmlElement& source)
 {
     m_strName = source.GetLocalName();
     m_strNamespace = m_strNamespace.Matching(source.GetNamespaceURI());
-    m_strText = source.GetText();
+    m_strText = source.GetText(m_strText);
     m_spAttributes->Clear();
     m_spChildElements->Clear();
+    std::wstring strBuffer;
     for (const CXmlAttribute* pAttribute : source.GetAttributes())
     {
-        m_spAttributes->Add(pAttribute->GetLocalName().c_str(), pAttribute->GetValue().c_str(),
+        const std::wstring& strValue = pAttribute->GetValue(strBuffer);
+        m_spAttributes->Add(pAttribute->GetLocalName().c_str(), strValue.c_str(),
                             pAttribute->GetNamespaceURI().c_str());
         if (pAttribute->GetLocalName() == L"xmlns")
-            m_strDefaultNamespace = CSharedText(pAttribute->GetValue());
+            m_strDefaultNamespace = CSharedText(strValue);
     }
 }
 

@@ -36,10 +36,11 @@ CXmlElement* CXmlTypeCollection::FromXml_Int(CXmlElement* /*pElement*/, CXmlElem
                                              const CXmlSerializationContext& context, bool /*bOptionalChoice*/)
 {
     CXmlElement* pCurrent = pFirstChild;
+    std::wstring strBuffer;
     while (pCurrent != nullptr &&
            DoesElementNameMatch(context, pCurrent, ElementName().c_str(), ItemNamespace().c_str()))
     {
-        AddFromString(pCurrent->GetText());
+        AddFromString(pCurrent->GetText(strBuffer));
         pCurrent = pCurrent->GetNextSiblingElement();
     }
     return pCurrent;

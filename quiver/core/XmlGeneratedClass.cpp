@@ -260,7 +260,8 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement*
     if (info.GetElementTextPropertyIndex() != -1)
     {
         QvVariant value;
-        value.SetString(pElement->GetText());
+        std::wstring strBuffer;
+        value.SetString(pElement->GetText(strBuffer));
         AccessProperty(info.GetElementTextPropertyIndex(), false, value);
     }
     return pCurrent;

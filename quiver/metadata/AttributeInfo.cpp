@@ -117,7 +117,8 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext&, 
     if (pAttribute->GetLocalName() != m_strName || pAttribute->GetNamespaceURI() != m_strNamespace)
         return false;
     QvVariant value;
-    value.FromString(pAttribute->GetValue(), m_eItemType, m_eWhitespaceRule);
+    std::wstring strBuffer;
+    value.FromString(pAttribute->GetValue(strBuffer), m_eItemType, m_eWhitespaceRule);
     AccessProperty(pObject, false, value);
     return true;
 }
@@ -159,7 +160,8 @@ bool CAttributeInfoEnum::AttributeFromXml(const CXmlSerializationContext& contex
     if (!IsThisAttribute(context, pAttribute))
         return false;
     QvVariant value;
-    value.SetI4(m_pfnFromString(pAttribute->GetValue().c_str()));
+    std::wstring strBuffer;
+    value.SetI4(m_pfnFromString(pAttribute->GetValue(strBuffer).c_str()));
     AccessProperty(pObject, false, value);
     return true;
 }
@@ -198,7 +200,8 @@ bool CAttributeInfoAny::AttributeFromXml(const CXmlSerializationContext&, CXmlGe
     auto* const pAttributes = dynamic_cast<CAttributeCol*>(value.XmlCollectionPtr());
     if (pAttributes == nullptr)
         throw CQvException(L"Serialization Data Error : The collection should be a CAttributeCol, it was not!");
-    pAttributes->Add(pAttribute->GetLocalName().c_str(), pAttribute->GetValue().c_str(),
+    std::wstring strBuffer;
+    pAttributes->Add(pAttribute->GetLocalName().c_str(), pAttribute->GetValue(strBuffer).c_str(),
                      pAttribute->GetNamespaceURI().c_str());
     return true;
 }

@@ -250,7 +250,8 @@ CXmlCollectionBase* CElementInfo::CollectionIn(const QvVariant& value) const
 void CElementInfo::StorePrim(CXmlGeneratedClass* pObject, CXmlElement** ppCurrent)
 {
     QvVariant value;
-    value.FromString((*ppCurrent)->GetText(), m_eItemType, m_eWhitespaceRule);
+    std::wstring strBuffer;
+    value.FromString((*ppCurrent)->GetText(strBuffer), m_eItemType, m_eWhitespaceRule);
     AccessProperty(pObject, false, value);
     Consume(ppCurrent);
 }
@@ -258,7 +259,8 @@ void CElementInfo::StorePrim(CXmlGeneratedClass* pObject, CXmlElement** ppCurren
 void CElementInfo::StoreEnum(CXmlGeneratedClass* pObject, CXmlElement** ppCurrent, PfnEnumFromString pfnFromString)
 {
     QvVariant value;
-    value.SetI4(pfnFromString((*ppCurrent)->GetText().c_str()));
+    std::wstring strBuffer;
+    value.SetI4(pfnFromString((*ppCurrent)->GetText(strBuffer).c_str()));
     AccessProperty(pObject, false, value);
     Consume(ppCurrent);
 }
