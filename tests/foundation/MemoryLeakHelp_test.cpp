@@ -31,6 +31,18 @@ public:
     }
 };
 
+CInstanceClass s_placed(L"Placed");
+
+/// Counts through the place of its class.
+class CPlaced : public CInstanceMonitor
+{
+public:
+    CPlaced()
+        : CInstanceMonitor(s_placed)
+    {
+    }
+};
+
 /// Begins with an empty list.
 class MemoryLeakHelpTest : public ::testing::Test
 {
@@ -181,6 +193,46 @@ TEST_F(MemoryLeakHelpTest, ManyClassesAreCounted)
     objects.clear();
     ExpectCounts(L"Class0", 0, 3);
     ExpectCounts(L"Class1499", 0, 3);
+}
+
+TEST_F(MemoryLeakHelpTest, PlaceOfAClassCountsLikeItsName)
+{
+    const CMonitored before(L"Before");
+    const CPlaced placed;
+    {
+        const CPlaced second;
+        const CMonitored byName(L"Placed");
+        EXPECT_TEXT(s_strHeader + L"--> Before = 1/1\n--> Placed = 3/3", CInstanceMonitor::DumpState());
+    }
+    EXPECT_TEXT(s_strHeader + L"--> Before = 1/1\n--> Placed = 1/3", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, PlaceOfAClassStartsAnewAfterCleanup)
+{
+    auto pOld = std::make_unique<CPlaced>();
+    CInstanceMonitor::Cleanup();
+    EXPECT_TEXT(s_strHeader, CInstanceMonitor::DumpState());
+    const CPlaced fresh;
+    EXPECT_TEXT(s_strHeader + L"--> Placed = 1/1", CInstanceMonitor::DumpState());
+    pOld.reset();
+    EXPECT_TEXT(s_strHeader + L"--> Placed = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, PlaceOfAClassServesManyThreadsAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (int nThread = 0; nThread < 8; ++nThread)
+    {
+        threads.emplace_back(
+            []
+            {
+                for (int i = 0; i < 20000; ++i)
+                    const CPlaced object;
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    ExpectCounts(L"Placed", 0, 160000);
 }
 
 TEST_F(MemoryLeakHelpTest, ObjectsAreMadeOnManyThreadsAtOnce)
