@@ -13,7 +13,7 @@ namespace QvXmlLib9
 class CDateTimeSpan;
 
 /// The value of the XML Schema types `dateTime`, `date`, `time`, `gYearMonth`, `gYear`, `gMonthDay`, `gDay` and
-/// `gMonth` (XML Schema Part 2, 3.2.7 to 3.2.14).
+/// `gMonth` (XML Schema Datatypes, 3.2.7 to 3.2.14).
 ///
 /// An object knows its kind, and only the fields of that kind have meaning. It parses and prints the lexical form,
 /// compares by the rules for values with and without a zone, and adds durations:

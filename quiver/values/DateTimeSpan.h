@@ -9,7 +9,7 @@
 namespace QvXmlLib9
 {
 
-/// A duration: the value of the XML Schema type `duration` (XML Schema Part 2, 3.2.6).
+/// A duration: the value of the XML Schema type `duration` (XML Schema Datatypes, 3.2.6).
 ///
 /// The fields are kept as they were written and never carried into each other: "P1Y" and "P12M" are different objects
 /// that compare as equal. There is one sign for the whole span.
@@ -91,9 +91,9 @@ public:
     /// The lexical form, fields that are 0 left out. A zero span gives "P".
     std::wstring ToString() const;
 
-    /// Compares by adding both spans to four fixed dates (XML Schema Part 2, 3.2.6.2) and comparing what comes out as
-    /// `CDateTime::CompareTo` compares dates: neither the time of day nor the month counts, so "PT1H" equals "PT2H" and
-    /// "P1M" equals "P2M".
+    /// Compares by adding both spans to four fixed dates (XML Schema Datatypes, 3.2.6.2) and comparing what comes out
+    /// as `CDateTime::CompareTo` compares dates: neither the time of day nor the month counts, so "PT1H" equals "PT2H"
+    /// and "P1M" equals "P2M".
     /// @return `DTCompareResult_Indeterminate` where the four dates do not agree.
     CDateTime::DTCompareResult CompareTo(const CDateTimeSpan& other) const;
 

@@ -7,8 +7,8 @@
 namespace QvXmlLib9
 {
 
-/// Carries out the `whiteSpace` facet (XML Schema Part 2, 4.3.6) on text out of a document, before it is converted to a
-/// value.
+/// Carries out the `whiteSpace` facet (XML Schema Datatypes, 4.3.6) on text out of a document, before it is converted
+/// to a value.
 ///
 /// White space is exactly blank, tab, carriage return and line feed. Unlike the facet's definition, every rule but
 /// "none" deletes carriage returns instead of replacing them, as the normalisation of line ends that no parser did: a
