@@ -46,6 +46,6 @@ set(_example_classes
 list(TRANSFORM _example_classes PREPEND "${PROJECT_SOURCE_DIR}/examples/")
 add_library(quiver_test_classes STATIC ${_example_classes})
 target_link_libraries(quiver_test_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
-foreach(_name MessageChains_test)
+foreach(_name MessageChains_test Threads_test)
     target_link_libraries(${_name} PRIVATE quiver_test_classes)
 endforeach()

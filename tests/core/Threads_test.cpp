@@ -1,0 +1,297 @@
+// Different objects of the same classes on eight threads at once, from the first use of their metadata on. What threads
+// may share is shared: a context, a finished document, smart pointers to one object. The thread sanitizer is the judge;
+// the results must be those of one thread besides.
+
+#include "examples/gpx_track/Gpx.h"
+#include "examples/invoice/Invoice.h"
+#include "examples/open_content/Settings.h"
+#include "examples/purchase_order/PurchaseOrder.h"
+
+#include "tests/support/Expect.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <aio.h>
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace QvTest
+{
+namespace
+{
+
+using namespace QvXmlLib9;
+
+const int s_nThreads = 8;
+const int s_nRounds = 20;
+
+/// Runs `work` on all threads at the same time, with the number of the thread.
+void OnThreads(const std::function<void(int)>& work)
+{
+    std::atomic<int> nReady{0};
+    std::vector<std::thread> threads;
+    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+    {
+        threads.emplace_back(
+            [&work, &nReady, nThread]
+            {
+                // All at once: the first use of everything is to be a race.
+                for (++nReady; nReady < s_nThreads;)
+                    std::this_thread::yield();
+                work(nThread);
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+std::string Sample(const char* lpcFile)
+{
+    return ReadFileBytes(std::string(QUIVER_SOURCE_DIR "/examples/") + lpcFile);
+}
+
+/// Reads a document, writes it as text and as bytes, and reads and writes those.
+template <class TRoot>
+std::wstring ReadAndWrite(const std::string& strXml, const CXmlSerializationContext& context)
+{
+    const CSmartPtr<TRoot> spRoot = new TRoot;
+    spRoot->FromXml(strXml.c_str(), context);
+    const std::wstring strText = spRoot->ToXml(false, true, EOLType_LF, context);
+    const CBinaryData data = spRoot->ToXmlStream(true, false, Encoding_UTF8, EOLType_LF, context, Compression_GZip);
+    const CSmartPtr<TRoot> spFromText = new TRoot;
+    spFromText->FromXml(strText.c_str(), context);
+    const CSmartPtr<TRoot> spFromBytes = new TRoot;
+    spFromBytes->FromXmlStream(data, context);
+    return spFromText->ToXml(true, false, EOLType_LF, context) + spFromBytes->ToXml(true, false, EOLType_LF, context);
+}
+
+/// Eight threads do the same; the main thread does it last, so that nobody has used the classes before them.
+template <class TRoot>
+void ExpectThreadsToAgree(const std::string& strXml)
+{
+    // Nothing but const from here on. Its additional root attributes come into being at the first use.
+    const CXmlSerializationContext context;
+    std::vector<std::wstring> results(s_nThreads);
+    OnThreads(
+        [&](int nThread)
+        {
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+                results[static_cast<std::size_t>(nThread)] = ReadAndWrite<TRoot>(strXml, context);
+        });
+    const std::wstring strExpected = ReadAndWrite<TRoot>(strXml, context);
+    for (const std::wstring& strResult : results)
+        EXPECT_TEXT(strExpected, strResult);
+}
+
+TEST(Threads, MayBeTheFirstToUseTheClassesOfAnOrder)
+{
+    ExpectThreadsToAgree<order::CPurchaseOrder>(Sample("purchase_order/order.xml"));
+}
+
+TEST(Threads, MayBeTheFirstToUseTheClassesOfATrack)
+{
+    ExpectThreadsToAgree<gpx::CGpx>(Sample("gpx_track/track.gpx"));
+}
+
+TEST(Threads, MayBeTheFirstToUseTheClassesOfAnInvoice)
+{
+    ExpectThreadsToAgree<invoice::CInvoice>(Sample("invoice/invoice.xml"));
+}
+
+TEST(Threads, MayBeTheFirstToUseTheClassesOfOpenContent)
+{
+    ExpectThreadsToAgree<settings::CSettings>(Sample("open_content/settings.xml"));
+}
+
+TEST(Threads, ShareAContextWithRootAttributesAliasesAndInstructions)
+{
+    CXmlSerializationContext prepared;
+    prepared.SetDefaultNamespaceURI(L"urn:example:order");
+    prepared.GetNamespaceAliases().Add(L"x", L"urn:x");
+    prepared.GetProcessingInstructions().emplace_back(L"<?check thrice?>");
+    prepared.GetAdditionalRootAttributes()->Add(L"origin", L"test", L"urn:x");
+    const CXmlSerializationContext& context = prepared;
+    std::vector<std::wstring> results(s_nThreads);
+    OnThreads(
+        [&](int nThread)
+        {
+            const CSmartPtr<order::CPurchaseOrder> spOrder = new order::CPurchaseOrder;
+            spOrder->FromXml(Sample("purchase_order/order.xml").c_str(), context);
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+            {
+                spOrder->SetNumber(nThread);
+                EXPECT_EQ(1, context.GetAdditionalRootAttributes()->GetCount());
+                const CXmlSerializationContext copy(context);
+                results[static_cast<std::size_t>(nThread)] = spOrder->ToXml(false, false, EOLType_LF, copy);
+            }
+        });
+    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+    {
+        const std::wstring strStart =
+            L"<?check thrice?>\n\n<purchaseOrder xmlns=\"urn:example:order\" xmlns:x=\"urn:x\" "
+            L"x:origin=\"test\" number=\"" +
+            std::to_wstring(nThread) + L"\"";
+        EXPECT_TEXT(strStart, results[static_cast<std::size_t>(nThread)].substr(0, strStart.size()));
+    }
+}
+
+TEST(Threads, ReadObjectsOutOfOneFinishedDocument)
+{
+    const CXmlSerializationContext context;
+    CXmlDocument document(context);
+    document.LoadXml(Sample("invoice/invoice.xml").c_str());
+    std::vector<std::wstring> results(s_nThreads);
+    OnThreads(
+        [&](int nThread)
+        {
+            const CSmartPtr<invoice::CInvoice> spInvoice = new invoice::CInvoice;
+            const CXmlElement* const pRoot = document.GetDocumentElement();
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+                spInvoice->FromXmlElement(pRoot, context);
+            results[static_cast<std::size_t>(nThread)] = spInvoice->ToXml(false, false, EOLType_LF, context);
+        });
+    for (const std::wstring& strResult : results)
+        EXPECT_TEXT(results[0], strResult);
+}
+
+TEST(Threads, FailEachWithItsOwnMessage)
+{
+    const CXmlSerializationContext context;
+    std::string strXml = Sample("purchase_order/order.xml");
+    const std::size_t nQuantity = strXml.find("<quantity>2<") + 10;
+    OnThreads(
+        [&](int nThread)
+        {
+            const std::string strValue = std::to_string(1000 + nThread);
+            const std::string strBroken = std::string(strXml).replace(nQuantity, 1, strValue);
+            const CSmartPtr<order::CPurchaseOrder> spOrder = new order::CPurchaseOrder;
+            const std::wstring strChain = L"Failed to process the element [purchaseOrder]\n"
+                                          L"Failed to process the element [item]\n"
+                                          L"Invalid Value for quantity [" +
+                                          std::wstring(strValue.begin(), strValue.end()) + L"]";
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+                ExpectThrows<CQvValidationException>(strChain, [&] { spOrder->FromXml(strBroken.c_str(), context); });
+        });
+}
+
+TEST(Threads, HoldOneObjectThroughSmartPointersOfTheirOwn)
+{
+    const CSmartPtr<order::CItemCol> spItems = new order::CItemCol(L"item", L"urn:example:order", 1, -1);
+    spItems->Add(new order::CItem)->SetQuantity(3);
+    const CSmartPtr<order::CItem> spShared = spItems->Item(0);
+    OnThreads(
+        [&](int)
+        {
+            std::vector<CSmartPtr<order::CItem>> pointers;
+            for (int nRound = 0; nRound < 1000; ++nRound)
+            {
+                pointers.push_back(spShared);
+                if (nRound % 3 == 1)
+                    pointers.erase(pointers.begin());
+                EXPECT_EQ(3, pointers.back()->GetQuantity());
+            }
+        });
+    EXPECT_EQ(3, spShared->AddRef()); // the collection, this function, and the call itself
+    spShared->Release();
+}
+
+TEST(Threads, CloneAndChangeOpenContentOfTheirOwn)
+{
+    const CSmartPtr<CElement> spSource = new CElement(L"source", L"urn:s");
+    spSource->FromXml(L"<s:a xmlns:s='urn:s' b='1'><s:c>text</s:c><s:d/></s:a>");
+    std::vector<CSmartPtr<CElement>> clones;
+    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+        clones.push_back(spSource->Clone());
+    // The clones may share their texts inside; no thread may notice.
+    OnThreads(
+        [&](int nThread)
+        {
+            CElement& element = *clones[static_cast<std::size_t>(nThread)];
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+            {
+                const CSmartPtr<CElement> spCopy = element.Clone();
+                spCopy->SetNamespace(std::to_wstring(nThread).c_str());
+                element.GetChildElements()->Add(L"e", L"urn:s")->SetText(std::to_wstring(nRound).c_str());
+                element.GetAttributes()->Add(L"f", L"g", L"urn:h");
+            }
+        });
+    for (const CSmartPtr<CElement>& spClone : clones)
+    {
+        EXPECT_TEXT(L"urn:s", spClone->GetNamespace());
+        EXPECT_EQ(2 + s_nRounds, spClone->GetChildElements()->GetCount());
+        EXPECT_EQ(1 + s_nRounds, spClone->GetAttributes()->GetCount());
+    }
+}
+
+TEST(Threads, ShareTheBlocksOfByteBuffersAndChangeTheirOwn)
+{
+    CBinaryData shared;
+    const unsigned char bytes[] = {1, 2, 3, 4};
+    shared.SetBuffer(bytes, sizeof(bytes));
+    std::vector<CBinaryData> copies(s_nThreads, shared);
+    OnThreads(
+        [&](int nThread)
+        {
+            CBinaryData& copy = copies[static_cast<std::size_t>(nThread)];
+            for (int nRound = 0; nRound < s_nRounds; ++nRound)
+            {
+                const CBinaryData another(copy);
+                copy[0] = static_cast<unsigned char>(nThread);
+                EXPECT_EQ(4, another[3]);
+            }
+        });
+    EXPECT_EQ(1, shared.GetView()[0]);
+    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+        EXPECT_EQ(nThread, copies[static_cast<std::size_t>(nThread)].GetView()[0]);
+}
+
+/// Each thread writes and reads a file of its own.
+void ExpectFilesToComeBack()
+{
+    const CTempDir directory;
+    const CXmlSerializationContext context;
+    const std::string strXml = Sample("gpx_track/track.gpx");
+    OnThreads(
+        [&](int nThread)
+        {
+            const CSmartPtr<gpx::CGpx> spTrack = new gpx::CGpx;
+            spTrack->FromXml(strXml.c_str(), context);
+            spTrack->SetCreator(std::to_wstring(nThread));
+            const std::wstring strFile = directory.NameOf(std::to_string(nThread) + ".gpx");
+            for (int nRound = 0; nRound < 5; ++nRound)
+            {
+                spTrack->ToXmlFile(strFile.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+                const CSmartPtr<gpx::CGpx> spAgain = new gpx::CGpx;
+                spAgain->FromXmlFile(strFile.c_str(), context);
+                EXPECT_TEXT(std::to_wstring(nThread), spAgain->GetCreator());
+            }
+        });
+}
+
+TEST(Threads, WriteAndReadFilesOfTheirOwn)
+{
+    ExpectFilesToComeBack();
+}
+
+TEST(Threads, WriteAndReadOverlappedFilesOfTheirOwn)
+{
+#if defined(__SANITIZE_THREAD__) && defined(__GLIBC__)
+    // The sanitizer does not know the C library's helper threads, and stops when one of them starts another.
+    aioinit oneHelper{};
+    oneHelper.aio_threads = 1;
+    oneHelper.aio_num = s_nThreads;
+    aio_init(&oneHelper);
+#endif
+    AsyncToXmlFile(true);
+    AsyncFromXmlFile(true);
+    ExpectFilesToComeBack();
+    AsyncToXmlFile(false);
+    AsyncFromXmlFile(false);
+}
+
+} // namespace
+} // namespace QvTest
