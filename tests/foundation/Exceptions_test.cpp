@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <memory>
 #include <string>
@@ -199,7 +200,6 @@ CQvException MakeChain(int nLinks)
 TEST(ExceptionsTest, VeryLongChainIsBuiltPrintedCopiedAndDestroyedOnASmallStack)
 {
     constexpr int nLinks = 100000;
-    const auto before = std::chrono::steady_clock::now();
     QvTest::RunOnStack(64 * 1024,
                        []
                        {
@@ -218,7 +218,6 @@ TEST(ExceptionsTest, VeryLongChainIsBuiltPrintedCopiedAndDestroyedOnASmallStack)
                            EXPECT_TEXT(strFull, assigned.GetFullMessage());
                            assigned = CQvException();
                        });
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
 }
 
 TEST(ExceptionsTest, CopiesOnManyThreadsAreReadAndDestroyedAtOnce)
