@@ -25,6 +25,9 @@ namespace
 /// The parser counts the bytes that it is given in an int.
 constexpr unsigned long s_dwLargestPiece = INT_MAX;
 
+/// The parser copies what it is given, so it gets a long document in pieces that stay in the processor's cache.
+constexpr unsigned long s_dwSmallestPiece = 0x10000;
+
 constexpr XML_Char s_cNamespaceSeparator = '|';
 
 void SetText(std::wstring& strText, const char* lpcUtf8)
@@ -68,12 +71,18 @@ void CExpatReader::Parse(bool bFinal)
 {
     const auto* lpcData = reinterpret_cast<const char*>(m_doc.m_pbyData);
     unsigned long dwLeft = m_doc.m_dwDataLen;
+    unsigned long dwNextPiece = s_dwSmallestPiece;
     do
     {
-        const unsigned long dwPiece = std::min(dwLeft, s_dwLargestPiece);
+        const unsigned long dwPiece = std::min(dwLeft, dwNextPiece);
         const bool bLast = bFinal && dwPiece == dwLeft;
+        const XML_Index nOldIndex = XML_GetCurrentByteIndex(m_parser.get());
         if (XML_Parse(m_parser.get(), lpcData, static_cast<int>(dwPiece), bLast) != XML_STATUS_OK)
             Fail();
+        // The parser begins anew at a token that a piece cuts off, so a token that is longer than a piece gets more at
+        // a time.
+        if (XML_GetCurrentByteIndex(m_parser.get()) == nOldIndex)
+            dwNextPiece = std::min(dwNextPiece * 2, s_dwLargestPiece);
         lpcData += dwPiece;
         dwLeft -= dwPiece;
     } while (dwLeft > 0);

@@ -434,3 +434,19 @@ TEST(ExpatReader, AVeryLongListOfSiblingsAndAttributesLoadsAndDies)
 }
 
 } // namespace
+
+TEST(ExpatReader, TokensLongerThanAPieceOfTheInputAreReadWhole)
+{
+    for (const std::size_t nLength : {std::size_t{65530}, std::size_t{65536}, std::size_t{200000}, std::size_t{3000000}})
+    {
+        SCOPED_TRACE(nLength);
+        const std::string strLong(nLength, 'v');
+        const std::string strXml = "<r a='" + strLong + "'><!--" + strLong + "--><" + strLong + "/>" + strLong + "</r>";
+        CXmlDocument document;
+        document.LoadXml(strXml.c_str());
+        CXmlElement* const pRoot = document.GetDocumentElement();
+        EXPECT_EQ(pRoot->GetAttribute(L"a", L"").size(), nLength);
+        EXPECT_EQ(pRoot->GetFirstElement()->GetLocalName().size(), nLength);
+        EXPECT_EQ(pRoot->GetText().size(), nLength);
+    }
+}
