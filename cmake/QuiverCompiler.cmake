@@ -8,7 +8,7 @@ if(QUIVER_WARNINGS_AS_ERRORS)
 endif()
 if(QUIVER_SANITIZE)
     target_compile_options(quiver_build_settings INTERFACE
-        -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+        -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(quiver_build_settings INTERFACE -fsanitize=${QUIVER_SANITIZE})
 endif()
 if(QUIVER_COVERAGE)
