@@ -29,8 +29,7 @@ namespace
 
 const int s_nDefaultMegabytes = 200;
 
-/// The overlapped input of a file ends below 4 GiB.
-const int s_nMaxMegabytes = 4000;
+const int s_nMaxMegabytes = 100000;
 
 /// What is kept of a station's readings.
 struct SStation
@@ -159,7 +158,7 @@ private:
     {
         static const char* const s_stations[] = {"Harbour", "Ridge", "Mühle", "Observatory"};
         const int nHour = m_nCount / 4;
-        const int nHundredths = (m_nCount * 37) % 6000 - 2500;
+        const int nHundredths = m_nCount % 6000 * 37 % 6000 - 2500;
         char szReading[400];
         const int nLength = std::snprintf(
             szReading, sizeof(szReading),
