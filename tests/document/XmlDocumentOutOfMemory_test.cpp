@@ -41,6 +41,10 @@ void* operator new[](std::size_t nSize)
 {
     return AllocateOrFail(nSize);
 }
+void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
+{
+    return s_nAllocationsLeft == 0 ? nullptr : std::malloc(nSize);
+}
 void operator delete(void* pMemory) noexcept
 {
     std::free(pMemory);
