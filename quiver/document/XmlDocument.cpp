@@ -12,9 +12,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <string>
-#include <utility>
 
 namespace QvXmlLib9
 {
