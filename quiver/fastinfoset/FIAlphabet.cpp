@@ -1,0 +1,128 @@
+#include "quiver/fastinfoset/FIAlphabet.h"
+
+#include "quiver/foundation/Exceptions.h"
+
+#include <cstdint>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+constexpr std::size_t s_nLeastLength = 2;
+constexpr std::size_t s_nGreatestLength = 1048576;
+
+/// The nibble that fills the last octet behind an odd count of characters.
+constexpr unsigned s_nNibbleEnd = 15;
+
+bool IsUsable(std::wstring_view strAlphabet)
+{
+    return strAlphabet.size() >= s_nLeastLength && strAlphabet.size() <= s_nGreatestLength;
+}
+
+unsigned WidthOf(std::wstring_view strAlphabet)
+{
+    unsigned nWidth = 2;
+    while (std::size_t{1} << nWidth <= strAlphabet.size())
+        ++nWidth;
+    return nWidth;
+}
+
+unsigned PositionOf(std::wstring_view strAlphabet, wchar_t c)
+{
+    const std::size_t nPosition = strAlphabet.find(c);
+    if (nPosition == std::wstring_view::npos)
+        throw CQvException(L"Failed to write FastInfoset. Invalid character not found for Restricted Alphabet.");
+    return static_cast<unsigned>(nPosition);
+}
+
+wchar_t CharacterAt(std::wstring_view strAlphabet, std::size_t nPosition)
+{
+    if (nPosition >= strAlphabet.size())
+        throw CQvException(L"Failed to parse FastInfoset. Invalid character index for Restricted Alphabet.");
+    return strAlphabet[nPosition];
+}
+
+void DecodeNibbles(std::wstring& strText, std::wstring_view strAlphabet, std::string_view strOctets)
+{
+    for (const char c : strOctets)
+    {
+        const auto by = static_cast<unsigned char>(c);
+        strText += CharacterAt(strAlphabet, by >> 4);
+        if ((by & 0x0F) == s_nNibbleEnd)
+            return;
+        strText += CharacterAt(strAlphabet, by & 0x0F);
+    }
+}
+
+void DecodeOctets(std::wstring& strText, std::wstring_view strAlphabet, std::string_view strOctets)
+{
+    for (const char c : strOctets)
+        strText += CharacterAt(strAlphabet, static_cast<unsigned char>(c));
+}
+
+void DecodeBits(std::wstring& strText, std::wstring_view strAlphabet, std::string_view strOctets, unsigned nWidth)
+{
+    const std::uint32_t nEnd = (std::uint32_t{1} << nWidth) - 1;
+    std::uint32_t nBits = 0;
+    unsigned nBitsHeld = 0;
+    for (const char c : strOctets)
+    {
+        nBits = nBits << 8 | static_cast<unsigned char>(c);
+        nBitsHeld += 8;
+        while (nBitsHeld >= nWidth)
+        {
+            nBitsHeld -= nWidth;
+            const std::uint32_t nPosition = nBits >> nBitsHeld & nEnd;
+            if (nPosition == nEnd)
+                return;
+            strText += CharacterAt(strAlphabet, nPosition);
+        }
+    }
+}
+
+} // namespace
+
+void AppendRestrictedAlphabetString(std::string& strOctets, std::wstring_view strAlphabet, std::wstring_view strText)
+{
+    if (!IsUsable(strAlphabet))
+        throw CQvException(L"Failed to write FastInfoset. Invalid Restricted Alphabet. Alphabet must contain between 2 "
+                           L"and 2^20 characters.");
+    const unsigned nWidth = WidthOf(strAlphabet);
+    if (nWidth == 4)
+    {
+        for (std::size_t n = 0; n < strText.size(); n += 2)
+        {
+            const unsigned nHigh = PositionOf(strAlphabet, strText[n]);
+            const unsigned nLow = n + 1 < strText.size() ? PositionOf(strAlphabet, strText[n + 1]) : s_nNibbleEnd;
+            strOctets += static_cast<char>(nHigh << 4 | nLow);
+        }
+    }
+    else if (nWidth == 8)
+    {
+        for (const wchar_t c : strText)
+            strOctets += static_cast<char>(PositionOf(strAlphabet, c));
+    }
+    else
+    {
+        throw CQvException(L"Failed to write FastInfoset. Unsupported Feature in AppendRestrictedAlphabetString.");
+    }
+}
+
+void DecodeRestrictedAlphabetString(std::wstring& strText, std::wstring_view strAlphabet, std::string_view strOctets)
+{
+    if (!IsUsable(strAlphabet))
+        throw CQvException(
+            L"Failed to parse FastInfoset. Invalid Encoding of Restricted Alphabet. Alphabet must contain "
+            L"between 2 and 2^20 characters.");
+    const unsigned nWidth = WidthOf(strAlphabet);
+    if (nWidth == 4)
+        DecodeNibbles(strText, strAlphabet, strOctets);
+    else if (nWidth == 8)
+        DecodeOctets(strText, strAlphabet, strOctets);
+    else
+        DecodeBits(strText, strAlphabet, strOctets, nWidth);
+}
+
+} // namespace QvXmlLib9

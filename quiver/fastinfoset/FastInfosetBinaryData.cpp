@@ -1,0 +1,240 @@
+#include "quiver/fastinfoset/FastInfosetBinaryData.h"
+
+#include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/values/Conversions.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+enum EAlgorithm : unsigned long
+{
+    Algorithm_Hexadecimal = 1,
+    Algorithm_Base64 = 2,
+    Algorithm_Short = 3,
+    Algorithm_Int = 4,
+    Algorithm_Long = 5,
+    Algorithm_Boolean = 6,
+    Algorithm_Float = 7,
+    Algorithm_Double = 8,
+    Algorithm_Uuid = 9,
+    Algorithm_Cdata = 10
+};
+
+// A single value is text of its whole length: there is no white space to deal with.
+constexpr CWhitespaceUtils::WhitespaceRule s_eRule = CWhitespaceUtils::WhitespaceRule_None;
+
+/// One bit in an octet: the high nibble counts the bits that are not used, bit 3 is the value.
+constexpr unsigned char s_byTrue = 56;
+constexpr unsigned char s_byFalse = 48;
+
+[[noreturn]] void ThrowUnknown()
+{
+    throw CQvException(L"Unknown byte encoding.");
+}
+
+template <class TValue, class TBits>
+TBits BitsOf(TValue value)
+{
+    static_assert(sizeof(TValue) == sizeof(TBits));
+    TBits nBits = 0;
+    std::memcpy(&nBits, &value, sizeof(nBits));
+    return nBits;
+}
+
+template <class TBits>
+void AppendBigEndian(std::string& strOctets, TBits nBits)
+{
+    for (int nShift = static_cast<int>(sizeof(TBits)) * 8 - 8; nShift >= 0; nShift -= 8)
+        strOctets += static_cast<char>(nBits >> nShift & 0xFF);
+}
+
+void AppendText(std::string& strOctets, std::wstring_view strText)
+{
+    const bool bWellFormed = AppendUtf8(strOctets, strText);
+    QV_ASSERT_MSG(bWellFormed, "dwActualLen == dwUtf8Len");
+}
+
+void AppendValue(std::string& strOctets, unsigned long ulIndex, const std::wstring& strText)
+{
+    CBinaryData data;
+    switch (ulIndex)
+    {
+    case Algorithm_Hexadecimal:
+    case Algorithm_Uuid:
+        data.SetAsHexString(strText.c_str());
+        strOctets += data.GetView();
+        break;
+    case Algorithm_Base64:
+        data.SetAsBase64(strText.c_str());
+        strOctets += data.GetView();
+        break;
+    case Algorithm_Short:
+        AppendBigEndian(strOctets, static_cast<std::uint16_t>(CConversions::i2FromString(strText, s_eRule)));
+        break;
+    case Algorithm_Int:
+        AppendBigEndian(strOctets, static_cast<std::uint32_t>(CConversions::i4FromString(strText, s_eRule)));
+        break;
+    case Algorithm_Long:
+        AppendBigEndian(strOctets, static_cast<std::uint64_t>(CConversions::i8FromString(strText, s_eRule)));
+        break;
+    case Algorithm_Boolean:
+        strOctets += static_cast<char>(CConversions::booleanFromString(strText, s_eRule) ? s_byTrue : s_byFalse);
+        break;
+    case Algorithm_Float:
+        AppendBigEndian(strOctets, BitsOf<float, std::uint32_t>(CConversions::r4FromString(strText, s_eRule)));
+        break;
+    case Algorithm_Double:
+        AppendBigEndian(strOctets, BitsOf<double, std::uint64_t>(CConversions::r8FromString(strText, s_eRule)));
+        break;
+    default:
+        ThrowUnknown();
+    }
+}
+
+/// Reads one value of `TValue`, whose bits are those of the big-endian number at `p`.
+template <class TValue, class TBits>
+TValue ReadBigEndian(const unsigned char* p)
+{
+    static_assert(sizeof(TValue) == sizeof(TBits));
+    std::uint64_t nBits = 0;
+    for (std::size_t n = 0; n < sizeof(TBits); ++n)
+        nBits = nBits << 8 | p[n];
+    const auto nValueBits = static_cast<TBits>(nBits);
+    TValue value{};
+    std::memcpy(&value, &nValueBits, sizeof(value));
+    return value;
+}
+
+/// The texts of values of `nWidth` octets each, divided by blanks.
+template <class FnToString>
+std::wstring DecodeFixedWidth(std::string_view strOctets, std::size_t nWidth, const wchar_t* lpctFailure,
+                              FnToString fnToString)
+{
+    if (strOctets.size() % nWidth != 0)
+        throw CQvException(lpctFailure);
+    std::wstring strText;
+    const auto* p = reinterpret_cast<const unsigned char*>(strOctets.data());
+    for (const unsigned char* const pEnd = p + strOctets.size(); p != pEnd; p += nWidth)
+    {
+        if (!strText.empty())
+            strText += L' ';
+        strText += fnToString(p);
+    }
+    return strText;
+}
+
+std::wstring DecodeBooleans(std::string_view strOctets)
+{
+    std::wstring strText;
+    int nBit = 3;
+    const int nUnused = static_cast<unsigned char>(strOctets.front()) >> 4;
+    for (std::size_t n = 0; n < strOctets.size(); ++n)
+    {
+        // No blank between the words of one octet: that is meant.
+        if (n != 0)
+            strText += L' ';
+        const int nLast = n + 1 == strOctets.size() ? nUnused : 0;
+        for (; nBit >= nLast; --nBit)
+            strText += CConversions::booleanToString((strOctets[n] >> nBit & 1) != 0);
+        nBit = 7;
+    }
+    return strText;
+}
+
+} // namespace
+
+CFastInfosetBinaryData::CFastInfosetBinaryData() = default;
+
+CFastInfosetBinaryData::CFastInfosetBinaryData(const CBinaryData& source)
+    : CBinaryData(source)
+{
+}
+
+CFastInfosetBinaryData::CFastInfosetBinaryData(const CFastInfosetBinaryData& source) = default;
+
+CFastInfosetBinaryData::CFastInfosetBinaryData(unsigned char* const pData, unsigned long ulLength, bool bTakeOwnership)
+    : CBinaryData(pData, ulLength, bTakeOwnership)
+{
+}
+
+CFastInfosetBinaryData::CFastInfosetBinaryData(const wchar_t* lpctText)
+    : CBinaryData(lpctText)
+{
+}
+
+CFastInfosetBinaryData::~CFastInfosetBinaryData() = default;
+
+CFastInfosetBinaryData& CFastInfosetBinaryData::operator=(const CFastInfosetBinaryData& source) = default;
+
+void CFastInfosetBinaryData::SetAsEncodedString(unsigned long ulIndex, const wchar_t* lpctText)
+{
+    Clear();
+    std::string strOctets;
+    AppendEncoded(strOctets, ulIndex, lpctText);
+    SetBuffer(reinterpret_cast<const unsigned char*>(strOctets.data()), static_cast<unsigned long>(strOctets.size()));
+}
+
+void CFastInfosetBinaryData::AppendEncoded(std::string& strOctets, unsigned long ulIndex, std::wstring_view strText)
+{
+    if (ulIndex == Algorithm_Cdata)
+        AppendText(strOctets, strText);
+    else
+        AppendValue(strOctets, ulIndex, std::wstring(strText));
+}
+
+std::wstring CFastInfosetBinaryData::GetAsString(unsigned long ulIndex) const
+{
+    return Decode(GetView(), ulIndex);
+}
+
+std::wstring CFastInfosetBinaryData::Decode(std::string_view strOctets, unsigned long ulIndex)
+{
+    if (strOctets.empty())
+        return std::wstring();
+    const auto* const pOctets = reinterpret_cast<const unsigned char*>(strOctets.data());
+    const auto ulLength = static_cast<unsigned long>(strOctets.size());
+    switch (ulIndex)
+    {
+    case Algorithm_Hexadecimal:
+        return CBinaryData::GetAsHexString(pOctets, ulLength);
+    case Algorithm_Base64:
+        return CBase64().Encode(pOctets, ulLength);
+    case Algorithm_Short:
+        return DecodeFixedWidth(strOctets, 2, L"Invalid value for SHORT byte encoding.",
+                                [](const unsigned char* p)
+                                { return CConversions::i2ToString(ReadBigEndian<std::int16_t, std::uint16_t>(p)); });
+    case Algorithm_Int:
+        return DecodeFixedWidth(strOctets, 4, L"Invalid value for INT byte encoding.",
+                                [](const unsigned char* p)
+                                { return CConversions::i4ToString(ReadBigEndian<std::int32_t, std::uint32_t>(p)); });
+    case Algorithm_Long:
+        return DecodeFixedWidth(strOctets, 8, L"Invalid value for LONG byte encoding.",
+                                [](const unsigned char* p)
+                                { return CConversions::i8ToString(ReadBigEndian<std::int64_t, std::uint64_t>(p)); });
+    case Algorithm_Boolean:
+        return DecodeBooleans(strOctets);
+    case Algorithm_Float:
+        return DecodeFixedWidth(strOctets, 4, L"Invalid value for FLOAT byte encoding.",
+                                [](const unsigned char* p)
+                                { return CConversions::r4ToString(ReadBigEndian<float, std::uint32_t>(p), nullptr); });
+    case Algorithm_Double:
+        return DecodeFixedWidth(strOctets, 8, L"Invalid value for DOUBLE byte encoding.",
+                                [](const unsigned char* p)
+                                { return CConversions::r8ToString(ReadBigEndian<double, std::uint64_t>(p), nullptr); });
+    case Algorithm_Uuid:
+        return DecodeFixedWidth(strOctets, 16, L"Invalid value for UUID byte encoding.",
+                                [](const unsigned char* p) { return CBinaryData::GetAsHexString(p, 16); });
+    default:
+        ThrowUnknown();
+    }
+}
+
+} // namespace QvXmlLib9
