@@ -1,0 +1,458 @@
+#include "quiver/fastinfoset/FastInfosetWriter.h"
+
+#include "quiver/fastinfoset/FIAlphabet.h"
+#include "quiver/fastinfoset/FIDeclarations.h"
+#include "quiver/fastinfoset/FastInfosetBinaryData.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
+#include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/output/UnitText.h"
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+constexpr std::wstring_view s_strXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
+constexpr std::wstring_view s_strXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
+
+/// Names the agreed vocabulary where the context has no name for it.
+constexpr std::wstring_view s_strDefaultVocabularyURI = L"urn:quiver:fastinfoset:default-vocabulary";
+
+/// One end, or with the next one two, in half octets of ones.
+constexpr unsigned char s_byEnd = 240;
+constexpr unsigned char s_byTwoEnds = 255;
+
+constexpr unsigned char s_byIndex = 128;
+constexpr unsigned char s_byAttributes = 64;
+constexpr unsigned char s_byNamespaceAttributes = 56;
+constexpr unsigned char s_byLiteralElementName = 60;
+constexpr unsigned char s_byLiteralAttributeName = 120;
+constexpr unsigned char s_byHasPrefix = 2;
+constexpr unsigned char s_byHasNamespace = 1;
+constexpr unsigned char s_byDefaultNamespaceItem = 205;
+constexpr unsigned char s_byPrefixedNamespaceItem = 207;
+constexpr unsigned char s_byChunk = 128;
+constexpr unsigned char s_byChunkIndex = 32;
+constexpr unsigned char s_byAddValue = 64;
+constexpr unsigned char s_byAddChunk = 16;
+
+constexpr unsigned long s_ulCdata = 10;
+
+unsigned char PartsOf(std::wstring_view strPrefix, std::wstring_view strNamespace)
+{
+    QV_ASSERT_MSG(strPrefix.empty() || !strNamespace.empty(), "!strNamespace.empty()");
+    return static_cast<unsigned char>((strPrefix.empty() ? 0 : s_byHasPrefix) |
+                                      (strNamespace.empty() ? 0 : s_byHasNamespace));
+}
+
+} // namespace
+
+/// How an encoded string is written at the place where it stands: at the third bit of an octet with its length at the
+/// fifth, or at the fifth with its length at the seventh.
+struct CFastInfosetWriter::SStringEncoding
+{
+    unsigned char byAlphabet;
+    unsigned char byAlgorithm;
+    /// An index of 8 bits begins in the low bits of one octet and ends this far up in the next one.
+    int nIndexShift;
+    void (CFIOctetWriter::*pfnWriteLength)(unsigned char, std::size_t);
+    const wchar_t* lpctUnknown;
+};
+
+CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream)
+    : CXmlWriter(L"CFastInfosetWriter")
+    , m_pFIContext(pContext)
+    , m_vocabulary(pContext->GetUseGeneratedVocabulary() ? CFIVocabulary(*pContext->GetVocabulary()) : CFIVocabulary())
+    , m_out(pStream)
+{
+}
+
+CFastInfosetWriter::~CFastInfosetWriter() = default;
+
+void CFastInfosetWriter::WriteComment(std::wstring_view /*strText*/)
+{
+}
+
+void CFastInfosetWriter::WriteProcessingInstruction(std::wstring_view /*strText*/)
+{
+}
+
+void CFastInfosetWriter::WriteInlineSchema(std::wstring_view /*strText*/)
+{
+}
+
+void CFastInfosetWriter::WriteHeader(FInfoDecl eDecl)
+{
+    if (eDecl != FInfoDecl_None)
+    {
+        const auto nDecl = static_cast<std::size_t>(eDecl) - 1;
+        if (nDecl >= g_fiDeclarations.size())
+        {
+            throw CQvException(FormatString(L"Failed to write FastInfoset. Invalid XML declaration value [%d]",
+                                            static_cast<int>(eDecl)));
+        }
+        m_out.WriteOctets(g_fiDeclarations[nDecl]);
+    }
+    m_out.WriteOctets(g_strFIIdentification);
+    if (!m_pFIContext->GetUseGeneratedVocabulary())
+    {
+        m_out.WriteOctet(0);
+        return;
+    }
+    // An initial vocabulary, of which there is only the URI of the external one.
+    m_out.WriteOctets(std::string_view("\x20\x10\x00", 3));
+    std::wstring strBuffer;
+    const std::wstring strURI = m_pFIContext->GetExternalVocabularyURI();
+    const std::wstring_view strUnits = ToUnitText(strURI, strBuffer);
+    WriteLiteral(strUnits.empty() ? s_strDefaultVocabularyURI : strUnits);
+}
+
+void CFastInfosetWriter::WriteTerminator()
+{
+    m_out.WriteOctet(m_bTerminatorPending ? s_byTwoEnds : s_byEnd);
+}
+
+// --- Elements -------------------------------------------------------------------------------------------------------
+
+void CFastInfosetWriter::StartElement(std::wstring_view strName, std::wstring_view strNamespace)
+{
+    FlushPendingElement(false);
+    if (m_bTerminatorPending)
+    {
+        m_out.WriteOctet(s_byEnd);
+        m_bTerminatorPending = false;
+    }
+    if (m_pContext != nullptr)
+    {
+        ++m_pContext->m_dwChildCount;
+        EndStartTag(*m_pContext);
+    }
+    std::wstring strNameBuffer;
+    std::wstring strNamespaceBuffer;
+    m_pPendingContext = CreateContext(ToUnitText(strName, strNameBuffer), ToUnitText(strNamespace, strNamespaceBuffer));
+}
+
+void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
+{
+    if (m_pPendingContext == nullptr)
+        return;
+    CXmlWriterContext& context = *m_pPendingContext;
+    unsigned char byCurrent = 0;
+    if (bAttributes)
+    {
+        context.m_bAttributesOpen = true;
+        byCurrent = s_byAttributes;
+    }
+    if (m_pContext == nullptr)
+    {
+        WriteRootNamespaces(byCurrent);
+        byCurrent = 0;
+    }
+    WriteElementName(context, byCurrent);
+    m_pContext = &context;
+    m_pPendingContext = nullptr;
+}
+
+void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
+{
+    // Written even if there is nothing to declare: the map always holds the prefix "xml".
+    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | s_byNamespaceAttributes));
+    if (!m_strDefaultNamespace.empty())
+    {
+        m_out.WriteOctet(s_byDefaultNamespaceItem);
+        WriteIdentifyingString(m_strDefaultNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    }
+    for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
+    {
+        // A longer URI that begins like the XML namespace is passed over as well; that is meant.
+        if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
+            continue;
+        m_out.WriteOctet(s_byPrefixedNamespaceItem);
+        WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+        WriteIdentifyingString(strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    }
+    m_out.WriteOctet(s_byEnd);
+}
+
+void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)
+{
+    // A generated prefix needs no declaration: the name carries its URI.
+    const std::wstring_view strNamespace = context.m_strNamespace;
+    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+        WriteQualifiedNameBit3(byCurrent, {}, strNamespace, context.m_strElementName);
+    else
+        WriteQualifiedNameBit3(byCurrent, GetPrefix(context, strNamespace), strNamespace, context.m_strElementName);
+}
+
+void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)
+{
+    if (!context.m_bStartTagOpen)
+        return;
+    context.m_bStartTagOpen = false;
+    if (context.m_bAttributesOpen)
+        m_out.WriteOctet(s_byEnd);
+}
+
+void CFastInfosetWriter::EndElement()
+{
+    QV_ASSERT_MSG(m_pContext != nullptr, "m_pContext != NULL");
+    FlushPendingElement(false);
+    EndStartTag(GetOpenElement());
+    if (m_bTerminatorPending)
+        m_out.WriteOctet(s_byTwoEnds);
+    m_bTerminatorPending = !m_bTerminatorPending;
+    PopContext();
+}
+
+// --- Attributes and text --------------------------------------------------------------------------------------------
+
+CFastInfosetWriter::CXmlWriterContext& CFastInfosetWriter::BeginAttribute()
+{
+    FlushPendingElement(true);
+    return GetOpenStartTag();
+}
+
+void CFastInfosetWriter::WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace,
+                                        std::wstring_view strValue, ItemType eType)
+{
+    CXmlWriterContext& context = BeginAttribute();
+    std::wstring strNameBuffer;
+    std::wstring strNamespaceBuffer;
+    const std::wstring_view strNameUnits = ToUnitText(strName, strNameBuffer);
+    const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strNamespaceBuffer);
+    if (strNamespaceUnits.empty())
+        WriteQualifiedNameBit2({}, {}, strNameUnits);
+    else
+        WriteQualifiedNameBit2(GetPrefix(context, strNamespaceUnits), strNamespaceUnits, strNameUnits);
+    WriteAttributeValue(strValue, eType);
+}
+
+void CFastInfosetWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType)
+{
+    CXmlWriterContext& context = BeginAttribute();
+    std::wstring strNamespaceBuffer;
+    const std::wstring_view strNamespace = ToUnitText(strTypeNamespace, strNamespaceBuffer);
+    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+    {
+        WriteAttribute(L"type", s_strXsiNamespace, strTypeName, eType);
+        return;
+    }
+    std::wstring strNameBuffer;
+    const std::wstring_view strName = ToUnitText(strTypeName, strNameBuffer);
+    std::wstring strValue;
+    if (const std::wstring* const pstrPrefix = FindPrefix(strNamespace); pstrPrefix == nullptr)
+    {
+        // The name of the attribute is the type itself here, unlike below; that is meant.
+        strValue = BindGeneratedPrefix(context, strNamespace);
+        WriteQualifiedNameBit2(strValue, strNamespace, strName);
+    }
+    else
+    {
+        QV_ASSERT_MSG(!pstrPrefix->empty(), "!m_pContext->GetNamespaceMapValue(strElementNamespace).empty()");
+        strValue = *pstrPrefix;
+        WriteQualifiedNameBit2(strValue, s_strXsiNamespace, L"type");
+    }
+    strValue += L':';
+    strValue += strName;
+    WriteAttributeValue(strValue, eType);
+}
+
+void CFastInfosetWriter::WriteXsiNil()
+{
+    BeginAttribute();
+    WriteAttribute(L"nil", s_strXsiNamespace, L"true", ItemType_boolean);
+}
+
+void CFastInfosetWriter::WriteText(std::wstring_view strValue, ItemType eType)
+{
+    // What is owed for a child that has ended stays owed: the text comes ahead of the child's end.
+    FlushPendingElement(false);
+    EndStartTag(GetOpenElement());
+    WriteCharacterChunk(strValue, eType);
+}
+
+// --- Names ----------------------------------------------------------------------------------------------------------
+
+std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace)
+{
+    const std::wstring* const pstrPrefix = FindPrefix(strNamespace);
+    return pstrPrefix != nullptr ? *pstrPrefix : BindGeneratedPrefix(context, strNamespace);
+}
+
+void CFastInfosetWriter::WriteQualifiedNameBit2(std::wstring_view strPrefix, std::wstring_view strNamespace,
+                                                std::wstring_view strLocalName)
+{
+    const CFIIndexMap::SKey key{strLocalName, strNamespace, strPrefix};
+    const std::uint32_t dwIndex = m_vocabulary.m_attributeNameMap.Find(key);
+    if (dwIndex != 0)
+    {
+        m_out.WriteIntegerBit2(0, dwIndex);
+        return;
+    }
+    m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(strPrefix, strNamespace)));
+    WriteNameParts(key);
+    m_vocabulary.m_attributeNameMap.Add(key);
+}
+
+void CFastInfosetWriter::WriteQualifiedNameBit3(unsigned char byCurrent, std::wstring_view strPrefix,
+                                                std::wstring_view strNamespace, std::wstring_view strLocalName)
+{
+    QV_ASSERT((byCurrent & 0x3F) == 0);
+    const CFIIndexMap::SKey key{strLocalName, strNamespace, strPrefix};
+    const std::uint32_t dwIndex = m_vocabulary.m_elementNameMap.Find(key);
+    if (dwIndex != 0)
+    {
+        m_out.WriteIntegerBit3(byCurrent, dwIndex);
+        return;
+    }
+    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(strPrefix, strNamespace)));
+    WriteNameParts(key);
+    m_vocabulary.m_elementNameMap.Add(key);
+}
+
+void CFastInfosetWriter::WriteNameParts(const CFIIndexMap::SKey& key)
+{
+    if (!key.strPrefix.empty())
+        WriteIdentifyingString(key.strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+    if (!key.strNamespace.empty())
+        WriteIdentifyingString(key.strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    WriteIdentifyingString(key.strText, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
+}
+
+void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map,
+                                                CFIVocabulary::CFIStringTable& table)
+{
+    const std::uint32_t dwIndex = map.Find({strText});
+    if (dwIndex != 0)
+    {
+        m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+        return;
+    }
+    WriteLiteral(strText);
+    CFIVocabulary::AddValue(strText, map, table);
+}
+
+void CFastInfosetWriter::WriteLiteral(std::wstring_view strText)
+{
+    m_strOctets.clear();
+    CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, strText);
+    m_out.WriteLengthBit2(0, m_strOctets.size());
+    m_out.WriteOctets(m_strOctets);
+}
+
+// --- Values ---------------------------------------------------------------------------------------------------------
+
+void CFastInfosetWriter::WriteAttributeValue(std::wstring_view strValue, ItemType eType)
+{
+    static constexpr SStringEncoding s_place{
+        32, 48, 4, &CFIOctetWriter::WriteLengthBit5,
+        L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit5."};
+    std::wstring strBuffer;
+    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
+    if (strUnits.empty())
+    {
+        m_out.WriteZeroBit2(s_byIndex);
+    }
+    else if (strUnits.size() >= m_pFIContext->GetAttributeMaxAddLength())
+    {
+        WriteEncodedString(s_place, 0, strUnits, eType);
+    }
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find({strUnits}); dwIndex != 0)
+    {
+        m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+    }
+    else
+    {
+        WriteEncodedString(s_place, s_byAddValue, strUnits, eType);
+        m_vocabulary.m_attributeValueMap.Add({strUnits});
+    }
+}
+
+void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view strValue, ItemType eType)
+{
+    static constexpr SStringEncoding s_place{
+        8, 12, 2, &CFIOctetWriter::WriteLengthBit7,
+        L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit7."};
+    std::wstring strBuffer;
+    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
+    if (strUnits.empty())
+        return;
+    if (strUnits.size() >= m_pFIContext->GetElementMaxAddLength())
+    {
+        WriteEncodedString(s_place, s_byChunk, strUnits, eType);
+    }
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find({strUnits}); dwIndex != 0)
+    {
+        m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+    }
+    else
+    {
+        WriteEncodedString(s_place, s_byChunk | s_byAddChunk, strUnits, eType);
+        m_vocabulary.m_characterChunkMap.Add({strUnits});
+    }
+}
+
+void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent,
+                                            std::wstring_view strValue, ItemType eType)
+{
+    const CFastInfosetContext::EncodedCharacterString encoding = m_pFIContext->GetEncoding(eType);
+    m_strOctets.clear();
+    switch (encoding.m_dwType)
+    {
+    case 0:
+        if (m_pFIContext->GetDefaultStringEncoding() == 1)
+        {
+            throw CQvException(
+                L"Failed to write FastInfoset. Unsupported Feature UTF16BE in EncodedCharacterStringBit5.");
+        }
+        CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, strValue);
+        break;
+    case 1:
+        byCurrent = BeginRestrictedAlphabet(place, byCurrent, encoding.m_dwIndex);
+        AppendRestrictedAlphabetString(m_strOctets, m_vocabulary.m_restrictedAlphabets[encoding.m_dwIndex - 1],
+                                       strValue);
+        break;
+    case 2:
+        byCurrent = BeginEncodingAlgorithm(place, byCurrent, encoding.m_dwIndex);
+        CFastInfosetBinaryData::AppendEncoded(m_strOctets, encoding.m_dwIndex, strValue);
+        break;
+    default:
+        throw CQvException(place.lpctUnknown);
+    }
+    (m_out.*place.pfnWriteLength)(byCurrent, m_strOctets.size());
+    m_out.WriteOctets(m_strOctets);
+}
+
+unsigned char CFastInfosetWriter::BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent,
+                                                          std::uint32_t dwIndex)
+{
+    if (dwIndex < 1 || dwIndex > 2)
+    {
+        throw CQvException(FormatString(L"Failed to write FastInfoset. Invalid Restricted Alphabet value [%d]",
+                                        static_cast<int>(dwIndex)));
+    }
+    return WriteIndex(place, static_cast<unsigned char>(byCurrent | place.byAlphabet), dwIndex - 1);
+}
+
+unsigned char CFastInfosetWriter::BeginEncodingAlgorithm(const SStringEncoding& place, unsigned char byCurrent,
+                                                         std::uint32_t dwIndex)
+{
+    if (dwIndex < 1 || dwIndex > s_ulCdata)
+    {
+        throw CQvException(FormatString(L"Failed to write FastInfoset. Invalid Encoding Algorithm value [%d]",
+                                        static_cast<int>(dwIndex)));
+    }
+    return WriteIndex(place, static_cast<unsigned char>(byCurrent | place.byAlgorithm), dwIndex - 1);
+}
+
+unsigned char CFastInfosetWriter::WriteIndex(const SStringEncoding& place, unsigned char byCurrent,
+                                             std::uint32_t dwIndex)
+{
+    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | dwIndex >> (8 - place.nIndexShift)));
+    return static_cast<unsigned char>(dwIndex << place.nIndexShift);
+}
+
+} // namespace QvXmlLib9

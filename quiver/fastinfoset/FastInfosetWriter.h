@@ -1,0 +1,107 @@
+#pragma once
+
+#include "quiver/core/XmlSerializationTypes.h"
+#include "quiver/fastinfoset/FIOctetWriter.h"
+#include "quiver/fastinfoset/FIVocabulary.h"
+#include "quiver/output/XmlWriter.h"
+
+#include <string>
+#include <string_view>
+
+namespace QvXmlLib9
+{
+
+class CBinaryStream;
+class CFastInfosetContext;
+
+/// Writes a Fast Infoset document (ITU-T X.891) into a `CBinaryStream`.
+///
+///     CBinaryStream stream;
+///     CFastInfosetWriter writer(&context.GetFIContext(), &stream);
+///     writer.Open();
+///     writer.WriteHeader(FInfoDecl_None);
+///     ...write the root element...
+///     writer.WriteTerminator();
+///     writer.Close();
+///     CBinaryData document = stream.GetData();
+///
+/// Names are written once and by index afterwards, and so are short values; values are encoded by their item type as
+/// the context says. Comments, processing instructions and in-line schemas are not written.
+///
+/// Text that follows a child element comes ahead of the child's end in the document, so that a reader takes it for the
+/// child's: mixed content behind a child does not keep its place. Unlike in XML text, empty text ends the start tag,
+/// after which attributes are refused.
+class CFastInfosetWriter : public CXmlWriter
+{
+public:
+    /// @param pContext the options, only read.
+    /// @param pStream where to. Neither is owned; both must live as long as the writer.
+    CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream);
+    ~CFastInfosetWriter() override;
+
+    /// Does nothing, like the two below: Fast Infoset documents are written without them.
+    void WriteComment(std::wstring_view strText) override;
+    void WriteProcessingInstruction(std::wstring_view strText) override;
+    void WriteInlineSchema(std::wstring_view strText) override;
+
+    void StartElement(std::wstring_view strName, std::wstring_view strNamespace) override;
+    void WriteText(std::wstring_view strValue, ItemType eType) override;
+
+    /// Ends the open element. A root with neither attributes nor content stops a diagnostic build here.
+    void EndElement() override;
+
+    void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+                        ItemType eType) override;
+
+    /// Writes the type of the open element. If the namespace of the type is not known yet, the attribute bears the name
+    /// of the type itself in place of `xsi:type`; that is meant.
+    void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) override;
+
+    void WriteXsiNil() override;
+
+    /// Writes what precedes the root: the XML declaration if one is asked for, the identification, and the URI of the
+    /// agreed vocabulary if the context uses one. To be called once, behind Open.
+    /// @throws CQvException "Failed to write FastInfoset. Invalid XML declaration value [%d]"
+    void WriteHeader(FInfoDecl eDecl);
+
+    /// Ends the document. To be called once, after the root has been ended.
+    void WriteTerminator();
+
+private:
+    struct SStringEncoding;
+
+    void FlushPendingElement(bool bAttributes);
+    void WriteRootNamespaces(unsigned char byCurrent);
+    void WriteElementName(CXmlWriterContext& context, unsigned char byCurrent);
+    void EndStartTag(CXmlWriterContext& context);
+    CXmlWriterContext& BeginAttribute();
+
+    std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
+    void WriteQualifiedNameBit2(std::wstring_view strPrefix, std::wstring_view strNamespace,
+                                std::wstring_view strLocalName);
+    void WriteQualifiedNameBit3(unsigned char byCurrent, std::wstring_view strPrefix, std::wstring_view strNamespace,
+                                std::wstring_view strLocalName);
+    void WriteNameParts(const CFIIndexMap::SKey& key);
+    void WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
+    void WriteLiteral(std::wstring_view strText);
+
+    void WriteAttributeValue(std::wstring_view strValue, ItemType eType);
+    void WriteCharacterChunk(std::wstring_view strValue, ItemType eType);
+    void WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view strValue,
+                            ItemType eType);
+    unsigned char BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
+    unsigned char BeginEncodingAlgorithm(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
+    unsigned char WriteIndex(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
+
+    const CFastInfosetContext* m_pFIContext;
+    /// The element whose start has been asked for but not written: whether it has attributes decides its first octet.
+    CXmlWriterContext* m_pPendingContext = nullptr;
+    /// The end of an element is owed. It takes half an octet, which the next end may share.
+    bool m_bTerminatorPending = false;
+    CFIVocabulary m_vocabulary;
+    CFIOctetWriter m_out;
+    /// Octets of the value in progress.
+    std::string m_strOctets;
+};
+
+} // namespace QvXmlLib9
