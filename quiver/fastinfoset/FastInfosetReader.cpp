@@ -1,0 +1,657 @@
+#include "quiver/fastinfoset/FastInfosetReader.h"
+
+#include "quiver/document/XmlDocument.h"
+#include "quiver/fastinfoset/FIAlphabet.h"
+#include "quiver/fastinfoset/FIDeclarations.h"
+#include "quiver/fastinfoset/FastInfosetBinaryData.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
+#include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/foundation/platform/Platform.h"
+
+#include <algorithm>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+// A table lets a few octets stand for a text of any length, and the tree holds a copy each time, so that a small
+// document could ask for memory without end. Texts out of tables may add up to this many units, or to this many times
+// the document's octets if that is more; documents in use stay far below either.
+constexpr std::uint64_t s_nRepeatedUnitsFree = 16 * 1024 * 1024;
+constexpr std::uint64_t s_nRepeatedUnitsPerOctet = 100;
+
+/// The trace takes no longer texts.
+constexpr std::size_t s_nTracedNameLength = 16384;
+
+constexpr unsigned char s_byEnd = 240;
+constexpr unsigned char s_byTwoEnds = 255;
+constexpr unsigned char s_byProcessingInstruction = 225;
+constexpr unsigned char s_byComment = 226;
+
+/// Octets from here on are no element in content, and no attribute in a list of attributes.
+constexpr unsigned char s_byNotElement = 128;
+constexpr unsigned char s_byNotChunk = 192;
+constexpr unsigned char s_byIndex = 128;
+
+constexpr unsigned char s_byAttributes = 64;
+constexpr unsigned char s_byAddValue = 64;
+constexpr unsigned char s_byChunkIndex = 32;
+constexpr unsigned char s_byAddChunk = 16;
+constexpr unsigned char s_byHasFirst = 2;
+constexpr unsigned char s_byHasSecond = 1;
+
+// Items that are told by the top bits of an octet.
+constexpr unsigned s_nNamespaceAttributes = 14; // the upper 4 of the low 6 bits
+constexpr unsigned s_nNotation = 48;            // the upper 6 bits
+constexpr unsigned s_nDocumentTypeDeclaration = 49;
+constexpr unsigned s_nEntityReference = 50;
+constexpr unsigned s_nNamespaceAttribute = 51;
+constexpr unsigned s_nUnparsedEntity = 104; // the upper 7 bits
+
+constexpr unsigned s_nFormUtf8 = 0;
+constexpr unsigned s_nFormUtf16 = 1;
+constexpr unsigned s_nFormAlphabet = 2;
+constexpr std::uint32_t s_dwCdata = 10;
+
+/// How many of an item's two optional strings are there.
+unsigned CountOptional(unsigned char by)
+{
+    return ((by & s_byHasFirst) != 0 ? 1u : 0u) + ((by & s_byHasSecond) != 0 ? 1u : 0u);
+}
+
+bool IsAscii(std::string_view strOctets)
+{
+    unsigned char byAll = 0;
+    for (const char c : strOctets)
+        byAll |= static_cast<unsigned char>(c);
+    return byAll < 0x80;
+}
+
+[[noreturn]] void ThrowInvalidIndex(std::uint32_t dwIndex)
+{
+    throw CQvException(
+        FormatString(L"Failed to parse FastInfoset. Invalid table index [%d].", static_cast<int>(dwIndex)));
+}
+
+} // namespace
+
+CFastInfosetReader::CFastInfosetReader(const CFastInfosetContext* pContext, CXmlDocument* pDocument)
+    : CInstanceMonitor(L"CFastInfosetReader")
+    , m_pFIContext(pContext)
+    , m_pDocument(pDocument)
+    , m_in(std::string_view())
+{
+    m_elements.lpcIndexCheck = "m_pVocabulary->m_elementNames.m_table.size() > m_dwLastValue - 1";
+    m_attributes.lpcIndexCheck = "m_pVocabulary->m_attributeNames.m_table.size() > m_dwLastValue - 1";
+}
+
+CFastInfosetReader::~CFastInfosetReader()
+{
+    Reset();
+}
+
+void CFastInfosetReader::Reset()
+{
+    m_in = CFIOctetReader(std::string_view());
+    m_pVocabulary.reset();
+    for (SNames* const pNames : {&m_elements, &m_attributes})
+    {
+        pNames->pTable = nullptr;
+        pNames->records.clear();
+    }
+    for (SValues* const pValues : {&m_attributeValues, &m_characterChunks})
+        *pValues = SValues();
+    m_strUnits = std::wstring();
+}
+
+bool CFastInfosetReader::Parse()
+{
+    m_in = CFIOctetReader({reinterpret_cast<const char*>(m_pDocument->m_pbyData), m_pDocument->m_dwDataLen});
+    if (!SkipIdentification())
+        return false;
+    try
+    {
+        BeginDocument();
+        SkipHead();
+        ReadBody();
+    }
+    catch (...)
+    {
+        Reset();
+        throw;
+    }
+    return true;
+}
+
+void CFastInfosetReader::BeginDocument()
+{
+    m_pVocabulary.reset(m_pFIContext->GetUseGeneratedVocabulary() ? new CFIVocabulary(*m_pFIContext->GetVocabulary())
+                                                                  : new CFIVocabulary);
+    m_elements.pTable = &m_pVocabulary->m_elementNames;
+    m_attributes.pTable = &m_pVocabulary->m_attributeNames;
+    for (const std::wstring& strValue : m_pVocabulary->m_attributeValues)
+        m_attributeValues.values.emplace_back(strValue);
+    for (const std::wstring& strValue : m_pVocabulary->m_characterChunks)
+        m_characterChunks.values.emplace_back(strValue);
+    m_nRepeatedUnits = 0;
+    m_nRepeatedUnitsLimit = std::max(s_nRepeatedUnitsFree, s_nRepeatedUnitsPerOctet * m_pDocument->m_dwDataLen);
+    m_bTrace = Platform::IsDebugOutputOn();
+}
+
+// --- Head -----------------------------------------------------------------------------------------------------------
+
+bool CFastInfosetReader::SkipIdentification()
+{
+    const std::size_t nLength = g_strFIIdentification.size();
+    if (m_in.GetOctetsLeft() <= nLength || m_in.PeekOctets(nLength) != g_strFIIdentification)
+    {
+        const auto fnMatches = [this](std::string_view strDeclaration)
+        {
+            return strDeclaration.size() < m_in.GetOctetsLeft() &&
+                   m_in.PeekOctets(strDeclaration.size()) == strDeclaration;
+        };
+        const auto it = std::find_if(g_fiDeclarations.begin(), g_fiDeclarations.end(), fnMatches);
+        if (it == g_fiDeclarations.end())
+            return false;
+        m_in.ReadOctets(it->size());
+        if (m_in.PeekOctets(nLength) != g_strFIIdentification)
+            return false;
+    }
+    m_in.ReadOctets(nLength);
+    return true;
+}
+
+void CFastInfosetReader::SkipHead()
+{
+    const unsigned char byComponents = m_in.ReadOctet();
+    if ((byComponents & 64) != 0)
+        SkipAdditionalData();
+    if ((byComponents & 32) != 0)
+        SkipInitialVocabulary();
+    if ((byComponents & 16) != 0)
+        SkipNotations();
+    if ((byComponents & 8) != 0)
+        SkipUnparsedEntities();
+    if ((byComponents & 4) != 0)
+        m_in.ReadOctetString(); // character encoding scheme
+    if ((byComponents & 2) != 0)
+        m_in.ReadOctet(); // standalone
+    if ((byComponents & 1) != 0)
+        SkipNonIdentifyingString(); // version
+}
+
+void CFastInfosetReader::SkipAdditionalData()
+{
+    for (std::uint32_t nLeft = m_in.ReadSequenceLength(); nLeft > 0; --nLeft)
+    {
+        m_in.ReadOctetString(); // identifier
+        m_in.ReadOctetString(); // data
+    }
+}
+
+void CFastInfosetReader::SkipInitialVocabulary()
+{
+    const unsigned char byFirst = m_in.ReadOctet();
+    const unsigned char bySecond = m_in.ReadOctet();
+    if ((byFirst & 16) != 0)
+        m_in.ReadOctetString(); // external vocabulary
+    // Restricted alphabets, encoding algorithms, prefixes, namespace names, local names, other names, other URIs.
+    for (const bool bHas : {(byFirst & 8) != 0, (byFirst & 4) != 0, (byFirst & 2) != 0, (byFirst & 1) != 0,
+                            (bySecond & 128) != 0, (bySecond & 64) != 0, (bySecond & 32) != 0})
+    {
+        if (bHas)
+            SkipOctetStrings();
+    }
+    // Attribute values, content character chunks, other strings.
+    for (const bool bHas : {(bySecond & 16) != 0, (bySecond & 8) != 0, (bySecond & 4) != 0})
+    {
+        if (bHas)
+            SkipEncodedStrings();
+    }
+    // Names of elements, names of attributes.
+    for (const bool bHas : {(bySecond & 2) != 0, (bySecond & 1) != 0})
+    {
+        if (bHas)
+            SkipNameSurrogates();
+    }
+}
+
+void CFastInfosetReader::SkipOctetStrings()
+{
+    for (std::uint32_t nLeft = m_in.ReadSequenceLength(); nLeft > 0; --nLeft)
+        m_in.ReadOctetString();
+}
+
+void CFastInfosetReader::SkipEncodedStrings()
+{
+    for (std::uint32_t nLeft = m_in.ReadSequenceLength(); nLeft > 0; --nLeft)
+        ReadEncodedStringBit3(m_in.ReadOctet());
+}
+
+void CFastInfosetReader::SkipNameSurrogates()
+{
+    for (std::uint32_t nLeft = m_in.ReadSequenceLength(); nLeft > 0; --nLeft)
+    {
+        // Prefix and namespace if they are there, and the local name.
+        for (unsigned nParts = CountOptional(m_in.ReadOctet()) + 1; nParts > 0; --nParts)
+            m_in.ReadIntegerBit2(m_in.ReadOctet());
+    }
+}
+
+void CFastInfosetReader::SkipNotations()
+{
+    for (unsigned char by = m_in.ReadOctet(); by >> 2 == s_nNotation; by = m_in.ReadOctet())
+        SkipIdentifyingStrings(1 + CountOptional(by));
+}
+
+void CFastInfosetReader::SkipUnparsedEntities()
+{
+    for (unsigned char by = m_in.ReadOctet(); by >> 1 == s_nUnparsedEntity; by = m_in.ReadOctet())
+        SkipIdentifyingStrings(3 + (by & 1u));
+}
+
+void CFastInfosetReader::SkipIdentifyingStrings(unsigned nCount)
+{
+    for (; nCount > 0; --nCount)
+    {
+        const unsigned char by = m_in.ReadOctet();
+        if (by >= s_byIndex)
+            m_in.ReadIntegerBit2(by);
+        else
+            m_in.ReadOctets(m_in.ReadLengthBit2(by));
+    }
+}
+
+void CFastInfosetReader::SkipNonIdentifyingString()
+{
+    // Neither comments nor instructions share a table with attribute values (X.891, 8.2), so nothing is entered.
+    const unsigned char by = m_in.ReadOctet();
+    if (by >= s_byIndex)
+        m_in.ReadIntegerOrZeroBit2(by);
+    else
+        ReadEncodedStringBit3(by);
+}
+
+void CFastInfosetReader::SkipProcessingInstruction()
+{
+    SkipIdentifyingStrings(1);
+    SkipNonIdentifyingString();
+}
+
+// --- Elements -------------------------------------------------------------------------------------------------------
+
+void CFastInfosetReader::ReadBody()
+{
+    // The end of a document type declaration looks like the end of the document.
+    bool bMayEndItem = false;
+    bool bEnded = false;
+    while (!bEnded || m_in.GetOctetsLeft() != 0)
+    {
+        const unsigned char by = m_in.ReadOctet();
+        if (by < s_byNotElement)
+        {
+            ReadElements(by);
+            return;
+        }
+        if (by == s_byEnd || by == s_byTwoEnds)
+        {
+            if (!bMayEndItem)
+                break;
+            bMayEndItem = false;
+            bEnded = true;
+            continue;
+        }
+        if (by == s_byProcessingInstruction)
+            SkipProcessingInstruction();
+        else if (by == s_byComment)
+            SkipNonIdentifyingString();
+        else if (by >> 2 == s_nDocumentTypeDeclaration)
+            SkipIdentifyingStrings(CountOptional(by));
+        else
+            continue;
+        bMayEndItem = true;
+    }
+    throw CQvException(L"Invalid or empty XML document");
+}
+
+void CFastInfosetReader::ReadElements(unsigned char by)
+{
+    // No recursion: the document keeps the path of open elements.
+    const std::vector<CXmlElement*>& path = m_pDocument->m_pElementStack;
+    for (;; by = m_in.ReadOctet())
+    {
+        if (by < s_byNotElement)
+        {
+            if (!BeginElement(by))
+                EndElement();
+        }
+        else if (by == s_byEnd)
+        {
+            EndElement();
+        }
+        else if (by == s_byTwoEnds)
+        {
+            EndElement();
+            // The second end is the enclosing element's, or the document's.
+            if (!path.empty())
+                EndElement();
+        }
+        else
+        {
+            ReadContent(by);
+        }
+        if (path.empty())
+            return;
+    }
+}
+
+/// False if the element has already ended.
+bool CFastInfosetReader::BeginElement(unsigned char by)
+{
+    const bool bAttributes = (by & s_byAttributes) != 0;
+    if ((by & 0x3Fu) >> 2 == s_nNamespaceAttributes)
+        by = ReadNamespaceAttributes();
+    const SXmlName& name =
+        (by & 60) < 60 ? GetName(m_in.ReadIntegerBit3(by), m_elements) : ReadLiteralName(by, m_elements);
+    CXmlElement* pElement = nullptr;
+    if (m_pDocument->m_pElementStack.empty())
+    {
+        pElement = m_pDocument->AddDocElement(name);
+        TraceElement(L"New Root Elm: %s::%s\n", pElement);
+    }
+    else
+    {
+        pElement = m_pDocument->AddChildElement(name);
+        TraceElement(L"New Elm: %s::%s\n", pElement);
+    }
+    return !bAttributes || !ReadAttributes(pElement);
+}
+
+void CFastInfosetReader::EndElement()
+{
+    TraceElement(L"End Elm: %s::%s\n", m_pDocument->m_pElementStack.back());
+    m_pDocument->m_pElementStack.pop_back();
+}
+
+void CFastInfosetReader::TraceElement(const wchar_t* lpctFormat, const CXmlElement* pElement) const
+{
+    if (!m_bTrace)
+        return;
+    const std::wstring& strNamespace = pElement->GetNamespaceURI();
+    const std::wstring& strLocalName = pElement->GetLocalName();
+    if (strNamespace.size() + strLocalName.size() < s_nTracedNameLength)
+        OutputTrace(lpctFormat, strNamespace.c_str(), strLocalName.c_str());
+}
+
+/// Returns the octet that the element's name begins with.
+unsigned char CFastInfosetReader::ReadNamespaceAttributes()
+{
+    for (unsigned char by = m_in.ReadOctet(); by >> 2 == s_nNamespaceAttribute; by = m_in.ReadOctet())
+    {
+        std::wstring strPrefix;
+        if ((by & s_byHasFirst) != 0)
+            strPrefix = ReadIdentifyingString(m_pVocabulary->m_prefixNames);
+        std::wstring& strURI = m_pDocument->m_namespaces[std::move(strPrefix)];
+        if ((by & s_byHasSecond) != 0)
+            strURI = ReadIdentifyingString(m_pVocabulary->m_namespaceNames);
+        else
+            strURI.clear();
+    }
+    return m_in.ReadOctet();
+}
+
+/// True if the end of the list is the end of the element too.
+bool CFastInfosetReader::ReadAttributes(CXmlElement* pElement)
+{
+    unsigned char by = m_in.ReadOctet();
+    for (; by < s_byNotElement; by = m_in.ReadOctet())
+    {
+        const SXmlName& name =
+            (by & 120) < 120 ? GetName(m_in.ReadIntegerBit2(by), m_attributes) : ReadLiteralName(by, m_attributes);
+        const SValue value = ReadAttributeValue();
+        if (value.strUnits.empty())
+            CXmlDocument::AddElementAttribute(pElement, name, value.strUtf8);
+        else
+            CXmlDocument::AddElementAttribute(pElement, name, std::wstring(value.strUnits));
+    }
+    return by == s_byTwoEnds;
+}
+
+void CFastInfosetReader::ReadContent(unsigned char by)
+{
+    if (by < s_byNotChunk)
+        ReadChunk(by);
+    else if (by == s_byProcessingInstruction)
+        SkipProcessingInstruction();
+    else if (by == s_byComment)
+        SkipNonIdentifyingString();
+    else if (by >> 2 == s_nEntityReference)
+        SkipIdentifyingStrings(1 + CountOptional(by));
+    else
+        throw CQvException(L"Failed to parse FastInfoset. Invalid Encoding of Element type.");
+}
+
+void CFastInfosetReader::ReadChunk(unsigned char by)
+{
+    SValue value;
+    if ((by & s_byChunkIndex) != 0)
+    {
+        value = GetRepeated(m_in.ReadIntegerBit4(by), m_characterChunks);
+    }
+    else
+    {
+        value = Decode(ReadEncodedStringBit5(by));
+        if ((by & s_byAddChunk) != 0)
+            AddValue(value, m_characterChunks);
+    }
+    CXmlElement* const pElement = m_pDocument->m_pElementStack.back();
+    if (value.strUnits.empty())
+        CXmlDocument::AppendTextExcludingCR(pElement, value.strUtf8.substr(0, value.strUtf8.find('\0')));
+    else
+        CXmlDocument::AppendTextExcludingCR(pElement, value.strUnits.data(),
+                                            static_cast<unsigned long>(value.strUnits.size()));
+}
+
+// --- Names ----------------------------------------------------------------------------------------------------------
+
+const SXmlName& CFastInfosetReader::ReadLiteralName(unsigned char by, SNames& names)
+{
+    const bool bPrefix = (by & s_byHasFirst) != 0;
+    const bool bNamespace = (by & s_byHasSecond) != 0;
+    if (bPrefix && !bNamespace)
+        throw CQvException(L"Failed to parse FastInfoset. Invalid QName type Prefix without Namespace.");
+    CFIVocabulary::CQNameParts parts;
+    if (bPrefix)
+        parts.m_dwPrefixIndex = ReadNamePart(m_pVocabulary->m_prefixNames);
+    if (bNamespace)
+        parts.m_dwNamespaceIndex = ReadNamePart(m_pVocabulary->m_namespaceNames);
+    parts.m_dwLocalNameIndex = ReadNamePart(m_pVocabulary->m_localNames);
+
+    const SXmlName& name = MakeRecord(parts);
+    const std::size_t nIndex = names.pTable->m_table.size();
+    CFIVocabulary::AddQNameToVector(parts.m_dwPrefixIndex, parts.m_dwNamespaceIndex, parts.m_dwLocalNameIndex,
+                                    *names.pTable);
+    if (names.pTable->m_table.size() > nIndex)
+    {
+        names.records.resize(nIndex + 1);
+        names.records[nIndex] = &name;
+    }
+    return name;
+}
+
+std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& table)
+{
+    const unsigned char by = m_in.ReadOctet();
+    if (by >= s_byIndex)
+    {
+        const std::uint32_t dwIndex = m_in.ReadIntegerBit2(by);
+        if (dwIndex > table.m_table.size())
+            ThrowInvalidIndex(dwIndex);
+        return dwIndex;
+    }
+    std::wstring strText;
+    AppendUtf8AsUtf16(strText, m_in.ReadOctets(m_in.ReadLengthBit2(by)));
+    table.m_table.push_back(std::move(strText));
+    return static_cast<std::uint32_t>(table.m_table.size());
+}
+
+std::wstring CFastInfosetReader::ReadIdentifyingString(CFIVocabulary::CFIStringTable& table)
+{
+    const std::wstring& strText = table.m_table[ReadNamePart(table) - 1];
+    CountRepeated(strText.size());
+    return strText;
+}
+
+const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names)
+{
+    const std::vector<CFIVocabulary::CQNameParts>& table = names.pTable->m_table;
+    QV_ASSERT_MSG(table.size() > dwIndex - 1, names.lpcIndexCheck);
+    if (table.size() <= dwIndex - 1)
+        ThrowInvalidIndex(dwIndex);
+    if (names.records.size() < table.size())
+        names.records.resize(table.size());
+    const SXmlName*& pName = names.records[dwIndex - 1];
+    if (pName == nullptr)
+        pName = &MakeRecord(table[dwIndex - 1]);
+    return *pName;
+}
+
+const SXmlName& CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts& parts)
+{
+    const std::vector<std::wstring>& namespaces = m_pVocabulary->m_namespaceNames.m_table;
+    const std::vector<std::wstring>& localNames = m_pVocabulary->m_localNames.m_table;
+    const std::uint32_t dwNamespace = parts.m_dwNamespaceIndex;
+    QV_ASSERT_MSG(dwNamespace == 0 || namespaces.size() > dwNamespace - 1,
+                  "m_pVocabulary->m_namespaceNames.m_table.size() > q.m_dwNamespaceIndex - 1");
+    QV_ASSERT_MSG(localNames.size() > parts.m_dwLocalNameIndex - 1,
+                  "m_pVocabulary->m_localNames.m_table.size() > q.m_dwLocalNameIndex - 1");
+    return m_pDocument->InternName(dwNamespace == 0 ? std::wstring() : namespaces[dwNamespace - 1],
+                                   localNames[parts.m_dwLocalNameIndex - 1]);
+}
+
+// --- Values ---------------------------------------------------------------------------------------------------------
+
+CFastInfosetReader::SValue CFastInfosetReader::ReadAttributeValue()
+{
+    const unsigned char by = m_in.ReadOctet();
+    if (by < s_byIndex)
+    {
+        const SValue value = Decode(ReadEncodedStringBit3(by));
+        if ((by & s_byAddValue) != 0)
+            AddValue(value, m_attributeValues);
+        return value;
+    }
+    const std::uint32_t dwIndex = m_in.ReadIntegerOrZeroBit2(by);
+    if (dwIndex == 0)
+        return SValue();
+    QV_ASSERT_MSG(m_attributeValues.values.size() > dwIndex - 1,
+                  "m_pVocabulary->m_attributeValues.m_table.size() > m_dwLastValue - 1");
+    return GetRepeated(dwIndex, m_attributeValues);
+}
+
+void CFastInfosetReader::AddValue(const SValue& value, SValues& table)
+{
+    if (value.strUnits.empty())
+        table.values.push_back(value);
+    else
+        table.values.emplace_back(table.texts.emplace_back(value.strUnits));
+}
+
+CFastInfosetReader::SValue CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, const SValues& table)
+{
+    if (table.values.size() <= dwIndex - 1)
+        ThrowInvalidIndex(dwIndex);
+    const SValue& value = table.values[dwIndex - 1];
+    CountRepeated(value.strUtf8.size() + value.strUnits.size());
+    return value;
+}
+
+void CFastInfosetReader::CountRepeated(std::size_t nUnits)
+{
+    m_nRepeatedUnits += nUnits;
+    if (m_nRepeatedUnits > m_nRepeatedUnitsLimit)
+        throw CQvException(L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.");
+}
+
+CFastInfosetReader::SEncodedString CFastInfosetReader::ReadEncodedStringBit3(unsigned char by)
+{
+    const unsigned nForm = by >> 4 & 3u;
+    std::uint32_t dwIndex = 0;
+    if (nForm >= s_nFormAlphabet)
+    {
+        dwIndex = (by & 0x0Fu) << 4;
+        by = m_in.ReadOctet();
+        dwIndex = (dwIndex | by >> 4) + 1;
+    }
+    return {nForm, dwIndex, m_in.ReadOctets(m_in.ReadLengthBit5(by))};
+}
+
+CFastInfosetReader::SEncodedString CFastInfosetReader::ReadEncodedStringBit5(unsigned char by)
+{
+    const unsigned nForm = by >> 2 & 3u;
+    std::uint32_t dwIndex = 0;
+    if (nForm >= s_nFormAlphabet)
+    {
+        dwIndex = (by & 3u) << 6;
+        by = m_in.ReadOctet();
+        dwIndex = (dwIndex | by >> 2) + 1;
+    }
+    return {nForm, dwIndex, m_in.ReadOctets(m_in.ReadLengthBit7(by))};
+}
+
+CFastInfosetReader::SValue CFastInfosetReader::Decode(const SEncodedString& encoded)
+{
+    switch (encoded.nForm)
+    {
+    case s_nFormUtf8:
+        return DecodeUtf8(encoded.strOctets);
+    case s_nFormUtf16:
+        DecodeUtf16Octets(encoded.strOctets);
+        break;
+    case s_nFormAlphabet:
+        DecodeAlphabet(encoded.dwIndex, encoded.strOctets);
+        break;
+    default:
+        if (encoded.dwIndex == s_dwCdata)
+            return DecodeUtf8(encoded.strOctets);
+        m_strUnits = CFastInfosetBinaryData::Decode(encoded.strOctets, encoded.dwIndex);
+        break;
+    }
+    return SValue(m_strUnits);
+}
+
+CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view strOctets)
+{
+    if (IsAscii(strOctets))
+        return SValue(strOctets);
+    m_strUnits.clear();
+    // What is not well-formed ends ahead of the fault.
+    if (AppendUtf8AsUtf16(m_strUnits, strOctets))
+        return SValue(strOctets);
+    return SValue(m_strUnits);
+}
+
+void CFastInfosetReader::DecodeUtf16Octets(std::string_view strOctets)
+{
+    // The count of octets counts as a count of units, of which half lie behind the item; that is meant. Where they
+    // would lie behind the buffer, the document ends too early.
+    if (strOctets.size() > m_in.GetOctetsLeft())
+        CFIOctetReader::ThrowEndOfFile();
+    m_strUnits = DecodeUtf16(reinterpret_cast<const unsigned char*>(strOctets.data()),
+                             static_cast<unsigned long>(strOctets.size()));
+}
+
+void CFastInfosetReader::DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets)
+{
+    if (dwIndex > m_pVocabulary->m_restrictedAlphabets.size())
+        ThrowInvalidIndex(dwIndex);
+    m_strUnits.clear();
+    DecodeRestrictedAlphabetString(m_strUnits, m_pVocabulary->m_restrictedAlphabets[dwIndex - 1], strOctets);
+}
+
+} // namespace QvXmlLib9

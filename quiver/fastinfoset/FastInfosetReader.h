@@ -1,0 +1,155 @@
+#pragma once
+
+#include "quiver/fastinfoset/FIOctetReader.h"
+#include "quiver/fastinfoset/FIVocabulary.h"
+#include "quiver/foundation/MemoryLeakHelp.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+class CFastInfosetContext;
+class CXmlDocument;
+class CXmlElement;
+struct SXmlName;
+
+/// Reads a Fast Infoset document (ITU-T X.891) from the buffer of a `CXmlDocument` into its tree, and tells on the way
+/// whether the buffer holds one at all:
+///
+///     CFastInfosetReader reader(&context.GetFIContext(), this);
+///     if (!reader.Parse())
+///         ParseText();
+///
+/// What the tree cannot hold (comments, processing instructions, declarations) is read and passed over. Nothing is
+/// entered into the tables from a document's initial vocabulary; a document that relies on one is readable if the same
+/// entries stand in the context's vocabulary and the context uses it.
+///
+/// No document, however damaged, makes the reader leave the buffer, recurse with the depth of the elements, or need
+/// memory out of proportion to the buffer. One reader reads one document.
+class CFastInfosetReader : public CInstanceMonitor
+{
+public:
+    /// @param pContext the options, only read.
+    /// @param pDocument the buffer and the tree. Neither is owned; both must live as long as the reader.
+    CFastInfosetReader(const CFastInfosetContext* pContext, CXmlDocument* pDocument);
+    CFastInfosetReader(const CFastInfosetReader&) = delete;
+    CFastInfosetReader& operator=(const CFastInfosetReader&) = delete;
+    ~CFastInfosetReader() override;
+
+    /// Reads the document.
+    /// @return false if the buffer does not begin like a Fast Infoset document, with or without one of the nine XML
+    ///         declarations in front.
+    /// @throws CQvException "Failed to parse FastInfoset. ..." with what is wrong; the tree then holds what came ahead
+    ///         of it.
+    bool Parse();
+
+    /// Gives up tables and buffers. Parse cannot be called again.
+    void Reset();
+
+private:
+    /// A table of qualified names, with the document's record of each name that has occurred.
+    struct SNames
+    {
+        CFIVocabulary::CFIQNameTable* pTable = nullptr;
+        std::vector<const SXmlName*> records;
+        const char* lpcIndexCheck;
+    };
+
+    /// A string as it stands in the document.
+    struct SEncodedString
+    {
+        unsigned nForm;
+        /// Of the alphabet or the algorithm, from 1.
+        std::uint32_t dwIndex;
+        std::string_view strOctets;
+    };
+
+    /// The text of a string: mostly its UTF-8 in the buffer, which the tree takes as it is; UTF-16 units otherwise.
+    struct SValue
+    {
+        SValue() = default;
+        explicit SValue(std::string_view strUtf8_)
+            : strUtf8(strUtf8_)
+        {
+        }
+        explicit SValue(std::wstring_view strUnits_)
+            : strUnits(strUnits_)
+        {
+        }
+
+        std::string_view strUtf8 = "";
+        std::wstring_view strUnits;
+    };
+
+    /// A table of values, and what keeps those alive that do not stand in the buffer.
+    struct SValues
+    {
+        std::vector<SValue> values;
+        std::deque<std::wstring> texts;
+    };
+
+    void BeginDocument();
+    bool SkipIdentification();
+    void SkipHead();
+    void SkipAdditionalData();
+    void SkipInitialVocabulary();
+    void SkipNotations();
+    void SkipUnparsedEntities();
+    void SkipOctetStrings();
+    void SkipEncodedStrings();
+    void SkipNameSurrogates();
+    void SkipIdentifyingStrings(unsigned nCount);
+    void SkipNonIdentifyingString();
+    void SkipProcessingInstruction();
+
+    void ReadBody();
+    void ReadElements(unsigned char by);
+    bool BeginElement(unsigned char by);
+    void EndElement();
+    unsigned char ReadNamespaceAttributes();
+    bool ReadAttributes(CXmlElement* pElement);
+    void ReadContent(unsigned char by);
+    void ReadChunk(unsigned char by);
+    void TraceElement(const wchar_t* lpctFormat, const CXmlElement* pElement) const;
+
+    const SXmlName& ReadLiteralName(unsigned char by, SNames& names);
+    std::uint32_t ReadNamePart(CFIVocabulary::CFIStringTable& table);
+    const SXmlName& GetName(std::uint32_t dwIndex, SNames& names);
+    const SXmlName& MakeRecord(const CFIVocabulary::CQNameParts& parts);
+    std::wstring ReadIdentifyingString(CFIVocabulary::CFIStringTable& table);
+
+    SValue ReadAttributeValue();
+    SEncodedString ReadEncodedStringBit3(unsigned char by);
+    SEncodedString ReadEncodedStringBit5(unsigned char by);
+    SValue Decode(const SEncodedString& encoded);
+    SValue DecodeUtf8(std::string_view strOctets);
+    void DecodeUtf16Octets(std::string_view strOctets);
+    void DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets);
+    static void AddValue(const SValue& value, SValues& table);
+    SValue GetRepeated(std::uint32_t dwIndex, const SValues& table);
+    void CountRepeated(std::size_t nUnits);
+
+    const CFastInfosetContext* m_pFIContext;
+    CXmlDocument* m_pDocument;
+    CFIOctetReader m_in;
+    std::unique_ptr<CFIVocabulary> m_pVocabulary;
+    SNames m_elements;
+    SNames m_attributes;
+    SValues m_attributeValues;
+    SValues m_characterChunks;
+    /// The value just decoded, unless it is in the buffer as it should be.
+    std::wstring m_strUnits;
+    /// Units of all texts that came out of tables, and how many are admitted.
+    std::uint64_t m_nRepeatedUnits = 0;
+    std::uint64_t m_nRepeatedUnitsLimit = 0;
+    bool m_bTrace = false;
+};
+
+} // namespace QvXmlLib9
