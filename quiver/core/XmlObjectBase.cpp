@@ -4,6 +4,8 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
+#include "quiver/fastinfoset/FastInfosetWriter.h"
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Exceptions.h"
@@ -282,7 +284,7 @@ std::wstring CXmlObjectBase::ToXml(bool bIncludeDocHeader, bool bFormat, EOLType
     CTextOutput output(stream, bIncludeDocHeader, bFormat, eEOLType);
     WriteRoot(output.Writer(), context);
     output.Writer().Close();
-    return std::wstring(stream.GetText());
+    return stream.GetString();
 }
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding, EOLType eEOLType,
@@ -327,10 +329,21 @@ void CXmlObjectBase::ToFastInfosetFile(const wchar_t* lpctFileName, FInfoDecl eD
     file.Write();
 }
 
-CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CXmlSerializationContext&, CompressionType) const
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl eDecl, const CXmlSerializationContext& context,
+                                                CompressionType eCompression) const
 {
     Throw_IfVersionDiffers();
-    throw CQvException(L"Fast Infoset output is not available");
+    CBinaryStream stream;
+    CFastInfosetWriter writer(&context.GetFIContext(), &stream);
+    writer.Open();
+    writer.WriteHeader(eDecl);
+    WriteRoot(writer, context);
+    writer.WriteTerminator();
+    writer.Close();
+    CBinaryData data = stream.GetData();
+    if (eCompression != Compression_None)
+        CQvZip::Compress(data, eCompression);
+    return data;
 }
 
 // --- Reading -------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/ExpatReader.h"
 #include "quiver/document/XmlNodeStore.h"
+#include "quiver/fastinfoset/FastInfosetReader.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
@@ -12,7 +13,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <cwchar>
 #include <string>
+#include <utility>
 
 namespace QvXmlLib9
 {
@@ -362,7 +365,9 @@ void CXmlDocument::Parse()
 
 void CXmlDocument::ParseUncompressed()
 {
-    ParseText();
+    CFastInfosetReader reader(&m_pContext->GetFIContext(), this);
+    if (!reader.Parse())
+        ParseText();
 }
 
 void CXmlDocument::ParseText()
