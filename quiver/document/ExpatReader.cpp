@@ -9,7 +9,7 @@
 #include "quiver/foundation/Functions.h"
 
 #include <algorithm>
-#include <climits>
+#include <cstddef>
 #include <expat.h>
 #include <new>
 #include <string_view>
@@ -22,11 +22,8 @@ static_assert(sizeof(XML_Char) == 1, "The handlers take UTF-8.");
 namespace
 {
 
-/// The parser counts the bytes that it is given in an int.
-constexpr unsigned long s_dwLargestPiece = INT_MAX;
-
 /// The parser copies what it is given, so it gets a long document in pieces that stay in the processor's cache.
-constexpr unsigned long s_dwSmallestPiece = 0x10000;
+constexpr std::size_t s_nPiece = 0x10000;
 
 constexpr XML_Char s_cNamespaceSeparator = '|';
 
@@ -69,25 +66,41 @@ void CExpatReader::Init()
 
 void CExpatReader::Parse(bool bFinal)
 {
-    const auto* lpcData = reinterpret_cast<const char*>(m_doc.m_pbyData);
-    unsigned long dwLeft = m_doc.m_dwDataLen;
-    unsigned long dwNextPiece = s_dwSmallestPiece;
-    do
+    std::string_view data(reinterpret_cast<const char*>(m_doc.m_pbyData), m_doc.m_dwDataLen);
+    while (data.size() > std::max(s_nPiece, m_nUnfinished))
     {
-        const unsigned long dwPiece = std::min(dwLeft, dwNextPiece);
-        const bool bLast = bFinal && dwPiece == dwLeft;
-        const XML_Index nOldIndex = XML_GetCurrentByteIndex(m_parser.get());
-        if (XML_Parse(m_parser.get(), lpcData, static_cast<int>(dwPiece), bLast) != XML_STATUS_OK)
-            Fail();
-        // The parser begins anew at a token that a piece cuts off, so a token that is longer than a piece gets more at
-        // a time.
-        if (XML_GetCurrentByteIndex(m_parser.get()) == nOldIndex)
-            dwNextPiece = std::min(dwNextPiece * 2, s_dwLargestPiece);
-        lpcData += dwPiece;
-        dwLeft -= dwPiece;
-    } while (dwLeft > 0);
+        const std::size_t nPiece = std::max(s_nPiece, m_nUnfinished);
+        Feed(data.substr(0, nPiece), false);
+        data.remove_prefix(nPiece);
+    }
+    Feed(data, bFinal);
     if (bFinal)
         m_parser.reset();
+}
+
+/// Hands a piece on, or keeps it for later. The parser begins an unfinished token anew with every piece; so that a very
+/// long one does not cost the square of its length, the parser gets to see it again only when it has doubled.
+void CExpatReader::Feed(std::string_view piece, bool bFinal)
+{
+    if (m_strDeferred.empty() && (bFinal || piece.size() >= m_nUnfinished))
+    {
+        Give(piece, bFinal);
+        return;
+    }
+    m_strDeferred.append(piece);
+    if (!bFinal && m_strDeferred.size() < m_nUnfinished)
+        return;
+    Give(m_strDeferred, bFinal);
+    m_strDeferred.clear();
+}
+
+void CExpatReader::Give(std::string_view piece, bool bFinal)
+{
+    if (XML_Parse(m_parser.get(), piece.data(), static_cast<int>(piece.size()), bFinal) != XML_STATUS_OK)
+        Fail();
+    m_nGiven += piece.size();
+    const XML_Index nToken = XML_GetCurrentByteIndex(m_parser.get());
+    m_nUnfinished = nToken < 0 ? 0 : m_nGiven - static_cast<std::size_t>(nToken);
 }
 
 void CExpatReader::Fail()

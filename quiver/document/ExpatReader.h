@@ -2,9 +2,11 @@
 
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include <cstddef>
 #include <exception>
 #include <memory>
 #include <string>
+#include <string_view>
 
 struct XML_ParserStruct;
 
@@ -48,10 +50,17 @@ private:
     template <class Action>
     static void HandleText(void* pUserData, Action action);
 
+    void Feed(std::string_view piece, bool bFinal);
+    void Give(std::string_view piece, bool bFinal);
     [[noreturn]] void Fail();
 
     CXmlDocument& m_doc;
     std::unique_ptr<XML_ParserStruct, SParserDeleter> m_parser;
+    /// Bytes given to the parser, and how many of them belong to a token whose end it has not seen yet.
+    std::size_t m_nGiven = 0;
+    std::size_t m_nUnfinished = 0;
+    /// Input that the parser has not been given yet.
+    std::string m_strDeferred;
     /// What a handler has thrown, on its way past the parser's frames.
     std::exception_ptr m_pFailure;
     /// Working space, so that declarations repeated on every element cost no allocation.

@@ -13,9 +13,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <string>
-#include <utility>
 
 namespace QvXmlLib9
 {

@@ -24,7 +24,6 @@ class CXmlNameIndex
 {
 public:
     using CView = std::basic_string_view<Char>;
-
     using CString = std::basic_string<Char>;
 
     /// Namespace as it arrives, and as text of the library.

@@ -65,6 +65,9 @@ public:
         return dwLength - m_stream.avail_out;
     }
 
+    /// Count of bytes since the beginning.
+    std::uint64_t GetTotal() const { return m_stream.total_out; }
+
     bool IsAtEnd() const { return m_nResult == Z_STREAM_END; }
     bool IsAtFault() const { return m_nResult != Z_STREAM_END && m_nResult != Z_OK; }
 
@@ -193,6 +196,7 @@ void CQvZip::DecompressBuffer(unsigned char** ppData, unsigned long* pdwLen, std
         inflater.Restart();
         inflater.Fill(pOutput.get(), dwLength);
     }
+    QV_ASSERT_MSG(inflater.GetTotal() == dwLength, "bdDecompressed.GetLength() == d_stream.total_out");
     const ByteArray pInput(*ppData);
     *ppData = pOutput.release();
     *pdwLen = dwLength;

@@ -505,6 +505,18 @@ TEST_F(XmlCollection, RemovingTheOnlyNodeLeavesAnEmptyListThatCanBeFilledAgain)
     EXPECT_TEXT(L"n", Names(*m_spCol));
 }
 
+#if defined(QUIVER_DIAGNOSTICS)
+TEST_F(XmlCollection, RemovingALoneNodeOfAnotherListStopsAtAnAssertion)
+{
+    Fill(L"");
+    m_spCol->RemoveEventListener(&m_log);
+    m_spCol->AppendItem(m_spNew);
+    const CSmartPtr<CItemCol> spOther = new CItemCol;
+    spOther->AppendItem(new CItem);
+    EXPECT_DEATH(m_spCol->RemoveNode(spOther->GetHeadNode()), "m_pTail == pNode");
+}
+#endif
+
 TEST_F(XmlCollection, ClearAnnouncesEveryItem)
 {
     Fill(L"ab");

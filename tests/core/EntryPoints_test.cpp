@@ -332,6 +332,59 @@ TEST(EntryPoints, OpenContentIsReadThroughItsText)
     EXPECT_TEXT(L"<root id=\"7\"><item>a &lt; b</item></root>", Text(*spTarget));
 }
 
+namespace
+{
+
+/// Notes which of the operations that others are built on go through the virtual slot.
+class COverriding : public CElement
+{
+public:
+    COverriding()
+        : CInstanceMonitor(L"COverriding")
+        , CElement(L"a")
+    {
+    }
+    CBinaryData ToXmlStream(bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding, EOLType eEOLType,
+                            const CXmlSerializationContext& context, CompressionType eCompression) const override
+    {
+        m_strCalls += "ToXmlStream ";
+        return CElement::ToXmlStream(bIncludeDocHeader, bFormat, eEncoding, eEOLType, context, eCompression);
+    }
+    CBinaryData ToFastInfosetStream(FInfoDecl, const CXmlSerializationContext&, CompressionType) const override
+    {
+        m_strCalls += "ToFastInfosetStream ";
+        return EncodeUtf8(L"document");
+    }
+    void FromXmlStream(unsigned char* const pData, unsigned long ulLength,
+                       const CXmlSerializationContext& context) override
+    {
+        m_strCalls += "FromXmlStream ";
+        CElement::FromXmlStream(pData, ulLength, context);
+    }
+    using CElement::FromXmlStream;
+
+    mutable std::string m_strCalls;
+};
+
+} // namespace
+
+TEST(EntryPoints, XmlFilesAndDataAreTheClassesOwnAffairAndFastInfosetFilesThatOfTheOverride)
+{
+    const CTempDir dir;
+    const std::wstring strPath = dir.NameOf("out");
+    COverriding object;
+    object.ToXmlFile(strPath.c_str(), false, false, Encoding_UTF8, EOLType_LF, s_context, Compression_None);
+    EXPECT_EQ(object.m_strCalls, "");
+    EXPECT_EQ(ReadFile(strPath), "<a/>");
+    object.FromXmlStream(EncodeUtf8(L"<r><b/></r>"), s_context);
+    EXPECT_EQ(object.m_strCalls, "");
+    EXPECT_TEXT(L"b", object.GetName());
+
+    object.ToFastInfosetFile(strPath.c_str(), FInfoDecl_None, s_context, Compression_None);
+    EXPECT_EQ(object.m_strCalls, "ToFastInfosetStream ");
+    EXPECT_EQ(ReadFile(strPath), "document");
+}
+
 TEST(EntryPoints, InstancesOfOneConversionAreGoneAfterwardsAlsoWhenItFails)
 {
     const auto alive = [](const std::wstring& strClass)

@@ -437,7 +437,8 @@ TEST(ExpatReader, AVeryLongListOfSiblingsAndAttributesLoadsAndDies)
 
 TEST(ExpatReader, TokensLongerThanAPieceOfTheInputAreReadWhole)
 {
-    for (const std::size_t nLength : {std::size_t{65530}, std::size_t{65536}, std::size_t{200000}, std::size_t{3000000}})
+    for (const std::size_t nLength :
+         {std::size_t{65530}, std::size_t{65536}, std::size_t{200000}, std::size_t{3000000}})
     {
         SCOPED_TRACE(nLength);
         const std::string strLong(nLength, 'v');

@@ -537,6 +537,29 @@ TEST(XmlDocument, AnElementMaySpanManyChunks)
     EXPECT_EQ(strLong.size(), document.GetDocumentElement()->GetFirstElement()->GetLocalName().size());
 }
 
+TEST(XmlDocument, TokensOfManyChunksLoadWhateverComesBehindThem)
+{
+    const CTempDir dir;
+    // Lengths at which the last chunks come before, with and after the moment when the parser looks at the token again.
+    for (const std::size_t nChunks : {2, 3, 4, 5, 7, 8, 9, 31, 32, 33})
+    {
+        SCOPED_TRACE(nChunks);
+        const std::string strLong(nChunks * s_nChunk - 100, 'n');
+        WriteFileBytes(dir.PathOf("a.xml"),
+                       "<a><!--" + strLong + "--><b c='" + strLong + "'>text</b><?p " + strLong + "?>more</a>");
+        CXmlDocument document;
+        LoadOverlapped(document, dir.NameOf("a.xml"));
+        CXmlElement* const pChild = document.GetDocumentElement()->GetFirstElement();
+        EXPECT_EQ(strLong.size(), pChild->GetAttribute(L"c", L"").size());
+        EXPECT_TEXT(L"text", pChild->GetText());
+        EXPECT_TEXT(L"more", document.GetDocumentElement()->GetText());
+        WriteFileBytes(dir.PathOf("a.xml"), "<a>\n<!--" + strLong + "-->\n</b>");
+        ExpectThrows<CQvException>(L"mismatched tag at line 3", [&] { LoadOverlapped(document, dir.NameOf("a.xml")); });
+        WriteFileBytes(dir.PathOf("a.xml"), "<a>\n<!--" + strLong);
+        ExpectThrows<CQvException>(L"unclosed token at line 2", [&] { LoadOverlapped(document, dir.NameOf("a.xml")); });
+    }
+}
+
 // --- Failures of file operations ------------------------------------------------------------------------------------
 
 struct SFaultRow

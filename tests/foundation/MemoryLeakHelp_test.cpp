@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -164,6 +165,21 @@ TEST_F(MemoryLeakHelpDeathTest, CountBelowZeroStopsAtAnAssertion)
             const CMonitored copy(original);
         },
         "Assertion failed: m_pct->lInstanceCount >= 0, .*MemoryLeakHelp.cpp, line");
+}
+
+TEST(InstanceTrackerDeathTest, TheTraceNamesTheInstancesAtUnload)
+{
+    // The program starts anew for this, so that its trace begins with the load of the library.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            CInstanceMonitor::Cleanup();
+            static const CMonitored* const s_pLeak = new CMonitored(L"100%d");
+            std::exit(s_pLeak == nullptr);
+        },
+        ::testing::ExitedWithCode(0),
+        "Starting to track Class instances\n(.|\n)*Dumping Class instances\n"
+        "Instances of classes still in existence/Total Number of instances created\n--> 100%d = 1/1\n");
 }
 
 #else

@@ -578,13 +578,37 @@ TEST(QvVariant, IsASingleBlockWithAVirtualDestructor)
 TEST(QvVariantDeathTest, TheWrongGetterStopsDiagnosticBuilds)
 {
     QvVariant value;
-    EXPECT_DEATH(value.GetI1(), "m_type == ItemType_i1,");
-    EXPECT_DEATH(value.GetI4(), "m_type == ItemType_i4,");
-    EXPECT_DEATH(value.GetDate(), "m_type == ItemType_date,");
-    EXPECT_DEATH(value.GetDateTime(), "m_type == ItemType_datetime,");
-    EXPECT_DEATH(value.GetDuration(), "m_type == ItemType_duration,");
-    EXPECT_DEATH(value.GetHexBinary(), "m_type == ItemType_hexBinary,");
-    EXPECT_DEATH(value.GetBase64Binary(), "m_type == ItemType_base64Binary,");
+    const struct
+    {
+        void (*pfnGet)(const QvVariant& asked);
+        const char* lpcCondition;
+    } rows[] = {
+        {[](const QvVariant& asked) { asked.GetI1(); }, "m_type == ItemType_i1,"},
+        {[](const QvVariant& asked) { asked.GetI2(); }, "m_type == ItemType_i2,"},
+        {[](const QvVariant& asked) { asked.GetI4(); }, "m_type == ItemType_i4,"},
+        {[](const QvVariant& asked) { asked.GetI8(); }, "m_type == ItemType_i8,"},
+        {[](const QvVariant& asked) { asked.GetUI1(); }, "m_type == ItemType_ui1,"},
+        {[](const QvVariant& asked) { asked.GetUI2(); }, "m_type == ItemType_ui2,"},
+        {[](const QvVariant& asked) { asked.GetUI4(); }, "m_type == ItemType_ui4,"},
+        {[](const QvVariant& asked) { asked.GetUI8(); }, "m_type == ItemType_ui8,"},
+        {[](const QvVariant& asked) { asked.GetR4(); }, "m_type == ItemType_r4,"},
+        {[](const QvVariant& asked) { asked.GetR8(); }, "m_type == ItemType_r8,"},
+        {[](const QvVariant& asked) { asked.GetDuration(); }, "m_type == ItemType_duration,"},
+        {[](const QvVariant& asked) { asked.GetYearMonth(); }, "m_type == ItemType_yearMonth,"},
+        {[](const QvVariant& asked) { asked.GetMonthDay(); }, "m_type == ItemType_monthDay,"},
+        {[](const QvVariant& asked) { asked.GetYear(); }, "m_type == ItemType_year,"},
+        {[](const QvVariant& asked) { asked.GetMonth(); }, "m_type == ItemType_month,"},
+        {[](const QvVariant& asked) { asked.GetDay(); }, "m_type == ItemType_day,"},
+        {[](const QvVariant& asked) { asked.GetDate(); }, "m_type == ItemType_date,"},
+        {[](const QvVariant& asked) { asked.GetDateTime(); }, "m_type == ItemType_datetime,"},
+        {[](const QvVariant& asked) { asked.GetTime(); }, "m_type == ItemType_time,"},
+        {[](const QvVariant& asked) { asked.GetChar(); }, "m_type == ItemType_char,"},
+        {[](const QvVariant& asked) { asked.GetBoolean(); }, "m_type == ItemType_boolean,"},
+        {[](const QvVariant& asked) { asked.GetHexBinary(); }, "m_type == ItemType_hexBinary,"},
+        {[](const QvVariant& asked) { asked.GetBase64Binary(); }, "m_type == ItemType_base64Binary,"},
+    };
+    for (const auto& row : rows)
+        EXPECT_DEATH(row.pfnGet(value), row.lpcCondition);
     EXPECT_DEATH(value.GetString(), "m_type == ItemType_string && m_pString != NULL,");
     EXPECT_DEATH(value.StringRef(), "m_type == ItemType_string && m_pString != NULL,");
     EXPECT_DEATH(value.GetDecimal(), "m_type == ItemType_decimal && m_pDecimal != NULL,");

@@ -378,7 +378,9 @@ Handle Open(const wchar_t* lpctFileName, int nFlags)
         Fail(s_dwErrorInvalidName);
         return InvalidHandle;
     }
-    int nFile = -1;
+    // Ahead of the file itself, which must not stay open when there is no memory for its record.
+    auto pFile = std::make_unique<SFile>(-1);
+    int& nFile = pFile->nFile;
     do
         nFile = ::open(strFileName.c_str(), nFlags | O_CLOEXEC, 0666);
     while (nFile < 0 && errno == EINTR);
@@ -387,7 +389,6 @@ Handle Open(const wchar_t* lpctFileName, int nFlags)
         Fail(ErrorFromErrno(errno));
         return InvalidHandle;
     }
-    auto pFile = std::make_unique<SFile>(nFile);
     struct stat status;
     if (::fstat(nFile, &status) != 0 || S_ISDIR(status.st_mode))
     {
