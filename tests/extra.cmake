@@ -49,3 +49,9 @@ target_link_libraries(quiver_test_classes PUBLIC Quiver::QvXmlLib9_static PRIVAT
 foreach(_name MessageChains_test Threads_test)
     target_link_libraries(${_name} PRIVATE quiver_test_classes)
 endforeach()
+
+# --- Command-line programs ------------------------------------------------------------------------------------------
+
+if(TARGET quiver_fi)
+    target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+endif()

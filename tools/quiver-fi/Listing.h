@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace quiver_fi
+{
+
+/// Prints a document's octets line by line: the offset, the octets, and what they are. Every octet stands in exactly
+/// one line.
+class CListing
+{
+public:
+    /// @param octets the document. Must live as long as the listing, as must `out`.
+    CListing(std::string_view octets, std::ostream& out);
+
+    /// A line for the octets from the end of the former line to `nEnd`.
+    /// @param nDepth how many elements are open, for the indentation.
+    void AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view strText);
+
+    /// A line without octets.
+    void AddNote(std::string_view strText);
+
+    /// Where the next line begins.
+    std::size_t GetStart() const { return m_nStart; }
+
+private:
+    std::string_view m_octets;
+    std::ostream& m_out;
+    std::size_t m_nStart = 0;
+    std::string m_strLine;
+};
+
+/// Eight or more hexadecimal digits.
+std::string FormatOffset(std::size_t nOffset);
+
+/// UTF-16 text between quotes, printable on one line whatever it holds, in UTF-8.
+/// @param nLimit units after which it is cut short.
+std::string Quote(std::wstring_view strUnits, std::size_t nLimit);
+
+} // namespace quiver_fi

@@ -1,0 +1,251 @@
+#include "tools/quiver-fi/Options.h"
+
+#include <charconv>
+#include <string_view>
+
+using namespace QvXmlLib9;
+
+namespace quiver_fi
+{
+
+namespace
+{
+
+constexpr unsigned s_nEncode = 1;
+constexpr unsigned s_nDecode = 2;
+constexpr unsigned s_nInspect = 4;
+
+struct SCommand
+{
+    std::string_view strName;
+    ECommand eCommand;
+    unsigned nBit;
+    std::size_t nFiles;
+};
+
+constexpr SCommand s_commands[] = {
+    {"encode", ECommand::Encode, s_nEncode, 2},
+    {"decode", ECommand::Decode, s_nDecode, 2},
+    {"inspect", ECommand::Inspect, s_nInspect, 1},
+};
+
+/// The declarations by the names they have on the command line, in the order of FInfoDecl.
+constexpr std::string_view s_declarations[] = {"none",    "plain",  "yes", "no",      "1.0",
+                                               "1.0-yes", "1.0-no", "1.1", "1.1-yes", "1.1-no"};
+
+/// One option: the commands it belongs to, and what it does with its value, which is empty for an option without one.
+struct SOption
+{
+    std::string_view strName;
+    unsigned nCommands;
+    std::string_view strValue;
+    std::string_view strHelp;
+    bool (*pfnApply)(SOptions&, std::string_view strValue);
+};
+
+bool ParseNumber(std::string_view strText, std::uint32_t& dwNumber)
+{
+    const char* const pEnd = strText.data() + strText.size();
+    const auto [pStop, eError] = std::from_chars(strText.data(), pEnd, dwNumber);
+    return eError == std::errc() && pStop == pEnd;
+}
+
+bool ApplyDeclaration(SOptions& options, std::string_view strValue)
+{
+    int nDeclaration = 0;
+    for (const std::string_view strName : s_declarations)
+    {
+        if (strValue == strName)
+        {
+            options.eDeclaration = static_cast<FInfoDecl>(nDeclaration);
+            return true;
+        }
+        ++nDeclaration;
+    }
+    return false;
+}
+
+bool ApplyEncoding(SOptions& options, std::string_view strValue)
+{
+    options.eEncoding = strValue == "utf-16" ? Encoding_UTF16 : Encoding_UTF8;
+    return strValue == "utf-16" || strValue == "utf-8";
+}
+
+bool ApplyEOL(SOptions& options, std::string_view strValue)
+{
+    options.eEOLType = strValue == "crlf" ? EOLType_CRLF : EOLType_LF;
+    return strValue == "crlf" || strValue == "lf";
+}
+
+constexpr SOption s_options[] = {
+    {"--declaration", s_nEncode, "KIND",
+     "XML declaration in front of the document: none (default),\n"
+     "plain, yes, no, 1.0, 1.0-yes, 1.0-no, 1.1, 1.1-yes, 1.1-no;\n"
+     "yes and no tell whether the document is standalone",
+     ApplyDeclaration},
+    {"--attribute-max-length", s_nEncode, "N",
+     "attribute values of fewer units than this are written once\n"
+     "and by index afterwards (default 6, 0 for none)",
+     [](SOptions& options, std::string_view str)
+     {
+         return ParseNumber(str, options.dwAttributeMaxAddLength);
+     }},
+    {"--element-max-length", s_nEncode, "N", "the same for the texts of elements",
+     [](SOptions& options, std::string_view str)
+     {
+         return ParseNumber(str, options.dwElementMaxAddLength);
+     }},
+    {"--suggested-values", s_nEncode, "",
+     "numbers, dates, truth values and hexadecimal digits in their\n"
+     "binary form wherever that is shorter and gives the same text",
+     [](SOptions& options, std::string_view)
+     {
+         return options.bSuggestedValues = true;
+     }},
+    {"--gzip", s_nEncode | s_nDecode, "", "compress the output with gzip",
+     [](SOptions& options, std::string_view)
+     {
+         options.eCompression = Compression_GZip;
+         return true;
+     }},
+    {"--encoding", s_nDecode, "NAME", "utf-8 (default) or utf-16, with a byte order mark", ApplyEncoding},
+    {"--eol", s_nDecode, "NAME", "line ending: lf (default) or crlf", ApplyEOL},
+    {"--no-format", s_nDecode, "", "no line breaks and no indentation between elements",
+     [](SOptions& options, std::string_view)
+     {
+         return !(options.bFormat = false);
+     }},
+    {"--no-declaration", s_nDecode, "", "no XML declaration",
+     [](SOptions& options, std::string_view)
+     {
+         return !(options.bXmlDeclaration = false);
+     }},
+    {"--full", s_nInspect, "", "long values are not cut short",
+     [](SOptions& options, std::string_view)
+     {
+         return options.bWholeValues = true;
+     }},
+};
+
+const SCommand& FindCommand(std::string_view strName)
+{
+    for (const SCommand& command : s_commands)
+    {
+        if (command.strName == strName)
+            return command;
+    }
+    throw CUsageError{"unknown command " + std::string(strName)};
+}
+
+const SOption& FindOption(std::string_view strName, const SCommand& command)
+{
+    for (const SOption& option : s_options)
+    {
+        if (option.strName == strName && (option.nCommands & command.nBit) != 0)
+            return option;
+    }
+    throw CUsageError{std::string(command.strName) + " has no option " + std::string(strName)};
+}
+
+/// Applies the option at `nArgument`, and steps over its value if that is an argument of its own.
+void ParseOption(SOptions& options, const SCommand& command, const std::vector<std::string>& arguments,
+                 std::size_t& nArgument)
+{
+    std::string_view strName = arguments[nArgument];
+    const std::size_t nEquals = strName.find('=');
+    const bool bInline = nEquals != std::string_view::npos;
+    std::string_view strValue = bInline ? strName.substr(nEquals + 1) : std::string_view();
+    strName = strName.substr(0, nEquals);
+    const SOption& option = FindOption(strName, command);
+    if (option.strValue.empty() && bInline)
+        throw CUsageError{std::string(strName) + " takes no value"};
+    if (!option.strValue.empty() && !bInline)
+    {
+        if (++nArgument == arguments.size())
+            throw CUsageError{std::string(strName) + " needs a value"};
+        strValue = arguments[nArgument];
+    }
+    if (!option.pfnApply(options, strValue))
+        throw CUsageError{std::string(strName) + " does not take the value " + std::string(strValue)};
+}
+
+void AssignFiles(SOptions& options, const SCommand& command, const std::vector<std::string>& files)
+{
+    if (files.size() != command.nFiles)
+    {
+        throw CUsageError{std::string(command.strName) +
+                          (command.nFiles == 1 ? " needs one file name" : " needs two file names")};
+    }
+    options.strInput = files.front();
+    if (command.nFiles == 2)
+        options.strOutput = files.back();
+}
+
+} // namespace
+
+SOptions ParseOptions(const std::vector<std::string>& arguments)
+{
+    SOptions options;
+    if (arguments.empty())
+        throw CUsageError{"a command is needed: encode, decode or inspect"};
+    for (const std::string& strArgument : arguments)
+    {
+        if (strArgument == "--help" || strArgument == "-h")
+            return options;
+        if (strArgument == "--")
+            break;
+    }
+    const SCommand& command = FindCommand(arguments.front());
+    options.eCommand = command.eCommand;
+    std::vector<std::string> files;
+    bool bOptions = true;
+    for (std::size_t nArgument = 1; nArgument < arguments.size(); ++nArgument)
+    {
+        const std::string& strArgument = arguments[nArgument];
+        if (bOptions && strArgument == "--")
+            bOptions = false;
+        else if (bOptions && strArgument.size() > 1 && strArgument.front() == '-')
+            ParseOption(options, command, arguments, nArgument);
+        else
+            files.push_back(strArgument);
+    }
+    AssignFiles(options, command, files);
+    return options;
+}
+
+std::string GetHelp()
+{
+    std::string strHelp =
+        "Turns XML text into Fast Infoset documents (ITU-T X.891) and back, and lists what is in one.\n"
+        "\n"
+        "  quiver-fi encode [options] IN.xml OUT.fi\n"
+        "  quiver-fi decode [options] IN.fi OUT.xml\n"
+        "  quiver-fi inspect [options] IN.fi\n"
+        "\n"
+        "\"-\" stands for standard input and output. Input may be compressed with gzip or zlib.\n"
+        "The exit status is 0, or 1 for bad input, or 2 for a command line that cannot be carried out.\n"
+        "\n"
+        "Comments, processing instructions, prefixes and white space between elements are not kept.\n";
+    constexpr std::size_t nColumn = 29;
+    for (const SCommand& command : s_commands)
+    {
+        strHelp += "\nOptions of " + std::string(command.strName) + ":\n";
+        for (const SOption& option : s_options)
+        {
+            if ((option.nCommands & command.nBit) == 0)
+                continue;
+            std::string strLine = "  " + std::string(option.strName) + " " + std::string(option.strValue);
+            strLine.resize(nColumn, ' ');
+            for (const char c : option.strHelp)
+            {
+                strLine += c;
+                if (c == '\n')
+                    strLine.append(nColumn, ' ');
+            }
+            strHelp += strLine + '\n';
+        }
+    }
+    return strHelp;
+}
+
+} // namespace quiver_fi

@@ -1,0 +1,97 @@
+#include "tools/quiver-fi/ValueType.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <string>
+
+using namespace QvXmlLib9;
+
+namespace quiver_fi
+{
+
+namespace
+{
+
+constexpr std::size_t s_nDoesNotFit = static_cast<std::size_t>(-1);
+
+bool IsOfAlphabet(std::wstring_view strText, std::wstring_view strAlphabet)
+{
+    return strText.find_first_not_of(strAlphabet) == std::wstring_view::npos;
+}
+
+/// Whether the text is what printing a number of this type gives.
+template <class TInteger>
+bool IsInteger(std::wstring_view strText)
+{
+    constexpr std::size_t nLongest = 20;
+    if (strText.size() > nLongest || !IsOfAlphabet(strText, L"-0123456789"))
+        return false;
+    const std::string strNarrow(strText.begin(), strText.end());
+    TInteger nValue = 0;
+    const char* const pEnd = strNarrow.data() + strNarrow.size();
+    const auto [pStop, eError] = std::from_chars(strNarrow.data(), pEnd, nValue);
+    return eError == std::errc() && pStop == pEnd && std::to_string(nValue) == strNarrow;
+}
+
+template <class TInteger>
+std::size_t IntegerLength(std::wstring_view strText)
+{
+    return IsInteger<TInteger>(strText) ? sizeof(TInteger) : s_nDoesNotFit;
+}
+
+std::size_t BooleanLength(std::wstring_view strText)
+{
+    return strText == L"true" || strText == L"false" ? 1 : s_nDoesNotFit;
+}
+
+std::size_t NumericLength(std::wstring_view strText)
+{
+    return IsOfAlphabet(strText, L"0123456789-+.e ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
+}
+
+std::size_t DateLength(std::wstring_view strText)
+{
+    return IsOfAlphabet(strText, L"0123456789-:TZ ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
+}
+
+std::size_t HexLength(std::wstring_view strText)
+{
+    return strText.size() % 2 == 0 && IsOfAlphabet(strText, L"0123456789ABCDEF") ? strText.size() / 2 : s_nDoesNotFit;
+}
+
+struct SForm
+{
+    ItemType eType;
+    std::size_t (*pfnLength)(std::wstring_view);
+};
+
+constexpr SForm s_forms[] = {
+    {ItemType_boolean, BooleanLength},
+    {ItemType_i2, IntegerLength<std::int16_t>},
+    {ItemType_i4, IntegerLength<std::int32_t>},
+    {ItemType_i8, IntegerLength<std::int64_t>},
+    {ItemType_decimal, NumericLength},
+    {ItemType_datetime, DateLength},
+    {ItemType_hexBinary, HexLength},
+};
+
+} // namespace
+
+ItemType ChooseValueType(std::wstring_view strText)
+{
+    ItemType eType = ItemType_string;
+    // Naming an alphabet or an algorithm takes an octet of its own.
+    std::size_t nLength = strText.empty() ? 0 : strText.size() - 1;
+    for (const SForm& form : s_forms)
+    {
+        const std::size_t nFormLength = form.pfnLength(strText);
+        if (nFormLength >= nLength)
+            continue;
+        nLength = nFormLength;
+        eType = form.eType;
+    }
+    return eType;
+}
+
+} // namespace quiver_fi
