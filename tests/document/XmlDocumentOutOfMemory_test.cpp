@@ -2,65 +2,14 @@
 
 #include "tests/support/DocumentTree.h"
 #include "tests/support/Expect.h"
+#include "tests/support/FailingAllocation.h"
 #include "tests/support/Files.h"
 #include "tests/support/InstanceCounts.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <string>
-
-// Every allocation of this program comes past here, so that the n-th one can be made to fail.
-
-namespace
-{
-
-/// Allocations that still succeed; negative where all do.
-long s_nAllocationsLeft = -1;
-
-void* AllocateOrFail(std::size_t nSize)
-{
-    if (s_nAllocationsLeft == 0)
-        throw std::bad_alloc();
-    if (s_nAllocationsLeft > 0)
-        --s_nAllocationsLeft;
-    void* const pMemory = std::malloc(nSize);
-    if (pMemory == nullptr)
-        throw std::bad_alloc();
-    return pMemory;
-}
-
-} // namespace
-
-void* operator new(std::size_t nSize)
-{
-    return AllocateOrFail(nSize);
-}
-void* operator new[](std::size_t nSize)
-{
-    return AllocateOrFail(nSize);
-}
-void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
-{
-    return s_nAllocationsLeft == 0 ? nullptr : std::malloc(nSize);
-}
-void operator delete(void* pMemory) noexcept
-{
-    std::free(pMemory);
-}
-void operator delete[](void* pMemory) noexcept
-{
-    std::free(pMemory);
-}
-void operator delete(void* pMemory, std::size_t) noexcept
-{
-    std::free(pMemory);
-}
-void operator delete[](void* pMemory, std::size_t) noexcept
-{
-    std::free(pMemory);
-}
 
 namespace
 {
@@ -81,7 +30,7 @@ int FailEachAllocation(Load load)
         bool bFailed = false;
         {
             CXmlDocument document([](CXmlElement* pElement) { return pElement->GetLocalName() == L"dropped"; });
-            s_nAllocationsLeft = nFailures;
+            QvTest::g_nAllocationsLeft = nFailures;
             try
             {
                 load(document);
@@ -90,7 +39,7 @@ int FailEachAllocation(Load load)
             {
                 bFailed = true;
             }
-            s_nAllocationsLeft = -1;
+            QvTest::g_nAllocationsLeft = -1;
             const std::wstring strOutline = QvTest::Outline(document.GetDocumentElement());
             if (!bFailed)
             {
@@ -138,9 +87,9 @@ TEST(XmlDocumentOutOfMemory, AskingForTextFailsCleanly)
 {
     CXmlDocument document;
     document.LoadXml("<a>some longer text</a>");
-    s_nAllocationsLeft = 0;
+    QvTest::g_nAllocationsLeft = 0;
     EXPECT_THROW(document.GetDocumentElement()->GetText(), std::bad_alloc);
-    s_nAllocationsLeft = -1;
+    QvTest::g_nAllocationsLeft = -1;
     EXPECT_TEXT(L"some longer text", document.GetDocumentElement()->GetText());
 }
 
