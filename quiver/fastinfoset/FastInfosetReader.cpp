@@ -105,8 +105,11 @@ void CFastInfosetReader::Reset()
         pNames->records.clear();
     }
     for (SValues* const pValues : {&m_attributeValues, &m_characterChunks})
-        *pValues = SValues();
-    m_strUnits = std::wstring();
+    {
+        pValues->values.clear();
+        pValues->texts.clear();
+    }
+    m_strUnits.clear();
 }
 
 bool CFastInfosetReader::Parse()
@@ -559,7 +562,7 @@ void CFastInfosetReader::AddValue(const SValue& value, SValues& table)
     if (value.strUnits.empty())
         table.values.push_back(value);
     else
-        table.values.emplace_back(table.texts.emplace_back(value.strUnits));
+        table.values.emplace_back(table.texts.emplace_front(value.strUnits));
 }
 
 CFastInfosetReader::SValue CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, const SValues& table)

@@ -6,7 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <forward_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -92,7 +92,7 @@ private:
     struct SValues
     {
         std::vector<SValue> values;
-        std::deque<std::wstring> texts;
+        std::forward_list<std::wstring> texts;
     };
 
     void BeginDocument();
