@@ -5,6 +5,7 @@
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/Decimal.h"
 
+#include <charconv>
 #include <gmpxx.h>
 #include <gtest/gtest.h>
 
@@ -20,6 +21,15 @@ namespace QvXmlLib9
 {
 namespace
 {
+
+/// The double nearest to a decimal text, in any locale.
+double ReadDouble(const std::wstring& strText)
+{
+    const std::string strNarrow(strText.begin(), strText.end());
+    double dValue = 0;
+    std::from_chars(strNarrow.data(), strNarrow.data() + strNarrow.size(), dValue);
+    return dValue;
+}
 
 std::wstring Widen(const std::string& str)
 {
@@ -546,7 +556,7 @@ void CompareConversions(const CDecimal& value, const SModelDecimal& model)
         EXPECT_EQ(value.ToLong(), rounded.get_si());
     }
     const std::wstring strText = model.Text();
-    EXPECT_EQ(value.ToDouble(), std::strtod(std::string(strText.begin(), strText.end()).c_str(), nullptr));
+    EXPECT_EQ(value.ToDouble(), ReadDouble(strText));
 }
 
 /// All operations on one pair of decimals.
