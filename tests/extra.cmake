@@ -54,4 +54,28 @@ endforeach()
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+
+    # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
+    # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
+    target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_test_classes)
+    find_program(QUIVER_JAVA java)
+    find_program(QUIVER_JAVAC javac)
+    find_file(QUIVER_FASTINFOSET_JAR FastInfoset.jar PATHS /usr/share/java NO_DEFAULT_PATH)
+    mark_as_advanced(QUIVER_JAVA QUIVER_JAVAC QUIVER_FASTINFOSET_JAR)
+    if(QUIVER_JAVA AND QUIVER_JAVAC AND QUIVER_FASTINFOSET_JAR)
+        set(_interop_directory "${CMAKE_CURRENT_BINARY_DIR}/interop")
+        add_custom_command(OUTPUT "${_interop_directory}/Interop.class"
+            COMMAND "${QUIVER_JAVAC}" -encoding UTF-8 -cp "${QUIVER_FASTINFOSET_JAR}" -d "${_interop_directory}"
+                "${CMAKE_CURRENT_SOURCE_DIR}/interop/Interop.java"
+            DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/interop/Interop.java"
+            COMMENT "Compiling the other side of the Fast Infoset tests"
+            VERBATIM)
+        add_custom_target(quiver_test_interop DEPENDS "${_interop_directory}/Interop.class")
+        add_dependencies(FastInfosetInterop_test quiver_test_interop)
+        target_compile_definitions(FastInfosetInterop_test PRIVATE
+            QUIVER_JAVA="${QUIVER_JAVA}"
+            QUIVER_INTEROP_CLASSPATH="${_interop_directory}:${QUIVER_FASTINFOSET_JAR}")
+    else()
+        target_compile_definitions(FastInfosetInterop_test PRIVATE QUIVER_JAVA="" QUIVER_INTEROP_CLASSPATH="")
+    endif()
 endif()

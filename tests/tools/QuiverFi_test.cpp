@@ -558,7 +558,7 @@ TEST(QuiverFi, ChoosesTheShortestFormOfAValue)
           SRow{L"1234", ItemType_i2}, SRow{L"-32768", ItemType_i2}, SRow{L"32768", ItemType_decimal},
           SRow{L"1234567890", ItemType_i4}, SRow{L"-12345678901234567", ItemType_i8},
           SRow{L"99999999999999999999", ItemType_decimal}, SRow{L"true", ItemType_boolean},
-          SRow{L"false", ItemType_boolean}, SRow{L"True", ItemType_string}, SRow{L"10:00:00", ItemType_datetime},
-          SRow{L"ABCD", ItemType_hexBinary}, SRow{L"abcd", ItemType_string}})
+          SRow{L"false", ItemType_boolean}, SRow{L"True", ItemType_string}, SRow{L"1.5e10", ItemType_string},
+          SRow{L"10:00:00", ItemType_datetime}, SRow{L"ABCD", ItemType_hexBinary}, SRow{L"abcd", ItemType_string}})
         EXPECT_EQ(quiver_fi::ChooseValueType(row.lpctText), row.eType) << row.lpctText;
 }

@@ -47,7 +47,8 @@ std::size_t BooleanLength(std::wstring_view strText)
 
 std::size_t NumericLength(std::wstring_view strText)
 {
-    return IsOfAlphabet(strText, L"0123456789-+.e ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
+    // The alphabet has an "e" too, which other makers' readers take for a capital one.
+    return IsOfAlphabet(strText, L"0123456789-+. ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
 }
 
 std::size_t DateLength(std::wstring_view strText)
