@@ -17,7 +17,7 @@ fi
 targets=("$1")
 seconds=$2
 if [ "$1" = all ]; then
-    mapfile -t targets < <(sed -nE 's/^quiver_fuzz_target\(([a-z_]+).*/\1/p' fuzz/CMakeLists.txt)
+    mapfile -t targets < <(sed -nE 's/^ *quiver_fuzz_target\(([a-z_]+).*/\1/p' fuzz/CMakeLists.txt)
 fi
 
 scripts/build.sh fuzz -- "${targets[@]/#/fuzz_}"
