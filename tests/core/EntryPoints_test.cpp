@@ -3,12 +3,14 @@
 #include "quiver/collections/XmlTypeCollection.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/document/XmlDocument.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/metadata/ElementInfoSeq.h"
 #include "tests/support/Expect.h"
 #include "tests/support/Files.h"
 #include "tests/support/FlexClass.h"
+#include "tests/support/Octets.h"
 
 #include <fstream>
 #include <iterator>
@@ -20,6 +22,8 @@ using QvTest::CFlexClass;
 using QvTest::CShape;
 using QvTest::CTempDir;
 using QvTest::ExpectThrows;
+using QvTest::Octets;
+using QvTest::OctetsOf;
 
 namespace
 {
@@ -267,6 +271,116 @@ TEST(EntryPoints, WhatTheOverlappedWayWroteAheadOfAFailureStaysInTheFile)
                                                      EOLType_LF, context, Compression_None);
                                });
     EXPECT_EQ(ReadFile(dir.NameOf("plain.xml")), "");
+}
+
+// --- Fast Infoset -------------------------------------------------------------------------------
+
+TEST(EntryPoints, AFastInfosetStreamIsHeaderRootAndTerminator)
+{
+    const CSmartPtr<CFlexClass> spObject = EmptySample();
+    spObject->SetText(1, L"7");
+    EXPECT_EQ((Octets{
+                  224, 0,   0,   1,   0,                  // identification, no optional component
+                  120, 240, 60,  3,   'r', 'o', 'o', 't', // an element with attributes, no namespace, its name
+                  120, 1,   'i', 'd', 64,  '7', 240,      // the attribute, and the end of the list
+                  255                                     // the end of the root and of the document
+              }),
+              OctetsOf(spObject->ToFastInfosetStream(FInfoDecl_None, s_context, Compression_None)));
+}
+
+TEST(EntryPoints, AFastInfosetStreamIsReadBackWithEveryDeclarationAndCompression)
+{
+    const CSmartPtr<CFlexClass> spSample = Sample();
+    struct
+    {
+        CompressionType eType;
+        std::string strFirst;
+    } const cases[] = {{Compression_None, std::string("\xE0\x00\x00\x01", 4)},
+                       {Compression_GZip, "\x1F\x8B"},
+                       {Compression_ZLib, "x"}};
+    for (const auto& row : cases)
+    {
+        for (int nDecl = FInfoDecl_None; nDecl <= FInfoDecl_V11_StandaloneNo; ++nDecl)
+        {
+            SCOPED_TRACE(::testing::Message() << "compression " << row.eType << " declaration " << nDecl);
+            const CBinaryData data = spSample->ToFastInfosetStream(static_cast<FInfoDecl>(nDecl), s_context, row.eType);
+            const bool bDeclared = nDecl != FInfoDecl_None && row.eType == Compression_None;
+            const std::string strFirst = bDeclared ? "<?xml " : row.strFirst;
+            EXPECT_EQ(strFirst, Bytes(data).substr(0, strFirst.size()));
+            const CSmartPtr<CFlexClass> spRead = EmptySample();
+            spRead->FromXmlStream(data, s_context);
+            EXPECT_TEXT(SampleText(), Text(*spRead));
+        }
+    }
+}
+
+TEST(EntryPoints, AFastInfosetFileIsTheStreamWhateverTheSwitch)
+{
+    const CSmartPtr<CFlexClass> spSample = Sample();
+    const CTempDir dir;
+    const std::wstring strPath = dir.NameOf("out.fi");
+    for (const CompressionType eType : {Compression_None, Compression_GZip})
+    {
+        const std::string strStream = Bytes(spSample->ToFastInfosetStream(FInfoDecl_V10, s_context, eType));
+        for (const bool bAsync : {false, true})
+        {
+            AsyncToXmlFile(bAsync);
+            spSample->ToFastInfosetFile(strPath.c_str(), FInfoDecl_V10, s_context, eType);
+            AsyncToXmlFile(false);
+            EXPECT_EQ(strStream, ReadFile(strPath));
+        }
+        const CSmartPtr<CFlexClass> spRead = EmptySample();
+        spRead->FromXmlFile(strPath.c_str(), s_context);
+        EXPECT_TEXT(SampleText(), Text(*spRead));
+    }
+}
+
+TEST(EntryPoints, AFastInfosetFileIsNoXmlForTheOverlappedWayOfReading)
+{
+    const CSmartPtr<CFlexClass> spSample = Sample();
+    const CTempDir dir;
+    const std::wstring strPath = dir.NameOf("out.fi");
+    spSample->ToFastInfosetFile(strPath.c_str(), FInfoDecl_None, s_context, Compression_None);
+    AsyncFromXmlFile(true);
+    EXPECT_THROW(EmptySample()->FromXmlFile(strPath.c_str(), s_context), CQvException);
+    AsyncFromXmlFile(false);
+}
+
+TEST(EntryPoints, TextOfAFastInfosetDocumentIsNoXml)
+{
+    const CBinaryData data = Sample()->ToFastInfosetStream(FInfoDecl_None, s_context, Compression_None);
+    EXPECT_THROW(EmptySample()->FromXml(Bytes(data).c_str(), s_context), CQvException);
+}
+
+TEST(EntryPoints, AnAgreedVocabularyIsNeededByBothSides)
+{
+    CXmlSerializationContext context;
+    CFastInfosetContext& fiContext = context.GetFIContext();
+    fiContext.SetUseGeneratedVocabulary(true);
+    for (const wchar_t* lpctName : {L"root", L"item"})
+        fiContext.GetVocabulary()->AddElement(L"", L"", lpctName);
+
+    const CBinaryData data = Sample()->ToFastInfosetStream(FInfoDecl_None, context, Compression_None);
+    EXPECT_EQ(std::string::npos, Bytes(data).find("item"));
+    const CSmartPtr<CFlexClass> spRead = EmptySample();
+    spRead->FromXmlStream(data, context);
+    EXPECT_TEXT(SampleText(), Text(*spRead));
+#if !defined(QUIVER_DIAGNOSTICS)
+    ExpectThrows<CQvException>(L"Failed to parse FastInfoset. Invalid table index [1].",
+                               [&] { EmptySample()->FromXmlStream(data, s_context); });
+#endif
+}
+
+TEST(EntryPoints, FastInfosetHasTheNamespacesOfTheContextButNeitherInstructionsNorSchema)
+{
+    CXmlSerializationContext context;
+    context.GetProcessingInstructions().push_back(L"instruction");
+    context.SetInLineSchema(L"<schema/>");
+    context.GetNamespaceAliases().Add(L"pre", L"urn:alias");
+    const std::string strBytes = Bytes(Sample()->ToFastInfosetStream(FInfoDecl_None, context, Compression_None));
+    EXPECT_NE(std::string::npos, strBytes.find("urn:alias"));
+    EXPECT_EQ(std::string::npos, strBytes.find("instruction"));
+    EXPECT_EQ(std::string::npos, strBytes.find("schema"));
 }
 
 // --- Reading ------------------------------------------------------------------------------------
