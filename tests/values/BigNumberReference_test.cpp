@@ -5,11 +5,11 @@
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/Decimal.h"
 
-#include <charconv>
 #include <gmpxx.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
