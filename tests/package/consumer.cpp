@@ -42,22 +42,31 @@ void CheckThrows(const char* lpcWhat, TAction&& action)
 void CheckExceptions()
 {
     const CXmlSerializationContext context;
-    CheckThrows<CQvException>("CQvException", [&] {
-        CXmlDocument document(context);
-        document.LoadXml("<a>");
-    });
-    CheckThrows<CQvValidationException>("CQvValidationException", [&] {
-        Ci4Col col(L"n", L"", 1, 1, L"", -1, -1, L"", L"", L"", L"", -1, CWhitespaceUtils::WhitespaceRule_Collapse, nullptr);
-        col.ValidateCount(context);
-    });
-    CheckThrows<CQvInvalidValueException>("CQvInvalidValueException",
-                                          [] { CConversions::i4FromString(L"x", CWhitespaceUtils::WhitespaceRule_None); });
+    CheckThrows<CQvException>("CQvException",
+                              [&]
+                              {
+                                  CXmlDocument document(context);
+                                  document.LoadXml("<a>");
+                              });
+    CheckThrows<CQvValidationException>("CQvValidationException",
+                                        [&]
+                                        {
+                                            Ci4Col col(L"n", L"", 1, 1, L"", -1, -1, L"", L"", L"", L"", -1,
+                                                       CWhitespaceUtils::WhitespaceRule_Collapse, nullptr);
+                                            col.ValidateCount(context);
+                                        });
+    CheckThrows<CQvInvalidValueException>("CQvInvalidValueException", []
+                                          { CConversions::i4FromString(L"x", CWhitespaceUtils::WhitespaceRule_None); });
     CheckThrows<CQvInvalidNamespaceException>("CQvInvalidNamespaceException", [] { CElement element(L"a", L"##any"); });
-    CheckThrows<CQvInvalidStateException>("CQvInvalidStateException", [] { CDateTime(CDateTime::dt_gYear).GetMonth(); });
-    CheckThrows<CQvInvalidParamException>("CQvInvalidParamException", [] {
-        CstringCol col(L"s", L"", 0, -1, L"", -1, -1, L"", L"", L"", L"", -1, CWhitespaceUtils::WhitespaceRule_None, nullptr);
-        col.Item(0);
-    });
+    CheckThrows<CQvInvalidStateException>("CQvInvalidStateException",
+                                          [] { CDateTime(CDateTime::dt_gYear).GetMonth(); });
+    CheckThrows<CQvInvalidParamException>("CQvInvalidParamException",
+                                          []
+                                          {
+                                              CstringCol col(L"s", L"", 0, -1, L"", -1, -1, L"", L"", L"", L"", -1,
+                                                             CWhitespaceUtils::WhitespaceRule_None, nullptr);
+                                              col.Item(0);
+                                          });
     CheckThrows<CQvOverFlowException>("CQvOverFlowException", [] { CDecimal(L"1e30").ToLong(); });
 }
 
