@@ -74,10 +74,9 @@ void CheckConversions()
 {
     CElement element(L"x");
     element.FromXml(L"<order xmlns='urn:a'><item n='1'>caf\u00E9</item></order>");
-    CXmlSerializationContext context;
-    context.SetDefaultNamespaceURI(L"urn:a");
+    const CXmlSerializationContext context;
     Check(element.ToXml(false, false, EOLType_LF, context) ==
-              L"<order xmlns=\"urn:a\"><item n=\"1\">caf\u00E9</item></order>",
+              L"<AA:order xmlns:AA=\"urn:a\"><AA:item n=\"1\">caf\u00E9</AA:item></AA:order>",
           "open content keeps a document");
     const CBinaryData data = element.ToXmlStream(true, true, Encoding_UTF8, EOLType_LF, context, Compression_ZLib);
     Check(data.GetLength() > 0, "compressed stream");
