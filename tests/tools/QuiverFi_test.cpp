@@ -415,6 +415,15 @@ TEST(QuiverFi, ListsWhatTheWriterNeverProduces)
         EXPECT_THAT(strListing, HasSubstr(lpcLine));
 }
 
+TEST(QuiverFi, EncodesDocumentsWhoseTypesNameNoNamespace)
+{
+    const std::string strXsi = "http://www.w3.org/2001/XMLSchema-instance";
+    const std::string strDocument = Octets("E0 00 00 01 00 78 CF 00 71 01 00 75 F0 3C 00 61 79 28") + strXsi +
+                                    Octets("03 74 79 70 65 42 71 3A 54 FF F0");
+    EXPECT_THAT(Decode(strDocument), EndsWith("xsi:type=\"q:T\"/>"));
+    EXPECT_THAT(Decode(Encode(strDocument)), EndsWith("xsi:type=\"q:T\"/>"));
+}
+
 TEST(QuiverFi, CutsLongValuesUnlessTheyAreWantedWhole)
 {
     const std::string strDocument = Encode("<a>" + s_strLong + "</a>");

@@ -17,10 +17,12 @@ constexpr std::wstring_view s_strXmlNamespace = L"http://www.w3.org/XML/1998/nam
 constexpr std::wstring_view s_strXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::wstring_view s_strBlanks = L" \t\n\r";
 
-/// The writers declare no namespace that begins like this one.
+/// The writers declare no namespace that begins like that of XML, and take declarations up to a zero unit, which a
+/// damaged document can hold.
 bool IsNeverDeclared(const std::wstring& strNamespace)
 {
-    return strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0;
+    return strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0 ||
+           strNamespace.find(L'\0') != std::wstring::npos;
 }
 
 bool IsType(const CXmlAttribute& attribute)
