@@ -1,68 +1,21 @@
 // Reading and writing the purchase order document, scaled to 1 KB, 1 MB and 20 MB, in bytes of XML per second; expat
 // alone on the same bytes, with handlers that do nothing, is the floor.
 
-#include "examples/purchase_order/PurchaseOrder.h"
+#include "bench/PurchaseOrderDocument.h"
 
 #include "quiver/document/XmlDocument.h"
 
 #include <benchmark/benchmark.h>
 #include <expat.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <map>
 #include <string>
 
 using namespace QvXmlLib9;
 using namespace order;
+using namespace bench;
 
 namespace
 {
-
-[[noreturn]] void Fail(const char* lpcWhat)
-{
-    std::fprintf(stderr, "bench: %s\n", lpcWhat);
-    std::abort();
-}
-
-void AppendItem(std::string& strXml, int n)
-{
-    char szItem[400];
-    std::snprintf(szItem, sizeof(szItem),
-                  "  <item part=\"%03d-A%c\">\n    <product>Article number %d</product>\n    <quantity>%d</quantity>\n"
-                  "    <price>%d.%02d</price>\n%s  </item>\n",
-                  n % 1000, 'A' + n % 26, n, 1 + n % 999, n % 500, n % 100,
-                  n % 4 == 0 ? "    <note>Handle with care &amp; keep dry</note>\n" : "");
-    strXml += szItem;
-}
-
-/// A purchase order of about so many bytes.
-const std::string& Document(std::size_t nBytes)
-{
-    static std::map<std::size_t, std::string> s_documents;
-    std::string& strXml = s_documents[nBytes];
-    if (!strXml.empty())
-        return strXml;
-    strXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<purchaseOrder xmlns=\"urn:example:order\" number=\"20417\" "
-             "currency=\"EUR\">\n  <shipTo>\n    <name>Alice Bergstr\xC3\xB6m</name>\n    <street>12 Harbour "
-             "Lane</street>\n    <city>G\xC3\xB6teborg</city>\n  </shipTo>\n  <express>true</express>\n";
-    for (int n = 0; strXml.size() < nBytes; ++n)
-        AppendItem(strXml, n);
-    return strXml += "</purchaseOrder>\n";
-}
-
-CXmlSerializationContext Context()
-{
-    CXmlSerializationContext context;
-    context.SetDefaultNamespaceURI(L"urn:example:order");
-    return context;
-}
-
-void Read(CPurchaseOrder& purchaseOrder, const std::string& strXml, const CXmlSerializationContext& context)
-{
-    purchaseOrder.FromXmlStream(reinterpret_cast<unsigned char*>(const_cast<char*>(strXml.data())),
-                                static_cast<unsigned long>(strXml.size()), context);
-}
 
 void CountBytes(benchmark::State& state, std::size_t nBytes)
 {
