@@ -13,6 +13,8 @@ namespace QvXmlLib9
 namespace
 {
 
+CInstanceClass s_instanceClass(L"CXmlAttribute");
+
 constexpr std::wstring_view s_strNamespaces[] = {
     L"http://www.w3.org/2001/XMLSchema-instance",
     L"http://www.w3.org/2000/xmlns/",
@@ -52,13 +54,13 @@ struct CXmlAttribute::SOwnData : SXmlName
 
 CXmlAttribute::CXmlAttribute(const std::wstring& strLocalName, const std::wstring& strValue,
                              const std::wstring& strNamespaceURI)
-    : CInstanceMonitor(L"CXmlAttribute")
+    : CInstanceMonitor(s_instanceClass)
 {
     Take(std::make_unique<SOwnData>(strLocalName, strValue, strNamespaceURI));
 }
 
 CXmlAttribute::CXmlAttribute(const SXmlName& name)
-    : CInstanceMonitor(L"CXmlAttribute")
+    : CInstanceMonitor(s_instanceClass)
     , m_pName(&name)
 {
 }

@@ -13,6 +13,8 @@ namespace QvXmlLib9
 namespace
 {
 
+CInstanceClass s_instanceClass(L"CXmlElement");
+
 const std::wstring& FindValue(const std::vector<CXmlAttribute*>& attributes, const std::wstring& strLocalName,
                               const std::wstring& strNamespaceURI)
 {
@@ -27,13 +29,13 @@ const std::wstring& FindValue(const std::vector<CXmlAttribute*>& attributes, con
 } // namespace
 
 CXmlElement::CXmlElement(const CXmlDocument* pDocument)
-    : CInstanceMonitor(L"CXmlElement")
+    : CInstanceMonitor(s_instanceClass)
     , m_pName(&(new CXmlNodeStore(pDocument, this))->GetEmptyName())
 {
 }
 
 CXmlElement::CXmlElement(const SXmlName& name)
-    : CInstanceMonitor(L"CXmlElement")
+    : CInstanceMonitor(s_instanceClass)
     , m_pName(&name)
 {
 }
