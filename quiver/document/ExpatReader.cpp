@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <expat.h>
 #include <new>
 #include <string_view>
@@ -26,6 +27,12 @@ namespace
 constexpr std::size_t s_nPiece = 0x10000;
 
 constexpr XML_Char s_cNamespaceSeparator = '|';
+
+// A prefix stands for a namespace of any length, and a document type declaration gives attributes to elements of four
+// characters: the parser's protection against entities counts neither. What it makes of them may come to so many units,
+// or to so many times the input if that is more; documents in use stay far below either.
+constexpr std::uint64_t s_nHandedOverFree = 16 * 1024 * 1024;
+constexpr std::uint64_t s_nHandedOverPerByte = 100;
 
 void SetText(std::wstring& strText, const char* lpcUtf8)
 {
@@ -44,6 +51,7 @@ void CExpatReader::SParserDeleter::operator()(XML_ParserStruct* pParser) const
 CExpatReader::CExpatReader(CXmlDocument& doc)
     : CInstanceMonitor(L"CExpatReader")
     , m_doc(doc)
+    , m_nAllowance(s_nHandedOverFree)
 {
 }
 
@@ -113,6 +121,18 @@ void CExpatReader::Fail()
     throw CQvException(FormatString(L"%S at line %d", lpcError, nLine));
 }
 
+void CExpatReader::CountHandedOver(std::size_t nUnits)
+{
+    m_nHandedOver += nUnits;
+    if (m_nHandedOver <= m_nAllowance)
+        return;
+    const XML_Index nInput = XML_GetCurrentByteIndex(m_parser.get());
+    m_nAllowance =
+        std::max(s_nHandedOverFree, s_nHandedOverPerByte * static_cast<std::uint64_t>(std::max<XML_Index>(nInput, 0)));
+    if (m_nHandedOver > m_nAllowance)
+        throw CQvException(L"The namespaces and default values of the document are out of proportion to its length");
+}
+
 /// No exception may pass through the parser, which is C: it waits until the parser has come to its stop.
 template <class Action>
 void CExpatReader::Handle(void* pUserData, Action action)
@@ -152,12 +172,25 @@ void CExpatReader::OnStartElement(void* pUserData, const char* lpcName, const ch
            {
                CXmlDocument& doc = reader.m_doc;
                const SXmlName& name = doc.Store().Names().Find(lpcName);
+               reader.CountHandedOver(name.pstrNamespaceURI->size());
                CXmlElement* const pElement =
                    doc.m_pDocumentElement != nullptr ? doc.AddChildElement(name) : doc.AddDocElement(name);
-               for (const char** ppNext = ppAttributes; *ppNext != nullptr; ppNext += 2)
-                   CXmlDocument::AddElementAttribute(pElement, doc.Store().Names().Find(ppNext[0]),
-                                                     std::string_view(ppNext[1]));
+               if (*ppAttributes != nullptr)
+                   reader.AddAttributes(pElement, ppAttributes);
            });
+}
+
+void CExpatReader::AddAttributes(CXmlElement* pElement, const char** ppAttributes)
+{
+    const char** const ppDefaults = ppAttributes + XML_GetSpecifiedAttributeCount(m_parser.get());
+    for (const char** ppNext = ppAttributes; *ppNext != nullptr; ppNext += 2)
+    {
+        const SXmlName& name = m_doc.Store().Names().Find(ppNext[0]);
+        const std::string_view value(ppNext[1]);
+        CountHandedOver(name.pstrNamespaceURI->size() +
+                        (ppNext < ppDefaults ? 0 : sizeof(CXmlAttribute) + value.size()));
+        CXmlDocument::AddElementAttribute(pElement, name, value);
+    }
 }
 
 void CExpatReader::OnEndElement(void* pUserData, const char*)
@@ -170,6 +203,7 @@ void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, cons
     Handle(pUserData,
            [lpcPrefix, lpcURI](CExpatReader& reader)
            {
+               reader.CountHandedOver(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
                SetText(reader.m_strPrefix, lpcPrefix);
                SetText(reader.m_strURI, lpcURI);
                reader.m_doc.m_namespaces[reader.m_strPrefix] = reader.m_strURI;

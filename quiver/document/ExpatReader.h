@@ -3,6 +3,7 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
@@ -14,6 +15,7 @@ namespace QvXmlLib9
 {
 
 class CXmlDocument;
+class CXmlElement;
 
 /// Runs expat over a document's input and turns what expat reports into the document's tree. Lives for one parse.
 class CExpatReader : public CInstanceMonitor
@@ -50,6 +52,8 @@ private:
     template <class Action>
     static void HandleText(void* pUserData, Action action);
 
+    void AddAttributes(CXmlElement* pElement, const char** ppAttributes);
+    void CountHandedOver(std::size_t nUnits);
     void Feed(std::string_view piece, bool bFinal);
     void Give(std::string_view piece, bool bFinal);
     [[noreturn]] void Fail();
@@ -59,6 +63,10 @@ private:
     /// Bytes given to the parser, and how many of them belong to a token whose end it has not seen yet.
     std::size_t m_nGiven = 0;
     std::size_t m_nUnfinished = 0;
+    /// How much the parser has made of little: namespaces of names, declarations, defaults; and what that may
+    /// come to before it is compared with the input again.
+    std::uint64_t m_nHandedOver = 0;
+    std::uint64_t m_nAllowance;
     /// Input that the parser has not been given yet.
     std::string m_strDeferred;
     /// What a handler has thrown, on its way past the parser's frames.

@@ -332,6 +332,48 @@ TEST(ExpatReader, EntitiesThatBlowUpEndInAnException)
                                [] { Parse(MakeEntityBomb(12)); });
 }
 
+std::string Repeated(const std::string& strPiece, int nTimes)
+{
+    std::string strXml;
+    for (int n = 0; n < nTimes; ++n)
+        strXml += strPiece;
+    return strXml;
+}
+
+TEST(ExpatReader, NamespacesAndDefaultsOutOfProportionEndInAnException)
+{
+    const std::string strLong(200000, 'n');
+    const std::string strElements = "<a>" + Repeated("<x/>", 20000) + "</a>";
+    std::string strMany;
+    for (int n = 0; n < 2000; ++n)
+        strMany += " v" + std::to_string(n) + " CDATA 'u'";
+    const std::string documents[] = {
+        "<!DOCTYPE a [<!ATTLIST x v CDATA '" + strLong + "'>]>" + strElements,
+        "<!DOCTYPE a [<!ATTLIST x" + strMany + ">]>" + strElements,
+        "<!DOCTYPE a [<!ATTLIST x xmlns:v CDATA '" + strLong + "'>]>" + strElements,
+        "<a xmlns:p='" + strLong + "'>" + Repeated("<x p:b=''/>", 20000) + "</a>",
+        "<a xmlns:p='" + strLong + "'>" + Repeated("<p:x/>", 20000) + "</a>",
+    };
+    for (const std::string& strXml : documents)
+    {
+        SCOPED_TRACE(strXml.substr(0, 40));
+        ExpectThrows<CQvException>(
+            L"The namespaces and default values of the document are out of proportion to its length",
+            [&] { Parse(strXml); });
+    }
+}
+
+TEST(ExpatReader, NamespacesAndDefaultsInProportionMayRepeatAsOftenAsTheyLike)
+{
+    const std::string strXml = "<!DOCTYPE a [<!ATTLIST x v CDATA 'a default value' xmlns CDATA 'urn:d'>]><a xmlns:p='" +
+                               std::string(500, 'n') + "'>" + Repeated("<x p:b='1'/><p:y/>", 100000) + "</a>";
+    CXmlDocument document;
+    document.LoadXml(strXml.c_str());
+    const CXmlElement* const pFirst = document.GetDocumentElement()->GetFirstElement();
+    EXPECT_TEXT(L"a default value", pFirst->GetAttribute(L"v", L""));
+    EXPECT_TEXT(L"urn:d", pFirst->GetNamespaceURI());
+}
+
 // --- What handlers throw --------------------------------------------------------------------------------------------
 
 bool ThrowQvException(CXmlElement* pElement)
