@@ -34,6 +34,9 @@ constexpr XML_Char s_cNamespaceSeparator = '|';
 constexpr std::uint64_t s_nHandedOverFree = 16 * 1024 * 1024;
 constexpr std::uint64_t s_nHandedOverPerByte = 100;
 
+/// Namespaces up to this length do not count: they cost no more than the node whose name has them.
+constexpr std::size_t s_nShortNamespace = 256;
+
 void SetText(std::wstring& strText, const char* lpcUtf8)
 {
     strText.clear();
@@ -121,6 +124,12 @@ void CExpatReader::Fail()
     throw CQvException(FormatString(L"%S at line %d", lpcError, nLine));
 }
 
+void CExpatReader::CountNamespace(std::size_t nUnits)
+{
+    if (nUnits > s_nShortNamespace)
+        CountHandedOver(nUnits);
+}
+
 void CExpatReader::CountHandedOver(std::size_t nUnits)
 {
     m_nHandedOver += nUnits;
@@ -172,7 +181,7 @@ void CExpatReader::OnStartElement(void* pUserData, const char* lpcName, const ch
            {
                CXmlDocument& doc = reader.m_doc;
                const SXmlName& name = doc.Store().Names().Find(lpcName);
-               reader.CountHandedOver(name.pstrNamespaceURI->size());
+               reader.CountNamespace(name.pstrNamespaceURI->size());
                CXmlElement* const pElement =
                    doc.m_pDocumentElement != nullptr ? doc.AddChildElement(name) : doc.AddDocElement(name);
                if (*ppAttributes != nullptr)
@@ -187,8 +196,9 @@ void CExpatReader::AddAttributes(CXmlElement* pElement, const char** ppAttribute
     {
         const SXmlName& name = m_doc.Store().Names().Find(ppNext[0]);
         const std::string_view value(ppNext[1]);
-        CountHandedOver(name.pstrNamespaceURI->size() +
-                        (ppNext < ppDefaults ? 0 : sizeof(CXmlAttribute) + value.size()));
+        CountNamespace(name.pstrNamespaceURI->size());
+        if (ppNext >= ppDefaults)
+            CountHandedOver(sizeof(CXmlAttribute) + value.size());
         CXmlDocument::AddElementAttribute(pElement, name, value);
     }
 }
@@ -203,7 +213,7 @@ void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, cons
     Handle(pUserData,
            [lpcPrefix, lpcURI](CExpatReader& reader)
            {
-               reader.CountHandedOver(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
+               reader.CountNamespace(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
                SetText(reader.m_strPrefix, lpcPrefix);
                SetText(reader.m_strURI, lpcURI);
                reader.m_doc.m_namespaces[reader.m_strPrefix] = reader.m_strURI;

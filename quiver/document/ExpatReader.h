@@ -53,6 +53,7 @@ private:
     static void HandleText(void* pUserData, Action action);
 
     void AddAttributes(CXmlElement* pElement, const char** ppAttributes);
+    void CountNamespace(std::size_t nUnits);
     void CountHandedOver(std::size_t nUnits);
     void Feed(std::string_view piece, bool bFinal);
     void Give(std::string_view piece, bool bFinal);

@@ -20,10 +20,13 @@ namespace
 {
 
 // A table lets a few octets stand for a text of any length, and the tree holds a copy each time, so that a small
-// document could ask for memory without end. Texts out of tables may add up to this many units, or to this many times
-// the document's octets if that is more; documents in use stay far below either.
+// document could ask for memory without end. Texts and names out of tables may add up to this many units, or to this
+// many times the document's octets if that is more; documents in use stay far below either.
 constexpr std::uint64_t s_nRepeatedUnitsFree = 16 * 1024 * 1024;
 constexpr std::uint64_t s_nRepeatedUnitsPerOctet = 100;
+
+/// Names up to this length, in units, do not count: they cost no more than the node that has them.
+constexpr std::size_t s_nShortName = 256;
 
 /// The trace takes no longer texts.
 constexpr std::size_t s_nTracedNameLength = 16384;
@@ -476,6 +479,7 @@ const SXmlName& CFastInfosetReader::ReadLiteralName(unsigned char by, SNames& na
     parts.m_dwLocalNameIndex = ReadNamePart(m_pVocabulary->m_localNames);
 
     const SXmlName& name = MakeRecord(parts);
+    CountName(name);
     const std::size_t nIndex = names.pTable->m_table.size();
     CFIVocabulary::AddQNameToVector(parts.m_dwPrefixIndex, parts.m_dwNamespaceIndex, parts.m_dwLocalNameIndex,
                                     *names.pTable);
@@ -521,6 +525,7 @@ const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names
     const SXmlName*& pName = names.records[dwIndex - 1];
     if (pName == nullptr)
         pName = &MakeRecord(table[dwIndex - 1]);
+    CountName(*pName);
     return *pName;
 }
 
@@ -572,6 +577,13 @@ CFastInfosetReader::SValue CFastInfosetReader::GetRepeated(std::uint32_t dwIndex
     const SValue& value = table.values[dwIndex - 1];
     CountRepeated(value.strUtf8.size() + value.strUnits.size());
     return value;
+}
+
+void CFastInfosetReader::CountName(const SXmlName& name)
+{
+    const std::size_t nUnits = name.pstrNamespaceURI->size() + name.strLocalName.size();
+    if (nUnits > s_nShortName)
+        CountRepeated(nUnits);
 }
 
 void CFastInfosetReader::CountRepeated(std::size_t nUnits)

@@ -134,6 +134,7 @@ private:
     void DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets);
     static void AddValue(const SValue& value, SValues& table);
     SValue GetRepeated(std::uint32_t dwIndex, const SValues& table);
+    void CountName(const SXmlName& name);
     void CountRepeated(std::size_t nUnits);
 
     const CFastInfosetContext* m_pFIContext;

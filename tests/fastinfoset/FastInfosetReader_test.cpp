@@ -870,6 +870,34 @@ TEST(FastInfosetReader, ASmallDocumentCannotAskForTextWithoutEnd)
     ExpectFails(szRefused, Joined({attributes, {255, 240}}));
 }
 
+TEST(FastInfosetReader, ASmallDocumentCannotAskForNamesWithoutEnd)
+{
+    const CQuietTrace quiet;
+    constexpr int nName = 300000;
+    const wchar_t szRefused[] =
+        L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.";
+    // A root with a name of 300,000 units, and empty children that have it by its index.
+    constexpr int nLength = nName - 321;
+    const Octets name = Joined({{96, 0, nLength >> 16, nLength >> 8 & 255, nLength & 255}, Octets(nName, 'n')});
+    Octets children;
+    for (int n = 0; n < 200; ++n)
+        children.insert(children.end(), {0, 240});
+    ExpectFails(szRefused, Joined({{60}, name, children, {255}}));
+
+    // The same as an attribute, of children of another name.
+    Octets attributes = Joined({{124, 0, 'r', 120}, name, {0, 'v', 240}});
+    for (int n = 0; n < 200; ++n)
+        attributes.insert(attributes.end(), {64, 0, 0, 'v', 255});
+    ExpectFails(szRefused, Joined({attributes, {255}}));
+
+    // New names of old parts: one local name in many namespaces.
+    Octets names = Joined({{60}, name});
+    for (int n = 0; n < 200; ++n)
+        names.insert(names.end(), {61, 1, static_cast<unsigned char>('a' + n / 20),
+                                   static_cast<unsigned char>('a' + n % 20), 128, 240});
+    ExpectFails(szRefused, Joined({names, {255}}));
+}
+
 TEST(FastInfosetReader, ShortTextsMayRepeatAsOftenAsTheyLike)
 {
     const CQuietTrace quiet;
