@@ -54,7 +54,7 @@ std::string Sample(const char* lpcFile)
     return ReadFileBytes(std::string(QUIVER_SOURCE_DIR "/examples/") + lpcFile);
 }
 
-/// Reads a document, writes it as text and as bytes, and reads and writes those.
+/// Reads a document, writes it as text, as bytes and as Fast Infoset, and reads and writes those.
 template <class TRoot>
 std::wstring ReadAndWrite(const std::string& strXml, const CXmlSerializationContext& context)
 {
@@ -66,15 +66,24 @@ std::wstring ReadAndWrite(const std::string& strXml, const CXmlSerializationCont
     spFromText->FromXml(strText.c_str(), context);
     const CSmartPtr<TRoot> spFromBytes = new TRoot;
     spFromBytes->FromXmlStream(data, context);
-    return spFromText->ToXml(true, false, EOLType_LF, context) + spFromBytes->ToXml(true, false, EOLType_LF, context);
+    const CSmartPtr<TRoot> spFromInfoset = new TRoot;
+    spFromInfoset->FromXmlStream(spRoot->ToFastInfosetStream(FInfoDecl_None, context, Compression_None), context);
+    std::wstring strAll;
+    for (const TRoot* pRead :
+         {static_cast<TRoot*>(spFromText), static_cast<TRoot*>(spFromBytes), static_cast<TRoot*>(spFromInfoset)})
+        strAll += pRead->ToXml(true, false, EOLType_LF, context);
+    return strAll;
 }
 
 /// Eight threads do the same; the main thread does it last, so that nobody has used the classes before them.
 template <class TRoot>
 void ExpectThreadsToAgree(const std::string& strXml)
 {
+    CXmlSerializationContext prepared;
+    prepared.GetFIContext().GetVocabulary()->AddElement(L"", L"urn:example:order", L"item");
+    prepared.GetFIContext().SetUseGeneratedVocabulary(true);
     // Nothing but const from here on. Its additional root attributes come into being at the first use.
-    const CXmlSerializationContext context;
+    const CXmlSerializationContext& context = prepared;
     std::vector<std::wstring> results(s_nThreads);
     OnThreads(
         [&](int nThread)
