@@ -379,6 +379,8 @@ unsigned char* CBinaryData::ReleaseData()
 
 void CBinaryData::Append(const unsigned char* pData, unsigned long ulLength)
 {
+    if (m_pRep != nullptr && m_pRep->TryAppend(pData, ulLength))
+        return;
     Throw_IfBinaryDataIsTooLong(ulLength);
     MakePrivate();
     m_pRep->Append(pData, static_cast<std::uint32_t>(ulLength));

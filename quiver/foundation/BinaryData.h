@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Export.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -58,6 +59,15 @@ public:
         if (IsShared() || m_dwLen >= m_dwAllocated)
             return false;
         m_lpData[m_dwLen++] = by;
+        return true;
+    }
+    /// Adds bytes if they fit into the array; they may lie inside it.
+    bool TryAppend(const unsigned char* pData, unsigned long ulLength)
+    {
+        if (IsShared() || ulLength > m_dwAllocated - m_dwLen)
+            return false;
+        std::copy_n(pData, ulLength, m_lpData + m_dwLen);
+        m_dwLen += static_cast<std::uint32_t>(ulLength);
         return true;
     }
     /// The byte behind those in use, which is made to lie inside the array.
