@@ -5,10 +5,8 @@
 namespace QvXmlLib9
 {
 
-std::wstring_view ToUnitText(std::wstring_view strText, std::wstring& strBuffer)
+std::wstring_view MakeUnitText(std::wstring_view strText, std::wstring& strBuffer)
 {
-    if (IsUnitText(strText))
-        return strText;
     strText = strText.substr(0, strText.find(L'\0'));
     if (!HasWholeCodePoints(strText))
         return strText;

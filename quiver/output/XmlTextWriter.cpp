@@ -142,11 +142,8 @@ void CXmlTextWriter::CloseStartTag()
 
 void CXmlTextWriter::StartElement(std::wstring_view strName, std::wstring_view strNamespace)
 {
-    std::wstring strNameBuffer;
-    std::wstring strNamespaceBuffer;
     CloseStartTag();
-    CXmlWriterContext& context =
-        *CreateContext(ToUnitText(strName, strNameBuffer), ToUnitText(strNamespace, strNamespaceBuffer));
+    CXmlWriterContext& context = *CreateContext(strName, strNamespace);
     if (m_bFormatted)
         AppendIndent(context);
     m_pStream->AppendUnit(L'<');
@@ -159,23 +156,23 @@ void CXmlTextWriter::StartElement(std::wstring_view strName, std::wstring_view s
 
 void CXmlTextWriter::AppendQualifiedStart(CXmlWriterContext& context)
 {
-    const std::wstring_view strNamespace = context.m_strNamespace;
-    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+    const SElementPrefix& prefix = GetElementPrefix(context);
+    if (prefix.bBare)
     {
         m_pStream->AppendUnits(context.m_strElementName);
         return;
     }
-    const std::wstring* pstrPrefix = FindPrefix(strNamespace);
+    const std::wstring* pstrPrefix = prefix.pstrPrefix;
     const bool bDeclare = pstrPrefix == nullptr;
     if (bDeclare)
-        pstrPrefix = &BindGeneratedPrefix(context, strNamespace);
+        pstrPrefix = &BindGeneratedPrefix(context, context.m_strNamespace);
     m_pStream->AppendUnits(*pstrPrefix);
     m_pStream->AppendUnit(L':');
     m_pStream->AppendUnits(context.m_strElementName);
     if (bDeclare)
     {
         m_pStream->AppendUnit(L' ');
-        AppendDeclaration(*pstrPrefix, strNamespace);
+        AppendDeclaration(*pstrPrefix, context.m_strNamespace);
     }
 }
 
@@ -235,9 +232,11 @@ void CXmlTextWriter::EndElement()
         if (m_bFormatted && context.m_dwChildCount != 0)
             AppendIndent(context);
         m_pStream->AppendUnits(L"</");
-        if (!context.m_strNamespace.empty() && context.m_strNamespace != GetDefaultNamespace())
+        if (const SElementPrefix& prefix = GetElementPrefix(context); !prefix.bBare)
         {
-            m_pStream->AppendUnits(GetNamespaceMapValue(context.m_strNamespace));
+            // A default namespace that was taken away meanwhile leaves the name without a prefix, but not without ":".
+            m_pStream->AppendUnits(prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
+                                                                : GetNamespaceMapValue(context.m_strNamespace));
             m_pStream->AppendUnit(L':');
         }
         m_pStream->AppendUnits(context.m_strElementName);

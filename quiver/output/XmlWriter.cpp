@@ -50,6 +50,7 @@ void CXmlWriter::SetDefaultNamespace(std::wstring_view strNamespace)
         m_pContext->m_bOwnsDefaultNamespace = true;
     }
     m_defaultNamespaces.back() = strUnits;
+    ++m_nScopeVersion;
 }
 
 void CXmlWriter::AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_view strNamespace)
@@ -82,19 +83,43 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strNa
     context.m_bInheritsNamespaces = true;
     context.m_bOwnsDefaultNamespace = false;
     context.m_pParent = m_pContext;
-    context.m_strElementName = strName;
-    if (m_pContext != nullptr && m_pContext->m_strNamespace == strNamespace)
-    {
-        context.m_strNamespace = m_pContext->m_strNamespace;
-    }
-    else
-    {
-        context.m_strNamespaceBuffer = strNamespace;
-        context.m_strNamespace = context.m_strNamespaceBuffer;
-    }
+    // Most elements have the namespace of the enclosing one, and many the name of the last one at their depth.
+    std::wstring strBuffer;
+    if (context.m_strElementName != strName)
+        context.m_strElementName = ToUnitText(strName, strBuffer);
+    SetContextNamespace(context, strNamespace);
     if (m_pContext == nullptr)
         BeginRootScope(context);
     return &context;
+}
+
+void CXmlWriter::SetContextNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
+{
+    if (m_pContext != nullptr && m_pContext->m_strNamespace == strNamespace)
+    {
+        context.m_strNamespace = m_pContext->m_strNamespace;
+        context.m_nNamespaceId = m_pContext->m_nNamespaceId;
+        return;
+    }
+    if (context.m_strNamespaceBuffer != strNamespace || context.m_nNamespaceBufferId == 0)
+    {
+        std::wstring strBuffer;
+        context.m_strNamespaceBuffer = ToUnitText(strNamespace, strBuffer);
+        context.m_nNamespaceBufferId = ++m_nNamespaceIds;
+    }
+    context.m_strNamespace = context.m_strNamespaceBuffer;
+    context.m_nNamespaceId = context.m_nNamespaceBufferId;
+}
+
+const CXmlWriter::SElementPrefix& CXmlWriter::GetElementPrefix(const CXmlWriterContext& context)
+{
+    if (m_nLastPrefixNamespaceId == context.m_nNamespaceId && m_nLastPrefixVersion == m_nScopeVersion)
+        return m_lastPrefix;
+    m_lastPrefix.bBare = context.m_strNamespace.empty() || context.m_strNamespace == GetDefaultNamespace();
+    m_lastPrefix.pstrPrefix = m_lastPrefix.bBare ? nullptr : FindPrefix(context.m_strNamespace);
+    m_nLastPrefixNamespaceId = context.m_nNamespaceId;
+    m_nLastPrefixVersion = m_nScopeVersion;
+    return m_lastPrefix;
 }
 
 void CXmlWriter::BeginRootScope(CXmlWriterContext& context)
@@ -104,6 +129,7 @@ void CXmlWriter::BeginRootScope(CXmlWriterContext& context)
     context.m_bOwnsDefaultNamespace = true;
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
         m_scopes.Bind(strNamespace, strPrefix);
+    ++m_nScopeVersion;
 }
 
 void CXmlWriter::BeginScope(CXmlWriterContext& context)
@@ -127,7 +153,10 @@ void CXmlWriter::DropContextsTo(std::size_t nCount)
     {
         CXmlWriterContext& context = *m_contexts[--m_nContexts];
         if (!context.m_bInheritsNamespaces)
+        {
             m_scopes.DropTo(context.m_nOuterBindings);
+            ++m_nScopeVersion;
+        }
         if (context.m_bOwnsDefaultNamespace)
             m_defaultNamespaces.pop_back();
         context.m_monitor.reset();
@@ -137,20 +166,26 @@ void CXmlWriter::DropContextsTo(std::size_t nCount)
 const std::wstring& CXmlWriter::GetNamespaceMapValue(std::wstring_view strNamespace)
 {
     const std::size_t nBinding = m_scopes.Find(strNamespace);
-    return m_scopes.GetPrefix(nBinding != CNamespaceScopes::s_nNotFound ? nBinding : m_scopes.Bind(strNamespace, L""));
+    return nBinding != CNamespaceScopes::s_nNotFound ? m_scopes.GetPrefix(nBinding) : Bind(strNamespace, L"");
 }
 
 void CXmlWriter::SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace,
                                       std::wstring_view strPrefix)
 {
     BeginScope(context);
-    m_scopes.Bind(strNamespace, strPrefix);
+    Bind(strNamespace, strPrefix);
 }
 
 const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace)
 {
     BeginScope(context);
-    return m_scopes.GetPrefix(m_scopes.Bind(strNamespace, m_scopes.GeneratePrefix()));
+    return Bind(strNamespace, m_scopes.GeneratePrefix());
+}
+
+const std::wstring& CXmlWriter::Bind(std::wstring_view strNamespace, std::wstring_view strPrefix)
+{
+    ++m_nScopeVersion;
+    return m_scopes.GetPrefix(m_scopes.Bind(strNamespace, strPrefix));
 }
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::GetOpenElement() const

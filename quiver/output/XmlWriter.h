@@ -129,6 +129,21 @@ protected:
     /// Default namespace of the scope; empty for none.
     std::wstring_view GetDefaultNamespace() const { return m_defaultNamespaces.back(); }
 
+    /// How names in the namespace of an element are written.
+    struct SElementPrefix
+    {
+        /// Without a prefix: there is no namespace, or it is the default one.
+        bool bBare = true;
+        /// The prefix bound to the namespace otherwise, null if there is none yet.
+        const std::wstring* pstrPrefix = nullptr;
+    };
+
+    /// The prefix of the innermost record's namespace; valid until the scope changes.
+    const SElementPrefix& GetElementPrefix(const CXmlWriterContext& context);
+
+    /// Another number whenever default namespace or bindings of the scope may have changed.
+    std::uint64_t GetScopeVersion() const { return m_nScopeVersion; }
+
     /// The prefix bound to a namespace, or null; valid until the next binding.
     const std::wstring* FindPrefix(std::wstring_view strNamespace) const
     {
@@ -161,9 +176,11 @@ protected:
     NamespaceMap m_mapNamespaces;
 
 private:
+    const std::wstring& Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
     void BeginScope(CXmlWriterContext& context);
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
+    void SetContextNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
 
     /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.
     std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
@@ -172,6 +189,12 @@ private:
     CNamespaceScopes m_scopes;
     /// Default namespaces of the scopes that have set one, innermost last.
     std::vector<std::wstring> m_defaultNamespaces;
+    std::uint64_t m_nScopeVersion = 1;
+    std::uint64_t m_nNamespaceIds = 0;
+    /// What GetElementPrefix returned last, and for which namespace and scope: nearly always those of the next call.
+    SElementPrefix m_lastPrefix;
+    std::uint64_t m_nLastPrefixNamespaceId = 0;
+    std::uint64_t m_nLastPrefixVersion = 0;
 };
 
 /// One open element. A scope pays for namespace data only when it declares something.
@@ -189,6 +212,8 @@ public:
     std::wstring m_strElementName;
     /// The namespace as given to `StartElement`.
     std::wstring_view m_strNamespace;
+    /// Equal for records only if their namespaces are equal.
+    std::uint64_t m_nNamespaceId = 0;
     CXmlWriterContext* m_pParent = nullptr;
 
 private:
@@ -201,6 +226,7 @@ private:
     std::size_t m_nOuterBindings = 0;
     /// What `m_strNamespace` refers to unless the enclosing element has the same namespace.
     std::wstring m_strNamespaceBuffer;
+    std::uint64_t m_nNamespaceBufferId = 0;
     /// Counts the record as an instance while it stands for an element.
     std::optional<CInstanceMonitor> m_monitor;
 };
