@@ -31,6 +31,10 @@ unsigned WidthOf(std::wstring_view strAlphabet)
 
 unsigned PositionOf(std::wstring_view strAlphabet, wchar_t c)
 {
+    // The digits head the built-in alphabets.
+    const auto nDigit = static_cast<std::size_t>(c - L'0');
+    if (nDigit < 10 && nDigit < strAlphabet.size() && strAlphabet[nDigit] == c)
+        return static_cast<unsigned>(nDigit);
     const std::size_t nPosition = strAlphabet.find(c);
     if (nPosition == std::wstring_view::npos)
         throw CQvException(L"Failed to write FastInfoset. Invalid character not found for Restricted Alphabet.");

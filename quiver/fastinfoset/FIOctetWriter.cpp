@@ -43,13 +43,13 @@ void CFIOctetWriter::WriteLength(const SForm (&forms)[nForms], unsigned char byC
     Write(forms, byCurrent, static_cast<std::uint32_t>(nLength));
 }
 
-void CFIOctetWriter::WriteIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue)
+void CFIOctetWriter::WriteLargeIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue)
 {
     static constexpr SForm s_forms[] = {{1, 1, 0, 0}, {65, 65, 64, 1}, {8257, 8257, 96, 2}};
     Write(s_forms, byCurrent, dwValue);
 }
 
-void CFIOctetWriter::WriteIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue)
+void CFIOctetWriter::WriteLargeIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue)
 {
     static constexpr SForm s_forms[] = {
         {1, 1, 0, 0},

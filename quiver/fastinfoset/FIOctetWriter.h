@@ -28,9 +28,21 @@ public:
 
     // Integers from 1.
 
-    void WriteIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue);
+    void WriteIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue)
+    {
+        if (dwValue - 1 < 64)
+            WriteOctet(static_cast<unsigned char>(byCurrent | (dwValue - 1)));
+        else
+            WriteLargeIntegerBit2(byCurrent, dwValue);
+    }
     /// Of values from 526369 on one too little is taken off, so that they read back one too high; that is meant.
-    void WriteIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue);
+    void WriteIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue)
+    {
+        if (dwValue - 1 < 32)
+            WriteOctet(static_cast<unsigned char>(byCurrent | (dwValue - 1)));
+        else
+            WriteLargeIntegerBit3(byCurrent, dwValue);
+    }
     void WriteIntegerBit4(unsigned char byCurrent, std::uint32_t dwValue);
     /// The integer 0 where integers from 0 stand, beginning at the second bit.
     void WriteZeroBit2(unsigned char byCurrent);
@@ -43,6 +55,9 @@ public:
     void WriteLengthBit7(unsigned char byCurrent, std::size_t nLength);
 
 private:
+    void WriteLargeIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue);
+    void WriteLargeIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue);
+
     struct SForm;
     template <std::size_t nForms>
     void Write(const SForm (&forms)[nForms], unsigned char byCurrent, std::uint32_t dwValue);

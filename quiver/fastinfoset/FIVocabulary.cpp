@@ -29,19 +29,28 @@ void Print(const std::wstring& strText)
     std::fwrite(strBytes.data(), 1, strBytes.size(), stdout);
 }
 
-void PrintMap(const wchar_t* lpctTitle, const CFIIndexMap& map, bool bNames)
+void PrintEntry(const std::wstring& strKey, std::uint32_t dwIndex)
+{
+    Print(FormatString(L"%s, %d\n", strKey.c_str(), static_cast<int>(dwIndex)));
+}
+
+void PrintMap(const wchar_t* lpctTitle, const CFIIndexMap& map)
 {
     Print(lpctTitle);
-    for (std::size_t n = 1; n <= map.GetCount(); ++n)
+    for (std::uint32_t n = 1; n <= map.GetCount(); ++n)
+        PrintEntry(std::wstring(map.GetText(n)), n);
+}
+
+void PrintMap(const wchar_t* lpctTitle, const CFINameMap& map)
+{
+    Print(lpctTitle);
+    for (std::uint32_t n = 1; n <= map.GetCount(); ++n)
     {
-        const CFIIndexMap::SKey key = map.GetKey(n);
-        std::wstring strKey(key.strText);
-        if (bNames)
-            strKey.append(1, s_cPartSeparator)
-                .append(key.strNamespace)
-                .append(1, s_cPartSeparator)
-                .append(key.strPrefix);
-        Print(FormatString(L"%s, %d\n", strKey.c_str(), static_cast<int>(n)));
+        const CFINameMap::SName name = map.GetName(n);
+        std::wstring strKey(name.strLocalName);
+        strKey.append(1, s_cPartSeparator).append(name.strNamespace);
+        strKey.append(1, s_cPartSeparator).append(name.strPrefix);
+        PrintEntry(strKey, n);
     }
 }
 
@@ -106,27 +115,27 @@ void CFIVocabulary::AddLocalName(std::wstring_view strValue)
 }
 
 void CFIVocabulary::AddQName(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                             std::wstring_view strLocalName, CFIIndexMap& map, CFIQNameTable& table)
+                             std::wstring_view strLocalName, CFINameMap& map, CFIQNameTable& table)
 {
     std::wstring strPrefixBuffer;
     std::wstring strNamespaceBuffer;
     std::wstring strLocalNameBuffer;
-    const CFIIndexMap::SKey key{ToUnitText(strLocalName, strLocalNameBuffer),
-                                ToUnitText(strNamespace, strNamespaceBuffer), ToUnitText(strPrefix, strPrefixBuffer)};
-    if (map.Find(key) != 0)
+    const CFINameMap::SName name{ToUnitText(strPrefix, strPrefixBuffer), ToUnitText(strNamespace, strNamespaceBuffer),
+                                 ToUnitText(strLocalName, strLocalNameBuffer)};
+    if (map.Find(name) != 0)
         return;
     const std::uint32_t dwPrefixIndex =
-        key.strPrefix.empty() ? 0 : FindOrAddPart(key.strPrefix, m_prefixNameMap, m_prefixNames);
+        name.strPrefix.empty() ? 0 : FindOrAddPart(name.strPrefix, m_prefixNameMap, m_prefixNames);
     const std::uint32_t dwNamespaceIndex =
-        key.strNamespace.empty() ? 0 : FindOrAddPart(key.strNamespace, m_namespaceNameMap, m_namespaceNames);
-    const std::uint32_t dwLocalNameIndex = FindOrAddPart(key.strText, m_localNameMap, m_localNames);
-    map.Add(key);
+        name.strNamespace.empty() ? 0 : FindOrAddPart(name.strNamespace, m_namespaceNameMap, m_namespaceNames);
+    const std::uint32_t dwLocalNameIndex = FindOrAddPart(name.strLocalName, m_localNameMap, m_localNames);
+    map.Add(name);
     AddQNameToVector(dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex, table);
 }
 
 std::uint32_t CFIVocabulary::FindOrAddPart(std::wstring_view strPart, CFIIndexMap& map, CFIStringTable& table)
 {
-    const std::uint32_t dwIndex = map.Find({strPart});
+    const std::uint32_t dwIndex = map.Find(strPart);
     if (dwIndex != 0)
         return dwIndex;
     AddValue(strPart, map, table);
@@ -144,7 +153,7 @@ void CFIVocabulary::AddValue(std::wstring_view strValue, CFIIndexMap& map, CFISt
 {
     std::wstring strBuffer;
     const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
-    map.Add({strUnits});
+    map.Add(strUnits);
     AddValueToVector(strUnits, table);
 }
 
@@ -157,13 +166,13 @@ void CFIVocabulary::AddValueToVector(std::wstring_view strValue, CFIStringTable&
 void CFIVocabulary::Dump() const
 {
     Print(L"\n** Dumping FI Tables **\n");
-    PrintMap(L"\nAttr Names\n", m_attributeNameMap, true);
-    PrintMap(L"\nAttr Values\n", m_attributeValueMap, false);
-    PrintMap(L"\nCharacter Chunks\n", m_characterChunkMap, false);
-    PrintMap(L"\nElement Names\n", m_elementNameMap, true);
-    PrintMap(L"\nLocal Names\n", m_localNameMap, false);
-    PrintMap(L"\nNamespace Names\n", m_namespaceNameMap, false);
-    PrintMap(L"\nPrefix Names\n", m_prefixNameMap, false);
+    PrintMap(L"\nAttr Names\n", m_attributeNameMap);
+    PrintMap(L"\nAttr Values\n", m_attributeValueMap);
+    PrintMap(L"\nCharacter Chunks\n", m_characterChunkMap);
+    PrintMap(L"\nElement Names\n", m_elementNameMap);
+    PrintMap(L"\nLocal Names\n", m_localNameMap);
+    PrintMap(L"\nNamespace Names\n", m_namespaceNameMap);
+    PrintMap(L"\nPrefix Names\n", m_prefixNameMap);
 }
 
 } // namespace QvXmlLib9

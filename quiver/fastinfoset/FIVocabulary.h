@@ -122,7 +122,7 @@ private:
     CFIVocabulary& operator=(const CFIVocabulary& source);
 
     void AddQName(std::wstring_view strPrefix, std::wstring_view strNamespace, std::wstring_view strLocalName,
-                  CFIIndexMap& map, CFIQNameTable& table);
+                  CFINameMap& map, CFIQNameTable& table);
     std::uint32_t FindOrAddPart(std::wstring_view strPart, CFIIndexMap& map, CFIStringTable& table);
     static void AddQNameToVector(std::uint32_t dwPrefixIndex, std::uint32_t dwNamespaceIndex,
                                  std::uint32_t dwLocalNameIndex, CFIQNameTable& table);
@@ -132,9 +132,9 @@ private:
     std::vector<std::wstring> m_restrictedAlphabets;
 
     // What writing needs: from text to index.
-    CFIIndexMap m_attributeNameMap;
+    CFINameMap m_attributeNameMap;
     CFIIndexMap m_attributeValueMap;
-    CFIIndexMap m_elementNameMap;
+    CFINameMap m_elementNameMap;
     CFIIndexMap m_characterChunkMap;
     CFIIndexMap m_localNameMap;
     CFIIndexMap m_namespaceNameMap;

@@ -62,6 +62,43 @@ void AppendText(std::string& strOctets, std::wstring_view strText)
     QV_ASSERT_MSG(bWellFormed, "dwActualLen == dwUtf8Len");
 }
 
+/// Reads an integer as it is printed, in up to 18 digits; false for any other text.
+bool ReadPlainInteger(std::wstring_view strText, std::int64_t& nValue)
+{
+    const bool bNegative = !strText.empty() && strText.front() == L'-';
+    if (bNegative)
+        strText.remove_prefix(1);
+    if (strText.empty() || strText.size() > 18)
+        return false;
+    nValue = 0;
+    for (const wchar_t c : strText)
+    {
+        if (c < L'0' || c > L'9')
+            return false;
+        nValue = nValue * 10 + (c - L'0');
+    }
+    if (bNegative)
+        nValue = -nValue;
+    return true;
+}
+
+/// Appends an integer in the way that needs no string; false if that does not do.
+bool TryAppendInteger(std::string& strOctets, unsigned long ulIndex, std::wstring_view strText)
+{
+    std::int64_t nValue = 0;
+    if (ulIndex < Algorithm_Short || ulIndex > Algorithm_Long || !ReadPlainInteger(strText, nValue))
+        return false;
+    if (ulIndex == Algorithm_Long)
+        AppendBigEndian(strOctets, static_cast<std::uint64_t>(nValue));
+    else if (ulIndex == Algorithm_Int && nValue == static_cast<std::int32_t>(nValue))
+        AppendBigEndian(strOctets, static_cast<std::uint32_t>(nValue));
+    else if (ulIndex == Algorithm_Short && nValue == static_cast<std::int16_t>(nValue))
+        AppendBigEndian(strOctets, static_cast<std::uint16_t>(nValue));
+    else
+        return false;
+    return true;
+}
+
 void AppendValue(std::string& strOctets, unsigned long ulIndex, const std::wstring& strText)
 {
     CBinaryData data;
@@ -186,7 +223,7 @@ void CFastInfosetBinaryData::AppendEncoded(std::string& strOctets, unsigned long
 {
     if (ulIndex == Algorithm_Cdata)
         AppendText(strOctets, strText);
-    else
+    else if (!TryAppendInteger(strOctets, ulIndex, strText))
         AppendValue(strOctets, ulIndex, std::wstring(strText));
 }
 

@@ -110,6 +110,7 @@ void CFastInfosetReader::Reset()
     for (SValues* const pValues : {&m_attributeValues, &m_characterChunks})
     {
         pValues->values.clear();
+        pValues->asciiTexts.clear();
         pValues->texts.clear();
     }
     m_strUnits.clear();
@@ -141,9 +142,9 @@ void CFastInfosetReader::BeginDocument()
     m_elements.pTable = &m_pVocabulary->m_elementNames;
     m_attributes.pTable = &m_pVocabulary->m_attributeNames;
     for (const std::wstring& strValue : m_pVocabulary->m_attributeValues)
-        m_attributeValues.values.emplace_back(strValue);
+        m_attributeValues.values.emplace_back(std::wstring_view(strValue));
     for (const std::wstring& strValue : m_pVocabulary->m_characterChunks)
-        m_characterChunks.values.emplace_back(strValue);
+        m_characterChunks.values.emplace_back(std::wstring_view(strValue));
     m_nRepeatedUnits = 0;
     m_nRepeatedUnitsLimit = std::max(s_nRepeatedUnitsFree, s_nRepeatedUnitsPerOctet * m_pDocument->m_dwDataLen);
     m_bTrace = Platform::IsDebugOutputOn();
@@ -562,12 +563,14 @@ CFastInfosetReader::SValue CFastInfosetReader::ReadAttributeValue()
     return GetRepeated(dwIndex, m_attributeValues);
 }
 
-void CFastInfosetReader::AddValue(const SValue& value, SValues& table)
+void CFastInfosetReader::AddValue(const SValue& value, SValues& table) const
 {
-    if (value.strUnits.empty())
+    if (!value.strUtf8.empty() && value.strUtf8.data() == m_strAscii.data())
+        table.values.emplace_back(std::string_view(table.asciiTexts.emplace_front(value.strUtf8)));
+    else if (value.strUnits.empty())
         table.values.push_back(value);
     else
-        table.values.emplace_back(table.texts.emplace_front(value.strUnits));
+        table.values.emplace_back(std::wstring_view(table.texts.emplace_front(value.strUnits)));
 }
 
 CFastInfosetReader::SValue CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, const SValues& table)
@@ -637,7 +640,19 @@ CFastInfosetReader::SValue CFastInfosetReader::Decode(const SEncodedString& enco
         m_strUnits = CFastInfosetBinaryData::Decode(encoded.strOctets, encoded.dwIndex);
         break;
     }
-    return SValue(m_strUnits);
+    return FromUnits();
+}
+
+CFastInfosetReader::SValue CFastInfosetReader::FromUnits()
+{
+    std::uint32_t nAll = 0;
+    m_strAscii.resize(m_strUnits.size());
+    for (std::size_t n = 0; n < m_strUnits.size(); ++n)
+    {
+        nAll |= static_cast<std::uint32_t>(m_strUnits[n]);
+        m_strAscii[n] = static_cast<char>(m_strUnits[n]);
+    }
+    return nAll < 0x80 ? SValue(std::string_view(m_strAscii)) : SValue(std::wstring_view(m_strUnits));
 }
 
 CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view strOctets)
@@ -648,7 +663,7 @@ CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view strOc
     // What is not well-formed ends ahead of the fault.
     if (AppendUtf8AsUtf16(m_strUnits, strOctets))
         return SValue(strOctets);
-    return SValue(m_strUnits);
+    return SValue(std::wstring_view(m_strUnits));
 }
 
 void CFastInfosetReader::DecodeUtf16Octets(std::string_view strOctets)

@@ -71,7 +71,8 @@ private:
         std::string_view strOctets;
     };
 
-    /// The text of a string: mostly its UTF-8 in the buffer, which the tree takes as it is; UTF-16 units otherwise.
+    /// The text of a string: UTF-8 if it stands so in the buffer or is ASCII, since the tree takes that as it is;
+    /// otherwise UTF-16 units.
     struct SValue
     {
         SValue() = default;
@@ -92,6 +93,7 @@ private:
     struct SValues
     {
         std::vector<SValue> values;
+        std::forward_list<std::string> asciiTexts;
         std::forward_list<std::wstring> texts;
     };
 
@@ -132,7 +134,8 @@ private:
     SValue DecodeUtf8(std::string_view strOctets);
     void DecodeUtf16Octets(std::string_view strOctets);
     void DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets);
-    static void AddValue(const SValue& value, SValues& table);
+    SValue FromUnits();
+    void AddValue(const SValue& value, SValues& table) const;
     SValue GetRepeated(std::uint32_t dwIndex, const SValues& table);
     void CountName(const SXmlName& name);
     void CountRepeated(std::size_t nUnits);
@@ -145,7 +148,8 @@ private:
     SNames m_attributes;
     SValues m_attributeValues;
     SValues m_characterChunks;
-    /// The value just decoded, unless it is in the buffer as it should be.
+    /// The value just decoded, unless it stands in the buffer; in the first string if it is ASCII.
+    std::string m_strAscii;
     std::wstring m_strUnits;
     /// Units of all texts that came out of tables, and how many are admitted.
     std::uint64_t m_nRepeatedUnits = 0;

@@ -130,9 +130,7 @@ void CFastInfosetWriter::StartElement(std::wstring_view strName, std::wstring_vi
         ++m_pContext->m_dwChildCount;
         EndStartTag(*m_pContext);
     }
-    std::wstring strNameBuffer;
-    std::wstring strNamespaceBuffer;
-    m_pPendingContext = CreateContext(ToUnitText(strName, strNameBuffer), ToUnitText(strNamespace, strNamespaceBuffer));
+    m_pPendingContext = CreateContext(strName, strNamespace);
 }
 
 void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
@@ -179,12 +177,25 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
 
 void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)
 {
-    // A generated prefix needs no declaration: the name carries its URI.
-    const std::wstring_view strNamespace = context.m_strNamespace;
-    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
-        WriteQualifiedNameBit3(byCurrent, {}, strNamespace, context.m_strElementName);
+    CFINameMap& map = m_vocabulary.m_elementNameMap;
+    if (m_nQualifierNamespaceId != context.m_nNamespaceId || m_nQualifierVersion != GetScopeVersion())
+    {
+        // A generated prefix needs no declaration: the name carries its URI.
+        const SElementPrefix& prefix = GetElementPrefix(context);
+        m_strElementPrefix.clear();
+        if (!prefix.bBare)
+            m_strElementPrefix = prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
+                                                              : BindGeneratedPrefix(context, context.m_strNamespace);
+        m_elementQualifier = map.FindQualifier(m_strElementPrefix, context.m_strNamespace);
+        // A qualifier that is unknown will be known by the next element.
+        m_nQualifierNamespaceId = m_elementQualifier == CFINameMap::s_nUnknownQualifier ? 0 : context.m_nNamespaceId;
+        m_nQualifierVersion = GetScopeVersion();
+    }
+    const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
+    if (dwIndex != 0)
+        m_out.WriteIntegerBit3(byCurrent, dwIndex);
     else
-        WriteQualifiedNameBit3(byCurrent, GetPrefix(context, strNamespace), strNamespace, context.m_strElementName);
+        WriteLiteralElementName(byCurrent, {m_strElementPrefix, context.m_strNamespace, context.m_strElementName});
 }
 
 void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)
@@ -224,9 +235,9 @@ void CFastInfosetWriter::WriteAttribute(std::wstring_view strName, std::wstring_
     const std::wstring_view strNameUnits = ToUnitText(strName, strNameBuffer);
     const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strNamespaceBuffer);
     if (strNamespaceUnits.empty())
-        WriteQualifiedNameBit2({}, {}, strNameUnits);
+        WriteAttributeName({{}, {}, strNameUnits});
     else
-        WriteQualifiedNameBit2(GetPrefix(context, strNamespaceUnits), strNamespaceUnits, strNameUnits);
+        WriteAttributeName({GetPrefix(context, strNamespaceUnits), strNamespaceUnits, strNameUnits});
     WriteAttributeValue(strValue, eType);
 }
 
@@ -247,13 +258,13 @@ void CFastInfosetWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::w
     {
         // The name of the attribute is the type itself here, unlike below; that is meant.
         strValue = BindGeneratedPrefix(context, strNamespace);
-        WriteQualifiedNameBit2(strValue, strNamespace, strName);
+        WriteAttributeName({strValue, strNamespace, strName});
     }
     else
     {
         QV_ASSERT_MSG(!pstrPrefix->empty(), "!m_pContext->GetNamespaceMapValue(strElementNamespace).empty()");
         strValue = *pstrPrefix;
-        WriteQualifiedNameBit2(strValue, s_strXsiNamespace, L"type");
+        WriteAttributeName({strValue, s_strXsiNamespace, L"type"});
     }
     strValue += L':';
     strValue += strName;
@@ -282,50 +293,42 @@ std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std:
     return pstrPrefix != nullptr ? *pstrPrefix : BindGeneratedPrefix(context, strNamespace);
 }
 
-void CFastInfosetWriter::WriteQualifiedNameBit2(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                                                std::wstring_view strLocalName)
+void CFastInfosetWriter::WriteAttributeName(const CFINameMap::SName& name)
 {
-    const CFIIndexMap::SKey key{strLocalName, strNamespace, strPrefix};
-    const std::uint32_t dwIndex = m_vocabulary.m_attributeNameMap.Find(key);
+    CFINameMap& map = m_vocabulary.m_attributeNameMap;
+    const std::uint32_t dwIndex = map.Find(name);
     if (dwIndex != 0)
     {
         m_out.WriteIntegerBit2(0, dwIndex);
         return;
     }
-    m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(strPrefix, strNamespace)));
-    WriteNameParts(key);
-    m_vocabulary.m_attributeNameMap.Add(key);
+    m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(name.strPrefix, name.strNamespace)));
+    WriteNameParts(name);
+    map.Add(name);
 }
 
-void CFastInfosetWriter::WriteQualifiedNameBit3(unsigned char byCurrent, std::wstring_view strPrefix,
-                                                std::wstring_view strNamespace, std::wstring_view strLocalName)
+void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name)
 {
     QV_ASSERT((byCurrent & 0x3F) == 0);
-    const CFIIndexMap::SKey key{strLocalName, strNamespace, strPrefix};
-    const std::uint32_t dwIndex = m_vocabulary.m_elementNameMap.Find(key);
-    if (dwIndex != 0)
-    {
-        m_out.WriteIntegerBit3(byCurrent, dwIndex);
-        return;
-    }
-    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(strPrefix, strNamespace)));
-    WriteNameParts(key);
-    m_vocabulary.m_elementNameMap.Add(key);
+    m_out.WriteOctet(
+        static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.strPrefix, name.strNamespace)));
+    WriteNameParts(name);
+    m_vocabulary.m_elementNameMap.Add(name);
 }
 
-void CFastInfosetWriter::WriteNameParts(const CFIIndexMap::SKey& key)
+void CFastInfosetWriter::WriteNameParts(const CFINameMap::SName& name)
 {
-    if (!key.strPrefix.empty())
-        WriteIdentifyingString(key.strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
-    if (!key.strNamespace.empty())
-        WriteIdentifyingString(key.strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
-    WriteIdentifyingString(key.strText, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
+    if (!name.strPrefix.empty())
+        WriteIdentifyingString(name.strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+    if (!name.strNamespace.empty())
+        WriteIdentifyingString(name.strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    WriteIdentifyingString(name.strLocalName, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
 }
 
 void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map,
                                                 CFIVocabulary::CFIStringTable& table)
 {
-    const std::uint32_t dwIndex = map.Find({strText});
+    const std::uint32_t dwIndex = map.Find(strText);
     if (dwIndex != 0)
     {
         m_out.WriteIntegerBit2(s_byIndex, dwIndex);
@@ -337,10 +340,27 @@ void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view strText, CFIIn
 
 void CFastInfosetWriter::WriteLiteral(std::wstring_view strText)
 {
+    const std::string_view strOctets = ToUtf8(strText);
+    m_out.WriteLengthBit2(0, strOctets.size());
+    m_out.WriteOctets(strOctets);
+}
+
+std::string_view CFastInfosetWriter::ToUtf8(std::wstring_view strText)
+{
+    if (strText.size() <= m_shortOctets.size())
+    {
+        std::uint32_t nAll = 0;
+        for (std::size_t n = 0; n < strText.size(); ++n)
+        {
+            nAll |= static_cast<std::uint32_t>(strText[n]);
+            m_shortOctets[n] = static_cast<char>(strText[n]);
+        }
+        if (nAll < 0x80)
+            return {m_shortOctets.data(), strText.size()};
+    }
     m_strOctets.clear();
     CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, strText);
-    m_out.WriteLengthBit2(0, m_strOctets.size());
-    m_out.WriteOctets(m_strOctets);
+    return m_strOctets;
 }
 
 // --- Values ---------------------------------------------------------------------------------------------------------
@@ -360,14 +380,14 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view strValue, ItemTyp
     {
         WriteEncodedString(s_place, 0, strUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find({strUnits}); dwIndex != 0)
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(strUnits); dwIndex != 0)
     {
         m_out.WriteIntegerBit2(s_byIndex, dwIndex);
     }
     else
     {
         WriteEncodedString(s_place, s_byAddValue, strUnits, eType);
-        m_vocabulary.m_attributeValueMap.Add({strUnits});
+        m_vocabulary.m_attributeValueMap.Add(strUnits);
     }
 }
 
@@ -384,14 +404,14 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view strValue, ItemTyp
     {
         WriteEncodedString(s_place, s_byChunk, strUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find({strUnits}); dwIndex != 0)
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(strUnits); dwIndex != 0)
     {
         m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
     }
     else
     {
         WriteEncodedString(s_place, s_byChunk | s_byAddChunk, strUnits, eType);
-        m_vocabulary.m_characterChunkMap.Add({strUnits});
+        m_vocabulary.m_characterChunkMap.Add(strUnits);
     }
 }
 
@@ -399,6 +419,7 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
                                             std::wstring_view strValue, ItemType eType)
 {
     const CFastInfosetContext::EncodedCharacterString encoding = m_pFIContext->GetEncoding(eType);
+    std::string_view strOctets;
     m_strOctets.clear();
     switch (encoding.m_dwType)
     {
@@ -408,22 +429,24 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
             throw CQvException(
                 L"Failed to write FastInfoset. Unsupported Feature UTF16BE in EncodedCharacterStringBit5.");
         }
-        CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, strValue);
+        strOctets = ToUtf8(strValue);
         break;
     case 1:
         byCurrent = BeginRestrictedAlphabet(place, byCurrent, encoding.m_dwIndex);
         AppendRestrictedAlphabetString(m_strOctets, m_vocabulary.m_restrictedAlphabets[encoding.m_dwIndex - 1],
                                        strValue);
+        strOctets = m_strOctets;
         break;
     case 2:
         byCurrent = BeginEncodingAlgorithm(place, byCurrent, encoding.m_dwIndex);
         CFastInfosetBinaryData::AppendEncoded(m_strOctets, encoding.m_dwIndex, strValue);
+        strOctets = m_strOctets;
         break;
     default:
         throw CQvException(place.lpctUnknown);
     }
-    (m_out.*place.pfnWriteLength)(byCurrent, m_strOctets.size());
-    m_out.WriteOctets(m_strOctets);
+    (m_out.*place.pfnWriteLength)(byCurrent, strOctets.size());
+    m_out.WriteOctets(strOctets);
 }
 
 unsigned char CFastInfosetWriter::BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent,

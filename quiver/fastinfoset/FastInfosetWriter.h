@@ -5,6 +5,8 @@
 #include "quiver/fastinfoset/FIVocabulary.h"
 #include "quiver/output/XmlWriter.h"
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -77,13 +79,12 @@ private:
     CXmlWriterContext& BeginAttribute();
 
     std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
-    void WriteQualifiedNameBit2(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                                std::wstring_view strLocalName);
-    void WriteQualifiedNameBit3(unsigned char byCurrent, std::wstring_view strPrefix, std::wstring_view strNamespace,
-                                std::wstring_view strLocalName);
-    void WriteNameParts(const CFIIndexMap::SKey& key);
+    void WriteAttributeName(const CFINameMap::SName& name);
+    void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
+    void WriteNameParts(const CFINameMap::SName& name);
     void WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
     void WriteLiteral(std::wstring_view strText);
+    std::string_view ToUtf8(std::wstring_view strText);
 
     void WriteAttributeValue(std::wstring_view strValue, ItemType eType);
     void WriteCharacterChunk(std::wstring_view strValue, ItemType eType);
@@ -100,8 +101,14 @@ private:
     bool m_bTerminatorPending = false;
     CFIVocabulary m_vocabulary;
     CFIOctetWriter m_out;
-    /// Octets of the value in progress.
+    /// Prefix and qualifier of the last element's name, and for which namespace and scope they were found.
+    std::wstring m_strElementPrefix;
+    CFINameMap::Qualifier m_elementQualifier = CFINameMap::s_nNoQualifier;
+    std::uint64_t m_nQualifierNamespaceId = 0;
+    std::uint64_t m_nQualifierVersion = 0;
+    /// Octets of the value in progress; short ASCII text, which most values are, goes to the array.
     std::string m_strOctets;
+    std::array<char, 64> m_shortOctets;
 };
 
 } // namespace QvXmlLib9

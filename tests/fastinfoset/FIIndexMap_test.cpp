@@ -5,74 +5,182 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 using QvXmlLib9::CFIIndexMap;
+using QvXmlLib9::CFINameMap;
+
+namespace
+{
+
+using SName = CFINameMap::SName;
+
+void ExpectName(const SName& expected, const SName& actual)
+{
+    EXPECT_TEXT(std::wstring(expected.strPrefix), std::wstring(actual.strPrefix));
+    EXPECT_TEXT(std::wstring(expected.strNamespace), std::wstring(actual.strNamespace));
+    EXPECT_TEXT(std::wstring(expected.strLocalName), std::wstring(actual.strLocalName));
+}
+
+} // namespace
 
 TEST(FIIndexMap, HoldsNothingAtFirst)
 {
     CFIIndexMap map;
     EXPECT_EQ(0u, map.GetCount());
-    EXPECT_EQ(0u, map.Find({L""}));
-    EXPECT_EQ(0u, map.Find({L"a", L"urn:a", L"p"}));
+    for (const wchar_t* lpctText : {L"", L"a", L"a longer text"})
+        EXPECT_EQ(0u, map.Find(lpctText));
 }
 
-TEST(FIIndexMap, IndexesCountUpFromOneAndAKeyKeepsItsFirst)
+TEST(FIIndexMap, IndexesCountUpFromOneAndATextKeepsItsFirst)
 {
     CFIIndexMap map;
-    map.Add({L"a"});
-    map.Add({L"b"});
-    map.Add({L"a"});
-    map.Add({L"c"});
+    EXPECT_EQ(1u, map.Add(L"a"));
+    EXPECT_EQ(2u, map.Add(L"a longer text"));
+    EXPECT_EQ(1u, map.Add(L"a"));
+    EXPECT_EQ(2u, map.Add(L"a longer text"));
+    EXPECT_EQ(3u, map.Add(L"c"));
     EXPECT_EQ(3u, map.GetCount());
-    EXPECT_EQ(1u, map.Find({L"a"}));
-    EXPECT_EQ(2u, map.Find({L"b"}));
-    EXPECT_EQ(3u, map.Find({L"c"}));
-    EXPECT_TEXT(L"b", std::wstring(map.GetKey(2).strText));
+    EXPECT_EQ(1u, map.Find(L"a"));
+    EXPECT_EQ(2u, map.Find(L"a longer text"));
+    EXPECT_TEXT(L"a longer text", std::wstring(map.GetText(2)));
+    EXPECT_TEXT(L"c", std::wstring(map.GetText(3)));
 }
 
-TEST(FIIndexMap, NamesDifferByEveryPart)
+TEST(FIIndexMap, TextsOfEveryLengthAreToldApart)
+{
+    // Each differs from the others in one place, or in length.
+    std::vector<std::wstring> texts;
+    for (std::size_t nLength = 0; nLength < 20; ++nLength)
+    {
+        texts.push_back(std::wstring(nLength, L'x'));
+        for (std::size_t n = 0; n < nLength; ++n)
+        {
+            texts.push_back(std::wstring(nLength, L'x'));
+            texts.back()[n] = 0xFFFF;
+            texts.push_back(std::wstring(nLength, L'x'));
+            texts.back()[n] = 1;
+        }
+    }
+    CFIIndexMap map;
+    std::uint32_t dwIndex = 0;
+    for (const std::wstring& strText : texts)
+    {
+        EXPECT_EQ(0u, map.Find(strText)) << QvTest::Show(strText);
+        EXPECT_EQ(++dwIndex, map.Add(strText)) << QvTest::Show(strText);
+    }
+    dwIndex = 0;
+    for (const std::wstring& strText : texts)
+    {
+        EXPECT_EQ(++dwIndex, map.Find(strText)) << QvTest::Show(strText);
+        EXPECT_TEXT(strText, std::wstring(map.GetText(dwIndex)));
+        EXPECT_TRUE(map.IsAt(dwIndex, strText, 0));
+        EXPECT_FALSE(map.IsAt(dwIndex, strText, 1));
+        EXPECT_FALSE(map.IsAt(dwIndex, strText + L"x", 0));
+    }
+}
+
+TEST(FIIndexMap, ATextWithAnotherNumberIsAnother)
 {
     CFIIndexMap map;
-    const CFIIndexMap::SKey keys[] = {
-        {L"a"},  {L"a", L"u"},       {L"a", L"", L"p"},  {L"a", L"u", L"p"}, {L"a", L"p", L"u"},
-        {L"au"}, {L"a", L"up"},      {L"aup"},           {L"", L"a"},        {L"", L"", L"a"},
-        {L""},   {L"a", L"u", L"q"}, {L"a", L"v", L"p"}, {L"b", L"u", L"p"},
-    };
-    for (const CFIIndexMap::SKey& key : keys)
-        map.Add(key);
-    std::uint32_t nIndex = 0;
-    for (const CFIIndexMap::SKey& key : keys)
-    {
-        EXPECT_EQ(++nIndex, map.Find(key));
-        const CFIIndexMap::SKey found = map.GetKey(nIndex);
-        EXPECT_TEXT(std::wstring(key.strText), std::wstring(found.strText));
-        EXPECT_TEXT(std::wstring(key.strNamespace), std::wstring(found.strNamespace));
-        EXPECT_TEXT(std::wstring(key.strPrefix), std::wstring(found.strPrefix));
-    }
+    EXPECT_EQ(1u, map.Add(L"a"));
+    EXPECT_EQ(2u, map.Add(L"a", 1));
+    EXPECT_EQ(3u, map.Add(L"a", 2));
+    EXPECT_EQ(4u, map.Add(L"", 1));
+    EXPECT_EQ(1u, map.Find(L"a"));
+    EXPECT_EQ(2u, map.Find(L"a", 1));
+    EXPECT_EQ(0u, map.Find(L"a", 3));
+    EXPECT_EQ(2u, map.GetNumber(3));
 }
 
 TEST(FIIndexMap, ACopyIsIndependent)
 {
     CFIIndexMap map;
-    map.Add({L"a"});
+    map.Add(L"a");
     CFIIndexMap copy = map;
-    copy.Add({L"b"});
-    map.Add({L"c"});
-    EXPECT_EQ(2u, copy.Find({L"b"}));
-    EXPECT_EQ(0u, copy.Find({L"c"}));
-    EXPECT_EQ(2u, map.Find({L"c"}));
-    EXPECT_EQ(1u, copy.Find({L"a"}));
+    copy.Add(L"b");
+    map.Add(L"c");
+    EXPECT_EQ(2u, copy.Find(L"b"));
+    EXPECT_EQ(0u, copy.Find(L"c"));
+    EXPECT_EQ(2u, map.Find(L"c"));
+    EXPECT_EQ(1u, copy.Find(L"a"));
 }
 
 TEST(FIIndexMap, WhatIsAddedToAFullMapIsDropped)
 {
     CFIIndexMap map;
     for (std::size_t n = 1; n <= CFIIndexMap::s_nMaxEntries; ++n)
-        map.Add({std::to_wstring(n)});
+        map.Add(std::to_wstring(n));
     EXPECT_EQ(1048576u, map.GetCount());
-    EXPECT_EQ(1048576u, map.Find({L"1048576"}));
-    map.Add({L"one more"});
+    EXPECT_EQ(1048576u, map.Find(L"1048576"));
+    for (const wchar_t* lpctText : {L"more", L"another one more"})
+    {
+        EXPECT_EQ(0u, map.Add(lpctText));
+        EXPECT_EQ(0u, map.Find(lpctText));
+    }
     EXPECT_EQ(1048576u, map.GetCount());
-    EXPECT_EQ(0u, map.Find({L"one more"}));
-    EXPECT_EQ(1u, map.Find({L"1"}));
+    EXPECT_EQ(1u, map.Add(L"1"));
+}
+
+TEST(FINameMap, NamesDifferByEveryPart)
+{
+    CFINameMap map;
+    const SName names[] = {
+        {L"", L"", L"a"},  {L"", L"u", L"a"},  {L"p", L"", L"a"},  {L"p", L"u", L"a"}, {L"u", L"p", L"a"},
+        {L"", L"", L"au"}, {L"", L"up", L"a"}, {L"", L"", L"aup"}, {L"", L"a", L""},   {L"a", L"", L""},
+        {L"", L"", L""},   {L"q", L"u", L"a"}, {L"p", L"v", L"a"}, {L"p", L"u", L"b"},
+    };
+    EXPECT_EQ(0u, map.Find(names[0]));
+    for (const SName& name : names)
+    {
+        EXPECT_EQ(0u, map.Find(name));
+        map.Add(name);
+        map.Add(name);
+    }
+    EXPECT_EQ(14u, map.GetCount());
+    // Thrice, so that names are also found by what came behind them before.
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        std::uint32_t dwIndex = 0;
+        for (const SName& name : names)
+        {
+            EXPECT_EQ(++dwIndex, map.Find(name));
+            ExpectName(name, map.GetName(dwIndex));
+        }
+    }
+    for (const SName& name : {SName{L"p", L"u", L"c"}, SName{L"", L"w", L"a"}, SName{L"r", L"u", L"a"}})
+        EXPECT_EQ(0u, map.Find(name));
+}
+
+TEST(FINameMap, NamesOfOneQualifierAreFoundByTheirLocalNames)
+{
+    CFINameMap map;
+    map.Add({L"p", L"u", L"a"});
+    map.Add({L"", L"", L"a"});
+    map.Add({L"p", L"u", L"b"});
+    const CFINameMap::Qualifier qualifier = map.FindQualifier(L"p", L"u");
+    EXPECT_EQ(1u, map.Find(L"a", qualifier));
+    EXPECT_EQ(3u, map.Find(L"b", qualifier));
+    EXPECT_EQ(0u, map.Find(L"c", qualifier));
+    EXPECT_EQ(2u, map.Find(L"a", CFINameMap::s_nNoQualifier));
+    EXPECT_EQ(CFINameMap::s_nNoQualifier, map.FindQualifier(L"", L""));
+    for (const auto& [lpctPrefix, lpctNamespace] :
+         {std::pair(L"p", L"v"), std::pair(L"q", L"u"), std::pair(L"", L"u"), std::pair(L"p", L"")})
+    {
+        EXPECT_EQ(CFINameMap::s_nUnknownQualifier, map.FindQualifier(lpctPrefix, lpctNamespace));
+        EXPECT_EQ(0u, map.Find(L"a", map.FindQualifier(lpctPrefix, lpctNamespace)));
+    }
+}
+
+TEST(FINameMap, WhatIsAddedToAFullMapIsDropped)
+{
+    CFINameMap map;
+    for (std::size_t n = 1; n <= CFIIndexMap::s_nMaxEntries; ++n)
+        map.Add({L"", L"u", std::to_wstring(n)});
+    map.Add({L"", L"u", L"one more"});
+    map.Add({L"", L"v", L"1"});
+    EXPECT_EQ(1048576u, map.GetCount());
+    EXPECT_EQ(0u, map.Find({L"", L"u", L"one more"}));
+    EXPECT_EQ(0u, map.Find({L"", L"v", L"1"}));
+    EXPECT_EQ(1u, map.Find({L"", L"u", L"1"}));
 }

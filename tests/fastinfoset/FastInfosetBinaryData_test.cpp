@@ -80,9 +80,21 @@ TEST(FastInfosetBinaryData, OneValueOfEachAlgorithmBothWays)
 TEST(FastInfosetBinaryData, OtherTextsOfAValueAreTakenToo)
 {
     const SRow rows[] = {
-        {1, L"0aff", {10, 255}}, {2, L"Q U\nI=", {65, 66}}, {3, L"+7", {0, 7}},
-        {3, L"", {0, 0}},        {6, L"1", {56}},           {6, L"0", {48}},
-        {6, L"TRUE", {56}},      {9, L"0a", {10}},          {10, L"a\u00E9", {0x61, 0xC3, 0xA9}},
+        {1, L"0aff", {10, 255}},
+        {2, L"Q U\nI=", {65, 66}},
+        {3, L"+7", {0, 7}},
+        {3, L"", {0, 0}},
+        {3, L"-0", {0, 0}},
+        {3, L" 7", {0, 7}},
+        {3, L"000000000000000000007", {0, 7}},
+        {4, L"-000000000000000001", {255, 255, 255, 255}},
+        {5, L"999999999999999999", {0x0D, 0xE0, 0xB6, 0xB3, 0xA7, 0x63, 0xFF, 0xFF}},
+        {5, L"1000000000000000000", {0x0D, 0xE0, 0xB6, 0xB3, 0xA7, 0x64, 0, 0}},
+        {6, L"1", {56}},
+        {6, L"0", {48}},
+        {6, L"TRUE", {56}},
+        {9, L"0a", {10}},
+        {10, L"a\u00E9", {0x61, 0xC3, 0xA9}},
     };
     for (const SRow& row : rows)
         EXPECT_EQ(row.octets, Encoded(row.ulIndex, row.strText.c_str())) << row.ulIndex;
@@ -173,6 +185,10 @@ TEST(FastInfosetBinaryData, ATextThatDoesNotFitFailsAsItsConversionDoes)
     ExpectThrows<CQvException>(L"Invalid char in hex string [-]", [] { Encoded(9, L"0011-2233"); });
     ExpectThrows<CQvInvalidValueException>(L"The value [32768] is to large to fit in a i2",
                                            [] { Encoded(3, L"32768"); });
+    ExpectThrows<CQvInvalidValueException>(L"The value [-32769] is to large to fit in a i2",
+                                           [] { Encoded(3, L"-32769"); });
+    ExpectThrows<CQvInvalidValueException>(L"The value [-2147483649] is to large to fit in a i4",
+                                           [] { Encoded(4, L"-2147483649"); });
     ExpectThrows<CQvInvalidValueException>(L"The value [2147483648] is to large to fit in a i4",
                                            [] { Encoded(4, L"2147483648"); });
     ExpectThrows<CQvInvalidValueException>(L"The value [18446744073709551615] is to large to fit in a i8",
