@@ -246,7 +246,7 @@ std::string RowName(const testing::TestParamInfo<TRow>& info)
 /// What becomes of four documents in ten columns. A cell has three letters: the result, the cursor, the property.
 ///
 /// Result: T true, F false; thrown: ! no required element, S no substitution element, W nothing from the namespace of a
-/// wildcard, C too few items, X refused by every document.
+/// wildcard, C too few items, X a member that is never read.
 ///
 /// Cursor: 0 on the first child, 1 on the second, - behind the last.
 ///
