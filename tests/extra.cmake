@@ -79,3 +79,10 @@ if(TARGET quiver_fi)
         target_compile_definitions(FastInfosetInterop_test PRIVATE QUIVER_JAVA="" QUIVER_INTEROP_CLASSPATH="")
     endif()
 endif()
+
+# --- Support of generated classes -----------------------------------------------------------------------------------
+
+# Classes as the schema compiler writes them.
+add_library(quiver_sample_classes STATIC "${CMAKE_CURRENT_SOURCE_DIR}/generated/SampleClasses.cpp")
+target_link_libraries(quiver_sample_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
+target_link_libraries(GeneratedClass_test PRIVATE quiver_sample_classes)
