@@ -54,6 +54,10 @@ endforeach()
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+    add_dependencies(QuiverFi_test quiver-fi)
+    target_compile_definitions(QuiverFi_test PRIVATE
+        QUIVER_VERSION="${PROJECT_VERSION}"
+        QUIVER_FI_PROGRAM="$<TARGET_FILE:quiver-fi>")
 
     # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
     # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
