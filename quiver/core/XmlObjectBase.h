@@ -21,6 +21,7 @@ namespace QvXmlLib9
 
 class CBinaryData;
 class CElement;
+class CXmlCollection;
 class CXmlCollectionBase;
 class CXmlDocument;
 class CXmlElement;
@@ -283,6 +284,10 @@ protected:
 private:
     friend class QvXmlLib9Data::CAttributeInfo;
     friend class QvXmlLib9Data::CElementInfo;
+    friend class CXmlCollection;
+
+    /// Takes one reference away and leaves an object without any to the caller.
+    void ReleaseWithoutDestruction() { m_lRefCount.fetch_sub(1, std::memory_order_acq_rel); }
 
     /// TestNamespace for the metadata, which test without an object.
     static void Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
