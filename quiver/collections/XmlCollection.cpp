@@ -25,7 +25,7 @@ CXmlCollectionBase::CXmlCollectionBase(const wchar_t* lpctElementName, const wch
     , m_nMinOccurs(nMinOccurs)
     , m_nMaxOccurs(nMaxOccurs)
 {
-    SetElementName(TextOrEmpty(lpctElementName));
+    SetElementName(lpctElementName);
 }
 
 CXmlCollectionBase::CXmlCollectionBase(const CXmlCollectionBase& source) = default;

@@ -11,6 +11,7 @@
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
+#include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -80,8 +81,9 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wcha
 
 void CXmlGeneratedClass::WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
+    std::wstring strBuffer;
     for (const std::wstring& strInstruction : context.GetProcessingInstructions())
-        pWriter->WriteProcessingInstruction(strInstruction);
+        pWriter->WriteProcessingInstruction(ToUnitText(strInstruction, strBuffer));
 
     const CNamespaceAliasMap& aliases = context.GetNamespaceAliases();
     for (int n = 0; n < aliases.GetNamespaceCount(); ++n)

@@ -14,6 +14,7 @@
 #include "quiver/foundation/QvZip.h"
 #include "quiver/foundation/platform/Platform.h"
 #include "quiver/output/TextStream.h"
+#include "quiver/output/UnitText.h"
 #include "quiver/output/XmlTextWriter.h"
 
 #include <string_view>
@@ -161,6 +162,12 @@ void CXmlObjectBase::SetElementName(CXmlObjectBase* pObj, const wchar_t* lpctNam
     pObj->SetElementName(lpctName);
 }
 
+void CXmlObjectBase::SetElementName(const wchar_t* lpctName)
+{
+    std::wstring strBuffer;
+    m_strElementName.Assign(ToUnitText(TextOrEmpty(lpctName), strBuffer));
+}
+
 void CXmlObjectBase::Throw_IfPropertyIsNull(CXmlObjectBase* pValue, const wchar_t* lpctPropertyName)
 {
     if (pValue == nullptr)
@@ -173,7 +180,8 @@ void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* pValue, const wc
     if (pValue == nullptr)
         return;
     const CShortText& strName = pValue->GetBase()->m_strElementName;
-    if (strName.View() != lpctElementName)
+    std::wstring strBuffer;
+    if (strName.View() != ToUnitText(TextOrEmpty(lpctElementName), strBuffer))
         throw CQvInvalidParamException(FormatString(
             L"This property requrires an element with the name %s the element being set has the element name %s",
             lpctElementName, strName.c_str()));
@@ -185,8 +193,10 @@ namespace
 bool IsNamespaceAllowed(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
                         const wchar_t* lpctTargetNamespace)
 {
-    const std::wstring_view ns = lpctNamespace;
-    const std::wstring_view list = lpctAllowedList;
+    std::wstring strBuffers[3];
+    const std::wstring_view ns = ToUnitText(TextOrEmpty(lpctNamespace), strBuffers[0]);
+    const std::wstring_view list = ToUnitText(TextOrEmpty(lpctAllowedList), strBuffers[1]);
+    const std::wstring_view target = ToUnitText(TextOrEmpty(lpctTargetNamespace), strBuffers[2]);
     const std::size_t nBlank = list.find(L' ');
     const std::wstring_view token = list.substr(0, nBlank);
     const bool bOther = ns == list || ns.empty();
@@ -195,11 +205,11 @@ bool IsNamespaceAllowed(const wchar_t* lpctNamespace, const wchar_t* lpctAllowed
     if (token == L"##any")
         bValid = true;
     else if (token == L"##other")
-        bValid = ns != lpctTargetNamespace;
+        bValid = ns != target;
     else if (token == L"##local")
         bValid = ns.empty();
     else if (token == L"##targetNamespace")
-        bValid = ns == lpctTargetNamespace;
+        bValid = ns == target;
 
     // What follows the first token is never looked at: it counts as one token without a text.
     return bValid || (nBlank != std::wstring_view::npos && bOther);
@@ -225,16 +235,18 @@ void CXmlObjectBase::Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, co
     if (!IsNamespaceAllowed(lpctNamespace, lpctAllowedList, lpctTargetNamespace))
         throw CQvInvalidNamespaceException(FormatString(
             L"Invalid namespace [%s]. The namespace must be one of [%s] where the target namespace is [%s]",
-            lpctNamespace, lpctAllowedList, lpctTargetNamespace));
+            TextOrEmpty(lpctNamespace), TextOrEmpty(lpctAllowedList), TextOrEmpty(lpctTargetNamespace)));
 }
 
 bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* pElement,
                                           const wchar_t* lpctName, const wchar_t* lpctNamespace) const
 {
-    if (pElement->GetLocalName() != lpctName)
+    std::wstring strBuffer;
+    if (pElement->GetLocalName() != ToUnitText(TextOrEmpty(lpctName), strBuffer))
         return false;
     // Ignoring namespaces covers documents of schemas without them.
-    return context.GetIgnoreNamespaces() || pElement->GetNamespaceURI() == lpctNamespace;
+    return context.GetIgnoreNamespaces() ||
+           pElement->GetNamespaceURI() == ToUnitText(TextOrEmpty(lpctNamespace), strBuffer);
 }
 
 // --- Writing -------------------------------------------------------------------------------------

@@ -212,7 +212,8 @@ protected:
     /// Copies the element name, and the reference count too: the copy does not start at 0. That is meant.
     CXmlObjectBase(const CXmlObjectBase& source);
 
-    void SetElementName(const wchar_t* lpctName) { m_strElementName.Assign(lpctName); }
+    /// @param lpctName the name, copied; null counts as empty.
+    void SetElementName(const wchar_t* lpctName);
 
     /// The element name without a copy.
     const CShortText& ElementName() const { return m_strElementName; }

@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 
@@ -10,6 +11,7 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
+using QvXmlLib9::ToUtf16Units;
 
 CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
@@ -354,8 +356,8 @@ CElementInfoSeqUntpdMnd::CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 
@@ -388,8 +390,8 @@ CElementInfoSeqUntpdOpt::CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 
