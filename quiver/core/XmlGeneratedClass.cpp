@@ -85,12 +85,8 @@ void CXmlGeneratedClass::WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerial
     for (const std::wstring& strInstruction : context.GetProcessingInstructions())
         pWriter->WriteProcessingInstruction(ToUnitText(strInstruction, strBuffer));
 
-    const CNamespaceAliasMap& aliases = context.GetNamespaceAliases();
-    for (int n = 0; n < aliases.GetNamespaceCount(); ++n)
-    {
-        const std::wstring strNamespace = aliases.GetNamespaceAt(n);
-        pWriter->AddNamespaceMapping(aliases.GetAliasFromNamespace(strNamespace.c_str()), strNamespace);
-    }
+    for (const auto& [strNamespace, strAlias] : context.GetNamespaceAliases().GetEntries())
+        pWriter->AddNamespaceMapping(strAlias, strNamespace);
 
     const std::wstring strDefaultNamespace = context.GetDefaultNamespaceURI();
     if (!strDefaultNamespace.empty())

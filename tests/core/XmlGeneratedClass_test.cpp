@@ -10,6 +10,7 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FlexClass.h"
 
+#include <ctime>
 #include <memory>
 
 using namespace QvXmlLib9;
@@ -128,6 +129,19 @@ TEST(XmlGeneratedClass, TheRootGetsTheExtrasOfTheContextInTheirOrder)
                 L"<flex xmlns=\"urn:f\" xmlns:y=\"urn:y\" xmlns:z=\"urn:z\" extra=\"e\" own=\"o\" \n<schema/>\n>"
                 L"<child>c</child></flex>",
                 Write(object, context));
+}
+
+TEST(XmlGeneratedClass, ManyAliasesAreDeclaredInLinearTime)
+{
+    CXmlSerializationContext context;
+    for (int n = 0; n < 40000; ++n)
+        context.GetNamespaceAliases().Add((L"p" + std::to_wstring(n)).c_str(), (L"urn:" + std::to_wstring(n)).c_str());
+    CShape shape;
+    CFlexClass object(shape);
+    const std::clock_t nStart = std::clock();
+    const std::wstring strXml = Write(object, context);
+    EXPECT_LT(std::clock() - nStart, 2 * CLOCKS_PER_SEC);
+    EXPECT_NE(std::wstring::npos, strXml.find(L" xmlns:p39999=\"urn:39999\""));
 }
 
 TEST(XmlGeneratedClass, AChildGetsNoneOfTheRootsExtras)
