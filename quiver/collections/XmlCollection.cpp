@@ -3,7 +3,6 @@
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/foundation/StackGuard.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -153,43 +152,6 @@ void CXmlCollectionBase::Throw_IfIndexIsOutOfRange(int nIndex) const
 
 namespace
 {
-
-/// Nodes of one thread that wait for their destruction.
-struct SDestruction
-{
-    int m_nDepth = 0;
-    CNode* m_pFirst = nullptr;
-    CNode* m_pLast = nullptr;
-};
-thread_local SDestruction t_destruction;
-
-void DestroyNow(CNode* pNode)
-{
-    ++t_destruction.m_nDepth;
-    delete pNode;
-    --t_destruction.m_nDepth;
-}
-
-/// Frees a node that is in no list any more. Its item may own a collection in its turn, and so on to any depth; where
-/// the stack would not bear that, the node is left to the outermost call.
-void DestroyNode(CNode* pNode)
-{
-    SDestruction& destruction = t_destruction;
-    if (destruction.m_nDepth > 0 && IsStackLow())
-    {
-        pNode->m_pNext = nullptr;
-        (destruction.m_pFirst == nullptr ? destruction.m_pFirst : destruction.m_pLast->m_pNext) = pNode;
-        destruction.m_pLast = pNode;
-        return;
-    }
-    DestroyNow(pNode);
-    while (destruction.m_nDepth == 0 && destruction.m_pFirst != nullptr)
-    {
-        CNode* const pWaiting = destruction.m_pFirst;
-        destruction.m_pFirst = pWaiting->m_pNext;
-        DestroyNow(pWaiting);
-    }
-}
 
 /// A removal that has been announced. A listener may remove the node itself, and what it adds next may lie at the same
 /// address, so the removals of a thread in progress are told which nodes go.
@@ -445,7 +407,7 @@ void CXmlCollection::Discard(CNode* pNode)
     (pNode->m_pNext != nullptr ? pNode->m_pNext->m_pPrev : m_pTail) = pNode->m_pPrev;
     m_order.Reset();
     CRemoval::SetDone(pNode);
-    DestroyNode(pNode);
+    delete pNode;
     --m_nCount;
 }
 

@@ -12,6 +12,7 @@
 #include "quiver/foundation/FileTextStream.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/QvZip.h"
+#include "quiver/foundation/StackGuard.h"
 #include "quiver/foundation/platform/Platform.h"
 #include "quiver/output/TextStream.h"
 #include "quiver/output/UnitText.h"
@@ -98,14 +99,14 @@ CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& source)
     : CInstanceMonitor(source)
     , IEventSink(source)
     , m_strElementName(source.m_strElementName)
-    , m_lRefCount(source.m_lRefCount.load())
+    , m_nRefCount(source.m_nRefCount.load())
 {
 }
 
 CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& source)
 {
     m_strElementName = source.m_strElementName;
-    m_lRefCount = source.m_lRefCount.load();
+    m_nRefCount = source.m_nRefCount.load();
     return *this;
 }
 
@@ -127,15 +128,57 @@ const CXmlObjectBase* CXmlObjectBase::GetBase() const
 
 long CXmlObjectBase::AddRef()
 {
-    return m_lRefCount.fetch_add(1, std::memory_order_relaxed) + 1;
+    return static_cast<long>(m_nRefCount.fetch_add(1, std::memory_order_relaxed) + 1);
 }
 
 long CXmlObjectBase::Release()
 {
-    const std::int32_t lRefCount = m_lRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (lRefCount == 0)
-        delete this;
-    return lRefCount;
+    const std::intptr_t nRefCount = m_nRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (nRefCount == 0)
+        Destroy();
+    return static_cast<long>(nRefCount);
+}
+
+namespace
+{
+
+/// The destructions of one thread in progress, and the objects that wait for the outermost of them.
+struct SDestruction
+{
+    int m_nDepth = 0;
+    CXmlObjectBase* m_pFirst = nullptr;
+    CXmlObjectBase* m_pLast = nullptr;
+};
+thread_local SDestruction t_destruction;
+
+} // namespace
+
+void CXmlObjectBase::Destroy()
+{
+    SDestruction& destruction = t_destruction;
+    if (destruction.m_nDepth > 0 && IsStackLow())
+    {
+        if (destruction.m_pFirst == nullptr)
+            destruction.m_pFirst = this;
+        else
+            destruction.m_pLast->m_nRefCount = reinterpret_cast<std::intptr_t>(this);
+        destruction.m_pLast = this;
+        return;
+    }
+    DestroyNow();
+    while (destruction.m_nDepth == 0 && destruction.m_pFirst != nullptr)
+    {
+        CXmlObjectBase* const pWaiting = destruction.m_pFirst;
+        destruction.m_pFirst = reinterpret_cast<CXmlObjectBase*>(pWaiting->m_nRefCount.exchange(0));
+        pWaiting->DestroyNow();
+    }
+}
+
+void CXmlObjectBase::DestroyNow()
+{
+    ++t_destruction.m_nDepth;
+    delete this;
+    --t_destruction.m_nDepth;
 }
 
 void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* pObj, CXmlWriter* pWriter, bool bIsRoot,

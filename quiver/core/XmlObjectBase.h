@@ -194,6 +194,9 @@ public:
 
     /// Takes one reference away, and destroys the object when none is left. Meant for CSmartPtr alone. An object that
     /// never had a reference is not destroyed by it.
+    ///
+    /// Objects that hold each other may be nested to any depth: where the stack runs low, the destruction of the inner
+    /// ones is put off until the outermost call on the thread, which returns when all of them are gone.
     /// @return the new count.
     long Release();
 
@@ -288,7 +291,12 @@ private:
     friend class CXmlCollection;
 
     /// Takes one reference away and leaves an object without any to the caller.
-    void ReleaseWithoutDestruction() { m_lRefCount.fetch_sub(1, std::memory_order_acq_rel); }
+    void ReleaseWithoutDestruction() { m_nRefCount.fetch_sub(1, std::memory_order_acq_rel); }
+
+    /// Destroys an object without references. It may hold the only reference to another one, and so on to any depth;
+    /// where the stack would not bear that, the object is left to the outermost destruction of the thread.
+    void Destroy();
+    void DestroyNow();
 
     /// TestNamespace for the metadata, which test without an object.
     static void Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
@@ -298,7 +306,8 @@ private:
     void ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context);
 
     CShortText m_strElementName;
-    std::atomic<std::int32_t> m_lRefCount{0};
+    /// The count of references. While an object without any waits for its destruction, the next one that waits.
+    std::atomic<std::intptr_t> m_nRefCount{0};
 };
 
 } // namespace QvXmlLib9

@@ -788,6 +788,29 @@ TEST(XmlGeneratedClass, ADocumentNestedTooDeeplyForTheStackEndsInAnException)
     }
 }
 
+TEST(XmlGeneratedClass, AChainTooLongForTheStackIsNotWrittenAndDiesSafely)
+{
+    CSmartPtr<CFlexClass> spChain = new CFlexClass(NestingShape(), L"n");
+    for (int n = 0; n < 200000; ++n)
+    {
+        CSmartPtr<CFlexClass> spOuter = new CFlexClass(NestingShape(), L"n");
+        (*spOuter)[1].SetXmlObject(spChain);
+        spChain = spOuter;
+    }
+    try
+    {
+        Write(*spChain);
+        ADD_FAILURE() << "so long a chain cannot fit the stack";
+    }
+    catch (const CQvException& ex)
+    {
+        const std::wstring strMessage = ex.GetFullMessage();
+        EXPECT_NE(std::wstring::npos, strMessage.find(L"The document is nested too deeply to be processed"));
+        EXPECT_TEXT(L"Failed to convert the element [n] to XML", ex.GetMessageW());
+    }
+    spChain = nullptr;
+}
+
 // --- Services for generated code -----------------------------------------------------------------
 
 TEST(XmlGeneratedClass, IsElementInListAsksEveryRecord)
