@@ -2,6 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
+#include "quiver/core/ReadBudget.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
@@ -408,6 +409,7 @@ void CXmlObjectBase::ReadRoot(CXmlDocument& document, const CXmlSerializationCon
     CXmlElement* const pRoot = document.GetDocumentElement();
     if (pRoot == nullptr)
         throw CQvException(L"Invalid or empty XML document");
+    const CReadBudget budget(*pRoot);
     FromXml_Int(pRoot, pRoot->GetFirstElement(), context, false);
 }
 
@@ -462,6 +464,7 @@ void CXmlObjectBase::FromXmlElement(const CXmlElement* pElement, const CXmlSeria
     Throw_IfVersionDiffers();
     // Reading leaves the tree as it is, but the cursor over it is handed out for change throughout.
     CXmlElement* const pTree = const_cast<CXmlElement*>(pElement);
+    const CReadBudget budget(*pTree);
     FromXml_Int(pTree, pTree->GetFirstElement(), context, false);
 }
 

@@ -1,6 +1,7 @@
 #include "quiver/metadata/ElementInfoSeq.h"
 
 #include "quiver/collections/XmlCollection.h"
+#include "quiver/core/ReadBudget.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Encoder.h"
@@ -11,6 +12,7 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
+using QvXmlLib9::CReadBudget;
 using QvXmlLib9::ToUtf16Units;
 
 CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
@@ -36,16 +38,21 @@ CElementInfoSeq::Search CElementInfoSeq::FindMandatory(const CXmlSerializationCo
 {
     const bool bRealParent = eParentType == ElementType_Element;
     const bool bMaySkip = context.GetIgnoreUnknownElements() && (bRealParent || ePseudoMiss == PseudoMiss::SkipUnknown);
+    std::uint64_t nSkipped = 0;
     while (!IsThisElement(context, *ppCurrent))
     {
         if (bRealParent && context.GetIgnoreMissingMandatoryElements())
             return Search::Excused;
         if (!bMaySkip || *ppCurrent == nullptr)
         {
+            // A group gives the cursor back now, and the same elements may be skipped again.
+            if (nSkipped != 0 && !bRealParent)
+                CReadBudget::SpendCurrent(nSkipped);
             Throw_IfMissingIsFatal(eParentType);
             return Search::Missing;
         }
         Consume(ppCurrent);
+        ++nSkipped;
     }
     return Search::Found;
 }
