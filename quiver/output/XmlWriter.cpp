@@ -45,10 +45,10 @@ void CXmlWriter::SetDefaultNamespace(std::wstring_view strNamespace)
         m_strDefaultNamespace = strUnits;
         return;
     }
-    SetDefaultNamespace(*m_pContext, strUnits);
+    SetScopeDefaultNamespace(*m_pContext, strUnits);
 }
 
-void CXmlWriter::SetDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
+void CXmlWriter::SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
 {
     if (HasInnerScopes(context))
     {
@@ -333,7 +333,7 @@ std::wstring CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(std::wstring_view strNamespace)
 {
     std::wstring strBuffer;
-    m_pWriter->SetDefaultNamespace(*this, ToUnitText(strNamespace, strBuffer));
+    m_pWriter->SetScopeDefaultNamespace(*this, ToUnitText(strNamespace, strBuffer));
 }
 
 CXmlWriter::NamespaceMap CXmlWriter::CXmlWriterContext::GetNamespaceMap() const

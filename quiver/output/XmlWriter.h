@@ -189,7 +189,7 @@ private:
 
     const std::wstring& Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
     void BeginScope(CXmlWriterContext& context);
-    void SetDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
+    void SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
     bool HasInnerScopes(const CXmlWriterContext& context) const;
     CXmlWriterContext& GetScopeOwner(CXmlWriterContext& context) const;
     std::size_t GetBindingsEnd(const CXmlWriterContext& context) const;
