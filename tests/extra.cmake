@@ -106,3 +106,10 @@ add_custom_command(OUTPUT "${_snippets}"
     VERBATIM)
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
+
+# The rooms of quiver-gen.
+if(TARGET quiver_gen)
+    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test)
+        target_link_libraries(${_name} PRIVATE quiver_gen)
+    endforeach()
+endif()
