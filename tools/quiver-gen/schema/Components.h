@@ -554,6 +554,7 @@ struct SFile
     std::string strTargetNamespace;
     bool bChameleon = false;                   ///< takes its target namespace from the document that includes it
     bool bBuiltIn = false;                     ///< part of the program, not a file of the disk
+    bool bCatalog = false;                     ///< not a schema, but a catalog that was asked for places
     bool bGiven = false;                       ///< named by the caller, not found by following references
     std::vector<SDocumentation> documentation; ///< of annotations of the schema itself
 };
