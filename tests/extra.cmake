@@ -54,6 +54,10 @@ endforeach()
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+    add_dependencies(QuiverFi_test quiver-fi)
+    target_compile_definitions(QuiverFi_test PRIVATE
+        QUIVER_VERSION="${PROJECT_VERSION}"
+        QUIVER_FI_PROGRAM="$<TARGET_FILE:quiver-fi>")
 
     # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
     # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
@@ -79,3 +83,10 @@ if(TARGET quiver_fi)
         target_compile_definitions(FastInfosetInterop_test PRIVATE QUIVER_JAVA="" QUIVER_INTEROP_CLASSPATH="")
     endif()
 endif()
+
+# --- Support of generated classes -----------------------------------------------------------------------------------
+
+# Classes as the schema compiler writes them.
+add_library(quiver_sample_classes STATIC "${CMAKE_CURRENT_SOURCE_DIR}/generated/SampleClasses.cpp")
+target_link_libraries(quiver_sample_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
+target_link_libraries(GeneratedClass_test PRIVATE quiver_sample_classes)

@@ -120,17 +120,21 @@ void CFastInfosetWriter::WriteTerminator()
 void CFastInfosetWriter::StartElement(std::wstring_view strName, std::wstring_view strNamespace)
 {
     FlushPendingElement(false);
-    if (m_bTerminatorPending)
-    {
-        m_out.WriteOctet(s_byEnd);
-        m_bTerminatorPending = false;
-    }
+    EndChild();
     if (m_pContext != nullptr)
     {
         ++m_pContext->m_dwChildCount;
         EndStartTag(*m_pContext);
     }
     m_pPendingContext = CreateContext(strName, strNamespace);
+}
+
+void CFastInfosetWriter::EndChild()
+{
+    if (!m_bTerminatorPending)
+        return;
+    m_out.WriteOctet(s_byEnd);
+    m_bTerminatorPending = false;
 }
 
 void CFastInfosetWriter::FlushPendingElement(bool bAttributes)

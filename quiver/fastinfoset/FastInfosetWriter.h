@@ -31,8 +31,8 @@ class CFastInfosetContext;
 /// the context says. Comments, processing instructions and in-line schemas are not written.
 ///
 /// Text that follows a child element comes ahead of the child's end in the document, so that a reader takes it for the
-/// child's: mixed content behind a child does not keep its place. Unlike in XML text, empty text ends the start tag,
-/// after which attributes are refused.
+/// child's: mixed content behind a child keeps its place only behind a call of EndChild. Unlike in XML text, empty text
+/// ends the start tag, after which attributes are refused.
 class CFastInfosetWriter : public CXmlWriter
 {
 public:
@@ -65,6 +65,9 @@ public:
     /// agreed vocabulary if the context uses one. To be called once, behind Open.
     /// @throws CQvException "Failed to write FastInfoset. Invalid XML declaration value [%d]"
     void WriteHeader(FInfoDecl eDecl);
+
+    /// Writes the end of the child that ended last, if it is still owed, so that text may follow it.
+    void EndChild();
 
     /// Ends the document. To be called once, after the root has been ended.
     void WriteTerminator();

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "quiver/foundation/Export.h"
+
+#include <cstddef>
+#include <string>
+
+namespace QvXmlLib9
+{
+
+/// What a wildcard of a schema lets through (XML Schema Part 1, 3.10): xs:any and xs:anyAttribute. A constant; the
+/// texts it is given are literals.
+struct QVXMLLIB_API SWildcard
+{
+    enum EKind
+    {
+        Any,
+        Not, ///< every namespace but those listed
+        List ///< those listed
+    };
+
+    EKind eKind = Any;
+    const wchar_t* const* ppUris = nullptr; ///< of Not and List; the empty text stands for no namespace
+    std::size_t nUris = 0;
+    int nMin = 0;
+    int nMax = -1;                            ///< -1 for unbounded
+    const wchar_t* lpctElementName = nullptr; ///< the one local name that is let through, null for any
+
+    /// Whether a namespace is let through.
+    bool Allows(const std::wstring& strNamespace) const;
+};
+
+} // namespace QvXmlLib9
