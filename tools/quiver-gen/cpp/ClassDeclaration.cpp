@@ -161,6 +161,12 @@ std::string DeclareOperations(const SClass& type, const std::vector<SField>& fie
     return strText;
 }
 
+std::string DeclareMember(const std::string& strType, const std::string& strName)
+{
+    const std::string strLine = Line(strType + ' ' + strName + ';');
+    return strLine.size() <= s_nColumns + 1 ? strLine : Line(strType) + Line("    " + strName + ';');
+}
+
 /// Constants and members.
 std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
 {
@@ -178,9 +184,12 @@ std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
                                  place.scope.Library(bWildcard ? "SWildcard" : "SRepeatedElement") + ' ' +
                                  GetConstantName(field) + ';');
         if (!field.bInherited)
-            strMembers += Line(GetStorageType(field, place) + " m_" + field.strName + ';');
+            strMembers += DeclareMember(GetStorageType(field, place), "m_" + field.strName);
     }
-    return strConstants.empty() && strMembers.empty() ? std::string() : "\nprivate:\n" + strConstants + strMembers;
+    if (strConstants.empty() && strMembers.empty())
+        return {};
+    const bool bBoth = !strConstants.empty() && !strMembers.empty();
+    return "\nprivate:\n" + strConstants + (bBoth ? "\n" : "") + strMembers;
 }
 
 } // namespace

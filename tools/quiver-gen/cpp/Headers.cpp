@@ -32,7 +32,10 @@ public:
         for (const SSection& section : m_header.sections)
         {
             ForwardForeign(section);
-            m_strText += PrintNamespace(section.pNamespace->strCpp, PrintSection(section));
+            m_strText += PrintNamespace(section.pNamespace->strCpp, PrintSection(section),
+                                        m_documented.insert(section.pNamespace).second
+                                            ? CommentLines(section.pNamespace->documentation, 0, "///")
+                                            : std::string());
         }
         return std::move(m_strText);
     }
@@ -48,8 +51,12 @@ private:
             for (const SField& field : GetFields(*pClass))
             {
                 const SClass* const pUsed = field.pClass;
-                if (pUsed == nullptr || field.bInherited || m_project.layout.IsComplete(*pUsed, *pClass) ||
+                if (pUsed == nullptr || field.bInherited ||
                     (pUsed->pNamespace->strCpp != section.pNamespace->strCpp) != bForeign)
+                    continue;
+                // A class that holds a collection of its own kind is complete there, but the collection has no name.
+                const bool bCollection = pUsed == pClass && GetCollectionItem(field) != nullptr;
+                if (m_project.layout.IsComplete(*pUsed, *pClass) && !bCollection)
                     continue;
                 if (m_declared.count(pUsed) == 0 && seen.insert(pUsed).second)
                     forward.push_back(pUsed);
@@ -130,6 +137,7 @@ private:
     const SHeader& m_header;
     const std::size_t m_nHeader;
     std::string m_strText;
+    std::set<const SNamespace*> m_documented;
     std::set<const SClass*> m_declared;    ///< or defined
     std::set<const SClass*> m_collections; ///< whose collections have a name
 };
@@ -158,13 +166,13 @@ std::string PrintIncludes(std::vector<std::string> headers)
     return strText;
 }
 
-std::string PrintNamespace(const std::string& strNamespace, const std::string& strText)
+std::string PrintNamespace(const std::string& strNamespace, const std::string& strText, const std::string& strComment)
 {
     if (strText.empty())
         return {};
     if (strNamespace.empty())
         return '\n' + strText;
-    return "\nnamespace " + strNamespace + "\n{\n\n" + strText + "\n} // namespace " + strNamespace + '\n';
+    return '\n' + strComment + "namespace " + strNamespace + "\n{\n\n" + strText + "\n} // namespace " + strNamespace + '\n';
 }
 
 std::string PrintRule(const std::string& strTitle)

@@ -90,9 +90,11 @@ private:
         // The namespaces that a text names are known when it is printed, so one that opens a new source is printed
         // again there.
         SPart* pPart = &GetPart(ns);
+        const CUris before = pPart->uris;
         std::string strText = Define(pPart->uris);
         if (m_nLines > 0 && m_nLines + CountLines(strText) > m_nLimit)
         {
+            pPart->uris = before;
             Close();
             pPart = &GetPart(ns);
             strText = Define(pPart->uris);

@@ -33,7 +33,9 @@ std::string PrintTitle(const SWriteOptions& options);
 std::string PrintIncludes(std::vector<std::string> headers);
 
 /// Text in a C++ namespace, which may be the global one.
-std::string PrintNamespace(const std::string& strNamespace, const std::string& strText);
+/// @param strComment stands in front of it.
+std::string PrintNamespace(const std::string& strNamespace, const std::string& strText,
+                           const std::string& strComment = {});
 
 /// The comment that begins a section of a source.
 std::string PrintRule(const std::string& strTitle);

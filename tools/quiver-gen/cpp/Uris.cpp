@@ -20,7 +20,7 @@ bool IsIdentifierCharacter(char c)
 } // namespace
 
 CUris::CUris(const SBinding& binding, std::string strMain)
-    : m_binding(binding)
+    : m_pBinding(&binding)
     , m_strMain(std::move(strMain))
 {
 }
@@ -45,11 +45,11 @@ std::string CUris::MakeName(const std::string& strUri) const
     std::string strName = "s_lpctNamespace";
     if (strUri == m_strMain)
         return strName;
-    const auto pNamespace = std::find_if(m_binding.namespaces.begin(), m_binding.namespaces.end(),
+    const auto pNamespace = std::find_if(m_pBinding->namespaces.begin(), m_pBinding->namespaces.end(),
                                          [&](const SNamespace& ns) { return ns.strUri == strUri; });
     if (strUri.empty())
         strName = "s_lpctNoNamespace";
-    else if (pNamespace != m_binding.namespaces.end())
+    else if (pNamespace != m_pBinding->namespaces.end())
     {
         strName += '_';
         for (const char c : pNamespace->strFile)

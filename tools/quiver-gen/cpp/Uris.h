@@ -28,7 +28,7 @@ public:
 private:
     std::string MakeName(const std::string& strUri) const;
 
-    const binding::SBinding& m_binding;
+    const binding::SBinding* m_pBinding; ///< not a reference, so that a state can be kept and restored
     std::string m_strMain;
     std::vector<std::pair<std::string, std::string>> m_constants; ///< namespace and name
 };
