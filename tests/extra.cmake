@@ -90,3 +90,19 @@ endif()
 add_library(quiver_sample_classes STATIC "${CMAKE_CURRENT_SOURCE_DIR}/generated/SampleClasses.cpp")
 target_link_libraries(quiver_sample_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
 target_link_libraries(GeneratedClass_test PRIVATE quiver_sample_classes)
+
+# --- Code of the documentation --------------------------------------------------------------------------------------
+
+# The C++ blocks of a page, one behind the other, make a header.
+find_program(QUIVER_AWK awk REQUIRED)
+mark_as_advanced(QUIVER_AWK)
+set(_snippets "${CMAKE_CURRENT_BINARY_DIR}/docs/generated_code_snippets.h")
+add_custom_command(OUTPUT "${_snippets}"
+    COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/docs"
+    COMMAND "${QUIVER_AWK}" -f "${CMAKE_CURRENT_SOURCE_DIR}/docs/snippets.awk"
+        "${PROJECT_SOURCE_DIR}/docs/generated_code.md" > "${_snippets}"
+    DEPENDS "${PROJECT_SOURCE_DIR}/docs/generated_code.md" "${CMAKE_CURRENT_SOURCE_DIR}/docs/snippets.awk"
+    COMMENT "Taking the code out of docs/generated_code.md"
+    VERBATIM)
+target_sources(GeneratedCode_test PRIVATE "${_snippets}")
+target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")

@@ -12,6 +12,7 @@ enum XmlElementType : int;
 namespace QvXmlLib9
 {
 
+class CReadBudget;
 struct QvVariant;
 
 /// An object whose element may carry `xsi:nil`. A generated class derives from it when its schema element is nillable;
@@ -116,6 +117,13 @@ private:
                                 CXmlWriter* pWriter) const;
     void ProcessElementChoiceToXml(const CXmlSerializationContext& context, QvXmlLib9Data::CElementInfo** ppElements,
                                    CXmlWriter* pWriter, bool bOptionalChoice) const;
+
+    bool IsGroupWithoutAttributes(const CXmlSerializationContext& context,
+                                  const QvXmlLib9Data::CParentElementInfo& info, const CXmlElement& element) const;
+    static bool TakesOneElement(const QvXmlLib9Data::CElementInfo& info);
+    static bool IsExhaustedBy(QvXmlLib9Data::CElementInfo** ppElements, QvXmlLib9Data::CElementInfo** ppFailed);
+    static CXmlElement* SkipUnknown(CReadBudget* pBudget, const QvXmlLib9Data::CElementInfo& info,
+                                    const CXmlElement* pParent, CXmlElement* pCurrent);
 
     CXmlElement* ReadContent(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
                              bool bOptionalChoice);

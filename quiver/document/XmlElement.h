@@ -95,6 +95,7 @@ protected:
 private:
     friend class CXmlDocument;
     friend class CXmlNodeStore;
+    friend class CReadBudget;
 
     explicit CXmlElement(const SXmlName& name);
 

@@ -115,11 +115,13 @@ const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
 
 CXmlElement* CXmlNodeStore::NewElement(const SXmlName& name)
 {
+    ++m_nNodes;
     return Construct(m_elements, [&name](void* pSlot) { return new (pSlot) CXmlElement(name); });
 }
 
 CXmlAttribute* CXmlNodeStore::NewAttribute(const SXmlName& name)
 {
+    ++m_nNodes;
     return Construct(m_attributes, [&name](void* pSlot) { return new (pSlot) CXmlAttribute(name); });
 }
 

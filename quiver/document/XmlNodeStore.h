@@ -88,6 +88,9 @@ public:
     /// The attributes of elements without any; the list lives as long as the process.
     static const std::vector<CXmlAttribute*>& GetNoAttributes();
 
+    /// How many elements and attributes the tree has had.
+    std::uint64_t GetNodeCount() const { return m_nNodes; }
+
     /// A new element that stands nowhere yet.
     CXmlElement* NewElement(const SXmlName& name);
     CXmlAttribute* NewAttribute(const SXmlName& name);
@@ -129,6 +132,7 @@ private:
     CXmlNodePool m_attributes;
     CXmlNodePool m_attributeLists;
     std::vector<SMark> m_marks;
+    std::uint64_t m_nNodes = 0;
 };
 
 } // namespace QvXmlLib9

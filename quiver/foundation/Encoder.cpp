@@ -453,6 +453,16 @@ std::wstring ToUtf16Units(std::wstring_view text)
     return strUnits;
 }
 
+std::wstring ToUtf16Units(std::wstring&& strText)
+{
+    return HasWholeCodePoints(strText) ? ToUtf16Units(std::wstring_view(strText)) : std::move(strText);
+}
+
+std::wstring ToUtf16Units(const wchar_t* lpctText)
+{
+    return lpctText != nullptr ? ToUtf16Units(std::wstring_view(lpctText)) : std::wstring();
+}
+
 void AppendUtf16Units(std::wstring& strOut, std::wstring_view text)
 {
     if (!HasWholeCodePoints(text))

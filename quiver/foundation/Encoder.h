@@ -63,6 +63,11 @@ std::size_t GetUtf16Length(std::wstring_view text);
 /// The text with every element above 0xFFFF split into its surrogate pair. (An element above 0x10FFFF, which no text
 /// holds, becomes U+FFFD.)
 std::wstring ToUtf16Units(std::wstring_view text);
+/// The same for a text that need not be kept, so that it is not copied where nothing has to be split.
+std::wstring ToUtf16Units(std::wstring&& strText);
+/// The same for the zero-terminated text of a caller; null counts as empty. This is the door by which names,
+/// namespaces and values enter the library.
+std::wstring ToUtf16Units(const wchar_t* lpctText);
 
 /// Appends the text in the same form.
 void AppendUtf16Units(std::wstring& strOut, std::wstring_view text);

@@ -38,7 +38,7 @@ std::size_t CNamespaceScopes::FindHashed(std::wstring_view strNamespace, std::si
          n = m_bindings[n].nNextByNamespace)
     {
         if (m_bindings[n].nNamespaceHash == nHash && m_bindings[n].strNamespace == strNamespace)
-            return n;
+            return m_bindings[n].bUnbinds ? s_nNotFound : n;
     }
     return s_nNotFound;
 }
@@ -68,6 +68,7 @@ std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_
     SBinding& binding = m_bindings[m_nCount];
     binding.strNamespace = strNamespace;
     binding.strPrefix = strPrefix;
+    binding.bUnbinds = false;
     binding.nNamespaceHash = nHash;
     binding.nPrefixHash = HashText(strPrefix);
     binding.nFirstFreePrefix = m_nFirstFreePrefix;
@@ -80,6 +81,12 @@ std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_
         m_nFirstFreePrefix = 0;
     m_nLastFound = m_nCount;
     return m_nCount++;
+}
+
+void CNamespaceScopes::Unbind(std::wstring_view strNamespace)
+{
+    m_bindings[Bind(strNamespace, {})].bUnbinds = true;
+    m_nLastFound = s_nNotFound;
 }
 
 std::wstring CNamespaceScopes::GeneratePrefix()

@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/values/ItemTraits.h"
@@ -466,7 +467,7 @@ wchar_t QvVariant::GetChar() const
 
 void QvVariant::SetString(std::wstring value)
 {
-    Hold(ItemType_string, s_pMemberFor<std::wstring>, std::move(value));
+    Hold(ItemType_string, s_pMemberFor<std::wstring>, ToUtf16Units(std::move(value)));
 }
 
 std::wstring QvVariant::GetString() const
