@@ -320,7 +320,7 @@ void MakeCircularBinding(SBinding& binding)
     make.Namespace("urn:example:left2", "left", "Left");
     SClass& top = make.Class("CTop", "top");
     top.pBase = &middle;
-    make.Object(top, "Base", "base", base);
+    make.Object(top, "Bottom", "bottom", base);
 
     // The last class belongs into the first namespace; it was made elsewhere only for the order of the calls.
     binding.namespaces.back().classes.clear();

@@ -24,7 +24,8 @@ std::string DeclareHead(const SClass& type, const CScope& scope)
     std::vector<std::string> arguments = {type.strName};
     if (type.pBase != nullptr)
         arguments.push_back(scope.Name(*type.pBase));
-    std::vector<std::string> bases = {Arrange(4, "public " + scope.Library(strTemplate) + '<', arguments, ">").substr(4)};
+    std::vector<std::string> bases = {
+        Arrange(4, "public " + scope.Library(strTemplate) + '<', arguments, ">").substr(4)};
     if (type.bNillable)
         bases.push_back("public " + scope.Library("CNillableState"));
     return Arrange(0, "class " + type.strName + " : ", bases, "") + '\n';
@@ -64,9 +65,8 @@ std::string DeclareTextsOfAccessors(const std::vector<SField>& fields)
 std::string DeclareConstruction(const SClass& type, const CScope& scope)
 {
     const std::string strDefault = type.strElement.empty() ? std::string() : " = " + WideLiteral(type.strElement);
-    std::string strText =
-        Line("explicit " + type.strName + "(const wchar_t* lpctElementName" + strDefault + ");") +
-        Line('~' + type.strName + "() override;");
+    std::string strText = Line("explicit " + type.strName + "(const wchar_t* lpctElementName" + strDefault + ");") +
+                          Line('~' + type.strName + "() override;");
     if (!type.alternatives.empty())
     {
         strText += "\n    /// What may stand where this class is declared.\n" +
@@ -180,9 +180,8 @@ std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
             field.eStorage != EStorage::Repeated)
             strConstants += DeclareRuleText(field);
         if (!GetConstantName(field).empty() && bDescribed)
-            strConstants += Line("static const " +
-                                 place.scope.Library(bWildcard ? "SWildcard" : "SRepeatedElement") + ' ' +
-                                 GetConstantName(field) + ';');
+            strConstants += Line("static const " + place.scope.Library(bWildcard ? "SWildcard" : "SRepeatedElement") +
+                                 ' ' + GetConstantName(field) + ';');
         if (!field.bInherited)
             strMembers += DeclareMember(GetStorageType(field, place), "m_" + field.strName);
     }

@@ -147,9 +147,9 @@ void CDefinition::PrintWildcard(const SField& field)
         if (!field.pMember->strElement.empty())
             parts.push_back(WideLiteral(field.pMember->strElement));
     }
-    m_strText += Arrange(0, "const " + m_scope.Library("SWildcard") + ' ' + Own(GetConstantName(field)) + '{', parts,
-                         "};") +
-                 '\n';
+    m_strText +=
+        Arrange(0, "const " + m_scope.Library("SWildcard") + ' ' + Own(GetConstantName(field)) + '{', parts, "};") +
+        '\n';
 }
 
 void CDefinition::PrintConstants()
@@ -161,13 +161,13 @@ void CDefinition::PrintConstants()
         else if (field.eStorage == EStorage::Repeated && !field.bInherited)
         {
             const SMember& member = *field.pMember;
-            m_strText += Arrange(0, "const " + m_scope.Library("SRepeatedElement") + ' ' +
-                                        Own(GetConstantName(field)) + '{',
-                                 {WideLiteral(field.strLabel),
-                                  member.eMember == EMember::Group ? "L\"\"" : m_uris.Use(member.strUri),
-                                  Number(member.nMin), Number(member.nMax)},
-                                 "};") +
-                         '\n';
+            m_strText +=
+                Arrange(0, "const " + m_scope.Library("SRepeatedElement") + ' ' + Own(GetConstantName(field)) + '{',
+                        {WideLiteral(field.strLabel),
+                         member.eMember == EMember::Group ? "L\"\"" : m_uris.Use(member.strUri), Number(member.nMin),
+                         Number(member.nMax)},
+                        "};") +
+                '\n';
         }
     }
 }
@@ -262,8 +262,8 @@ void CDefinition::DescribeMember(const SField& field)
     case EMember::NillableValue:
         if (bRepeated)
             return Call("description.RepeatedObject", element);
-        return Call(strFunction + "NillableElement<" + m_scope.Name(*field.pType) +
-                        GetRuleArgument(field, m_scope) + '>',
+        return Call(strFunction + "NillableElement<" + m_scope.Name(*field.pType) + GetRuleArgument(field, m_scope) +
+                        '>',
                     element);
     case EMember::Object:
         if (bRepeated)
@@ -333,9 +333,10 @@ void CDefinition::PrintAccessProperty()
         if (field.bChoice)
             m_strText += Arrange(8, "return m_choice.Access(", {strMember, "bRead", "value", strLast}, ");") + '\n';
         else
-            m_strText += Arrange(8, "return " + strMember + (m_type.pText && field.IsText() ? ".AccessText(" : ".Access("),
-                                 {"bRead", "value", strLast}, ");") +
-                         '\n';
+            m_strText +=
+                Arrange(8, "return " + strMember + (m_type.pText && field.IsText() ? ".AccessText(" : ".Access("),
+                        {"bRead", "value", strLast}, ");") +
+                '\n';
     }
     if (m_type.pBase != nullptr)
     {

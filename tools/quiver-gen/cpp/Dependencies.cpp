@@ -125,7 +125,10 @@ private:
         std::size_t nNode = 0;
         for (const SNamespace* const pNamespace : m_namespaces)
         {
-            const auto Visit = [&](const auto& needed) { AddEdge(nNode, &needed); };
+            const auto Visit = [&](const auto& needed)
+            {
+                AddEdge(nNode, &needed);
+            };
             for (const SSimpleType* const pType : pNamespace->simpleTypes)
             {
                 ForEachNeeded(*pType, Visit);

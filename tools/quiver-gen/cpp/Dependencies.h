@@ -32,8 +32,8 @@ struct SLayer
     std::vector<const binding::SClass*> classes;
 };
 
-/// All declarations, each layer behind those that it needs. A namespace has more than one layer only where it and others
-/// need each other.
+/// All declarations, each layer behind those that it needs. A namespace has more than one layer only where it and
+/// others need each other.
 std::vector<SLayer> FindLayers(const binding::SBinding& binding);
 
 } // namespace quiver_gen::cpp

@@ -176,7 +176,8 @@ void AddValueAccessors(std::vector<SAccessor>& accessors, const SField& field, c
         set.strParameters = IsScalar(*field.pType) ? '(' + strValue + " value)" : "(const " + strValue + "& value)";
     const std::string strNew = bUtf8 ? place.scope.Library("FromUtf8") + "(value)" : "value";
     const std::string strArguments = strNew + ", " + GetLabel(field) + ");";
-    set.strBody = field.bChoice ? "m_choice.Set(" + strMember + ", " + strArguments : strMember + ".Set(" + strArguments;
+    set.strBody =
+        field.bChoice ? "m_choice.Set(" + strMember + ", " + strArguments : strMember + ".Set(" + strArguments;
     accessors.push_back(set);
 
     if (field.eStorage == EStorage::Defaulted)
@@ -192,10 +193,10 @@ void AddObjectAccessors(std::vector<SAccessor>& accessors, const SField& field, 
     const bool bRequired = field.eStorage == EStorage::RequiredObject;
     accessors.push_back({place.scope.Pointer(strType), "Get" + field.strName, "() const",
                          "return " + strMember + (bRequired ? ".Get(" + strLabel + ");" : ".Get();"), bInline});
-    accessors.push_back({"void", "Set" + field.strName, '(' + strType + "* pValue)",
-                         (field.bChoice ? "m_choice.Set(" + strMember + ", " : strMember + ".Set(") + "pValue, " +
-                             strLabel + ");",
-                         bInline});
+    accessors.push_back(
+        {"void", "Set" + field.strName, '(' + strType + "* pValue)",
+         (field.bChoice ? "m_choice.Set(" + strMember + ", " : strMember + ".Set(") + "pValue, " + strLabel + ");",
+         bInline});
 }
 
 void AddCollectionAccessor(std::vector<SAccessor>& accessors, const SField& field, const SPlace& place)
@@ -203,8 +204,7 @@ void AddCollectionAccessor(std::vector<SAccessor>& accessors, const SField& fiel
     const std::string strMember = "m_" + field.strName;
     const std::string strConstant = GetConstantName(field);
     const bool bAttributes = field.eStorage == EStorage::AnyAttributes;
-    const std::string strType =
-        bAttributes ? place.scope.Library("CAttributeCol") : GetCollectionType(field, place);
+    const std::string strType = bAttributes ? place.scope.Library("CAttributeCol") : GetCollectionType(field, place);
     const std::string strBody = field.bChoice ? "return m_choice.Get(" + strMember + ", " + strConstant + ");"
                                               : "return " + strMember + ".Get(" + strConstant + ");";
     const bool bInline = field.pClass == nullptr || place.IsComplete(*field.pClass);
@@ -292,8 +292,7 @@ std::string GetStorageType(const SField& field, const SPlace& place)
     case EStorage::OptionalObject:
         return scope.Library("COptionalObject") + '<' + GetObjectType(field, scope) + '>';
     case EStorage::Polymorphic:
-        return scope.Library("CPolymorphic") + '<' + GetObjectType(field, scope) + ", " +
-               (field.pMember->eCardinality == ECardinality::Required && !field.bChoice ? "true>" : "false>");
+        return scope.Library("CPolymorphicObject") + '<' + GetObjectType(field, scope) + '>';
     case EStorage::Repeated:
         return scope.Library("CRepeated") + '<' + GetCollectionType(field, place) + '>';
     case EStorage::AnyAttributes:

@@ -19,7 +19,7 @@ enum class EStorage
     Defaulted,      ///< CDefaulted
     RequiredObject, ///< CRequiredObject
     OptionalObject, ///< COptionalObject
-    Polymorphic,    ///< CPolymorphic
+    Polymorphic,    ///< CPolymorphicObject
     Repeated,       ///< CRepeated
     AnyAttributes   ///< CAnyAttributes
 };
@@ -27,17 +27,17 @@ enum class EStorage
 /// Something that a generated class holds: a child element, a group, a wildcard, an attribute or text.
 struct SField
 {
-    std::string strName;                         ///< in C++: `ShipTo`
-    std::string strLabel;                        ///< in messages: `shipTo`
-    EStorage eStorage = EStorage::Required;      ///< how it is held
-    bool bChoice = false;                        ///< one of the members of a choice
-    const binding::SClass* pOwner = nullptr;     ///< the class that lists it
-    const binding::SMember* pMember = nullptr;   ///< set for elements, groups and wildcards
+    std::string strName;                             ///< in C++: `ShipTo`
+    std::string strLabel;                            ///< in messages: `shipTo`
+    EStorage eStorage = EStorage::Required;          ///< how it is held
+    bool bChoice = false;                            ///< one of the members of a choice
+    const binding::SClass* pOwner = nullptr;         ///< the class that lists it
+    const binding::SMember* pMember = nullptr;       ///< set for elements, groups and wildcards
     const binding::SAttribute* pAttribute = nullptr; ///< set for attributes
-    const binding::SSimpleType* pType = nullptr; ///< of a value
-    const binding::SClass* pClass = nullptr;     ///< of objects and groups
-    const binding::SValueRule* pRule = nullptr;  ///< null for none
-    bool bInherited = false;                     ///< a base class holds it; this one describes it anew
+    const binding::SSimpleType* pType = nullptr;     ///< of a value
+    const binding::SClass* pClass = nullptr;         ///< of objects and groups
+    const binding::SValueRule* pRule = nullptr;      ///< null for none
+    bool bInherited = false;                         ///< a base class holds it; this one describes it anew
 
     bool IsText() const { return pMember == nullptr && pAttribute == nullptr && eStorage != EStorage::AnyAttributes; }
     bool IsWildcard() const { return pMember != nullptr && pMember->eMember == binding::EMember::Wildcard; }

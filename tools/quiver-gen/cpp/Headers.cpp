@@ -152,8 +152,8 @@ std::string PrintTitle(const SWriteOptions& options)
         strSchemas += (n == 0 ? "" : ", ") + options.schemas[n];
     if (options.schemas.size() > nNamed)
         strSchemas += " and " + std::to_string(options.schemas.size() - nNamed) + " more";
-    return CommentLines({"Written by quiver-gen from " + strSchemas + ". What is changed here is lost at the next run."},
-                        0, "//");
+    return CommentLines(
+        {"Written by quiver-gen from " + strSchemas + ". What is changed here is lost at the next run."}, 0, "//");
 }
 
 std::string PrintIncludes(std::vector<std::string> headers)
@@ -172,7 +172,8 @@ std::string PrintNamespace(const std::string& strNamespace, const std::string& s
         return {};
     if (strNamespace.empty())
         return '\n' + strText;
-    return '\n' + strComment + "namespace " + strNamespace + "\n{\n\n" + strText + "\n} // namespace " + strNamespace + '\n';
+    return '\n' + strComment + "namespace " + strNamespace + "\n{\n\n" + strText + "\n} // namespace " + strNamespace +
+           '\n';
 }
 
 std::string PrintRule(const std::string& strTitle)

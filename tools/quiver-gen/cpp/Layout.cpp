@@ -85,8 +85,8 @@ void CLayout::SplitByNamespace(const SBinding& binding, CStems& stems)
                 m_headers[nHeader].strStem =
                     stems.Claim(ns.strFile + "_layer" + std::to_string(layers[nHeader].nLayer + 1));
         }
-        source.sections.push_back({&ns, {ns.simpleTypes.begin(), ns.simpleTypes.end()},
-                                   {ns.classes.begin(), ns.classes.end()}});
+        source.sections.push_back(
+            {&ns, {ns.simpleTypes.begin(), ns.simpleTypes.end()}, {ns.classes.begin(), ns.classes.end()}});
         m_sources.push_back(std::move(source));
     }
 }
@@ -149,8 +149,14 @@ void CLayout::AddIncludes()
     for (std::size_t nHeader = 0; nHeader < m_headers.size(); ++nHeader)
     {
         std::set<std::size_t>& includes = m_headers[nHeader].includes;
-        const auto AddType = [&](const SSimpleType& type) { includes.insert(GetHeader(type)); };
-        const auto AddClass = [&](const SClass& type) { includes.insert(GetHeader(type)); };
+        const auto AddType = [&](const SSimpleType& type)
+        {
+            includes.insert(GetHeader(type));
+        };
+        const auto AddClass = [&](const SClass& type)
+        {
+            includes.insert(GetHeader(type));
+        };
         for (const SSection& section : m_headers[nHeader].sections)
         {
             for (const SSimpleType* const pType : section.simpleTypes)

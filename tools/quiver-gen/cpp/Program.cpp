@@ -18,6 +18,7 @@ constexpr std::string_view s_strProgram = R"(// Reads a document, prints it as a
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 using namespace QvXmlLib9;
 
@@ -30,8 +31,8 @@ void PrintTree(CXmlElement* pElement, int nDepth)
     std::printf("%*s%s", 2 * nDepth, "", ToUtf8(pElement->GetLocalName()).c_str());
     for (const CXmlAttribute* const pAttribute : pElement->GetAttributes())
     {
-        std::printf(" %s=\"%s\"", ToUtf8(pAttribute->GetLocalName()).c_str(),
-                    ToUtf8(pAttribute->GetValue()).c_str());
+        const std::string strValue = ToUtf8(pAttribute->GetValue());
+        std::printf(" %s=\"%s\"", ToUtf8(pAttribute->GetLocalName()).c_str(), strValue.c_str());
     }
     CXmlElement* const pFirst = pElement->GetFirstElement();
     std::printf(pFirst == nullptr ? ": %s\n" : "\n", ToUtf8(pElement->GetText()).c_str());
@@ -72,7 +73,8 @@ int main(int argc, char** argv)
     }
     try
     {
-        return Work(FromUtf8(argv[1]), argc == 3 ? FromUtf8(argv[2]) : std::wstring());
+        const std::string_view strOut = argc == 3 ? argv[2] : "";
+        return Work(FromUtf8(std::string_view(argv[1])), FromUtf8(strOut));
     }
     catch (const CQvException& ex)
     {

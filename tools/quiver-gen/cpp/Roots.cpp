@@ -140,9 +140,8 @@ std::vector<SFile> PrintFactory(const SProject& project, const SFactory& factory
     std::vector<std::string> includes = FindHeaders(project);
     includes.push_back("quiver/generated/Generated");
     const std::string strTitle = PrintTitle(project.options);
-    SFile header{factory.strStem + ".h",
-                 strTitle + "\n#pragma once\n\n" + PrintIncludes(includes) +
-                     PrintNamespace(factory.strNamespace, PrintHeaderText(project, factory))};
+    SFile header{factory.strStem + ".h", strTitle + "\n#pragma once\n\n" + PrintIncludes(includes) +
+                                             PrintNamespace(factory.strNamespace, PrintHeaderText(project, factory))};
 
     const CScope scope(project.names, factory.strNamespace, true);
     const bool bRoots = !project.binding.roots.empty();

@@ -67,17 +67,17 @@ private:
     void AddClass(const SClass& type, const CScope& scope)
     {
         const CLayout& layout = m_project.layout;
-        const auto Always = [](const SClass&) { return true; };
+        const auto Always = [](const SClass&)
+        {
+            return true;
+        };
         const bool bUtf8 = m_project.options.bUtf8;
         const SPlace source{scope, m_project.names, m_project.usage, Always, Always, bUtf8};
-        const SPlace header{scope,
-                            m_project.names,
-                            m_project.usage,
-                            [&](const SClass& other) { return layout.IsComplete(other, type); },
-                            Always,
-                            bUtf8};
-        Add(*type.pNamespace, [&](CUris& uris)
-            { return PrintRule(type.strName) + '\n' + DefineClass(type, source, header, uris); });
+        const SPlace header{scope,           m_project.names,
+                            m_project.usage, [&](const SClass& other) { return layout.IsComplete(other, type); },
+                            Always,          bUtf8};
+        Add(*type.pNamespace,
+            [&](CUris& uris) { return PrintRule(type.strName) + '\n' + DefineClass(type, source, header, uris); });
         m_bClasses = true;
         ForEachUsed(
             type, [&](const SSimpleType& used) { m_includes.insert(layout.GetHeader(used)); },

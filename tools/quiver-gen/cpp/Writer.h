@@ -15,9 +15,9 @@ struct SWriteOptions
 {
     std::vector<std::string> schemas; ///< names of the schemas given, without folders: the files name them
     ESplit eSplit = ESplit::Namespace;
-    std::string strStem;    ///< of the files of ESplit::None; empty for the name of the first schema
-    std::size_t nParts = 1; ///< sources of ESplit::None
-    bool bUtf8 = false;     ///< accessors take and give text in UTF-8
+    std::string strStem;             ///< of the files of ESplit::None; empty for the name of the first schema
+    std::size_t nParts = 1;          ///< sources of ESplit::None
+    bool bUtf8 = false;              ///< accessors take and give text in UTF-8
     std::string strFactoryNamespace; ///< C++ namespace of the class that makes roots
     std::string strFactory;          ///< its name; empty for CFactory in the namespace of the first schema
     bool bProgram = false;           ///< a main.cpp, and a CMakeLists.txt with a program
