@@ -79,3 +79,10 @@ if(TARGET quiver_fi)
         target_compile_definitions(FastInfosetInterop_test PRIVATE QUIVER_JAVA="" QUIVER_INTEROP_CLASSPATH="")
     endif()
 endif()
+
+# The rooms of quiver-gen.
+if(TARGET quiver_gen)
+    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test)
+        target_link_libraries(${_name} PRIVATE quiver_gen)
+    endforeach()
+endif()
