@@ -105,8 +105,7 @@ void CClasses::SetElement(SMember& member, const schema::SElement& element, cons
     SetType(member, element);
     // Where the substitutes became a choice, each of them stands for itself.
     const bool bReference = node.pParticle->bReference && node.pParticle->pElement == &element;
-    if (member.eMember == EMember::Object && bReference && m_build.substitutes.IsHead(element) &&
-        std::find(m_heads.begin(), m_heads.end(), &element) != m_heads.end())
+    if (member.eMember == EMember::Object && bReference && m_classHeads.count(&element) != 0)
         member.bPolymorphic = member.bSubstitution = true;
 }
 
@@ -189,17 +188,19 @@ std::string CClasses::GetWantedName(const SNode& node) const
     case SNode::EKind::All:
         break;
     }
-    if (node.pHead)
-        return ToPascal(node.pHead->name.strLocal);
-    if (node.pDefinition)
-        return ToPascal(node.pDefinition->name.strLocal);
+    if (node.pHead || node.pDefinition)
+    {
+        const std::string strName = ToPascal((node.pHead ? node.pHead->name : node.pDefinition->name).strLocal);
+        return IsReservedMember(strName) ? strName + "Group" : strName;
+    }
     return node.eKind == SNode::EKind::Sequence ? "Sequence" : node.eKind == SNode::EKind::Choice ? "Choice" : "All";
 }
 
 std::string CClasses::ChooseMemberName(SDraft& draft, const SNode& node)
 {
-    const std::string* pGiven =
-        node.pElement ? m_build.renames.Find(draft.ruleName, node.pElement->name.strLocal) : nullptr;
+    if (!node.pElement)
+        return draft.names.AddOther(GetWantedName(node));
+    const std::string* pGiven = m_build.renames.Find(draft.ruleName, node.pElement->name.strLocal);
     return draft.names.AddElement(pGiven ? *pGiven : GetWantedName(node));
 }
 

@@ -270,16 +270,25 @@ SClass::EGroup CClasses::ChooseGroup(const SDraft& draft, const SDerivation& der
     return bAll ? SClass::EGroup::All : SClass::EGroup::Sequence;
 }
 
-/// A class knows its substitutes, so that it can be the class of one head only; and their classes must be derived from
-/// it.
+/// A class knows its substitutes, and their classes are derived from it. It can do so for one head only, and for no
+/// other element that may say a type, as that would take the substitutes too.
 void CClasses::ExpandHeads()
 {
     std::unordered_set<const SClass*> classes;
+    for (const schema::SElement* pElement : m_build.reach.GetPlaced())
+    {
+        const SComplexType* pType = std::as_const(*pElement->pType).AsComplex();
+        if (pType && !IsAnyType(*pType) && !GetAlternatives(*pType).empty())
+            classes.insert(&Get(*pType));
+    }
     for (const schema::SElement* pHead : m_build.reach.GetHeads())
     {
         const SComplexType* pType = std::as_const(*pHead->pType).AsComplex();
         if (pType && !IsAnyType(*pType) && classes.insert(&Get(*pType)).second)
+        {
             m_heads.push_back(pHead);
+            m_classHeads.insert(pHead);
+        }
         else
             m_build.simplifier.ExpandHead(*pHead);
     }

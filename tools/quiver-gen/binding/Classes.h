@@ -96,7 +96,8 @@ private:
     std::unordered_set<const schema::SComplexType*> m_sequences;
     std::unordered_set<const schema::SComponent*> m_warned;
     std::unordered_map<const schema::SComplexType*, std::vector<const schema::SComplexType*>> m_alternatives;
-    std::vector<const schema::SElement*> m_heads; ///< those of which a class is the head's
+    std::vector<const schema::SElement*> m_heads;             ///< those whose substitutes their class knows
+    std::unordered_set<const schema::SElement*> m_classHeads; ///< the same
 
     // Types
     SDraft& Declare(const schema::SComplexType& type, const std::string& strStem, SNamespace& item);

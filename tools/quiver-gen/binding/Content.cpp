@@ -118,6 +118,11 @@ void Tidy(SNode& node)
     AbsorbRepetition(node);
     if (node.IsRepeated() && IsEmptiable(node))
         node.nMin = 0;
+    // What may be empty need not be absent.
+    const bool bMayBeEmpty = node.eKind == EKind::Sequence || node.eKind == EKind::All;
+    if (bMayBeEmpty && node.nMin == 0 && node.nMax == 1 &&
+        std::all_of(node.children.begin(), node.children.end(), IsEmptiable))
+        node.nMin = 1;
 }
 
 SNode EmptySequence()

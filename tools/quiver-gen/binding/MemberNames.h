@@ -24,6 +24,9 @@ public:
     /// child does.
     std::string AddElement(const std::string& strWanted);
 
+    /// Name for a wildcard or a nested group; with a number where another member has it.
+    std::string AddOther(const std::string& strWanted) { return AddNumbered(strWanted); }
+
     /// Name for an attribute; with `Attribute` behind it where something else has it.
     std::string AddAttribute(const std::string& strWanted);
 

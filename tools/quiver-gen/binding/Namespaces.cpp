@@ -78,6 +78,8 @@ std::string StemOfPath(const std::string& strPath)
 
 std::string NameOfUri(const std::string& strUri, int nWords)
 {
+    if (strUri == schema::s_strXmlNamespace)
+        return "xml";
     std::vector<std::string> parts = PartsOf(strUri);
     std::vector<std::string> taken;
     while (!parts.empty() && nWords > 0)

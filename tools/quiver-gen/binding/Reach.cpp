@@ -134,6 +134,8 @@ void CReach::AddParticle(const schema::SParticle& particle)
             for (const schema::SElement* pSubstitute : m_substitutes.Get(*particle.pElement))
                 AddElement(*pSubstitute);
         }
+        else
+            m_placed.push_back(particle.pElement);
     }
     if (particle.pGroup && m_groups.insert(particle.pGroup).second)
         for (const schema::SParticle* pParticle : particle.pGroup->particles)

@@ -34,6 +34,9 @@ public:
     /// Heads of substitution groups that a content model refers to.
     const std::vector<const schema::SElement*>& GetHeads() const { return m_heads; }
 
+    /// Elements that a content model refers to and that have no substitutes.
+    const std::vector<const schema::SElement*>& GetPlaced() const { return m_placed; }
+
     /// Named types derived from a complex type, at any distance, in order of declaration.
     std::vector<const schema::SComplexType*> GetDerived(const schema::SComplexType& type) const;
     bool HasDerived(const schema::SComplexType& type) const { return m_derived.count(&type) != 0; }
@@ -54,6 +57,7 @@ private:
     std::vector<const schema::SSimpleType*> m_simpleTypes;
     std::vector<const schema::SElement*> m_elements;
     std::vector<const schema::SElement*> m_heads;
+    std::vector<const schema::SElement*> m_placed;
 
     void FindDerived();
     bool ChooseRoots(const SBindingOptions& options, schema::CDiagnostics& diagnostics);

@@ -317,22 +317,27 @@ void CSimpleTypes::FillFacets(const schema::SSimpleType& type, SSimpleType& targ
     target.nLength = lengthOf(EFacet::Length);
     target.nMinLength = lengthOf(EFacet::MinLength);
     target.nMaxLength = lengthOf(EFacet::MaxLength);
+    bool bLost = false;
     const auto textOf = [&](EFacet eFacet)
     {
         const schema::SFacet* pFacet = FindFacet(facets, eFacet, false);
-        if (pFacet && bText)
-            m_warnings.Add(EWarning::MappedToText, type.position, type.name.strLocal);
+        bLost = bLost || (pFacet && bText);
         return pFacet && !bText ? pFacet->strValue : std::string();
     };
     target.strMinInclusive = textOf(EFacet::MinInclusive);
     target.strMaxInclusive = textOf(EFacet::MaxInclusive);
     target.strMinExclusive = textOf(EFacet::MinExclusive);
     target.strMaxExclusive = textOf(EFacet::MaxExclusive);
-    if (!bText)
+    const auto digitsOf = [&](EFacet eFacet)
     {
-        target.nTotalDigits = lengthOf(EFacet::TotalDigits);
-        target.nFractionDigits = lengthOf(EFacet::FractionDigits);
-    }
+        const schema::SFacet* pFacet = FindFacet(facets, eFacet, false);
+        bLost = bLost || (pFacet && bText);
+        return pFacet && !bText ? LimitLength(*pFacet) : -1;
+    };
+    target.nTotalDigits = digitsOf(EFacet::TotalDigits);
+    target.nFractionDigits = digitsOf(EFacet::FractionDigits);
+    if (bLost)
+        m_warnings.Add(EWarning::MappedToText, type.position, target.strName);
     if (type.eVariety == EVariety::Atomic)
     {
         const bool bMapped = FindMap(type) && target.eValue == EValue::String;
