@@ -163,12 +163,12 @@ private:
             return "[^\\n\\r]";
         if (Accept('\\'))
         {
-            const SEscape escape = Escape();
-            return escape.bSet ? "[" + escape.strText + "]" : escape.strText;
+            return Escaped(Escape());
         }
         if (IsNext('?') || IsNext('*') || IsNext('+') || IsNext(']'))
             throw SUntranslatable();
-        return Literal(TakeCodePoint());
+        const std::uint32_t nCode = TakeCodePoint();
+        return nCode == '-' || nCode == '#' ? std::string(1, static_cast<char>(nCode)) : Literal(nCode);
     }
 
     std::string Quantifier()
@@ -219,6 +219,14 @@ private:
         std::uint32_t nCode = 0;
         std::string strText;
     };
+
+    /// A set of one class is written as that class.
+    static std::string Escaped(const SEscape& escape)
+    {
+        const std::string_view strText = escape.strText;
+        const bool bClass = strText.size() == 2 || (strText.front() == '\\' && strText.find('}') == strText.size() - 1);
+        return escape.bSet && !bClass ? "[" + escape.strText + "]" : escape.strText;
+    }
 
     static SEscape Single(std::uint32_t nCode) { return {false, nCode, Literal(nCode)}; }
     static SEscape Set(std::string strText) { return {true, 0, std::move(strText)}; }

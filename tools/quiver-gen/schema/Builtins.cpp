@@ -25,7 +25,7 @@ using E = EBuiltin;
 constexpr SBuiltinRow s_rows[] = {
     {E::None, "", E::None, "", "", ""},
     {E::AnyType, "anyType", E::None, "", "", ""},
-    {E::AnySimpleType, "anySimpleType", E::AnyType, "preserve", "", ""},
+    {E::AnySimpleType, "anySimpleType", E::AnyType, "", "", ""},
     {E::String, "string", E::AnySimpleType, "preserve", "", ""},
     {E::Boolean, "boolean", E::AnySimpleType, "collapse", "", ""},
     {E::Decimal, "decimal", E::AnySimpleType, "collapse", "", ""},

@@ -145,7 +145,10 @@ SEffectiveFacets GetEffectiveFacets(const SSimpleType& type)
     for (const SType* pType = &type; pType && pType->bSimple; pType = pType->pBase)
         AddFacetsOfStep(*pType->AsSimple(), effective);
     std::reverse(effective.patterns.begin(), effective.patterns.end());
-    effective.eWhiteSpace = GetWhiteSpace(effective.Find(EFacet::WhiteSpace));
+    // Lists and unions collapse, though the type they come from, and only that, leaves white space as it is.
+    effective.eWhiteSpace = type.eBuiltin == EBuiltin::AnySimpleType
+                                ? EWhiteSpace::Preserve
+                                : GetWhiteSpace(effective.Find(EFacet::WhiteSpace));
     return effective;
 }
 

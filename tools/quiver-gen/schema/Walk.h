@@ -83,8 +83,11 @@ private:
         if (!state.bOpen)
             m_states[&user].nDepth = std::max(m_states[&user].nDepth, state.nDepth + 1);
         else
+        {
+            m_bCircular = true;
             m_diagnostics.AddError(part.position,
                                    m_strKind + Quote(part) + " contains itself" + DescribeWay(state.nPlace));
+        }
     }
 
     static std::string Quote(const TComponent& component)
@@ -112,8 +115,9 @@ private:
         SState& state = m_states[&component];
         state.bOpen = false;
         m_order.push_back(&component);
-        if (state.nDepth == s_nMaxDepth + 1)
-            m_diagnostics.AddError(component.position, m_strKind + Quote(component) + " is built over more than " +
+        if (state.nDepth == s_nMaxDepth + 1 && !m_bCircular)
+            m_diagnostics.AddError(component.position, m_strKind + Quote(component) +
+                                                           " rests on a chain of more than " +
                                                            std::to_string(s_nMaxDepth) + " others");
         if (!m_open.empty())
         {
@@ -123,6 +127,7 @@ private:
     }
 
     std::string m_strKind;
+    bool m_bCircular = false; ///< the length of a circle says nothing
     CDiagnostics& m_diagnostics;
     std::unordered_map<TComponent*, SState> m_states;
     std::vector<SOpen> m_open;
