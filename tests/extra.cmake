@@ -107,9 +107,14 @@ add_custom_command(OUTPUT "${_snippets}"
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
 
-# The rooms of quiver-gen.
+# --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
+
 if(TARGET quiver_gen)
-    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test)
-        target_link_libraries(${_name} PRIVATE quiver_gen)
+    add_library(quiver_gen_test_support STATIC "${CMAKE_CURRENT_SOURCE_DIR}/support/SampleBinding.cpp")
+    target_link_libraries(quiver_gen_test_support PUBLIC quiver_gen PRIVATE quiver_build_settings)
+    file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
+    foreach(_source ${_gen_tests})
+        get_filename_component(_name "${_source}" NAME_WE)
+        target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
     endforeach()
 endif()
