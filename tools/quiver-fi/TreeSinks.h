@@ -5,7 +5,7 @@
 #include "quiver/fastinfoset/FastInfosetWriter.h"
 #include "quiver/output/XmlTextWriter.h"
 
-#include <unordered_map>
+#include <map>
 #include <unordered_set>
 
 namespace quiver_fi
@@ -56,7 +56,7 @@ private:
     QvXmlLib9::CXmlTextWriter& m_writer;
     // The tree has one text for each name, so that the address tells it.
     std::unordered_set<const std::wstring*> m_checkedNames;
-    std::unordered_map<std::wstring, std::wstring> m_escapedNamespaces;
+    std::map<std::wstring, std::wstring> m_escapedNamespaces;
 };
 
 } // namespace quiver_fi
