@@ -57,6 +57,12 @@ std::uint32_t CFIIndexMap::Add(std::wstring_view strText, std::uint32_t dwNumber
     return slot.dwIndex;
 }
 
+void CFIIndexMap::AddAgain(std::wstring_view strText, std::uint32_t dwNumber)
+{
+    if (m_entries.size() < s_nMaxEntries)
+        AddEntry(strText, dwNumber);
+}
+
 std::uint32_t CFIIndexMap::AddShort(std::wstring_view strText)
 {
     if ((m_nShort + 1) * 4 > m_shortSlots.size() * 3)
@@ -160,6 +166,11 @@ void CFINameMap::Add(const SName& name)
                          bNone ? s_nNoQualifier : m_qualifiers.Add(name.strNamespace, dwPrefix));
     }
     m_localNames.Add(name.strLocalName, m_lastQualifier);
+}
+
+void CFINameMap::AddAgain(const SName& name)
+{
+    m_localNames.AddAgain(name.strLocalName, FindQualifier(name.strPrefix, name.strNamespace));
 }
 
 void CFINameMap::SetLastQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace, Qualifier qualifier)

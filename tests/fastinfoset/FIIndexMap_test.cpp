@@ -171,6 +171,35 @@ TEST(FIIndexMap, ChosenTextsTakeNoLongerThanOthers)
     EXPECT_LT(SecondsToAdd(chosen), 0.05 + 8 * SecondsToAdd(others));
 }
 
+TEST(FIIndexMap, ATextThatIsAddedAgainKeepsItsIndexAndTakesOneMore)
+{
+    CFIIndexMap map;
+    for (const wchar_t* lpctText : {L"a", L"a longer text"})
+    {
+        const std::uint32_t dwIndex = map.Add(lpctText);
+        for (int n = 0; n < 100; ++n)
+            map.AddAgain(lpctText);
+        EXPECT_EQ(dwIndex, map.Find(lpctText));
+        EXPECT_EQ(dwIndex + 100, map.GetCount());
+        EXPECT_TEXT(lpctText, std::wstring(map.GetText(dwIndex + 100)));
+    }
+    EXPECT_EQ(203u, map.Add(L"b"));
+}
+
+TEST(FINameMap, ANameThatIsAddedAgainKeepsItsIndexAndTakesOneMore)
+{
+    CFINameMap map;
+    const SName name{L"p", L"urn:a", L"a"};
+    map.Add(name);
+    map.Add({L"q", L"urn:b", L"b"});
+    map.AddAgain(name);
+    EXPECT_EQ(1u, map.Find(name));
+    EXPECT_EQ(3u, map.GetCount());
+    ExpectName(name, map.GetName(3));
+    map.Add({L"", L"", L"c"});
+    EXPECT_EQ(4u, map.Find({L"", L"", L"c"}));
+}
+
 TEST(FINameMap, NamesDifferByEveryPart)
 {
     CFINameMap map;
