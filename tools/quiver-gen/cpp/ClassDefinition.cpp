@@ -306,7 +306,7 @@ void CDefinition::PrintDescribe()
         else if (field.pAttribute != nullptr)
             DescribeAttribute(field);
         else if (field.IsText())
-            Call("description.Text", {"Member_" + field.strName});
+            Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {"Member_" + field.strName});
         else
             Call("description.AnyAttribute", {"Member_" + field.strName, GetConstantName(field)});
     }
