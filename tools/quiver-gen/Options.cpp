@@ -84,9 +84,9 @@ bool IsQualifiedName(std::string_view strText)
     while (true)
     {
         const std::size_t nEnd = strText.find("::");
-        // An enumerator's name is checked for keywords too.
         const std::string strPart(strText.substr(0, nEnd));
-        if (!binding::IsIdentifier(strPart) || binding::ToNamespacePart(strPart) != strPart)
+        // What a name made from this one would avoid is a keyword or a macro.
+        if (!binding::IsIdentifier(strPart) || binding::ToNamespacePart(strPart) == strPart + '_')
             return false;
         if (nEnd == std::string_view::npos)
             return true;
