@@ -28,7 +28,10 @@ std::string DeclareHead(const SClass& type, const CScope& scope)
         Arrange(4, "public " + scope.Library(strTemplate) + '<', arguments, ">").substr(4)};
     if (type.bNillable)
         bases.push_back("public " + scope.Library("CNillableState"));
-    return Arrange(0, "class " + type.strName + " : ", bases, "") + '\n';
+    const std::string strHead = "class " + type.strName;
+    const std::string strLine = Arrange(0, strHead + " : ", bases, "");
+    const bool bFits = strLine.find('\n') == std::string::npos && CountColumns(strLine) <= s_nColumns;
+    return (bFits ? strLine : strHead + '\n' + Arrange(4, ": ", bases, "")) + '\n';
 }
 
 /// `static constexpr wchar_t s_lpctDefaultX[] = L"...";`
@@ -62,15 +65,16 @@ std::string DeclareTextsOfAccessors(const std::vector<SField>& fields)
     return strText.empty() ? strText : strText + '\n';
 }
 
-std::string DeclareConstruction(const SClass& type, const CScope& scope)
+std::string DeclareConstruction(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
 {
     const std::string strDefault = type.strElement.empty() ? std::string() : " = " + WideLiteral(type.strElement);
-    std::string strText = Line("explicit " + type.strName + "(const wchar_t* lpctElementName" + strDefault + ");") +
-                          Line('~' + type.strName + "() override;");
+    std::string strText = Line("explicit " + type.strName + "(const wchar_t* lpctElementName" + strDefault + ");");
+    if (NeedsDestructor(fields, place))
+        strText += Line('~' + type.strName + "() override;");
     if (!type.alternatives.empty())
     {
         strText += "\n    /// What may stand where this class is declared.\n" +
-                   Line("static const " + scope.Library("SAlternatives") + "& Alternatives();");
+                   Line("static const " + place.scope.Library("SAlternatives") + "& Alternatives();");
     }
     return strText;
 }
@@ -197,7 +201,7 @@ std::string DeclareClass(const SClass& type, const SPlace& place)
 {
     const std::vector<SField> fields = GetFields(type);
     return CommentLines(type.documentation, 0, "///") + DeclareHead(type, place.scope) + "{\n" +
-           DeclareTextsOfAccessors(fields) + "public:\n" + DeclareConstruction(type, place.scope) +
+           DeclareTextsOfAccessors(fields) + "public:\n" + DeclareConstruction(type, fields, place) +
            DeclareAccessors(fields, place) + "\nprotected:\n" + DeclareOperations(type, fields, place) +
            DeclareData(fields, place) + "};\n";
 }

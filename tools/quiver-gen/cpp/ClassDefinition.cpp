@@ -182,7 +182,9 @@ void CDefinition::PrintConstruction()
     m_strText += Own(m_type.strName) + "(const wchar_t* lpctElementName)\n";
     Line(": CInstanceMonitor(" + WideLiteral(m_type.strName) + ')');
     Line(std::string(bChoice ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
-    m_strText += "{\n}\n\n" + Own('~' + m_type.strName) + "() = default;\n";
+    m_strText += "{\n}\n";
+    if (NeedsDestructor(m_fields, m_header))
+        m_strText += '\n' + Own('~' + m_type.strName) + "() = default;\n";
 }
 
 void CDefinition::PrintAlternatives()

@@ -2,6 +2,8 @@
 
 #include "tools/quiver-gen/cpp/Text.h"
 
+#include <algorithm>
+
 using namespace quiver_gen::binding;
 
 namespace quiver_gen::cpp
@@ -274,6 +276,13 @@ CUsage::CUsage(const SBinding& binding)
 std::string GetCollectionType(const SClass& item, const CScope& scope)
 {
     return GetCollectionType(GetNamedCollection(item), scope.Name(item), scope);
+}
+
+bool NeedsDestructor(const std::vector<SField>& fields, const SPlace& header)
+{
+    return std::any_of(fields.begin(), fields.end(),
+                       [&](const SField& field)
+                       { return !field.bInherited && field.pClass != nullptr && !header.IsComplete(*field.pClass); });
 }
 
 std::string GetStorageType(const SField& field, const SPlace& place)

@@ -93,6 +93,9 @@ struct SPlace
     bool bUtf8 = false; ///< accessors take and give text as UTF-8
 };
 
+/// Whether the destructor of a class has to be defined in a source, where the classes that it holds are known.
+bool NeedsDestructor(const std::vector<SField>& fields, const SPlace& header);
+
 /// Type of the data member: `QvXmlLib9::CRequired<SSku>`.
 std::string GetStorageType(const SField& field, const SPlace& place);
 

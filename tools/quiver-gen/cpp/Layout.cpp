@@ -79,11 +79,11 @@ void CLayout::SplitByNamespace(const SBinding& binding, CStems& stems)
             source.nHeader = m_headers.size();
             m_headers.push_back({source.strStem, {}, {it->second.begin(), it->second.end()}});
         }
+        std::size_t nLayer = 0;
         for (const std::size_t nHeader : it->second)
         {
             if (m_headers[nHeader].strStem.empty())
-                m_headers[nHeader].strStem =
-                    stems.Claim(ns.strFile + "_layer" + std::to_string(layers[nHeader].nLayer + 1));
+                m_headers[nHeader].strStem = stems.Claim(ns.strFile + "_layer" + std::to_string(++nLayer));
         }
         source.sections.push_back(
             {&ns, {ns.simpleTypes.begin(), ns.simpleTypes.end()}, {ns.classes.begin(), ns.classes.end()}});

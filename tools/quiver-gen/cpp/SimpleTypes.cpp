@@ -88,10 +88,7 @@ std::string DefineValues(const SSimpleType& type)
     std::string strText = Arrange(4, strHead, literals, "};");
     if (strText.find('\n') == std::string::npos)
         return strText + '\n';
-    strText = std::string(4, ' ').append(strHead) + '\n';
-    for (const std::string& strLiteral : literals)
-        strText += "        " + strLiteral + ",\n";
-    return strText + "    };\n";
+    return std::string(4, ' ').append(strHead) + '\n' + Arrange(8, "", literals, "") + "};\n";
 }
 
 // --- Facets ---------------------------------------------------------------------------------------------------------
