@@ -276,8 +276,8 @@ struct SSimpleType : SType
     }
 
     EVariety eVariety = EVariety::Atomic;
-    /// Of an atomic type, the built-in type that its derivation comes from at last but one of the built-in hierarchy:
-    /// the nearest built-in ancestor or itself (`Int` for a restriction of xs:int). Of a list or union AnySimpleType.
+    /// Of an atomic type, the built-in type that is nearest above it, or itself: `Int` for a restriction of xs:int. Of
+    /// a list or union AnySimpleType.
     EBuiltin eNearestBuiltin = EBuiltin::AnySimpleType;
     /// Of an atomic type, the primitive type below: `Decimal` for a restriction of xs:int. Otherwise AnySimpleType.
     EBuiltin ePrimitive = EBuiltin::AnySimpleType;

@@ -135,58 +135,67 @@ void CLocations::ReadCatalog(const std::string& strPath, SSchemaSet& set, CDiagn
 {
     std::vector<std::string> catalogs{strPath};
     std::unordered_set<std::string> known{strPath};
-    for (std::size_t nCatalog = 0; nCatalog < catalogs.size(); ++nCatalog)
-    {
-        std::string strBytes;
-        const EReadResult eResult = ReadFile(catalogs[nCatalog], strBytes);
-        if (eResult != EReadResult::Done)
-        {
-            diagnostics.AddError({},
-                                 "the catalog '" + catalogs[nCatalog] + "' " + std::string(DescribeFailure(eResult)));
-            continue;
-        }
-        SFile& file = set.files.emplace_back();
-        file.strPath = catalogs[nCatalog];
-        file.bCatalog = true;
-        const int nFile = static_cast<int>(set.files.size()) - 1;
-        const STree tree = ReadTree(strBytes, nFile, set.scopes, diagnostics);
-        if (!tree.bComplete)
-            continue;
-        if (tree.pRoot->strLocal != "catalog" || tree.pRoot->strNamespace != s_strCatalogNamespace)
-        {
-            diagnostics.AddError({nFile, tree.pRoot->nLine, tree.pRoot->nColumn}, "this is not an OASIS XML catalog");
-            continue;
-        }
-        std::vector<SEntry> entries{{tree.pRoot, catalogs[nCatalog]}};
-        for (std::size_t n = 0; n < entries.size(); ++n)
-        {
-            const SNode& node = *entries[n].pNode;
-            const std::string* pBase = FindBase(node);
-            const std::string strBase = pBase ? ResolveLocation(*pBase, entries[n].strBase) : entries[n].strBase;
-            for (const SNode* pChild : node.children)
-                entries.push_back({pChild, strBase});
-            if (node.strLocal == "nextCatalog" && node.Find("catalog"))
-            {
-                std::string strNext = ResolveLocation(*node.Find("catalog"), strBase);
-                if (known.insert(strNext).second)
-                    catalogs.push_back(std::move(strNext));
-            }
-            for (const SEntryKind& kind : s_entryKinds)
-            {
-                const std::string* pSubject = node.strLocal == kind.strElement ? node.Find(kind.strSubject) : nullptr;
-                const std::string* pPlace = pSubject ? node.Find(kind.strPlace) : nullptr;
-                if (!pPlace || IsElsewhere(*pPlace))
-                    continue;
-                if (kind.bRewrite)
-                    m_rewrites.emplace_back(*pSubject, ResolveLocation(*pPlace, strBase));
-                else
-                    Add(*pSubject, ResolveLocation(*pPlace, strBase));
-            }
-        }
-    }
+    for (std::size_t n = 0; n < catalogs.size(); ++n)
+        for (std::string& strNext : ReadOneCatalog(std::string(catalogs[n]), set, diagnostics))
+            if (known.insert(strNext).second)
+                catalogs.push_back(std::move(strNext));
     // The longest start that fits decides.
     std::stable_sort(m_rewrites.begin(), m_rewrites.end(),
                      [](const auto& a, const auto& b) { return a.first.size() > b.first.size(); });
+}
+
+std::vector<std::string> CLocations::ReadOneCatalog(const std::string& strPath, SSchemaSet& set,
+                                                    CDiagnostics& diagnostics)
+{
+    std::string strBytes;
+    const EReadResult eResult = ReadFile(strPath, strBytes);
+    if (eResult != EReadResult::Done)
+    {
+        diagnostics.AddError({}, "the catalog '" + strPath + "' " + std::string(DescribeFailure(eResult)));
+        return {};
+    }
+    SFile& file = set.files.emplace_back();
+    file.strPath = strPath;
+    file.bCatalog = true;
+    const int nFile = static_cast<int>(set.files.size()) - 1;
+    const STree tree = ReadTree(strBytes, nFile, set.scopes, diagnostics);
+    if (!tree.bComplete)
+        return {};
+    const SNode& root = *tree.pRoot;
+    if (root.strLocal != "catalog" || root.strNamespace != s_strCatalogNamespace)
+    {
+        diagnostics.AddError({nFile, root.nLine, root.nColumn}, "this is not an OASIS XML catalog");
+        return {};
+    }
+    std::vector<std::string> nextCatalogs;
+    std::vector<SEntry> entries{{&root, strPath}};
+    for (std::size_t n = 0; n < entries.size(); ++n)
+    {
+        const SNode& node = *entries[n].pNode;
+        const std::string* pBase = FindBase(node);
+        const std::string strBase = pBase ? ResolveLocation(*pBase, entries[n].strBase) : entries[n].strBase;
+        for (const SNode* pChild : node.children)
+            entries.push_back({pChild, strBase});
+        AddEntry(node, strBase);
+        if (node.strLocal == "nextCatalog" && node.Find("catalog"))
+            nextCatalogs.push_back(ResolveLocation(*node.Find("catalog"), strBase));
+    }
+    return nextCatalogs;
+}
+
+void CLocations::AddEntry(const SNode& node, const std::string& strBase)
+{
+    for (const SEntryKind& kind : s_entryKinds)
+    {
+        const std::string* pSubject = node.strLocal == kind.strElement ? node.Find(kind.strSubject) : nullptr;
+        const std::string* pPlace = pSubject ? node.Find(kind.strPlace) : nullptr;
+        if (!pPlace || IsElsewhere(*pPlace))
+            continue;
+        if (kind.bRewrite)
+            m_rewrites.emplace_back(*pSubject, ResolveLocation(*pPlace, strBase));
+        else
+            Add(*pSubject, ResolveLocation(*pPlace, strBase));
+    }
 }
 
 std::optional<std::string> CLocations::Find(const std::string& strUri) const

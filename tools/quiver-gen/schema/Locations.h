@@ -13,6 +13,8 @@
 namespace quiver_gen::schema
 {
 
+struct SNode;
+
 /// Where schema documents are that are named by a URI: what the caller says, and what OASIS XML catalogs say.
 class CLocations
 {
@@ -28,6 +30,10 @@ public:
     std::optional<std::string> Find(const std::string& strUri) const;
 
 private:
+    /// @return paths of the next catalogs.
+    std::vector<std::string> ReadOneCatalog(const std::string& strPath, SSchemaSet& set, CDiagnostics& diagnostics);
+    void AddEntry(const SNode& node, const std::string& strBase);
+
     std::unordered_map<std::string, std::string> m_places;
     std::vector<std::pair<std::string, std::string>> m_rewrites; ///< start of the URI, what replaces it
 };
