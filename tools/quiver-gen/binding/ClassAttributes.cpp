@@ -38,7 +38,8 @@ void CClasses::AddAttribute(SDraft& draft, const schema::SAttributeUse& use, boo
     {
         attribute.bInherited = true;
         attribute.strName = pOfBase->strName;
-        attribute.pType = &m_build.simpleTypes.GetHeldLike(*declaration.pType, *pOfBase->pType);
+        attribute.pType = &m_build.simpleTypes.GetHeldLike(
+            *declaration.pType, *pOfBase->pType, {*draft.pClass->pNamespace, use.position, declaration.name.strLocal});
     }
     else
     {
@@ -66,7 +67,8 @@ void CClasses::FillAnyAttribute(SDraft& draft, const SDerivation& derivation)
     target.anyAttributeUris = pWildcard->namespaces;
     draft.names.Reserve("AnyAttribute");
     draft.names.Reserve("AnyAttributes");
-    if (pWildcard->eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(*pWildcard))
+    if (pWildcard->eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(*pWildcard) &&
+        pWildcard->position.nFile >= 0)
         m_build.warnings.Add(EWarning::WildcardAttributes, pWildcard->position);
 }
 

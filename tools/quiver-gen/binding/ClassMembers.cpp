@@ -41,7 +41,8 @@ void CClasses::AddMembers(SDraft& draft, const SNode& group, SCounterparts* pCou
 {
     if (group.IsEmptyGroup())
         return;
-    if (!IsContentOf(draft.pClass->eGroup, group))
+    const bool bOneOnly = group.eKind == SNode::EKind::Sequence && group.IsOnce() && group.children.size() == 1;
+    if (!bOneOnly && !IsContentOf(draft.pClass->eGroup, group))
         return AddMember(draft, group, pCounterparts);
     for (const SNode& child : group.children)
         AddMember(draft, child, pCounterparts);
@@ -53,7 +54,7 @@ void CClasses::AddMember(SDraft& draft, const SNode& node, SCounterparts* pCount
     SetOccurrence(member, node, draft.pClass->eGroup == SClass::EGroup::Choice);
     const SMember* pCounterpart = pCounterparts ? TakeCounterpart(*pCounterparts, member, node) : nullptr;
     if (pCounterpart)
-        Inherit(member, *pCounterpart, node.pElement);
+        Inherit(member, *pCounterpart, node.pElement, *draft.pClass->pNamespace);
     else
         member.strName = ChooseMemberName(draft, node);
     if (member.eMember == EMember::Group)
@@ -157,7 +158,9 @@ void CClasses::SetWildcard(SMember& member, const schema::SWildcard& wildcard)
     member.uris = wildcard.namespaces;
     if (member.documentation.empty())
         member.documentation = MakeDocumentation(wildcard.documentation, m_build.options);
-    if (wildcard.eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(wildcard))
+    // That of xs:anyType is written nowhere.
+    if (wildcard.eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(wildcard) &&
+        wildcard.position.nFile >= 0)
         m_build.warnings.Add(EWarning::WildcardContent, wildcard.position);
 }
 

@@ -78,7 +78,7 @@ bool CClasses::IsCounterpart(const SMember& base, const SMember& member) const
     return base.strElement == member.strElement && base.strUri == member.strUri;
 }
 
-void CClasses::Inherit(SMember& member, const SMember& base, const schema::SElement* pElement)
+void CClasses::Inherit(SMember& member, const SMember& base, const schema::SElement* pElement, SNamespace& item)
 {
     member.bInherited = true;
     member.strName = base.strName;
@@ -94,7 +94,8 @@ void CClasses::Inherit(SMember& member, const SMember& base, const schema::SElem
     // A nillable value is an object of a class for its type, which cannot be another one.
     member.pType = member.eMember == EMember::NillableValue
                        ? base.pType
-                       : &m_build.simpleTypes.GetHeldLike(*pElement->pType->AsSimple(), *base.pType);
+                       : &m_build.simpleTypes.GetHeldLike(*pElement->pType->AsSimple(), *base.pType,
+                                                          {item, pElement->position, pElement->name.strLocal});
 }
 
 bool CClasses::IsDerived(const SClass* pClass, const SClass& base)

@@ -220,7 +220,8 @@ void CClasses::FillText(SDraft& draft, const SDerivation& derivation)
             draft.names.Reserve("Value");
         }
         else if (derivation.bRestriction)
-            target.pText = &m_build.simpleTypes.GetHeldLike(*type.pSimpleContent, *pOfBase->pText);
+            target.pText = &m_build.simpleTypes.GetHeldLike(*type.pSimpleContent, *pOfBase->pText,
+                                                            {*target.pNamespace, type.position, target.strName});
     }
     if (!type.IsMixed())
         return;

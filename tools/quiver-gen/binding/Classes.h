@@ -130,7 +130,7 @@ private:
     SCounterparts GetCounterparts(const SClass& base) const;
     const SMember* TakeCounterpart(SCounterparts& counterparts, const SMember& member, const SNode& node);
     bool IsCounterpart(const SMember& base, const SMember& member) const;
-    void Inherit(SMember& member, const SMember& base, const schema::SElement* pElement);
+    void Inherit(SMember& member, const SMember& base, const schema::SElement* pElement, SNamespace& item);
     static bool IsDerived(const SClass* pClass, const SClass& base);
 
     // Attributes

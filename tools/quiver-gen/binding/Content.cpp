@@ -225,6 +225,8 @@ SNode CSimplifier::Simplify(const std::vector<const schema::SParticle*>& particl
         if (!pParticle)
             continue;
         SNode child = Make(*pParticle);
+        if (!node.pParticle)
+            node.pParticle = pParticle;
         if (!child.IsEmptyGroup())
             AddToSequence(node, std::move(child));
     }
@@ -232,6 +234,7 @@ SNode CSimplifier::Simplify(const std::vector<const schema::SParticle*>& particl
     if (node.IsGroup())
         return node;
     SNode sequence = EmptySequence();
+    sequence.pParticle = node.pParticle;
     sequence.children.push_back(std::move(node));
     return sequence;
 }

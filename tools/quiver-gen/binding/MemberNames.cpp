@@ -5,19 +5,23 @@ namespace quiver_gen::binding
 
 std::string CMemberNames::AddElement(const std::string& strWanted)
 {
-    const bool bTaken = IsReservedMember(strWanted) || (m_pBase && m_pBase->Contains(strWanted));
-    return AddNumbered(bTaken ? strWanted + "Element" : strWanted);
+    return AddNumbered(IsReserved(strWanted) ? strWanted + "Element" : strWanted);
 }
 
 std::string CMemberNames::AddAttribute(const std::string& strWanted)
 {
-    return AddNumbered(IsReservedMember(strWanted) || Contains(strWanted) ? strWanted + "Attribute" : strWanted);
+    return AddNumbered(IsReserved(strWanted) || Contains(strWanted) ? strWanted + "Attribute" : strWanted);
+}
+
+bool CMemberNames::IsReserved(const std::string& strName) const
+{
+    return IsReservedMember(strName) || m_reserved.Contains(strName) || (m_pBase && m_pBase->Contains(strName));
 }
 
 bool CMemberNames::Contains(const std::string& strName) const
 {
     for (const CMemberNames* pNames = this; pNames; pNames = pNames->m_pBase)
-        if (pNames->m_names.Contains(strName))
+        if (pNames->m_names.Contains(strName) || pNames->m_reserved.Contains(strName))
             return true;
     return false;
 }

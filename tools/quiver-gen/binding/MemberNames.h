@@ -18,7 +18,7 @@ public:
     }
 
     /// Keeps a name for something that is neither an element nor an attribute, as `Value`.
-    void Reserve(const std::string& strName) { m_names.Add(strName); }
+    void Reserve(const std::string& strName) { m_reserved.Add(strName); }
 
     /// Name for a child; with `Element` behind it where the runtime or a base class has it, and a number where another
     /// child does.
@@ -33,7 +33,10 @@ public:
 private:
     const CMemberNames* m_pBase;
     CNameScope m_names;
+    CNameScope m_reserved;
 
+    /// Whether the runtime, a base, or something that is no element or attribute has the name.
+    bool IsReserved(const std::string& strName) const;
     bool Contains(const std::string& strName) const;
     std::string AddNumbered(const std::string& strName);
 };

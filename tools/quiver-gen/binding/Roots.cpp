@@ -18,8 +18,10 @@ void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CCl
         return;
     }
     const schema::SComplexType& type = *std::as_const(*element.pType).AsComplex();
-    root.pClass =
-        type.eBuiltin == schema::EBuiltin::AnyType ? &classes.GetAnyType(*root.pNamespace) : &classes.Get(type);
+    const bool bAnything = type.eBuiltin == schema::EBuiltin::AnyType;
+    root.pClass = bAnything ? &classes.GetAnyType(*root.pNamespace) : &classes.Get(type);
+    if (bAnything)
+        build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);
 }
 
 } // namespace

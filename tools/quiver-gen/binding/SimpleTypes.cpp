@@ -291,7 +291,7 @@ void CSimpleTypes::FillAtomic(const schema::SSimpleType& type, SSimpleType& targ
     }
     else if (type.ePrimitive == EBuiltin::String || type.ePrimitive == EBuiltin::AnyURI)
     {
-        if (GetEffectiveFacets(type).pEnumerations)
+        if (GetEffectiveFacets(type).pEnumerations && !IsHeldAsText(type))
         {
             target.eValue = EValue::Enumeration;
             target.strEnumName = "E" + target.strName.substr(1);
@@ -443,7 +443,7 @@ void CSimpleTypes::List(SSimpleType& type)
     type.pNamespace->simpleTypes.push_back(&type);
 }
 
-SSimpleType& CSimpleTypes::GetHeldLike(const schema::SSimpleType& narrower, SSimpleType& wider)
+SSimpleType& CSimpleTypes::GetHeldLike(const schema::SSimpleType& narrower, SSimpleType& wider, const SPlace& place)
 {
     SSimpleType& own = Get(narrower);
     if (&own == &wider)
@@ -452,26 +452,35 @@ SSimpleType& CSimpleTypes::GetHeldLike(const schema::SSimpleType& narrower, SSim
     if (own.eValue == wider.eValue && own.eValue != EValue::Enumeration && bItemsAlike)
         return own;
     const bool bText = wider.eValue == EValue::String && own.eValue == EValue::Enumeration;
-    if (!bText && !(IsNumber(wider.eValue) && IsNumber(own.eValue)))
-        return wider;
+    if (bText || (IsNumber(wider.eValue) && IsNumber(own.eValue)))
+        return MakeVariant(narrower, own, wider, place.item);
+    m_warnings.Add(EWarning::HeldAsBase, place.position, place.strName);
+    return wider;
+}
 
-    SSimpleType*& pVariant = m_variants[own.strName + '\n' + wider.strName + '\n' + wider.strUri];
+SSimpleType& CSimpleTypes::MakeVariant(const schema::SSimpleType& narrower, const SSimpleType& own,
+                                       const SSimpleType& wider, SNamespace& item)
+{
+    SNamespace& home = own.bBuiltin ? item : *own.pNamespace;
+    const std::string strStem = own.bBuiltin ? own.strName.substr(4) : own.strName.substr(1);
+    SSimpleType*& pVariant = m_variants[home.strUri + '\n' + strStem + '\n' + wider.strBuiltin];
     if (pVariant)
         return *pVariant;
     SSimpleType& variant = m_binding.simpleTypes.emplace_back(own);
     pVariant = &variant;
     variant.bBuiltin = false;
-    variant.pNamespace = own.pNamespace ? own.pNamespace : &m_namespaces.Get(narrower.name.strNamespace);
-    const std::string strStem = own.pNamespace ? own.strName.substr(1) : own.strName.substr(4);
-    variant.strName = "S" + m_typeNames.Take(*variant.pNamespace, strStem + "Value");
+    variant.pNamespace = &home;
+    variant.strName = "S" + m_typeNames.Take(home, strStem + "Value");
+    variant.strUri.clear();
     variant.strSchemaName.clear();
     variant.strEnumName.clear();
     variant.eValue = wider.eValue;
     variant.pBase = nullptr;
     for (SEnumerator& enumerator : variant.enumerators)
         enumerator.strName.clear();
-    if (!bText)
+    if (wider.eValue != EValue::String)
     {
+        // The bounds that the built-in type has by itself.
         variant.strBuiltin = wider.strBuiltin;
         const schema::SEffectiveFacets facets = GetEffectiveFacets(narrower);
         if (variant.strMinInclusive.empty() && variant.strMinExclusive.empty() && facets.Find(EFacet::MinInclusive))
@@ -483,6 +492,15 @@ SSimpleType& CSimpleTypes::GetHeldLike(const schema::SSimpleType& narrower, SSim
     }
     List(variant);
     return variant;
+}
+
+/// Whether an enumeration stays text: the one of a restricted simple content, whose base holds text.
+bool CSimpleTypes::IsHeldAsText(const schema::SSimpleType& type) const
+{
+    if (!type.IsAnonymous() || !type.pOwnerType || type.pOwnerType->bSimple)
+        return false;
+    const schema::SComplexType* pBase = std::as_const(*type.pOwnerType).AsComplex()->GetComplexBase();
+    return pBase && pBase->pSimpleContent && !GetEffectiveFacets(*pBase->pSimpleContent).pEnumerations;
 }
 
 SValueRule CSimpleTypes::MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type) const

@@ -34,9 +34,17 @@ public:
     /// What stands for a type: its own struct, that of its nearest base, or a built-in one.
     SSimpleType& Get(const schema::SSimpleType& type);
 
+    /// Where a narrower type is needed in the place of a wider one, and whom to tell if it cannot be had.
+    struct SPlace
+    {
+        SNamespace& item; ///< of the class that needs it
+        const schema::SPosition& position;
+        const std::string& strName; ///< what holds the value
+    };
+
     /// A narrower type, held as the wider one is that it takes the place of in a restriction. The narrower one itself
-    /// where both are held alike, and the wider one where nothing else is possible.
-    SSimpleType& GetHeldLike(const schema::SSimpleType& narrower, SSimpleType& wider);
+    /// where both are held alike, and with a warning the wider one where nothing else is possible.
+    SSimpleType& GetHeldLike(const schema::SSimpleType& narrower, SSimpleType& wider, const SPlace& place);
 
     /// A default or fixed value.
     SValueRule MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type) const;
@@ -62,6 +70,9 @@ private:
     void FillEnumerators(const schema::SSimpleType& type, const schema::SEffectiveFacets& facets, SSimpleType& target);
     std::int64_t LimitLength(const schema::SFacet& facet);
     const SHeldAs* FindMap(const schema::SSimpleType& type) const;
+    SSimpleType& MakeVariant(const schema::SSimpleType& narrower, const SSimpleType& own, const SSimpleType& wider,
+                             SNamespace& item);
+    bool IsHeldAsText(const schema::SSimpleType& type) const;
     void List(SSimpleType& type);
 };
 

@@ -27,6 +27,7 @@ enum class EWarning
     EmptyChoice,
     AbstractElement,
     Restriction,
+    HeldAsBase,
     Occurrence
 };
 
@@ -44,7 +45,7 @@ constexpr SWarningKind s_warnings[] = {
      "An open element holds any content, and no declaration is looked up for its name."},
     {EWarning::WildcardAttributes, "wildcard-attributes", "what stands here is kept as open attributes and not checked",
      "An open attribute holds any text, and no declaration is looked up for its name."},
-    {EWarning::AnyType, "any-type", "the element %s may hold anything and is kept as an open element",
+    {EWarning::AnyType, "any-type", "the element %s may hold anything, which is kept and not checked",
      "An element of type xs:anyType has no members that a class could have."},
     {EWarning::Mixed, "mixed", "text between the elements is joined, and its place among them is not kept",
      "A class holds its elements as members, which have no order among each other but that of the schema."},
@@ -68,6 +69,8 @@ constexpr SWarningKind s_warnings[] = {
      "By the letter of the language nothing satisfies such an element."},
     {EWarning::Restriction, "restriction", "%s has no counterpart in the base class, which cannot show it",
      "A restricted class shares the members of its base; what it declares anew is a member of its own."},
+    {EWarning::HeldAsBase, "held-as-base", "values of %s are checked as in the base class only",
+     "A restricted class shares the members of its base, which cannot hold values of every narrower type."},
     {EWarning::Occurrence, "occurrence", "a number above 2147483647 is read as that, or as no limit",
      "Counts and lengths are held in 32 bits."},
 };
