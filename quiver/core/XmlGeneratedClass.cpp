@@ -25,7 +25,28 @@ namespace QvXmlLib9
 
 using namespace QvXmlLib9Data;
 
-CQVCriticalSection CXmlGeneratedClass::m_csInit;
+namespace
+{
+
+/// Holds a lock whose destructor never runs.
+union UImmortalLock
+{
+    constexpr UImmortalLock()
+        : cs()
+    {
+    }
+    ~UImmortalLock() {}
+    UImmortalLock(const UImmortalLock&) = delete;
+    UImmortalLock& operator=(const UImmortalLock&) = delete;
+
+    CQVCriticalSection cs;
+};
+
+UImmortalLock s_csInit;
+
+} // namespace
+
+CQVCriticalSection& CXmlGeneratedClass::m_csInit = s_csInit.cs;
 
 CXmlGeneratedClass::CXmlGeneratedClass()
     : CInstanceMonitor(L"CXmlGeneratedClass") // never used: the most derived class gives its name

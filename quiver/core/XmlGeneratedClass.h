@@ -94,8 +94,9 @@ protected:
     static void CleanMetaData(QvXmlLib9Data::CParentElementInfo*& pInfo, QvXmlLib9Data::CElementInfo**& ppElements,
                               QvXmlLib9Data::CAttributeInfo**& ppAttributes);
 
-    /// Guards the first building of the metadata in generated classes. The library itself never takes it.
-    static CQVCriticalSection m_csInit;
+    /// Guards the first building of the metadata in generated classes. The library itself never takes it. It is there
+    /// before any object in static storage is made, and stays when all of them are gone.
+    static CQVCriticalSection& m_csInit;
 
 private:
     friend class QvXmlLib9Data::CAttributeInfo;

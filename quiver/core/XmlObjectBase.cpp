@@ -69,7 +69,7 @@ void Throw_IfVersionDiffers()
     if (IsGeneratorVersionRight())
         return;
     ShowVersionMismatch();
-    throw CQvException(FormatVersions(L"Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)."));
+    throw CQvException(FormatVersions(L"Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)"));
 }
 
 } // namespace

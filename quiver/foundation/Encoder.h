@@ -15,16 +15,16 @@
 namespace QvXmlLib9
 {
 
-/// UTF-8 form of a zero-terminated text; an empty handle for an empty text. Text that is not well-formed (an unpaired
-/// surrogate) is a programming error; where assertions are off, the result ends ahead of it.
+/// UTF-8 form of a zero-terminated text; an empty handle for an empty text and for null. Text that is not well-formed
+/// (an unpaired surrogate) is a programming error; where assertions are off, the result ends ahead of it.
 /// @throws CQvException if the result passes the length that CBinaryData can hold.
 QVXMLLIB_API CBinaryData EncodeUtf8(const wchar_t* lpctText);
 
-/// UTF-16 form of UTF-8 bytes (Unicode, table 3-7). Bytes that are not well-formed are a programming error; where
-/// assertions are off, the result ends ahead of them.
+/// UTF-16 form of UTF-8 bytes (Unicode, table 3-7); empty for null. Bytes that are not well-formed are a programming
+/// error; where assertions are off, the result ends ahead of them.
 QVXMLLIB_API std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength);
 
-/// A copy of `ulCount` UTF-16 units; empty for a count of 0.
+/// A copy of `ulCount` UTF-16 units; empty for a count of 0 and for null.
 std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
 /// The same for units that lie in memory as two bytes in the machine's order, at any address.
 std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount);

@@ -149,7 +149,8 @@ const T& QvVariant::Object(ItemType eType, T* QvVariant::*pMember) const
 {
     if (m_type == eType && this->*pMember != nullptr)
         return *(this->*pMember);
-    static const T s_empty;
+    // Never destroyed: static objects may read values while they die.
+    static const T& s_empty = *new const T;
     return s_empty;
 }
 
