@@ -179,6 +179,8 @@ private:
         return type;
     }
 
+    bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
+    const CSimpleType* FindMember(const std::wstring& strText) const;
     std::wstring FindFault(const std::wstring& strText) const;
     std::wstring FindLengthFault(const std::wstring& strText) const;
     std::wstring FindDigitsFault(const std::wstring& strText) const;
