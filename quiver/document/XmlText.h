@@ -42,6 +42,11 @@ public:
     /// is kept. The result is one or the other.
     const std::wstring& Get(std::wstring& strBuffer) const;
 
+    bool IsEmpty() const;
+
+    /// Whether there is nothing but white space, told without a conversion.
+    bool IsWhiteSpace() const;
+
     /// An empty text, for nodes without any; it lives as long as the process.
     static const std::wstring& GetEmpty();
 
