@@ -78,7 +78,7 @@ void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const 
                                               const CXmlSerializationContext& context) const
 {
     const bool bNil = IsNilElement();
-    const bool bHasText = Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    const bool bHasText = Tables().bMixed || Tables().pInfo->GetElementTextPropertyIndex() != -1;
     if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
         Throw_InElement(element,
                         FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));

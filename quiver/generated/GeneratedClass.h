@@ -51,6 +51,7 @@ struct SClassTables
     const wchar_t* lpctTypeNamespace = nullptr;
     PfnCreateObject pfnCreate = nullptr;
     bool bRequiresChoice = false;
+    bool bMixed = false;
     std::atomic<bool> bBuilt{false};
 };
 
