@@ -107,7 +107,7 @@ target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DI
 
 # --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
 
-if(TARGET quiver_gen)
+if(TARGET quiver_fi)
     add_library(quiver_gen_test_support STATIC "${CMAKE_CURRENT_SOURCE_DIR}/support/SampleBinding.cpp")
     target_link_libraries(quiver_gen_test_support PUBLIC quiver_gen PRIVATE quiver_build_settings)
     file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
