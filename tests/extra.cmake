@@ -82,7 +82,9 @@ endif()
 
 # The rooms of quiver-gen.
 if(TARGET quiver_gen)
-    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test)
+    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test
+            Binding_test BindingDerivation_test BindingNames_test BindingOptions_test BindingPatterns_test
+            BindingSimpleTypes_test BindingSize_test BindingWarnings_test)
         target_link_libraries(${_name} PRIVATE quiver_gen)
     endforeach()
 endif()
