@@ -2,18 +2,20 @@
 
 #include "fuzz/FuzzInput.h"
 
+#include "tools/quiver-fi/InfosetSource.h"
 #include "tools/quiver-fi/Inspector.h"
 #include "tools/quiver-fi/TreeSinks.h"
 #include "tools/quiver-fi/TreeWriter.h"
 
-#include "quiver/core/XmlSerializationContext.h"
-#include "quiver/document/XmlDocument.h"
+#include "quiver/fastinfoset/FastInfosetContext.h"
 #include "quiver/foundation/BinaryStream.h"
 
 #include <sstream>
 #include <stdexcept>
 
 using namespace QvXmlLib9;
+using quiver_fi::CDocument;
+using quiver_fi::CNamespacePlan;
 
 namespace
 {
@@ -27,46 +29,56 @@ struct SNoStreams
     quiver_fi::SStreams streams{in, out, err};
 };
 
-/// Stands for a name without characters. Texts with a zero unit of their own are passed over with it.
-constexpr wchar_t s_cNoName = 0;
-
-void ShowName(std::wstring& strShown, const std::wstring& strNamespace, const std::wstring& strLocalName)
+/// Tells a document in full, but for prefixes: of names, and of the one kind of value that is rewritten with them.
+class CRecordingSink : public quiver_fi::ITreeSink
 {
-    strShown += strNamespace + L'\x1' + strLocalName + L'\x1';
-    if (strLocalName.empty())
-        strShown += s_cNoName;
-}
-
-/// Everything that the tree has, one line for each node.
-std::wstring Show(CXmlElement* pRoot)
-{
-    std::wstring strShown;
-    std::vector<CXmlElement*> open{pRoot};
-    while (!open.empty())
+public:
+    explicit CRecordingSink(const CDocument& document)
+        : m_document(document)
     {
-        CXmlElement* const pElement = open.back();
-        open.pop_back();
-        ShowName(strShown, pElement->GetNamespaceURI(), pElement->GetLocalName());
-        for (const CXmlAttribute* const pAttribute : pElement->GetAttributes())
-        {
-            ShowName(strShown, pAttribute->GetNamespaceURI(), pAttribute->GetLocalName());
-            // The prefix of a type may become another one.
-            if (!pAttribute->IsNamespaceAttribute())
-                strShown += pAttribute->GetValue();
-            strShown += L'\x1';
-        }
-        const bool bLeaf = pElement->GetFirstElement() == nullptr;
-        const std::wstring& strText = pElement->GetText();
-        if (bLeaf || strText.find_first_not_of(L" \t\n\r") != std::wstring::npos)
-            strShown += strText;
-        strShown += L'\n';
-        for (CXmlElement* pChild = pElement->GetFirstElement(); pChild; pChild = pChild->GetNextSiblingElement())
-            open.push_back(pChild);
     }
-    return strShown;
+
+    const std::string& GetRecord() const { return m_strRecord; }
+
+    void StartElement(CDocument::NameId dwName, bool bInline) override
+    {
+        m_strRecord += (bInline ? "\n<" : "\n[") + m_document.Show(dwName);
+        m_bText = false;
+    }
+    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override
+    {
+        const std::string strName = m_document.Show(dwName);
+        m_strRecord += "\n " + strName + '=';
+        if (strName.compare(0, 6, "type {") != 0)
+            m_strRecord += strValue;
+    }
+    void WriteText(std::string_view strText) override
+    {
+        m_strRecord += m_bText ? "" : "\n:";
+        m_strRecord += strText;
+        m_bText = true;
+    }
+    void EndElement() override
+    {
+        m_strRecord += "\n>";
+        m_bText = false;
+    }
+
+private:
+    const CDocument& m_document;
+    std::string m_strRecord;
+    bool m_bText = false;
+};
+
+std::string Show(const CDocument& document)
+{
+    SNoStreams none;
+    CRecordingSink sink(document);
+    quiver_fi::WriteTree(document, CNamespacePlan(document, CNamespacePlan::EForm::FastInfoset), sink, none.streams);
+    return sink.GetRecord();
 }
 
-CBinaryData Write(CXmlDocument& document, bool bSuggestedValues)
+std::string Write(const CDocument& document, bool bSuggestedValues)
 {
     CFastInfosetContext context;
     if (bSuggestedValues)
@@ -75,25 +87,35 @@ CBinaryData Write(CXmlDocument& document, bool bSuggestedValues)
     CFastInfosetWriter writer(&context, &stream);
     writer.Open();
     writer.WriteHeader(FInfoDecl_None);
-    quiver_fi::CFastInfosetSink sink(writer, bSuggestedValues);
+    const CNamespacePlan plan(document, CNamespacePlan::EForm::FastInfoset);
+    quiver_fi::CFastInfosetSink sink(document, plan, writer, bSuggestedValues);
     SNoStreams none;
-    quiver_fi::WriteTree(document, sink, none.streams);
+    quiver_fi::WriteTree(document, plan, sink, none.streams);
     writer.WriteTerminator();
     writer.Close();
-    return stream.GetData();
+    const CBinaryData data = stream.GetData();
+    return {reinterpret_cast<const char*>(data.GetData()), data.GetLength()};
 }
 
-void Load(CXmlDocument& document, const CBinaryData& data)
+void Read(std::string_view octets, CDocument& document)
 {
-    document.LoadXmlStream(const_cast<unsigned char*>(data.GetData()), data.GetLength());
+    SNoStreams none;
+    quiver_fi::ReadInfoset(octets, document, none.streams);
 }
 
-/// Whether the writer can take the tree: no empty names, which damaged UTF-8 makes, and no text that UTF-8 has no form
-/// for.
-bool CanBeWritten(const std::wstring& strShown)
+/// False if the action refuses what it gets. Other exceptions than the documented ones are faults.
+template <class FnAction>
+bool Succeeds(FnAction&& fnAction)
 {
-    std::string strUtf8;
-    return AppendUtf8(strUtf8, strShown) && strShown.find(s_cNoName) == std::wstring::npos;
+    try
+    {
+        fnAction();
+        return true;
+    }
+    catch (const std::runtime_error&)
+    {
+        return false;
+    }
 }
 
 } // namespace
@@ -101,31 +123,20 @@ bool CanBeWritten(const std::wstring& strShown)
 int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     const std::string_view octets(reinterpret_cast<const char*>(pData), nSize);
-    try
-    {
-        SNoStreams none;
-        quiver_fi::Inspect(octets, false, none.streams);
-    }
-    catch (const std::runtime_error&)
-    {
-        // What is wrong with the document has been said.
-    }
-    if (!quiver_fi::IsFastInfoset(octets))
-        return 0;
-
-    const CXmlSerializationContext context;
-    CXmlDocument document(context);
-    std::vector<std::uint8_t> bytes(pData, pData + nSize);
-    if (!fuzz::Succeeds([&] { document.LoadXmlStream(bytes.data(), static_cast<unsigned long>(nSize)); }))
-        return 0;
-    const std::wstring strShown = Show(document.GetDocumentElement());
-    if (!CanBeWritten(strShown))
+    SNoStreams none;
+    Succeeds([&] { quiver_fi::Inspect(octets, false, none.streams); });
+    CDocument document;
+    if (!Succeeds([&] { Read(octets, document); }))
         return 0;
     for (const bool bSuggestedValues : {false, true})
     {
-        CXmlDocument again(context);
-        Load(again, Write(document, bSuggestedValues));
-        fuzz::Require(Show(again.GetDocumentElement()) == strShown, "what is written is read as it was");
+        std::string strOctets;
+        if (!Succeeds([&] { strOctets = Write(document, bSuggestedValues); }))
+            return 0;
+        CDocument again;
+        Read(strOctets, again);
+        fuzz::Require(Show(again) == Show(document), "what is written is read as it was");
+        fuzz::Require(Write(again, bSuggestedValues) == strOctets, "what is read is written as it was");
     }
     return 0;
 }

@@ -25,6 +25,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/SmartPtr.h"
+#include "quiver/generated/Generated.h"
 #include "quiver/metadata/AttributeInfo.h"
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoAll.h"

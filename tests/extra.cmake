@@ -11,9 +11,10 @@ target_link_libraries(BigNumberReference_test PRIVATE "${GMPXX_LIBRARY}" "${GMP_
 # --- Values in another locale and time zone -------------------------------------------------------------------------
 #
 # What the values print and parse depends on neither, so their tests run once more where the decimal point is a comma
-# and the day begins thirteen hours early. The locale is built here, so that no machine need have it installed.
+# and the day begins thirteen hours early. The locale is built here, so that no machine need have it installed. Neither
+# sanitizers nor assertions see more there than in the first run, so the builds with them do without the second.
 
-if(NOT WIN32)
+if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     find_program(QUIVER_LOCALEDEF localedef REQUIRED)
     set(_locale_directory "${CMAKE_CURRENT_BINARY_DIR}/locale")
     set(_locale_file "${_locale_directory}/de_DE.UTF-8/LC_NUMERIC")
@@ -41,23 +42,22 @@ target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-set(_example_classes
-    purchase_order/PurchaseOrder.cpp gpx_track/Gpx.cpp invoice/Invoice.cpp open_content/Settings.cpp)
-list(TRANSFORM _example_classes PREPEND "${PROJECT_SOURCE_DIR}/examples/")
-add_library(quiver_test_classes STATIC ${_example_classes})
-target_link_libraries(quiver_test_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
 foreach(_name MessageChains_test Threads_test)
-    target_link_libraries(${_name} PRIVATE quiver_test_classes)
+    target_link_libraries(${_name} PRIVATE quiver_example_classes)
 endforeach()
 
 # --- Command-line programs ------------------------------------------------------------------------------------------
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+    add_dependencies(QuiverFi_test quiver-fi)
+    target_compile_definitions(QuiverFi_test PRIVATE
+        QUIVER_VERSION="${PROJECT_VERSION}"
+        QUIVER_FI_PROGRAM="$<TARGET_FILE:quiver-fi>")
 
     # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
     # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
-    target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_test_classes)
+    target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_example_classes)
     find_program(QUIVER_JAVA java)
     find_program(QUIVER_JAVAC javac)
     find_file(QUIVER_FASTINFOSET_JAR FastInfoset.jar PATHS /usr/share/java NO_DEFAULT_PATH)
@@ -80,11 +80,37 @@ if(TARGET quiver_fi)
     endif()
 endif()
 
-# The rooms of quiver-gen.
+# --- Support of generated classes -----------------------------------------------------------------------------------
+
+# Classes as the schema compiler writes them.
+add_library(quiver_sample_classes STATIC "${CMAKE_CURRENT_SOURCE_DIR}/generated/SampleClasses.cpp")
+target_link_libraries(quiver_sample_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
+target_link_libraries(GeneratedClass_test PRIVATE quiver_sample_classes)
+
+# --- Code of the documentation --------------------------------------------------------------------------------------
+
+# The C++ blocks of a page, one behind the other, make a header.
+find_program(QUIVER_AWK awk REQUIRED)
+mark_as_advanced(QUIVER_AWK)
+set(_snippets "${CMAKE_CURRENT_BINARY_DIR}/docs/generated_code_snippets.h")
+add_custom_command(OUTPUT "${_snippets}"
+    COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/docs"
+    COMMAND "${QUIVER_AWK}" -f "${CMAKE_CURRENT_SOURCE_DIR}/docs/snippets.awk"
+        "${PROJECT_SOURCE_DIR}/docs/generated_code.md" > "${_snippets}"
+    DEPENDS "${PROJECT_SOURCE_DIR}/docs/generated_code.md" "${CMAKE_CURRENT_SOURCE_DIR}/docs/snippets.awk"
+    COMMENT "Taking the code out of docs/generated_code.md"
+    VERBATIM)
+target_sources(GeneratedCode_test PRIVATE "${_snippets}")
+target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
+
+# --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
+
 if(TARGET quiver_gen)
-    foreach(_name SchemaReader_test SchemaLoader_test SchemaComponents_test SchemaChecks_test SchemaValues_test
-            Binding_test BindingDerivation_test BindingNames_test BindingOptions_test BindingPatterns_test
-            BindingSimpleTypes_test BindingSize_test BindingWarnings_test)
-        target_link_libraries(${_name} PRIVATE quiver_gen)
+    add_library(quiver_gen_test_support STATIC "${CMAKE_CURRENT_SOURCE_DIR}/support/SampleBinding.cpp")
+    target_link_libraries(quiver_gen_test_support PUBLIC quiver_gen PRIVATE quiver_build_settings)
+    file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
+    foreach(_source ${_gen_tests})
+        get_filename_component(_name "${_source}" NAME_WE)
+        target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
     endforeach()
 endif()

@@ -2,6 +2,7 @@
 
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/output/XmlWriter.h"
@@ -12,7 +13,7 @@ namespace QvXmlLib9
 // --- CAttribute -----------------------------------------------------------------------------------------------------
 
 CAttribute::CAttribute(const wchar_t* lpctName, const wchar_t* lpctValue, const wchar_t* lpctNamespace)
-    : CAttribute(TextOrEmpty(lpctName), TextOrEmpty(lpctValue), CSharedText(lpctNamespace))
+    : CAttribute(ToUtf16Units(lpctName), ToUtf16Units(lpctValue), CSharedText(lpctNamespace))
 {
 }
 
@@ -44,12 +45,12 @@ std::wstring CAttribute::GetTargetNamespace() const
 void CAttribute::SetName(const wchar_t* lpctName)
 {
     FireOnChangeName(lpctName);
-    m_strName = TextOrEmpty(lpctName);
+    m_strName = ToUtf16Units(lpctName);
 }
 
 void CAttribute::SetValue(const wchar_t* lpctValue)
 {
-    m_strValue = TextOrEmpty(lpctValue);
+    m_strValue = ToUtf16Units(lpctValue);
 }
 
 void CAttribute::SetNamespace(const wchar_t* lpctNamespace)
@@ -98,7 +99,7 @@ CSharedText ItemNamespaceFor(const wchar_t* lpctNamespace, const wchar_t* lpctRe
     const CSharedText strNamespace(lpctNamespace);
     if (!strNamespace.IsEmpty())
         return strNamespace;
-    const std::wstring strRestriction = TextOrEmpty(lpctRestriction);
+    const std::wstring strRestriction = ToUtf16Units(lpctRestriction);
     const std::wstring strToken = strRestriction.substr(0, strRestriction.find(L' '));
     const bool bIsUri = strToken.length() >= 2 && strToken[0] != L'#' && strToken[1] != L'#';
     return bIsUri ? CSharedText(strToken) : CSharedText();
@@ -137,14 +138,15 @@ CSmartPtr<CAttribute> CAttributeCol::Add(const wchar_t* lpctName)
 CSmartPtr<CAttribute> CAttributeCol::Add(const wchar_t* lpctName, const wchar_t* lpctValue)
 {
     TestNamespace(ItemNamespace().c_str(), m_strNamespaceRestriction.c_str(), m_strTargetNamespace.c_str());
-    return Append(TextOrEmpty(lpctName), TextOrEmpty(lpctValue), ItemNamespace());
+    return Append(ToUtf16Units(lpctName), ToUtf16Units(lpctValue), ItemNamespace());
 }
 
 CSmartPtr<CAttribute> CAttributeCol::Add(const wchar_t* lpctName, const wchar_t* lpctValue,
                                          const wchar_t* lpctNamespace)
 {
-    TestNamespace(TextOrEmpty(lpctNamespace), m_strNamespaceRestriction.c_str(), m_strTargetNamespace.c_str());
-    return Append(TextOrEmpty(lpctName), TextOrEmpty(lpctValue), ItemNamespace().Matching(TextOrEmpty(lpctNamespace)));
+    const std::wstring strNamespace = ToUtf16Units(lpctNamespace);
+    TestNamespace(strNamespace.c_str(), m_strNamespaceRestriction.c_str(), m_strTargetNamespace.c_str());
+    return Append(ToUtf16Units(lpctName), ToUtf16Units(lpctValue), ItemNamespace().Matching(strNamespace));
 }
 
 CSmartPtr<CAttribute> CAttributeCol::Add(CAttribute* pAttribute)

@@ -5,6 +5,7 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/BinaryData.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/StackGuard.h"
@@ -56,7 +57,7 @@ CElement::CElement(const wchar_t* lpctName)
 CElement::CElement(const wchar_t* lpctName, const wchar_t* lpctNamespace)
     : CInstanceMonitor(L"CElement")
 {
-    if (IsKeyword(TextOrEmpty(lpctNamespace)))
+    if (IsKeyword(ToUtf16Units(lpctNamespace)))
         throw CQvInvalidNamespaceException(FormatString(L"Invalid Namespace [%s]", lpctNamespace));
     Init(lpctName, lpctNamespace, lpctNamespace, L"");
 }
@@ -99,7 +100,8 @@ void CElement::Init(const wchar_t* lpctName, const wchar_t* lpctNamespace, const
     Throw_IfNull(lpctRestriction, L"Namespace Restriction must have a value");
     Throw_IfNull(lpctTargetNamespace, L"Target Namespace must have a value");
     const CSharedText strNamespace(lpctNamespace);
-    InitShared(lpctName, strNamespace, strNamespace.Matching(lpctRestriction), CSharedText(lpctTargetNamespace));
+    InitShared(ToUtf16Units(lpctName), strNamespace, strNamespace.Matching(ToUtf16Units(lpctRestriction)),
+               CSharedText(lpctTargetNamespace));
 }
 
 void CElement::InitShared(const std::wstring& strName, const CSharedText& strNamespace,
@@ -135,13 +137,13 @@ std::wstring CElement::GetTargetNamespace() const
 void CElement::SetName(const wchar_t* lpctName)
 {
     FireOnChangeName(lpctName);
-    m_strName = TextOrEmpty(lpctName);
+    m_strName = ToUtf16Units(lpctName);
 }
 
 void CElement::SetText(const wchar_t* lpctText)
 {
     FireOnChangeText(lpctText);
-    m_strText = TextOrEmpty(lpctText);
+    m_strText = ToUtf16Units(lpctText);
 }
 
 void CElement::SetNamespace(const wchar_t* lpctNamespace)
@@ -474,7 +476,7 @@ namespace
 CSharedText ElementNamespaceFor(const wchar_t* lpctNamespace, const wchar_t* lpctRestriction)
 {
     const CSharedText strNamespace(lpctNamespace);
-    const std::wstring strRestriction = TextOrEmpty(lpctRestriction);
+    const std::wstring strRestriction = ToUtf16Units(lpctRestriction);
     return strNamespace.IsEmpty() && strRestriction.compare(0, 2, L"##") == 0 ? CSharedText(strRestriction)
                                                                               : strNamespace;
 }
@@ -487,7 +489,7 @@ CElementCol::CElementCol(const wchar_t* lpctNamespace, const wchar_t* lpctRestri
     , m_strElementNamespace(ElementNamespaceFor(lpctNamespace, lpctRestriction))
     , m_strTargetNamespace(lpctTargetNamespace)
 {
-    TestNamespace(TextOrEmpty(lpctNamespace), TextOrEmpty(lpctRestriction), m_strTargetNamespace.c_str());
+    TestNamespace(lpctNamespace, lpctRestriction, m_strTargetNamespace.c_str());
 }
 
 CElementCol::CElementCol(const CSharedText& strNamespace, const CSharedText& strTargetNamespace)
@@ -518,13 +520,14 @@ CSmartPtr<CElement> CElementCol::Add(const wchar_t* lpctName)
 
 CSmartPtr<CElement> CElementCol::Add(const wchar_t* lpctName, const wchar_t* lpctNamespace)
 {
-    return AppendNew(lpctName, m_strElementNamespace.Matching(TextOrEmpty(lpctNamespace)));
+    return AppendNew(lpctName, m_strElementNamespace.Matching(ToUtf16Units(lpctNamespace)));
 }
 
 CSmartPtr<CElement> CElementCol::AppendNew(const wchar_t* lpctName, const CSharedText& strNamespace)
 {
     Throw_IfNull(lpctName, L"Element Name must have a value");
-    CSmartPtr<CElement> spElement = new CElement(lpctName, strNamespace, CSharedText::Any(), m_strTargetNamespace);
+    CSmartPtr<CElement> spElement =
+        new CElement(ToUtf16Units(lpctName), strNamespace, CSharedText::Any(), m_strTargetNamespace);
     AppendItem(spElement);
     return spElement;
 }
@@ -585,6 +588,8 @@ CXmlElement* CElementCol::FromXmlLockElementName_Int(std::wstring strName, std::
                                                      CXmlElement* /*pParent*/, CXmlElement* pCurrent,
                                                      const CXmlSerializationContext& context)
 {
+    strName = ToUtf16Units(std::move(strName));
+    strNamespace = ToUtf16Units(std::move(strNamespace));
     const CSharedText strLikelyNamespace = m_strElementNamespace.Matching(strNamespace);
     while (pCurrent != nullptr && pCurrent->GetLocalName() == strName && pCurrent->GetNamespaceURI() == strNamespace)
     {

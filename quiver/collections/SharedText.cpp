@@ -1,5 +1,7 @@
 #include "quiver/collections/SharedText.h"
 
+#include "quiver/foundation/Encoder.h"
+
 namespace QvXmlLib9
 {
 
@@ -23,7 +25,7 @@ const std::wstring& EmptyText()
 } // namespace
 
 CSharedText::CSharedText(const wchar_t* lpctText)
-    : CSharedText(std::wstring(TextOrEmpty(lpctText)))
+    : CSharedText(ToUtf16Units(lpctText))
 {
 }
 

@@ -25,8 +25,9 @@ public:
     /// The empty text.
     CSharedText() = default;
 
-    /// @param lpctText the text, copied; null counts as empty.
+    /// @param lpctText a caller's text, copied as UTF-16 units; null counts as empty.
     explicit CSharedText(const wchar_t* lpctText);
+    /// @param strText a text of the library's own.
     explicit CSharedText(const std::wstring& strText);
 
     /// "##any", the restriction that allows every namespace.

@@ -3,7 +3,6 @@
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/foundation/StackGuard.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -25,7 +24,7 @@ CXmlCollectionBase::CXmlCollectionBase(const wchar_t* lpctElementName, const wch
     , m_nMinOccurs(nMinOccurs)
     , m_nMaxOccurs(nMaxOccurs)
 {
-    SetElementName(TextOrEmpty(lpctElementName));
+    SetElementName(lpctElementName);
 }
 
 CXmlCollectionBase::CXmlCollectionBase(const CXmlCollectionBase& source) = default;
@@ -154,42 +153,39 @@ void CXmlCollectionBase::Throw_IfIndexIsOutOfRange(int nIndex) const
 namespace
 {
 
-/// Nodes of one thread that wait for their destruction.
-struct SDestruction
+/// A removal that has been announced. A listener may remove the node itself, and what it adds next may lie at the same
+/// address, so the removals of a thread in progress are told which nodes go.
+class CRemoval
 {
-    int m_nDepth = 0;
-    CNode* m_pFirst = nullptr;
-    CNode* m_pLast = nullptr;
+public:
+    explicit CRemoval(CNode* pNode)
+        : m_pNode(pNode)
+        , m_pOuter(t_pInnermost)
+    {
+        t_pInnermost = this;
+    }
+    ~CRemoval() { t_pInnermost = m_pOuter; }
+    CRemoval(const CRemoval&) = delete;
+    CRemoval& operator=(const CRemoval&) = delete;
+
+    bool IsDone() const { return m_pNode == nullptr; }
+
+    static void SetDone(const CNode* pNode)
+    {
+        for (CRemoval* pRemoval = t_pInnermost; pRemoval != nullptr; pRemoval = pRemoval->m_pOuter)
+        {
+            if (pRemoval->m_pNode == pNode)
+                pRemoval->m_pNode = nullptr;
+        }
+    }
+
+private:
+    static thread_local CRemoval* t_pInnermost;
+
+    const CNode* m_pNode;
+    CRemoval* m_pOuter;
 };
-thread_local SDestruction t_destruction;
-
-void DestroyNow(CNode* pNode)
-{
-    ++t_destruction.m_nDepth;
-    delete pNode;
-    --t_destruction.m_nDepth;
-}
-
-/// Frees a node that is in no list any more. Its item may own a collection in its turn, and so on to any depth; where
-/// the stack would not bear that, the node is left to the outermost call.
-void DestroyNode(CNode* pNode)
-{
-    SDestruction& destruction = t_destruction;
-    if (destruction.m_nDepth > 0 && IsStackLow())
-    {
-        pNode->m_pNext = nullptr;
-        (destruction.m_pFirst == nullptr ? destruction.m_pFirst : destruction.m_pLast->m_pNext) = pNode;
-        destruction.m_pLast = pNode;
-        return;
-    }
-    DestroyNow(pNode);
-    while (destruction.m_nDepth == 0 && destruction.m_pFirst != nullptr)
-    {
-        CNode* const pWaiting = destruction.m_pFirst;
-        destruction.m_pFirst = pWaiting->m_pNext;
-        DestroyNow(pWaiting);
-    }
-}
+thread_local CRemoval* CRemoval::t_pInnermost = nullptr;
 
 /// Where a thread found the last node that it asked for by position.
 struct SPlace
@@ -337,9 +333,9 @@ void CXmlCollection::RemoveNode(CNode* pNode)
 {
     if (HasListeners())
     {
-        const std::uint64_t nOrderId = GetOrderId();
+        const CRemoval removal(pNode);
         FireOnCollectionRemove(-1);
-        if (GetOrderId() != nOrderId && !Holds(pNode))
+        if (removal.IsDone())
             Throw_NotFound();
     }
     Discard(pNode);
@@ -347,19 +343,47 @@ void CXmlCollection::RemoveNode(CNode* pNode)
     FireOnCollectionChange();
 }
 
+/// Keeps an item while it is being added: a listener may let it go while others are still to hear of it.
+class CXmlCollection::CNewItem
+{
+public:
+    explicit CNewItem(CXmlObjectBase& item)
+        : m_item(item)
+        , m_bOwned(item.AddRef() > 1)
+    {
+    }
+    /// An item that had no reference is the caller's, and stays so if nobody took it.
+    ~CNewItem()
+    {
+        if (m_bOwned)
+            m_item.Release();
+        else
+            m_item.ReleaseWithoutDestruction();
+    }
+    CNewItem(const CNewItem&) = delete;
+    CNewItem& operator=(const CNewItem&) = delete;
+
+    /// The collection has a reference now.
+    void SetTaken() { m_bOwned = true; }
+
+private:
+    CXmlObjectBase& m_item;
+    bool m_bOwned;
+};
+
 /// Adds an item ahead of the node that `FindNext` gives, or last if that is null.
 template <class TFindNext>
 void CXmlCollection::InsertItem(CXmlObjectBase* pItem, TFindNext FindNext)
 {
     if (pItem == nullptr)
         throw CQvInvalidParamException(L"The item of a collection may not be NULL");
-    // A listener may let the item go while others are still to hear of it.
-    const CSmartPtr<CXmlObjectBase> spItem = pItem;
+    CNewItem newItem(*pItem);
     FireOnCollectionAdd(pItem);
     auto pNode = std::make_unique<CNode>();
+    CNode* const pNext = FindNext();
     pNode->m_pItem = pItem;
-    Link(pNode.get(), FindNext());
-    pNode.release();
+    newItem.SetTaken();
+    Link(pNode.release(), pNext);
     FireOnCollectionAddComplete(pItem);
     FireOnCollectionChange();
 }
@@ -382,7 +406,8 @@ void CXmlCollection::Discard(CNode* pNode)
     (pNode->m_pPrev != nullptr ? pNode->m_pPrev->m_pNext : m_pHead) = pNode->m_pNext;
     (pNode->m_pNext != nullptr ? pNode->m_pNext->m_pPrev : m_pTail) = pNode->m_pPrev;
     m_order.Reset();
-    DestroyNode(pNode);
+    CRemoval::SetDone(pNode);
+    delete pNode;
     --m_nCount;
 }
 
@@ -408,14 +433,6 @@ CNode* CXmlCollection::WalkTo(int nIndex) const
     if (bFarFromEnds)
         t_lastPlace = {GetOrderId(), nIndex, pNode};
     return pNode;
-}
-
-bool CXmlCollection::Holds(const CNode* pNode) const
-{
-    const CNode* pOther = m_pHead;
-    while (pOther != nullptr && pOther != pNode)
-        pOther = pOther->m_pNext;
-    return pOther != nullptr;
 }
 
 /// The name of the present order; no two orders ever have the same one.

@@ -188,7 +188,8 @@ protected:
     void AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const override;
 
     // The operations that typed shells forward to. Each takes a reference to the item before the first event, and gives
-    // it up again if it fails from there on. An item must not be null (CQvInvalidParamException).
+    // it up again if it fails from there on: an item that had no reference before has none again, and is still the
+    // caller's. An item must not be null (CQvInvalidParamException).
 
     /// Adds a last item.
     void AppendItem(CXmlObjectBase* pItem);
@@ -246,11 +247,12 @@ private:
         std::atomic<std::uint64_t> m_nId{0};
     };
 
+    class CNewItem;
+
     template <class TFindNext>
     void InsertItem(CXmlObjectBase* pItem, TFindNext FindNext);
     void Link(CNode* pNode, CNode* pNext);
     void Discard(CNode* pNode);
-    bool Holds(const CNode* pNode) const;
     CNode* WalkTo(int nIndex) const;
     std::uint64_t GetOrderId() const;
 

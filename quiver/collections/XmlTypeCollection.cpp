@@ -1,6 +1,7 @@
 #include "quiver/collections/XmlTypeCollection.h"
 
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/output/XmlWriter.h"
@@ -184,6 +185,8 @@ void CXmlTypeCollectionOf<t_eItemType, TItem, TArgument>::AddAt(int nIndex, TArg
         value = static_cast<std::int32_t>(value);
     else if constexpr (t_eItemType == ItemType_ui4)
         value = static_cast<std::uint32_t>(value);
+    else if constexpr (t_eItemType == ItemType_string)
+        value = ToUtf16Units(std::move(value));
     this->InsertItem(nIndex, std::forward<TArgument>(value), &CheckRestriction<t_eItemType>);
 }
 

@@ -29,14 +29,15 @@ std::wstring CClassfactoryBase::GetElementTypeNamespaceUri(CXmlElement* pElement
 {
     const std::wstring& strType = XsiType(pElement);
     const std::size_t nColon = strType.find(L':');
-    if (nColon != std::wstring::npos)
+    const CXmlDocument* const pDocument = pElement->GetDocument();
+    if (nColon != std::wstring::npos && pDocument != nullptr)
     {
-        const std::wstring strUri =
-            pElement->GetDocument()->LookupNamespaceFromAlias(strType.substr(0, nColon).c_str());
+        const std::wstring strUri = pDocument->LookupNamespaceFromAlias(strType.substr(0, nColon).c_str());
         if (!strUri.empty())
             return strUri;
     }
-    // An unprefixed name, or a prefix that nobody declared, belongs to the element's own namespace.
+    // An unprefixed name, or a prefix that nobody declared, belongs to the element's own namespace. Declarations are
+    // kept by the document, so an element on its own has none.
     return pElement->GetNamespaceURI();
 }
 

@@ -2,6 +2,7 @@
 
 #include "quiver/collections/Attribute.h"
 #include "quiver/collections/XmlCollection.h"
+#include "quiver/core/ReadBudget.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
@@ -11,9 +12,12 @@
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
+#include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -25,7 +29,28 @@ namespace QvXmlLib9
 
 using namespace QvXmlLib9Data;
 
-CQVCriticalSection CXmlGeneratedClass::m_csInit;
+namespace
+{
+
+/// Holds a lock whose destructor never runs.
+union UImmortalLock
+{
+    constexpr UImmortalLock()
+        : cs()
+    {
+    }
+    ~UImmortalLock() {}
+    UImmortalLock(const UImmortalLock&) = delete;
+    UImmortalLock& operator=(const UImmortalLock&) = delete;
+
+    CQVCriticalSection cs;
+};
+
+UImmortalLock s_csInit;
+
+} // namespace
+
+CQVCriticalSection& CXmlGeneratedClass::m_csInit = s_csInit.cs;
 
 CXmlGeneratedClass::CXmlGeneratedClass()
     : CInstanceMonitor(L"CXmlGeneratedClass") // never used: the most derived class gives its name
@@ -80,15 +105,12 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wcha
 
 void CXmlGeneratedClass::WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
+    std::wstring strBuffer;
     for (const std::wstring& strInstruction : context.GetProcessingInstructions())
-        pWriter->WriteProcessingInstruction(strInstruction);
+        pWriter->WriteProcessingInstruction(ToUnitText(strInstruction, strBuffer));
 
-    const CNamespaceAliasMap& aliases = context.GetNamespaceAliases();
-    for (int n = 0; n < aliases.GetNamespaceCount(); ++n)
-    {
-        const std::wstring strNamespace = aliases.GetNamespaceAt(n);
-        pWriter->AddNamespaceMapping(aliases.GetAliasFromNamespace(strNamespace.c_str()), strNamespace);
-    }
+    for (const auto& [strNamespace, strAlias] : context.GetNamespaceAliases().GetEntries())
+        pWriter->AddNamespaceMapping(strAlias, strNamespace);
 
     const std::wstring strDefaultNamespace = context.GetDefaultNamespaceURI();
     if (!strDefaultNamespace.empty())
@@ -236,7 +258,8 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement*
     if (eElementType == ElementType_Element && ElementName().View() != pElement->GetLocalName())
         SetElementName(pElement->GetLocalName().c_str());
 
-    ProcessAttributesFromXml(context, pElement, info.GetFromXmlFailIfAttributeUnknown());
+    if (eElementType == ElementType_Element || !IsGroupWithoutAttributes(context, info, *pElement))
+        ProcessAttributesFromXml(context, pElement, info.GetFromXmlFailIfAttributeUnknown());
     CXmlElement* pCurrent = pFirstChild;
     const INillable* const pNillable = FindNillable(info);
     if (pNillable != nullptr && pNillable->IsNil())
@@ -338,6 +361,12 @@ bool ReadNil(const CXmlAttribute& attribute)
         parent.GetLocalName().c_str(), current.GetLocalName().c_str()));
 }
 
+void DropExhausted(CReadBudget* pBudget)
+{
+    if (pBudget != nullptr)
+        pBudget->DropExhausted();
+}
+
 /// In an element of its own a class must have consumed every child by now.
 void Throw_IfChildrenAreLeft(const CXmlSerializationContext& context, const CXmlElement* pParent,
                              const CXmlElement* pCurrent, XmlElementType eElementType)
@@ -378,21 +407,87 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
         ppInfos[n]->Validate(context, found[n] != 0);
 }
 
+/// Whether a group has nothing to do with the attributes of the element that it is read from. Groups repeat, so an
+/// element with many attributes must not be looked through for each.
+bool CXmlGeneratedClass::IsGroupWithoutAttributes(const CXmlSerializationContext& context,
+                                                  const CParentElementInfo& info, const CXmlElement& element) const
+{
+    CReadBudget* const pBudget = CReadBudget::GetCurrent();
+    if (pBudget == nullptr)
+        return false;
+    const std::size_t nRecords = CountRecords(GetClassAttributeInfo());
+    const bool bFails = info.GetFromXmlFailIfAttributeUnknown() && !context.GetIgnoreUnknownAttributes();
+    pBudget->Spend(CReadBudget::s_nStepsPerGroup);
+    if (nRecords == 0 && !bFails && !pBudget->HasNil(element))
+        return true;
+    pBudget->Spend((nRecords + 1) * element.GetAttributes().size());
+    return false;
+}
+
+bool CXmlGeneratedClass::TakesOneElement(const CElementInfo& info)
+{
+    const std::type_info& type = typeid(info);
+    if (type == typeid(CElementInfoSeqClsMnd))
+        return static_cast<const CElementInfoSeqClsMnd&>(info).m_eElementType == ElementType_Element;
+    if (type == typeid(CElementInfoSeqClsOpt))
+        return static_cast<const CElementInfoSeqClsOpt&>(info).m_eElementType == ElementType_Element;
+    return type == typeid(CElementInfoSeqPrimMnd) || type == typeid(CElementInfoSeqPrimOpt) ||
+           type == typeid(CElementInfoSeqEnumMnd) || type == typeid(CElementInfoSeqEnumOpt) ||
+           type == typeid(CElementInfoSeqAbsClsMnd) || type == typeid(CElementInfoSeqAbsClsOpt);
+}
+
+/// Whether a sequence whose record `ppFailed` found nothing up to the last child would find nothing from a later child
+/// either. Where the records ahead of it take one element each, starting later never makes them end earlier; runs and
+/// other groups can leave more to it when they start later.
+bool CXmlGeneratedClass::IsExhaustedBy(CElementInfo** ppElements, CElementInfo** ppFailed)
+{
+    return std::all_of(ppElements, ppFailed, [](const CElementInfo* pInfo) { return TakesOneElement(*pInfo); }) &&
+           (TakesOneElement(**ppFailed) || typeid(**ppFailed) == typeid(CElementInfoSeqClsMnd));
+}
+
+/// The child at which a record that found nothing at `pCurrent` is asked next.
+CXmlElement* CXmlGeneratedClass::SkipUnknown(CReadBudget* pBudget, const CElementInfo& info, const CXmlElement* pParent,
+                                             CXmlElement* pCurrent)
+{
+    CXmlElement* pNext = pCurrent->GetNextSiblingElement();
+    if (pBudget == nullptr)
+        return pNext;
+    pBudget->Spend(1);
+    if (typeid(info) != typeid(CElementInfoSeqClsMnd) || !pBudget->IsExhausted(pParent, pCurrent))
+        return pNext;
+    // A group that cannot match any more is asked at the last child alone, which leaves it as asking everywhere would.
+    std::uint64_t nPassed = 0;
+    for (CXmlElement* p = pNext; p != nullptr; p = p->GetNextSiblingElement(), ++nPassed)
+        pNext = p;
+    pBudget->Spend(nPassed);
+    return pNext;
+}
+
 CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,
                                                           CXmlElement* pCurrent, XmlElementType eElementType)
 {
     CXmlElement* const pSaved = pCurrent;
     const std::wstring strNamespace = GetNamespace();
-    for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr; ++ppElements)
+    const bool bSkips = context.GetIgnoreUnknownElements();
+    CReadBudget* const pBudget = bSkips ? CReadBudget::GetCurrent() : nullptr;
+    CElementInfo** const ppFirst = GetClassElementInfo();
+    for (CElementInfo** ppElements = ppFirst; *ppElements != nullptr; ++ppElements)
     {
+        DropExhausted(pBudget);
         while (!(*ppElements)->ElementFromXml(context, this, pParent, &pCurrent, strNamespace.c_str(), eElementType))
         {
             // The unmoved cursor tells the caller of a nested group that the group is not there.
-            if (!context.GetIgnoreUnknownElements() || pCurrent == nullptr)
+            if (!bSkips || pCurrent == nullptr)
+            {
+                if (pBudget != nullptr && IsExhaustedBy(ppFirst, ppElements))
+                    pBudget->NoteExhausted(pParent, pSaved);
                 return pSaved;
-            pCurrent = pCurrent->GetNextSiblingElement();
+            }
+            pCurrent = SkipUnknown(pBudget, **ppElements, pParent, pCurrent);
+            DropExhausted(pBudget);
         }
     }
+    DropExhausted(pBudget);
     Throw_IfChildrenAreLeft(context, pParent, pCurrent, eElementType);
     return pCurrent;
 }
@@ -413,6 +508,8 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CXmlSerializa
         if (bScan && !bFound && pCurrent != nullptr)
             pCurrent = pCurrent->GetNextSiblingElement();
     } while (bScan && !bFound && pCurrent != nullptr);
+    // That one alternative matches nothing any more says nothing about the others.
+    DropExhausted(context.GetIgnoreUnknownElements() ? CReadBudget::GetCurrent() : nullptr);
 
     if (!bFound && !bOptionalChoice)
     {
@@ -451,6 +548,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CXmlSerializatio
         }
     }
 
+    DropExhausted(context.GetIgnoreUnknownElements() ? CReadBudget::GetCurrent() : nullptr);
     for (std::size_t n = 0; n < nElements; ++n)
     {
         if (!ppElements[n]->Validate(context, this, found[n] != 0, eElementType == ElementType_Element))

@@ -12,6 +12,7 @@ enum XmlElementType : int;
 namespace QvXmlLib9
 {
 
+class CReadBudget;
 struct QvVariant;
 
 /// An object whose element may carry `xsi:nil`. A generated class derives from it when its schema element is nillable;
@@ -86,6 +87,9 @@ protected:
     /// Whether one of the alternatives of a choice may be empty, so that the choice may stay empty.
     bool DoesElementContainOptionalElements() const;
 
+    /// The object's side that may be nil, null if its class has none; as fast as a call.
+    const INillable* FindNillable(const QvXmlLib9Data::CParentElementInfo& info) const;
+
     /// Reads a property of a const object.
     void ReadProperty(int nPropertyIndex, QvVariant& value) const;
 
@@ -94,15 +98,15 @@ protected:
     static void CleanMetaData(QvXmlLib9Data::CParentElementInfo*& pInfo, QvXmlLib9Data::CElementInfo**& ppElements,
                               QvXmlLib9Data::CAttributeInfo**& ppAttributes);
 
-    /// Guards the first building of the metadata in generated classes. The library itself never takes it.
-    static CQVCriticalSection m_csInit;
+    /// Guards the first building of the metadata in generated classes. The library itself never takes it. It is there
+    /// before any object in static storage is made, and stays when all of them are gone.
+    static CQVCriticalSection& m_csInit;
 
 private:
     friend class QvXmlLib9Data::CAttributeInfo;
     friend class QvXmlLib9Data::CElementInfo;
 
     int GetClassElementInfoCount() const;
-    const INillable* FindNillable(const QvXmlLib9Data::CParentElementInfo& info) const;
 
     void WriteRootPreamble(CXmlWriter* pWriter, const CXmlSerializationContext& context) const;
     void WriteContent(CXmlWriter* pWriter, const CXmlSerializationContext& context,
@@ -115,6 +119,13 @@ private:
                                 CXmlWriter* pWriter) const;
     void ProcessElementChoiceToXml(const CXmlSerializationContext& context, QvXmlLib9Data::CElementInfo** ppElements,
                                    CXmlWriter* pWriter, bool bOptionalChoice) const;
+
+    bool IsGroupWithoutAttributes(const CXmlSerializationContext& context,
+                                  const QvXmlLib9Data::CParentElementInfo& info, const CXmlElement& element) const;
+    static bool TakesOneElement(const QvXmlLib9Data::CElementInfo& info);
+    static bool IsExhaustedBy(QvXmlLib9Data::CElementInfo** ppElements, QvXmlLib9Data::CElementInfo** ppFailed);
+    static CXmlElement* SkipUnknown(CReadBudget* pBudget, const QvXmlLib9Data::CElementInfo& info,
+                                    const CXmlElement* pParent, CXmlElement* pCurrent);
 
     CXmlElement* ReadContent(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
                              bool bOptionalChoice);

@@ -2,6 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
+#include "quiver/core/ReadBudget.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
@@ -12,8 +13,10 @@
 #include "quiver/foundation/FileTextStream.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/QvZip.h"
+#include "quiver/foundation/StackGuard.h"
 #include "quiver/foundation/platform/Platform.h"
 #include "quiver/output/TextStream.h"
+#include "quiver/output/UnitText.h"
 #include "quiver/output/XmlTextWriter.h"
 
 #include <string_view>
@@ -69,7 +72,7 @@ void Throw_IfVersionDiffers()
     if (IsGeneratorVersionRight())
         return;
     ShowVersionMismatch();
-    throw CQvException(FormatVersions(L"Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)."));
+    throw CQvException(FormatVersions(L"Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)"));
 }
 
 } // namespace
@@ -97,14 +100,14 @@ CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& source)
     : CInstanceMonitor(source)
     , IEventSink(source)
     , m_strElementName(source.m_strElementName)
-    , m_lRefCount(source.m_lRefCount.load())
+    , m_nRefCount(source.m_nRefCount.load())
 {
 }
 
 CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& source)
 {
     m_strElementName = source.m_strElementName;
-    m_lRefCount = source.m_lRefCount.load();
+    m_nRefCount = source.m_nRefCount.load();
     return *this;
 }
 
@@ -126,15 +129,57 @@ const CXmlObjectBase* CXmlObjectBase::GetBase() const
 
 long CXmlObjectBase::AddRef()
 {
-    return m_lRefCount.fetch_add(1, std::memory_order_relaxed) + 1;
+    return static_cast<long>(m_nRefCount.fetch_add(1, std::memory_order_relaxed) + 1);
 }
 
 long CXmlObjectBase::Release()
 {
-    const std::int32_t lRefCount = m_lRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (lRefCount == 0)
-        delete this;
-    return lRefCount;
+    const std::intptr_t nRefCount = m_nRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (nRefCount == 0)
+        Destroy();
+    return static_cast<long>(nRefCount);
+}
+
+namespace
+{
+
+/// The destructions of one thread in progress, and the objects that wait for the outermost of them.
+struct SDestruction
+{
+    int m_nDepth = 0;
+    CXmlObjectBase* m_pFirst = nullptr;
+    CXmlObjectBase* m_pLast = nullptr;
+};
+thread_local SDestruction t_destruction;
+
+} // namespace
+
+void CXmlObjectBase::Destroy()
+{
+    SDestruction& destruction = t_destruction;
+    if (destruction.m_nDepth > 0 && IsStackLow())
+    {
+        if (destruction.m_pFirst == nullptr)
+            destruction.m_pFirst = this;
+        else
+            destruction.m_pLast->m_nRefCount = reinterpret_cast<std::intptr_t>(this);
+        destruction.m_pLast = this;
+        return;
+    }
+    DestroyNow();
+    while (destruction.m_nDepth == 0 && destruction.m_pFirst != nullptr)
+    {
+        CXmlObjectBase* const pWaiting = destruction.m_pFirst;
+        destruction.m_pFirst = reinterpret_cast<CXmlObjectBase*>(pWaiting->m_nRefCount.exchange(0));
+        pWaiting->DestroyNow();
+    }
+}
+
+void CXmlObjectBase::DestroyNow()
+{
+    ++t_destruction.m_nDepth;
+    delete this;
+    --t_destruction.m_nDepth;
 }
 
 void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* pObj, CXmlWriter* pWriter, bool bIsRoot,
@@ -161,6 +206,12 @@ void CXmlObjectBase::SetElementName(CXmlObjectBase* pObj, const wchar_t* lpctNam
     pObj->SetElementName(lpctName);
 }
 
+void CXmlObjectBase::SetElementName(const wchar_t* lpctName)
+{
+    std::wstring strBuffer;
+    m_strElementName.Assign(ToUnitText(TextOrEmpty(lpctName), strBuffer));
+}
+
 void CXmlObjectBase::Throw_IfPropertyIsNull(CXmlObjectBase* pValue, const wchar_t* lpctPropertyName)
 {
     if (pValue == nullptr)
@@ -173,7 +224,8 @@ void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* pValue, const wc
     if (pValue == nullptr)
         return;
     const CShortText& strName = pValue->GetBase()->m_strElementName;
-    if (strName.View() != lpctElementName)
+    std::wstring strBuffer;
+    if (strName.View() != ToUnitText(TextOrEmpty(lpctElementName), strBuffer))
         throw CQvInvalidParamException(FormatString(
             L"This property requrires an element with the name %s the element being set has the element name %s",
             lpctElementName, strName.c_str()));
@@ -185,8 +237,10 @@ namespace
 bool IsNamespaceAllowed(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
                         const wchar_t* lpctTargetNamespace)
 {
-    const std::wstring_view ns = lpctNamespace;
-    const std::wstring_view list = lpctAllowedList;
+    std::wstring strBuffers[3];
+    const std::wstring_view ns = ToUnitText(TextOrEmpty(lpctNamespace), strBuffers[0]);
+    const std::wstring_view list = ToUnitText(TextOrEmpty(lpctAllowedList), strBuffers[1]);
+    const std::wstring_view target = ToUnitText(TextOrEmpty(lpctTargetNamespace), strBuffers[2]);
     const std::size_t nBlank = list.find(L' ');
     const std::wstring_view token = list.substr(0, nBlank);
     const bool bOther = ns == list || ns.empty();
@@ -195,11 +249,11 @@ bool IsNamespaceAllowed(const wchar_t* lpctNamespace, const wchar_t* lpctAllowed
     if (token == L"##any")
         bValid = true;
     else if (token == L"##other")
-        bValid = ns != lpctTargetNamespace;
+        bValid = ns != target;
     else if (token == L"##local")
         bValid = ns.empty();
     else if (token == L"##targetNamespace")
-        bValid = ns == lpctTargetNamespace;
+        bValid = ns == target;
 
     // What follows the first token is never looked at: it counts as one token without a text.
     return bValid || (nBlank != std::wstring_view::npos && bOther);
@@ -225,16 +279,18 @@ void CXmlObjectBase::Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, co
     if (!IsNamespaceAllowed(lpctNamespace, lpctAllowedList, lpctTargetNamespace))
         throw CQvInvalidNamespaceException(FormatString(
             L"Invalid namespace [%s]. The namespace must be one of [%s] where the target namespace is [%s]",
-            lpctNamespace, lpctAllowedList, lpctTargetNamespace));
+            TextOrEmpty(lpctNamespace), TextOrEmpty(lpctAllowedList), TextOrEmpty(lpctTargetNamespace)));
 }
 
 bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* pElement,
                                           const wchar_t* lpctName, const wchar_t* lpctNamespace) const
 {
-    if (pElement->GetLocalName() != lpctName)
+    std::wstring strBuffer;
+    if (pElement->GetLocalName() != ToUnitText(TextOrEmpty(lpctName), strBuffer))
         return false;
     // Ignoring namespaces covers documents of schemas without them.
-    return context.GetIgnoreNamespaces() || pElement->GetNamespaceURI() == lpctNamespace;
+    return context.GetIgnoreNamespaces() ||
+           pElement->GetNamespaceURI() == ToUnitText(TextOrEmpty(lpctNamespace), strBuffer);
 }
 
 // --- Writing -------------------------------------------------------------------------------------
@@ -353,6 +409,7 @@ void CXmlObjectBase::ReadRoot(CXmlDocument& document, const CXmlSerializationCon
     CXmlElement* const pRoot = document.GetDocumentElement();
     if (pRoot == nullptr)
         throw CQvException(L"Invalid or empty XML document");
+    const CReadBudget budget(*pRoot);
     FromXml_Int(pRoot, pRoot->GetFirstElement(), context, false);
 }
 
@@ -407,6 +464,7 @@ void CXmlObjectBase::FromXmlElement(const CXmlElement* pElement, const CXmlSeria
     Throw_IfVersionDiffers();
     // Reading leaves the tree as it is, but the cursor over it is handed out for change throughout.
     CXmlElement* const pTree = const_cast<CXmlElement*>(pElement);
+    const CReadBudget budget(*pTree);
     FromXml_Int(pTree, pTree->GetFirstElement(), context, false);
 }
 

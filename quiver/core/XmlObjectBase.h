@@ -21,6 +21,7 @@ namespace QvXmlLib9
 
 class CBinaryData;
 class CElement;
+class CXmlCollection;
 class CXmlCollectionBase;
 class CXmlDocument;
 class CXmlElement;
@@ -193,6 +194,9 @@ public:
 
     /// Takes one reference away, and destroys the object when none is left. Meant for CSmartPtr alone. An object that
     /// never had a reference is not destroyed by it.
+    ///
+    /// Objects that hold each other may be nested to any depth: where the stack runs low, the destruction of the inner
+    /// ones is put off until the outermost call on the thread, which returns when all of them are gone.
     /// @return the new count.
     long Release();
 
@@ -211,7 +215,8 @@ protected:
     /// Copies the element name, and the reference count too: the copy does not start at 0. That is meant.
     CXmlObjectBase(const CXmlObjectBase& source);
 
-    void SetElementName(const wchar_t* lpctName) { m_strElementName.Assign(lpctName); }
+    /// @param lpctName the name, copied; null counts as empty.
+    void SetElementName(const wchar_t* lpctName);
 
     /// The element name without a copy.
     const CShortText& ElementName() const { return m_strElementName; }
@@ -283,6 +288,15 @@ protected:
 private:
     friend class QvXmlLib9Data::CAttributeInfo;
     friend class QvXmlLib9Data::CElementInfo;
+    friend class CXmlCollection;
+
+    /// Takes one reference away and leaves an object without any to the caller.
+    void ReleaseWithoutDestruction() { m_nRefCount.fetch_sub(1, std::memory_order_acq_rel); }
+
+    /// Destroys an object without references. It may hold the only reference to another one, and so on to any depth;
+    /// where the stack would not bear that, the object is left to the outermost destruction of the thread.
+    void Destroy();
+    void DestroyNow();
 
     /// TestNamespace for the metadata, which test without an object.
     static void Throw_IfNamespaceIsInvalid(const wchar_t* lpctNamespace, const wchar_t* lpctAllowedList,
@@ -292,7 +306,8 @@ private:
     void ReadRoot(CXmlDocument& document, const CXmlSerializationContext& context);
 
     CShortText m_strElementName;
-    std::atomic<std::int32_t> m_lRefCount{0};
+    /// The count of references. While an object without any waits for its destruction, the next one that waits.
+    std::atomic<std::intptr_t> m_nRefCount{0};
 };
 
 } // namespace QvXmlLib9

@@ -1,6 +1,7 @@
 #include "quiver/core/XmlSerializationContext.h"
 
 #include "quiver/collections/Attribute.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 
 namespace QvXmlLib9
@@ -39,6 +40,16 @@ CXmlSerializationContext& CXmlSerializationContext::operator=(const CXmlSerializ
 CXmlSerializationContext::~CXmlSerializationContext()
 {
     SetAdditionalRootAttributes(nullptr);
+}
+
+void CXmlSerializationContext::SetDefaultNamespaceURI(const wchar_t* lpctUri)
+{
+    m_strDefaultNamespaceURI = ToUtf16Units(lpctUri);
+}
+
+void CXmlSerializationContext::SetInLineSchema(const wchar_t* lpctSchema)
+{
+    m_strInLineSchema = ToUtf16Units(lpctSchema);
 }
 
 void CXmlSerializationContext::SetAdditionalRootAttributes(CAttributeCol* pAttributes)

@@ -84,11 +84,13 @@ public:
 
     /// Default namespace that the root declares; empty for none, which is the default.
     std::wstring GetDefaultNamespaceURI() const { return m_strDefaultNamespaceURI; }
-    void SetDefaultNamespaceURI(const wchar_t* lpctUri) { m_strDefaultNamespaceURI = lpctUri; }
+    /// @param lpctUri null counts as empty.
+    void SetDefaultNamespaceURI(const wchar_t* lpctUri);
 
     /// Schema text written just inside the root's start tag; empty for none, which is the default.
     std::wstring GetInLineSchema() const { return m_strInLineSchema; }
-    void SetInLineSchema(const wchar_t* lpctSchema) { m_strInLineSchema = lpctSchema; }
+    /// @param lpctSchema null counts as empty.
+    void SetInLineSchema(const wchar_t* lpctSchema);
 
     /// Prefixes that the root declares, such as "xs" for "http://www.w3.org/2001/XMLSchema".
     CNamespaceAliasMap& GetNamespaceAliases() { return m_namespaceAliases; }

@@ -41,7 +41,7 @@ std::wstring CNamespaceAliasMap::GetNamespaceFromAlias(const wchar_t* lpctAlias)
 {
     const auto it = FindAlias(m_mapNamespaces, lpctAlias);
     if (it == m_mapNamespaces.end())
-        throw CQvException(FormatString(L"Namespace alias [%s] not found", lpctAlias));
+        throw CQvException(FormatString(L"Namespace alias [%s] not found", ToUtf16Units(lpctAlias).c_str()));
     return it->first;
 }
 

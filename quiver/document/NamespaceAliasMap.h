@@ -46,7 +46,12 @@ public:
     /// The URI at a position in the order of URIs.
     /// @param nIndex 0 to GetNamespaceCount() - 1. A negative index gives the first entry, one past the end an empty
     ///        string.
+    ///
+    /// Each call walks the map from its start; to see all entries of a large map, walk GetEntries.
     std::wstring GetNamespaceAt(int nIndex) const;
+
+    /// The aliases by namespace, in the order of the URIs. The reference is good as long as the map.
+    const std::map<std::wstring, std::wstring>& GetEntries() const { return m_mapNamespaces; }
 
 private:
     /// Mutable, since asking for an unknown namespace's alias enters it.

@@ -105,6 +105,11 @@ CXmlNodeStore::~CXmlNodeStore()
 {
     if (m_pRoot != nullptr)
         Destroy(m_pRoot);
+    for (CXmlText* pText : m_sharedTexts)
+    {
+        if (pText != nullptr)
+            std::destroy_at(pText);
+    }
 }
 
 const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
@@ -115,11 +120,13 @@ const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
 
 CXmlElement* CXmlNodeStore::NewElement(const SXmlName& name)
 {
+    ++m_nNodes;
     return Construct(m_elements, [&name](void* pSlot) { return new (pSlot) CXmlElement(name); });
 }
 
 CXmlAttribute* CXmlNodeStore::NewAttribute(const SXmlName& name)
 {
+    ++m_nNodes;
     return Construct(m_attributes, [&name](void* pSlot) { return new (pSlot) CXmlAttribute(name); });
 }
 
@@ -176,7 +183,7 @@ void CXmlNodeStore::DestroyContent(CXmlElement& element) noexcept
     if (element.m_pAttributes != nullptr)
         DestroyAttributes(element);
     if (element.m_pText != nullptr)
-        std::destroy_at(std::exchange(element.m_pText, nullptr));
+        std::exchange(element.m_pText, nullptr)->Release();
 }
 
 } // namespace QvXmlLib9

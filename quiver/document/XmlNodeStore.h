@@ -82,11 +82,27 @@ public:
     CXmlNameTable& Names() { return m_names; }
     CXmlTextArena& Texts() { return m_texts; }
 
+    /// A text that nodes may share; it lives as long as the store.
+    /// @param fnAppend gets an arena and a text without content, and appends what it is to be.
+    template <class Append>
+    CXmlText* NewSharedText(Append fnAppend)
+    {
+        m_sharedTexts.push_back(nullptr);
+        CXmlText*& pText = m_sharedTexts.back();
+        fnAppend(m_sharedArena, pText);
+        if (pText != nullptr)
+            CXmlTextArena::Share(*pText);
+        return pText;
+    }
+
     /// The name of an element that has not got one yet.
     const SXmlName& GetEmptyName() const { return m_emptyName; }
 
     /// The attributes of elements without any; the list lives as long as the process.
     static const std::vector<CXmlAttribute*>& GetNoAttributes();
+
+    /// How many elements and attributes the tree has had.
+    std::uint64_t GetNodeCount() const { return m_nNodes; }
 
     /// A new element that stands nowhere yet.
     CXmlElement* NewElement(const SXmlName& name);
@@ -125,10 +141,13 @@ private:
     CXmlNameTable m_names;
     const SXmlName m_emptyName;
     CXmlTextArena m_texts;
+    CXmlTextArena m_sharedArena;
+    std::vector<CXmlText*> m_sharedTexts;
     CXmlNodePool m_elements;
     CXmlNodePool m_attributes;
     CXmlNodePool m_attributeLists;
     std::vector<SMark> m_marks;
+    std::uint64_t m_nNodes = 0;
 };
 
 } // namespace QvXmlLib9

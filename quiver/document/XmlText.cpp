@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace QvXmlLib9
@@ -24,6 +25,18 @@ constexpr std::size_t s_nLongestUtf8Text = 16 * 1024;
 constexpr std::size_t RoundUp(std::size_t nSize)
 {
     return (nSize + alignof(CXmlText) - 1) / alignof(CXmlText) * alignof(CXmlText);
+}
+
+/// Text holds no control characters but white space, so the largest unit tells. Looking at all of them needs no branch
+/// for each: what has to be looked at is mostly the indentation of child elements.
+template <class TUnit>
+bool HasOnlyBlanks(const TUnit* pUnits, std::size_t nCount)
+{
+    using Number = std::make_unsigned_t<std::conditional_t<std::is_same_v<TUnit, wchar_t>, std::int32_t, TUnit>>;
+    Number nLargest = 0;
+    for (std::size_t n = 0; n < nCount; ++n)
+        nLargest = std::max(nLargest, static_cast<Number>(pUnits[n]));
+    return nLargest <= static_cast<Number>(' ');
 }
 
 } // namespace
@@ -56,6 +69,19 @@ const std::wstring& CXmlText::Get(std::wstring& strBuffer) const
     return strBuffer;
 }
 
+bool CXmlText::IsEmpty() const
+{
+    const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+    return pstrText != nullptr ? pstrText->empty() : m_nLength == 0;
+}
+
+bool CXmlText::IsWhiteSpace() const
+{
+    const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+    return pstrText != nullptr ? HasOnlyBlanks(pstrText->data(), pstrText->size())
+                               : HasOnlyBlanks(GetBytes(), m_nLength);
+}
+
 std::wstring& CXmlText::Convert() const
 {
     auto pstrText = std::make_unique<std::wstring>();
@@ -69,6 +95,8 @@ std::wstring& CXmlText::Convert() const
 
 void CXmlTextArena::Append(CXmlText*& pText, std::string_view utf8Text)
 {
+    if (pText != nullptr && pText->IsShared())
+        pText = Copy(*pText);
     const std::size_t nOldLength = pText != nullptr ? pText->m_nLength : 0;
     const std::size_t nLength = nOldLength + utf8Text.size();
     const bool bConverted = pText != nullptr && pText->m_pstrText.load(std::memory_order_relaxed) != nullptr;
@@ -87,6 +115,8 @@ void CXmlTextArena::Append(CXmlText*& pText, std::string_view utf8Text)
 
 void CXmlTextArena::Append(CXmlText*& pText, std::wstring_view text)
 {
+    if (pText != nullptr && pText->IsShared())
+        pText = Copy(*pText);
     std::wstring& strText = GetForAppending(pText);
     if (HasWholeCodePoints(text))
     {
@@ -151,6 +181,16 @@ void CXmlTextArena::Grow(CXmlText*& pText, std::size_t nLength)
     std::memcpy(pLonger->GetBytes(), pText->GetBytes(), pText->m_nLength);
     pLonger->m_nLength = pText->m_nLength;
     pText = pLonger;
+}
+
+CXmlText* CXmlTextArena::Copy(const CXmlText& text)
+{
+    CXmlText* pCopy = nullptr;
+    if (text.m_nLength != 0)
+        Append(pCopy, std::string_view(text.GetBytes(), text.m_nLength));
+    else
+        Append(pCopy, std::wstring_view(text.Get()));
+    return pCopy;
 }
 
 } // namespace QvXmlLib9

@@ -1,6 +1,7 @@
 #include "quiver/fastinfoset/FastInfosetContext.h"
 
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
 
 namespace QvXmlLib9
 {
@@ -46,6 +47,11 @@ const SSuggestion s_suggestions[] = {
 };
 
 } // namespace
+
+void CFastInfosetContext::SetExternalVocabularyURI(std::wstring_view strURI)
+{
+    m_strExternalVocabularyURI = ToUtf16Units(strURI);
+}
 
 CFastInfosetContext::CFastInfosetContext() = default;
 CFastInfosetContext::CFastInfosetContext(const CFastInfosetContext& source) = default;

@@ -2,6 +2,7 @@
 
 #include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FIOctetWriter.h"
+#include "quiver/fastinfoset/FIRepetition.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
 #include "quiver/output/XmlWriter.h"
 
@@ -31,8 +32,8 @@ class CFastInfosetContext;
 /// the context says. Comments, processing instructions and in-line schemas are not written.
 ///
 /// Text that follows a child element comes ahead of the child's end in the document, so that a reader takes it for the
-/// child's: mixed content behind a child does not keep its place. Unlike in XML text, empty text ends the start tag,
-/// after which attributes are refused.
+/// child's: mixed content behind a child keeps its place only behind a call of EndChild. Unlike in XML text, empty text
+/// ends the start tag, after which attributes are refused.
 class CFastInfosetWriter : public CXmlWriter
 {
 public:
@@ -66,6 +67,9 @@ public:
     /// @throws CQvException "Failed to write FastInfoset. Invalid XML declaration value [%d]"
     void WriteHeader(FInfoDecl eDecl);
 
+    /// Writes the end of the child that ended last, if it is still owed, so that text may follow it.
+    void EndChild();
+
     /// Ends the document. To be called once, after the root has been ended.
     void WriteTerminator();
 
@@ -81,10 +85,14 @@ private:
     std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
     void WriteAttributeName(const CFINameMap::SName& name);
     void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
+    void EnterName(const CFINameMap::SName& name, CFINameMap& map);
     void WriteNameParts(const CFINameMap::SName& name);
     void WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
     void WriteLiteral(std::wstring_view strText);
     std::string_view ToUtf8(std::wstring_view strText);
+
+    bool MayRepeat(std::uint64_t nUnits);
+    bool MayRepeatName(std::uint64_t nUnits);
 
     void WriteAttributeValue(std::wstring_view strValue, ItemType eType);
     void WriteCharacterChunk(std::wstring_view strValue, ItemType eType);
@@ -99,8 +107,13 @@ private:
     CXmlWriterContext* m_pPendingContext = nullptr;
     /// The end of an element is owed. It takes half an octet, which the next end may share.
     bool m_bTerminatorPending = false;
+    /// An element has just begun, and what is written next will be the first text that a reader finds in it.
+    bool m_bFirstText = false;
     CFIVocabulary m_vocabulary;
     CFIOctetWriter m_out;
+    CFIRepetition m_repetition;
+    /// How many units a reader may make of a short value beyond those that were written.
+    const std::uint32_t m_dwDecodedSurplus;
     /// Prefix and qualifier of the last element's name, and for which namespace and scope they were found.
     std::wstring m_strElementPrefix;
     CFINameMap::Qualifier m_elementQualifier = CFINameMap::s_nNoQualifier;

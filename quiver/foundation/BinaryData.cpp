@@ -217,10 +217,10 @@ void CBinaryDataRep::Append(const unsigned char* pData, std::uint32_t dwLen)
     m_dwLen += dwLen;
 }
 
-unsigned char* CBinaryDataRep::Extend(std::uint32_t dwLen)
+unsigned char* CBinaryDataRep::Extend(std::uint32_t dwLen, std::unique_ptr<unsigned char[]>& pOld)
 {
     Throw_IfShared();
-    Reserve(dwLen);
+    pOld = Reserve(dwLen);
     unsigned char* const pRoom = m_lpData + m_dwLen;
     m_dwLen += dwLen;
     return pRoom;
@@ -382,7 +382,7 @@ void CBinaryData::Append(const unsigned char* pData, unsigned long ulLength)
     if (m_pRep != nullptr && m_pRep->TryAppend(pData, ulLength))
         return;
     Throw_IfBinaryDataIsTooLong(ulLength);
-    MakePrivate();
+    const CHeldRep held = MakePrivate();
     m_pRep->Append(pData, static_cast<std::uint32_t>(ulLength));
 }
 
@@ -431,27 +431,29 @@ void CBinaryData::Clear()
         pRep->Release();
 }
 
-/// Makes the block this handle's own, and an empty handle one with a block.
-void CBinaryData::MakePrivate()
+/// Makes the block this handle's own, and an empty handle one with a block. The block that was shared until now is
+/// handed back with its reference: what is to be appended may lie in it, and the other handles may go at any moment.
+CBinaryData::CHeldRep CBinaryData::MakePrivate()
 {
     if (m_pRep == nullptr)
     {
         m_pRep = new CBinaryDataRep(nullptr, 0, false);
+        return nullptr;
     }
-    else if (m_pRep->IsShared())
-    {
-        CBinaryDataRep* const pShared = m_pRep;
-        m_pRep = new CBinaryDataRep(pShared->GetData(), pShared->GetLengthOrZero(), false);
-        pShared->Release();
-    }
+    if (!m_pRep->IsShared())
+        return nullptr;
+    CBinaryDataRep* const pShared = m_pRep;
+    m_pRep = new CBinaryDataRep(pShared->GetData(), pShared->GetLengthOrZero(), false);
+    return CHeldRep(pShared);
 }
 
 void CBinaryData::AppendUnits(std::wstring_view text)
 {
     const std::uint64_t nBytes = std::uint64_t{GetUtf16Length(text)} * 2;
     Throw_IfBinaryDataIsTooLong(nBytes);
-    MakePrivate();
-    WriteUtf16LittleEndian(text, m_pRep->Extend(static_cast<std::uint32_t>(nBytes)));
+    const CHeldRep held = MakePrivate();
+    ByteArray pOld;
+    WriteUtf16LittleEndian(text, m_pRep->Extend(static_cast<std::uint32_t>(nBytes), pOld));
 }
 
 std::wstring CBinaryData::GetAsBase64() const
@@ -463,7 +465,8 @@ std::wstring CBinaryData::GetAsBase64() const
 
 void CBinaryData::SetAsBase64(const wchar_t* lpctText)
 {
-    Clear();
+    // The handle is empty from here on, whatever happens, but the text may lie in its old bytes.
+    const CBinaryData old(std::move(*this));
     QV_ASSERT_MSG(lpctText != nullptr, "szDecoding != NULL");
     std::wstring strUnits;
     const std::wstring_view units = UnitsOf(ViewOf(lpctText), strUnits);
@@ -481,7 +484,7 @@ std::wstring CBinaryData::GetAsHexString() const
 
 void CBinaryData::SetAsHexString(const wchar_t* lpctText)
 {
-    Clear();
+    const CBinaryData old(std::move(*this));
     unsigned char* pBytes = nullptr;
     const unsigned long ulLength = ConvertToHexData(lpctText, &pBytes);
     *this = CBinaryData(pBytes, ulLength, true);

@@ -52,7 +52,8 @@ public:
     /// Adds bytes behind those in use; they may lie inside this block.
     void Append(const unsigned char* pData, std::uint32_t dwLen);
     /// Room for `dwLen` more bytes behind those in use, which count as used from now on.
-    unsigned char* Extend(std::uint32_t dwLen);
+    /// @param pOld receives the array that had to make way, since what is to be written may lie in it.
+    unsigned char* Extend(std::uint32_t dwLen, std::unique_ptr<unsigned char[]>& pOld);
     /// Adds a byte if that takes no more than a store.
     bool TryAppend(unsigned char by)
     {
@@ -143,6 +144,8 @@ public:
     /// the caller gets a copy. Ask for the length first. Null for an empty handle.
     unsigned char* ReleaseData();
 
+    // What the operations below append or set may be bytes of the handle itself.
+
     /// Adds bytes; on an empty handle this makes a new block, even of no bytes.
     void Append(const unsigned char* pData, unsigned long ulLength);
     /// Adds one byte.
@@ -190,7 +193,13 @@ protected:
 
 private:
     void Throw_IfOutOfRange(unsigned long ulIndex) const;
-    void MakePrivate();
+    struct SReleaseRep
+    {
+        void operator()(CBinaryDataRep* pRep) const { pRep->Release(); }
+    };
+    using CHeldRep = std::unique_ptr<CBinaryDataRep, SReleaseRep>;
+
+    CHeldRep MakePrivate();
     void AppendUnits(std::wstring_view text);
 
     CBinaryDataRep* m_pRep = nullptr;

@@ -1,5 +1,6 @@
 #include "quiver/foundation/CriticalSection.h"
 
+#include <memory>
 #include <mutex>
 
 // The standard's recursive mutex has the meaning of the platform's critical section on every platform we build for.
@@ -8,19 +9,29 @@ struct CQVCriticalSection::SLock
     std::recursive_mutex m_mutex;
 };
 
-CQVCriticalSection::CQVCriticalSection()
-    : m_pLock(std::make_unique<SLock>())
+CQVCriticalSection::~CQVCriticalSection()
 {
+    delete m_pLock.load(std::memory_order_acquire);
 }
 
-CQVCriticalSection::~CQVCriticalSection() = default;
+CQVCriticalSection::SLock& CQVCriticalSection::GetLock()
+{
+    SLock* pLock = m_pLock.load(std::memory_order_acquire);
+    if (pLock == nullptr)
+    {
+        auto pNew = std::make_unique<SLock>();
+        if (m_pLock.compare_exchange_strong(pLock, pNew.get(), std::memory_order_acq_rel, std::memory_order_acquire))
+            pLock = pNew.release();
+    }
+    return *pLock;
+}
 
 void CQVCriticalSection::Enter()
 {
-    m_pLock->m_mutex.lock();
+    GetLock().m_mutex.lock();
 }
 
 void CQVCriticalSection::Leave()
 {
-    m_pLock->m_mutex.unlock();
+    GetLock().m_mutex.unlock();
 }

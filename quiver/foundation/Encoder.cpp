@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
+#include <functional>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -324,7 +325,7 @@ bool AppendUtf8AsUtf16(std::wstring& strOut, std::string_view bytes)
 
 std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength)
 {
-    if (ulLength == 0)
+    if (pBytes == nullptr || ulLength == 0)
         return std::wstring();
     const unsigned char* p = pBytes;
     const unsigned char* const pEnd = p + ulLength;
@@ -341,12 +342,12 @@ std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength)
 
 std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount)
 {
-    return ulCount == 0 ? std::wstring() : ToUtf16Units(std::wstring_view(lpctUnits, ulCount));
+    return lpctUnits == nullptr || ulCount == 0 ? std::wstring() : ToUtf16Units(std::wstring_view(lpctUnits, ulCount));
 }
 
 std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount)
 {
-    std::wstring strText(ulCount, 0);
+    std::wstring strText(pBytes != nullptr ? ulCount : 0, 0);
     for (wchar_t& c : strText)
     {
         std::uint16_t nUnit = 0;
@@ -391,7 +392,7 @@ bool AppendUtf8(std::string& strOut, std::wstring_view text)
 CBinaryData EncodeUtf8(const wchar_t* lpctText)
 {
     const wchar_t* p = lpctText;
-    const wchar_t* const pEnd = p + std::wcslen(p);
+    const wchar_t* const pEnd = p != nullptr ? p + std::wcslen(p) : p;
     if (p == pEnd)
         return CBinaryData();
 
@@ -452,6 +453,16 @@ std::wstring ToUtf16Units(std::wstring_view text)
     return strUnits;
 }
 
+std::wstring ToUtf16Units(std::wstring&& strText)
+{
+    return HasWholeCodePoints(strText) ? ToUtf16Units(std::wstring_view(strText)) : std::move(strText);
+}
+
+std::wstring ToUtf16Units(const wchar_t* lpctText)
+{
+    return lpctText != nullptr ? ToUtf16Units(std::wstring_view(lpctText)) : std::wstring();
+}
+
 void AppendUtf16Units(std::wstring& strOut, std::wstring_view text)
 {
     if (!HasWholeCodePoints(text))
@@ -459,8 +470,12 @@ void AppendUtf16Units(std::wstring& strOut, std::wstring_view text)
         strOut.append(text);
         return;
     }
+    // Into an array of its own where the text to append may be the very string that is about to grow.
+    const bool bOwn =
+        !std::less<>()(text.data(), strOut.data()) && std::less<>()(text.data(), strOut.data() + strOut.size());
+    const std::wstring strCopy(bOwn ? text : std::wstring_view());
     strOut.reserve(strOut.size() + GetUtf16Length(text));
-    for (const wchar_t c : text)
+    for (const wchar_t c : bOwn ? std::wstring_view(strCopy) : text)
         ForUnitsOf(c, [&strOut](wchar_t cUnit) { strOut += cUnit; });
 }
 

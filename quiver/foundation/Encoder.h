@@ -15,16 +15,16 @@
 namespace QvXmlLib9
 {
 
-/// UTF-8 form of a zero-terminated text; an empty handle for an empty text. Text that is not well-formed (an unpaired
-/// surrogate) is a programming error; where assertions are off, the result ends ahead of it.
+/// UTF-8 form of a zero-terminated text; an empty handle for an empty text and for null. Text that is not well-formed
+/// (an unpaired surrogate) is a programming error; where assertions are off, the result ends ahead of it.
 /// @throws CQvException if the result passes the length that CBinaryData can hold.
 QVXMLLIB_API CBinaryData EncodeUtf8(const wchar_t* lpctText);
 
-/// UTF-16 form of UTF-8 bytes (Unicode, table 3-7). Bytes that are not well-formed are a programming error; where
-/// assertions are off, the result ends ahead of them.
+/// UTF-16 form of UTF-8 bytes (Unicode, table 3-7); empty for null. Bytes that are not well-formed are a programming
+/// error; where assertions are off, the result ends ahead of them.
 QVXMLLIB_API std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long ulLength);
 
-/// A copy of `ulCount` UTF-16 units; empty for a count of 0.
+/// A copy of `ulCount` UTF-16 units; empty for a count of 0 and for null.
 std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
 /// The same for units that lie in memory as two bytes in the machine's order, at any address.
 std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount);
@@ -63,6 +63,11 @@ std::size_t GetUtf16Length(std::wstring_view text);
 /// The text with every element above 0xFFFF split into its surrogate pair. (An element above 0x10FFFF, which no text
 /// holds, becomes U+FFFD.)
 std::wstring ToUtf16Units(std::wstring_view text);
+/// The same for a text that need not be kept, so that it is not copied where nothing has to be split.
+std::wstring ToUtf16Units(std::wstring&& strText);
+/// The same for the zero-terminated text of a caller; null counts as empty. This is the door by which names,
+/// namespaces and values enter the library.
+std::wstring ToUtf16Units(const wchar_t* lpctText);
 
 /// Appends the text in the same form.
 void AppendUtf16Units(std::wstring& strOut, std::wstring_view text);

@@ -78,7 +78,10 @@ CQvException& CQvException::operator=(const CQvException& source)
     {
         std::shared_ptr<const CQvException> pInner =
             source.m_pInnerException ? CloneInner(*source.m_pInnerException) : nullptr;
-        m_message = source.m_message;
+        std::wstring strMessage = source.m_message;
+        if (m_pInnerException)
+            m_replacedInners.push_back(m_pInnerException);
+        m_message = std::move(strMessage);
         m_pInnerException = std::move(pInner);
     }
     return *this;

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 /// @file
 /// The one failure mechanism of the library. Every operation that fails throws an exception of this family, by value;
@@ -45,6 +46,8 @@ public:
     /// Copies the message, and clones the inner exception, so that the two objects live independently.
     CQvException(const CQvException& source);
 
+    /// Takes the message, and a clone of the inner exception. The inner exception that was held before is no longer
+    /// shown, but lives on until this object dies, so that a pointer to it that was obtained earlier stays good.
     CQvException& operator=(const CQvException& source);
 
     virtual ~CQvException();
@@ -52,7 +55,7 @@ public:
     /// The message of this exception alone.
     std::wstring GetMessageW() const;
 
-    /// The failure that caused this one, or null. It belongs to this exception and dies with it.
+    /// The failure that caused this one, or null. It belongs to this exception and dies with it, not before.
     const CQvException* GetInnerException() const;
 
     /// The messages of the whole chain, outermost first, root cause last, one a line, without a trailing line break.
@@ -69,6 +72,8 @@ private:
     /// Never shared with another exception at the first level. What lies deeper is immutable, and is shared, so that
     /// wrapping a failure once a level costs the same at every level of a deep document.
     std::shared_ptr<const CQvException> m_pInnerException;
+    /// What assignments replaced; a copy does not take it over.
+    std::vector<std::shared_ptr<const CQvException>> m_replacedInners;
 };
 
 /// A document or an object breaks its schema: element order, missing mandatory item, occurrence limits.

@@ -398,6 +398,8 @@ constexpr std::size_t s_nTraceSlice = 128;
 
 std::wstring FormatStringV(const wchar_t* format, std::va_list list)
 {
+    if (format == nullptr)
+        return std::wstring();
     SArguments args;
     va_copy(args.list, list);
     std::wstring strOut = FormatArguments(format, args);
@@ -442,7 +444,7 @@ namespace
 {
 
 template <class TString>
-void ReplaceAllIn(TString& text, const TString& needle, const TString& replacement)
+void ReplaceAllIn(TString& text, TString needle, const TString& replacement)
 {
     const bool bEnds = !needle.empty() && replacement.find(needle) == TString::npos;
     QV_ASSERT(bEnds);

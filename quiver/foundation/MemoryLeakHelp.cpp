@@ -9,9 +9,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
-#include <list>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 struct CInstanceMonitor::ClassType
@@ -25,6 +27,8 @@ struct CInstanceMonitor::ClassType
     const std::wstring strClassName;
     /// Position of the class in every thread's table.
     const std::size_t nIndex;
+    /// The class first created after this one, in the list that the report follows.
+    ClassType* pNext = nullptr;
     /// What threads that have ended counted, and what no table had room for.
     std::atomic<std::int64_t> lTotalCount{0};
     std::atomic<std::int64_t> lDestroyedCount{0};
@@ -41,30 +45,134 @@ using ClassType = CInstanceMonitor::ClassType;
 class CThreadCounts
 {
 public:
-    static constexpr std::size_t s_nClasses = 512;
-
     struct SCount
     {
         std::atomic<std::int64_t> lTotal{0};
         std::atomic<std::int64_t> lDestroyed{0};
     };
 
-    struct SRemembered
+    CThreadCounts() = default;
+    ~CThreadCounts()
+    {
+        for (const std::atomic<SChunk*>& pChunk : m_chunks)
+            delete pChunk.load(std::memory_order_relaxed);
+    }
+    CThreadCounts(const CThreadCounts&) = delete;
+    CThreadCounts& operator=(const CThreadCounts&) = delete;
+
+    /// For the thread itself. Null where there is no room, for classes beyond the last chunk or for want of memory.
+    SCount* FindOrAdd(std::size_t nIndex) noexcept
+    {
+        if (nIndex >= s_nChunks * s_nChunkClasses)
+            return nullptr;
+        std::atomic<SChunk*>& pSlot = m_chunks[nIndex / s_nChunkClasses];
+        SChunk* pChunk = pSlot.load(std::memory_order_relaxed);
+        if (pChunk == nullptr)
+        {
+            pChunk = new (std::nothrow) SChunk;
+            if (pChunk == nullptr)
+                return nullptr;
+            pSlot.store(pChunk, std::memory_order_release);
+        }
+        return &pChunk->counts[nIndex % s_nChunkClasses];
+    }
+
+    /// For any thread that holds the lock; null where nothing has been counted.
+    const SCount* Find(std::size_t nIndex) const
+    {
+        if (nIndex >= s_nChunks * s_nChunkClasses)
+            return nullptr;
+        const SChunk* const pChunk = m_chunks[nIndex / s_nChunkClasses].load(std::memory_order_acquire);
+        return pChunk != nullptr ? &pChunk->counts[nIndex % s_nChunkClasses] : nullptr;
+    }
+
+private:
+    static constexpr std::size_t s_nChunkClasses = 256;
+    static constexpr std::size_t s_nChunks = 256;
+
+    struct SChunk
+    {
+        std::array<SCount, s_nChunkClasses> counts;
+    };
+
+    /// Chunks come as classes do, and stay where they are: others read them meanwhile.
+    std::array<std::atomic<SChunk*>, s_nChunks> m_chunks{};
+};
+
+/// The record last found for a name, by the name's address, so that a thread asks the shared table once a class.
+class CRememberedNames
+{
+public:
+    /// Null if the name is not remembered, or if another text has come to stand at its address.
+    ClassType* Find(const wchar_t* lpctClassName, std::uint64_t nGeneration)
+    {
+        if (m_nGeneration != nGeneration)
+        {
+            m_entries.assign(s_nFirstEntries, SEntry());
+            m_nUsed = 0;
+            m_nGeneration = nGeneration;
+        }
+        const SEntry& entry = m_entries[GetPlace(lpctClassName)];
+        const bool bFound =
+            entry.lpctClassName != nullptr && std::wcscmp(entry.pct->strClassName.c_str(), lpctClassName) == 0;
+        return bFound ? entry.pct : nullptr;
+    }
+
+    void Remember(const wchar_t* lpctClassName, ClassType* pct)
+    {
+        SEntry& entry = m_entries[GetPlace(lpctClassName)];
+        m_nUsed += entry.lpctClassName == nullptr;
+        entry = {lpctClassName, pct};
+        if (m_nUsed * 2 > m_entries.size())
+            MakeRoom();
+    }
+
+private:
+    struct SEntry
     {
         const wchar_t* lpctClassName = nullptr;
         ClassType* pct = nullptr;
     };
 
-    std::array<SCount, s_nClasses> m_counts;
-    /// The record last found for a name, by the name's address, so that the list is searched once a class.
-    std::array<SRemembered, 256> m_remembered;
-    std::uint64_t m_nGeneration = 0;
+    static constexpr std::size_t s_nFirstEntries = 64;
+    /// Names need not be literals; where their addresses never end, remembering starts anew from time to time.
+    static constexpr std::size_t s_nMostEntries = 32768;
 
-    SRemembered& Remember(const wchar_t* lpctClassName)
+    /// The entry of a name, or the empty one that it would take.
+    std::size_t GetPlace(const wchar_t* lpctClassName) const
     {
-        const auto nAddress = reinterpret_cast<std::uintptr_t>(lpctClassName);
-        return m_remembered[((nAddress >> 4) ^ (nAddress >> 12)) % m_remembered.size()];
+        const std::size_t nMask = m_entries.size() - 1;
+        const std::uint64_t nMixed = reinterpret_cast<std::uintptr_t>(lpctClassName) * 0x9E3779B97F4A7C15u;
+        std::size_t nPlace = static_cast<std::size_t>(nMixed >> 32) & nMask;
+        while (m_entries[nPlace].lpctClassName != nullptr && m_entries[nPlace].lpctClassName != lpctClassName)
+            nPlace = (nPlace + 1) & nMask;
+        return nPlace;
     }
+
+    void MakeRoom()
+    {
+        const bool bAnew = m_entries.size() >= s_nMostEntries;
+        std::vector<SEntry> old(bAnew ? s_nFirstEntries : m_entries.size() * 2);
+        old.swap(m_entries);
+        m_nUsed = bAnew ? 0 : m_nUsed;
+        for (const SEntry& entry : old)
+        {
+            if (!bAnew && entry.lpctClassName != nullptr)
+                m_entries[GetPlace(entry.lpctClassName)] = entry;
+        }
+    }
+
+    /// A power of two, at most half of them in use.
+    std::vector<SEntry> m_entries;
+    std::size_t m_nUsed = 0;
+    std::uint64_t m_nGeneration = 0;
+};
+
+/// What a thread has for itself.
+struct SThread
+{
+    CThreadCounts counts;
+    CRememberedNames names;
 };
 
 void AddOne(std::atomic<std::int64_t>& lCount)
@@ -76,10 +184,13 @@ struct SState
 {
     std::mutex m_cs;
     /// Classes in order of first creation, as the report lists them.
-    std::list<ClassType*> m_list;
+    ClassType* m_pFirst = nullptr;
+    ClassType* m_pLast = nullptr;
+    /// The same by name. The names are those of the records.
+    std::unordered_map<std::wstring_view, ClassType*> m_byName;
     /// Every record ever made. A record outlives `Cleanup`, since objects that are still alive point to theirs.
     std::vector<std::unique_ptr<ClassType>> m_records;
-    std::vector<CThreadCounts*> m_threads;
+    std::vector<const CThreadCounts*> m_threads;
 };
 
 /// Counts the calls of `Cleanup`, after which nobody may use a record that was remembered before.
@@ -97,96 +208,111 @@ SState& State()
 #else
 #define QV_FAST_THREAD_LOCAL
 #endif
-thread_local CThreadCounts* t_pCounts QV_FAST_THREAD_LOCAL = nullptr;
+thread_local SThread* t_pThread QV_FAST_THREAD_LOCAL = nullptr;
 thread_local bool t_bThreadEnded = false;
 #undef QV_FAST_THREAD_LOCAL
 
 /// Ends a thread's counting: what it counted goes to the records.
-class CThreadCountsOwner
+class CThreadOwner
 {
 public:
-    CThreadCountsOwner()
-        : m_pCounts(std::make_unique<CThreadCounts>())
+    CThreadOwner()
+        : m_pThread(std::make_unique<SThread>())
     {
         SState& state = State();
         const std::lock_guard<std::mutex> lock(state.m_cs);
-        state.m_threads.push_back(m_pCounts.get());
-        t_pCounts = m_pCounts.get();
+        state.m_threads.push_back(&m_pThread->counts);
+        t_pThread = m_pThread.get();
     }
 
-    ~CThreadCountsOwner()
+    ~CThreadOwner()
     {
         SState& state = State();
         const std::lock_guard<std::mutex> lock(state.m_cs);
         for (const std::unique_ptr<ClassType>& pct : state.m_records)
         {
-            if (pct->nIndex >= CThreadCounts::s_nClasses)
-                break;
-            const CThreadCounts::SCount& count = m_pCounts->m_counts[pct->nIndex];
-            pct->lTotalCount += count.lTotal.load(std::memory_order_relaxed);
-            pct->lDestroyedCount += count.lDestroyed.load(std::memory_order_relaxed);
+            const CThreadCounts::SCount* const pCount = m_pThread->counts.Find(pct->nIndex);
+            if (pCount == nullptr)
+                continue;
+            pct->lTotalCount += pCount->lTotal.load(std::memory_order_relaxed);
+            pct->lDestroyedCount += pCount->lDestroyed.load(std::memory_order_relaxed);
         }
-        state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), m_pCounts.get()));
-        t_pCounts = nullptr;
+        state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), &m_pThread->counts));
+        t_pThread = nullptr;
         t_bThreadEnded = true;
     }
 
-    CThreadCountsOwner(const CThreadCountsOwner&) = delete;
-    CThreadCountsOwner& operator=(const CThreadCountsOwner&) = delete;
+    CThreadOwner(const CThreadOwner&) = delete;
+    CThreadOwner& operator=(const CThreadOwner&) = delete;
 
 private:
-    std::unique_ptr<CThreadCounts> m_pCounts;
+    std::unique_ptr<SThread> m_pThread;
 };
 
-/// The calling thread's table, or null while the thread comes to its end.
-CThreadCounts* GetThreadCounts()
+/// What the calling thread has, or null while the thread comes to its end.
+SThread* GetThread()
 {
-    if (t_pCounts == nullptr && !t_bThreadEnded)
-        thread_local const CThreadCountsOwner t_owner;
-    return t_pCounts;
+    if (t_pThread == nullptr && !t_bThreadEnded)
+        thread_local const CThreadOwner t_owner;
+    return t_pThread;
+}
+
+/// The same for a destructor, which must not fail: null for want of memory too.
+SThread* GetThreadOrNull() noexcept
+{
+    try
+    {
+        return GetThread();
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
 }
 
 ClassType* FindOrAddRecord(const wchar_t* lpctClassName)
 {
     SState& state = State();
     const std::lock_guard<std::mutex> lock(state.m_cs);
-    for (ClassType* pct : state.m_list)
-    {
-        if (pct->strClassName == lpctClassName)
-            return pct;
-    }
+    const auto it = state.m_byName.find(lpctClassName);
+    if (it != state.m_byName.end())
+        return it->second;
     state.m_records.push_back(std::make_unique<ClassType>(lpctClassName, state.m_records.size()));
-    state.m_list.push_back(state.m_records.back().get());
-    return state.m_records.back().get();
+    ClassType* const pct = state.m_records.back().get();
+    state.m_byName.emplace(pct->strClassName, pct);
+    (state.m_pLast != nullptr ? state.m_pLast->pNext : state.m_pFirst) = pct;
+    state.m_pLast = pct;
+    return pct;
 }
 
-ClassType* GetRecord(CThreadCounts* pCounts, const wchar_t* lpctClassName)
+ClassType* GetRecord(SThread* pThread, const wchar_t* lpctClassName)
 {
-    if (pCounts == nullptr)
+    if (pThread == nullptr)
         return FindOrAddRecord(lpctClassName);
     const std::uint64_t nGeneration = s_nGeneration.load(std::memory_order_relaxed);
-    if (pCounts->m_nGeneration != nGeneration)
+    ClassType* pct = pThread->names.Find(lpctClassName, nGeneration);
+    if (pct == nullptr)
     {
-        pCounts->m_remembered.fill({});
-        pCounts->m_nGeneration = nGeneration;
+        pct = FindOrAddRecord(lpctClassName);
+        pThread->names.Remember(lpctClassName, pct);
     }
-    // The text is compared too: a name need not be a literal, and another one may have come to stand at its address.
-    CThreadCounts::SRemembered& remembered = pCounts->Remember(lpctClassName);
-    if (remembered.lpctClassName != lpctClassName ||
-        std::wcscmp(remembered.pct->strClassName.c_str(), lpctClassName) != 0)
-    {
-        remembered.pct = FindOrAddRecord(lpctClassName);
-        remembered.lpctClassName = lpctClassName;
-    }
-    return remembered.pct;
+    return pct;
 }
 
-void CountCreation(CThreadCounts* pCounts, ClassType& ct)
+/// Counts in the calling thread's table, or in the record where the thread has no room.
+void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount,
+           std::atomic<std::int64_t>& lRecordCount)
 {
-    if (pCounts != nullptr && ct.nIndex < CThreadCounts::s_nClasses)
-        AddOne(pCounts->m_counts[ct.nIndex].lTotal);
+    CThreadCounts::SCount* const pCount = pThread != nullptr ? pThread->counts.FindOrAdd(ct.nIndex) : nullptr;
+    if (pCount != nullptr)
+        AddOne(pCount->*plThreadCount);
     else
-        ++ct.lTotalCount;
+        ++lRecordCount;
+}
+
+void CountCreation(SThread* pThread, ClassType& ct)
+{
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount);
 }
 
 /// One count over all threads; the caller holds the lock.
@@ -194,10 +320,11 @@ std::int64_t AddUp(const SState& state, const ClassType& ct, const std::atomic<s
                    std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount)
 {
     std::int64_t lSum = lRecordCount.load(std::memory_order_acquire);
-    if (ct.nIndex < CThreadCounts::s_nClasses)
+    for (const CThreadCounts* pCounts : state.m_threads)
     {
-        for (const CThreadCounts* pCounts : state.m_threads)
-            lSum += (pCounts->m_counts[ct.nIndex].*plThreadCount).load(std::memory_order_acquire);
+        const CThreadCounts::SCount* const pCount = pCounts->Find(ct.nIndex);
+        if (pCount != nullptr)
+            lSum += (pCount->*plThreadCount).load(std::memory_order_acquire);
     }
     return lSum;
 }
@@ -246,15 +373,15 @@ const CInstanceTracker s_tracker;
 
 CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
 {
-    CThreadCounts* const pCounts = GetThreadCounts();
-    m_pct = GetRecord(pCounts, lpctClassName);
-    CountCreation(pCounts, *m_pct);
+    SThread* const pThread = GetThread();
+    m_pct = GetRecord(pThread, lpctClassName != nullptr ? lpctClassName : L"");
+    CountCreation(pThread, *m_pct);
 }
 
 CInstanceMonitor::CInstanceMonitor(CInstanceClass& instanceClass)
     : m_pct(instanceClass.GetRecord())
 {
-    CountCreation(GetThreadCounts(), *m_pct);
+    CountCreation(GetThread(), *m_pct);
 }
 
 CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
@@ -271,11 +398,7 @@ CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
 CInstanceMonitor::~CInstanceMonitor()
 {
     QV_ASSERT(m_pct);
-    CThreadCounts* const pCounts = GetThreadCounts();
-    if (pCounts != nullptr && m_pct->nIndex < CThreadCounts::s_nClasses)
-        AddOne(pCounts->m_counts[m_pct->nIndex].lDestroyed);
-    else
-        ++m_pct->lDestroyedCount;
+    Count(GetThreadOrNull(), *m_pct, &CThreadCounts::SCount::lDestroyed, m_pct->lDestroyedCount);
 #if defined(QUIVER_DIAGNOSTICS)
     QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
 #endif
@@ -287,7 +410,7 @@ std::wstring CInstanceMonitor::DumpState()
     const std::lock_guard<std::mutex> lock(state.m_cs);
     std::wstring strState = L"Instances of classes still in existence/Total Number of instances created\n";
     bool bFirst = true;
-    for (const ClassType* pct : state.m_list)
+    for (const ClassType* pct = state.m_pFirst; pct != nullptr; pct = pct->pNext)
     {
         const auto [lInstances, lTotal] = AddUp(state, *pct);
         if (!bFirst)
@@ -304,6 +427,7 @@ void CInstanceMonitor::Cleanup()
 {
     SState& state = State();
     const std::lock_guard<std::mutex> lock(state.m_cs);
-    state.m_list.clear();
+    state.m_pFirst = state.m_pLast = nullptr;
+    state.m_byName.clear();
     ++s_nGeneration;
 }

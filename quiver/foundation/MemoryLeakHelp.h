@@ -16,8 +16,8 @@ class CInstanceClass;
 ///     std::wcerr << CInstanceMonitor::DumpState() << L'\n';
 ///
 /// Objects may be made and destroyed on any thread. Each thread counts for itself, and the report adds up, so an object
-/// costs no lock. A copy shares the record of its source and is not counted, but its destruction is: that asymmetry is
-/// meant.
+/// costs no lock, and the same however many classes there are. A copy shares the record of its source and is not
+/// counted, but its destruction is: that asymmetry is meant.
 class QVXMLLIB_API CInstanceMonitor
 {
 public:
@@ -26,7 +26,7 @@ public:
 
     /// Counts one instance.
     /// @param lpctClassName the name under which the instance is counted; case matters. The text is copied when the
-    ///        name is seen for the first time.
+    ///        name is seen for the first time. Null is an empty name.
     explicit CInstanceMonitor(const wchar_t* lpctClassName);
 
     /// Counts one instance of a class whose place is known: for classes that are made by the million.

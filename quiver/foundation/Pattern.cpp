@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <climits>
 #include <cstddef>
 #include <functional>
@@ -30,10 +31,10 @@ std::string Translate(std::string strPattern)
 {
     struct SReplacement
     {
-        std::string strNeedle;
-        std::string strReplacement;
+        const char* lpcNeedle;
+        const char* lpcReplacement;
     };
-    static const SReplacement s_replacements[] = {
+    static constexpr SReplacement s_replacements[] = {
         {"\\\\", "\x01"},
         {"\\i", "([^\\W\\d]|:)"},
         {"\\I", "([\\W\\d])"},
@@ -46,13 +47,21 @@ std::string Translate(std::string strPattern)
         {"\x01", "\\\\"},
     };
     for (const SReplacement& replacement : s_replacements)
-        ReplaceAll(strPattern, replacement.strNeedle, replacement.strReplacement);
+        ReplaceAll(strPattern, replacement.lpcNeedle, replacement.lpcReplacement);
     return strPattern;
 }
 
 /// Memory that a match may use for backtracking: some two million repetitions of a group.
 constexpr int s_nMostMatchStack = 64 * 1024 * 1024;
 constexpr int s_nFirstMatchStack = 32 * 1024;
+
+/// Machine code begins with 32 KiB of the thread's own stack. Where less than this is left, it gets other memory.
+constexpr std::size_t s_nLeastStack = 128 * 1024;
+
+/// Steps of the interpreter for an expression's first value. What takes more is left to the machine code, which counts
+/// its steps in another way: were both to work up to PCRE's own limit, a value could match at one time and not at
+/// another. This few steps are far from that limit however they are counted.
+constexpr unsigned long s_nFirstSteps = 1000;
 
 struct SFreePattern
 {
@@ -106,42 +115,60 @@ public:
 
     bool Match(std::string_view subject)
     {
+        int nResult = PCRE_ERROR_MATCHLIMIT;
         // Turning an expression into machine code pays from the second value on.
-        if (m_bUsed)
+        if (!std::exchange(m_bUsed, true))
+            nResult = Interpret(subject, s_nFirstSteps);
+        if (nResult == PCRE_ERROR_MATCHLIMIT || nResult == PCRE_ERROR_RECURSIONLIMIT)
+        {
             Study();
-        m_bUsed = true;
-        int nResult = Execute(subject);
-        if (nResult == PCRE_ERROR_RECURSIONLIMIT && Study())
-            nResult = Execute(subject);
-        if (nResult == PCRE_ERROR_JIT_STACKLIMIT)
-            nResult = ExecuteWithLargeStack(subject);
+            nResult = m_bMachineCode ? Execute(subject) : Interpret(subject, 0);
+        }
         if (nResult == PCRE_ERROR_RECURSIONLIMIT || nResult == PCRE_ERROR_JIT_STACKLIMIT)
             throw CQvException(L"The value is too long to be matched against its pattern");
         return nResult > 0 && m_offsets[0] == 0 && m_offsets[1] == static_cast<int>(subject.size());
     }
 
 private:
-    /// Compiles to machine code, which needs a fraction of the time and keeps off the stack.
-    /// @return whether that was news.
-    bool Study()
+    /// Compiles to machine code, which needs a fraction of the time and keeps off the stack. Not every expression can
+    /// be, nor can any where the system forbids it; those stay with the interpreter for good.
+    void Study()
     {
-        if (m_bStudied)
-            return false;
-        m_bStudied = true;
+        if (std::exchange(m_bStudied, true))
+            return;
         const char* lpcError = nullptr;
         m_pStudy.reset(pcre_study(m_pPattern.get(), PCRE_STUDY_JIT_COMPILE, &lpcError));
-        return m_pStudy != nullptr;
+        int nMachineCode = 0;
+        pcre_fullinfo(m_pPattern.get(), m_pStudy.get(), PCRE_INFO_JIT, &nMachineCode);
+        m_bMachineCode = nMachineCode != 0;
+    }
+
+    int Call(std::string_view subject, const pcre_extra* pExtra)
+    {
+        return pcre_exec(m_pPattern.get(), pExtra, subject.data(), static_cast<int>(subject.size()), 0,
+                         PCRE_NO_UTF8_CHECK, m_offsets.data(), static_cast<int>(m_offsets.size()));
+    }
+
+    /// @param nSteps 0 for PCRE's own limit.
+    int Interpret(std::string_view subject, unsigned long nSteps)
+    {
+        pcre_extra extra = {};
+        extra.flags = PCRE_EXTRA_MATCH_LIMIT_RECURSION;
+        extra.match_limit_recursion = GetRecursionLimit();
+        if (nSteps != 0)
+        {
+            extra.flags |= PCRE_EXTRA_MATCH_LIMIT;
+            extra.match_limit = nSteps;
+        }
+        return Call(subject, &extra);
     }
 
     int Execute(std::string_view subject)
     {
-        pcre_extra extra = {};
-        if (m_pStudy)
-            extra = *m_pStudy;
-        extra.flags |= PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-        extra.match_limit_recursion = GetRecursionLimit();
-        return pcre_exec(m_pPattern.get(), &extra, subject.data(), static_cast<int>(subject.size()), 0,
-                         PCRE_NO_UTF8_CHECK, m_offsets.data(), static_cast<int>(m_offsets.size()));
+        int nResult = PCRE_ERROR_JIT_STACKLIMIT;
+        if (Platform::GetStackBytesLeft() >= s_nLeastStack)
+            nResult = Call(subject, m_pStudy.get());
+        return nResult == PCRE_ERROR_JIT_STACKLIMIT ? ExecuteWithLargeStack(subject) : nResult;
     }
 
     int ExecuteWithLargeStack(std::string_view subject)
@@ -151,7 +178,7 @@ private:
         if (!pStack)
             return PCRE_ERROR_JIT_STACKLIMIT;
         pcre_assign_jit_stack(m_pStudy.get(), nullptr, pStack.get());
-        const int nResult = Execute(subject);
+        const int nResult = Call(subject, m_pStudy.get());
         pcre_assign_jit_stack(m_pStudy.get(), nullptr, nullptr);
         return nResult;
     }
@@ -162,10 +189,11 @@ private:
     std::vector<int> m_offsets;
     bool m_bUsed = false;
     bool m_bStudied = false;
+    bool m_bMachineCode = false;
 };
 
-/// The expressions that a thread has compiled. A document tests the same few over and over; each has four places that
-/// it can be remembered in, which bounds the memory and the search.
+/// Expressions that have been compiled, for one thread at a time. A document tests the same few over and over; each has
+/// four places that it can be remembered in, which bounds the memory and the search.
 class CCompiledPatterns
 {
 public:
@@ -194,12 +222,62 @@ private:
     std::array<SSet, 32> m_sets;
 };
 
+/// One of the process's collections of expressions. There are as many as threads have matched at once; none is ever
+/// destroyed, because objects in static storage and those of a thread test patterns while they die.
+struct SSharedPatterns
+{
+    CCompiledPatterns patterns;
+    std::atomic<bool> bTaken{true};
+    SSharedPatterns* pNext = nullptr;
+};
+
+std::atomic<SSharedPatterns*> s_pSharedPatterns{nullptr};
+
+/// The collection that the thread used last, which mostly is free and knows the thread's expressions.
+thread_local SSharedPatterns* t_pLastPatterns = nullptr;
+
+/// Holds a collection for as long as it lives.
+class CTakenPatterns
+{
+public:
+    CTakenPatterns()
+    {
+        if (t_pLastPatterns == nullptr || t_pLastPatterns->bTaken.exchange(true, std::memory_order_acquire))
+            t_pLastPatterns = TakeAny();
+        m_pTaken = t_pLastPatterns;
+    }
+    ~CTakenPatterns() { m_pTaken->bTaken.store(false, std::memory_order_release); }
+    CTakenPatterns(const CTakenPatterns&) = delete;
+    CTakenPatterns& operator=(const CTakenPatterns&) = delete;
+
+    CCompiledPatterns& Get() { return m_pTaken->patterns; }
+
+private:
+    static SSharedPatterns* TakeAny()
+    {
+        SSharedPatterns* const pFirst = s_pSharedPatterns.load(std::memory_order_acquire);
+        for (SSharedPatterns* p = pFirst; p != nullptr; p = p->pNext)
+        {
+            if (!p->bTaken.load(std::memory_order_relaxed) && !p->bTaken.exchange(true, std::memory_order_acquire))
+                return p;
+        }
+        auto* const pNew = new SSharedPatterns;
+        pNew->pNext = pFirst;
+        while (!s_pSharedPatterns.compare_exchange_weak(pNew->pNext, pNew, std::memory_order_acq_rel))
+        {
+        }
+        return pNew;
+    }
+
+    SSharedPatterns* m_pTaken;
+};
+
 } // namespace
 
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue)
 {
-    thread_local CCompiledPatterns t_patterns;
-    CCompiledPattern& pattern = t_patterns.Get(strPattern, strValue);
+    CTakenPatterns taken;
+    CCompiledPattern& pattern = taken.Get().Get(strPattern, strValue);
     // Up to the first zero, as all text.
     const std::wstring_view value(strValue.c_str());
     char szShort[512];

@@ -12,16 +12,19 @@ namespace QvXmlLib9
 /// it stands. Only the first match that PCRE finds at the start of the value counts, and it must reach the value's end:
 /// the order of alternatives matters, `a|ab` does not match "ab". That is how matching works here, and it stays so.
 ///
-/// A match that PCRE gives up (its limit on backtracking) is no match.
+/// A match that PCRE gives up (its limit on backtracking) is no match. The answer for a value is the same in every
+/// thread and at every time.
 ///
 /// @param strPattern the facet's expression in UTF-8.
 /// @param strValue the text under test.
 /// @return whether the whole value matches.
 /// @throws CQvException "Invalid Regular Expression: %s Error: '%s'" with the value and PCRE's text when the expression
 ///         cannot be compiled; "The value is too long to be matched against its pattern" when the match would need more
-///         than 64 megabytes for backtracking.
+///         than 64 megabytes for backtracking, or, for an expression that cannot become machine code, more than half of
+///         the stack that is left.
 ///
-/// May be called from any thread. Compiled expressions are remembered per thread, which no caller can tell.
+/// May be called from any thread, and while threads and static objects die. Compiled expressions are remembered, which
+/// no caller can tell.
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue);
 
 } // namespace QvXmlLib9

@@ -39,15 +39,13 @@ public:
     }
 
     /// Refers to `pObject` from now on. The new reference is taken before the old one is given up, so assigning the
-    /// object that is already held never destroys it.
+    /// object that is already held never destroys it. The destructor of the old object still finds it here, so this
+    /// pointer must not be a part of what that destructor frees.
     T* operator=(T* pObject)
     {
         if (pObject != nullptr)
             pObject->AddRef();
-        T* const pOld = p;
-        p = pObject;
-        if (pOld != nullptr)
-            pOld->Release();
+        Replace(pObject);
         return p;
     }
 
@@ -61,11 +59,9 @@ public:
     {
         if (this != &source)
         {
-            T* const pOld = p;
-            p = source.p;
+            T* const pObject = source.p;
             source.p = nullptr;
-            if (pOld != nullptr)
-                pOld->Release();
+            Replace(pObject);
         }
         return *this;
     }
@@ -86,5 +82,13 @@ public:
     }
 
 private:
+    /// Stores an object whose reference has been taken already.
+    void Replace(T* pObject)
+    {
+        if (p != nullptr)
+            p->Release();
+        p = pObject;
+    }
+
     T* p;
 };

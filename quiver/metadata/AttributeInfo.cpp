@@ -4,10 +4,12 @@
 #include "quiver/core/XmlGeneratedClass.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlAttribute.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/metadata/ValueText.h"
+#include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -19,14 +21,16 @@ using QvXmlLib9::CQvException;
 using QvXmlLib9::CQvValidationException;
 using QvXmlLib9::FormatString;
 using QvXmlLib9::ItemType_string;
+using QvXmlLib9::ToUnitText;
+using QvXmlLib9::ToUtf16Units;
 
 CAttributeInfo::CAttributeInfo(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                                bool bOptional, const wchar_t* lpctDefault)
-    : m_strName(lpctName)
-    , m_strNamespace(lpctNamespace)
+    : m_strName(ToUtf16Units(lpctName))
+    , m_strNamespace(ToUtf16Units(lpctNamespace))
     , m_nPropertyIndex(nPropertyIndex)
     , m_bOptional(bOptional)
-    , m_strDefault(lpctDefault)
+    , m_strDefault(ToUtf16Units(lpctDefault))
 {
 }
 
@@ -150,7 +154,8 @@ void CAttributeInfoEnum::AttributeToXml(const CXmlSerializationContext& context,
     if (IsUnset(value))
         return;
     const wchar_t* const lpctText = m_pfnToString(static_cast<int>(value.GetI4()));
-    if (!IsSuppressedDefault(context, lpctText))
+    std::wstring strBuffer;
+    if (!IsSuppressedDefault(context, ToUnitText(lpctText, strBuffer)))
         pWriter->WriteAttribute(m_strName, m_strNamespace, lpctText, ItemType_string);
 }
 
@@ -175,8 +180,8 @@ CAttributeInfoAny::CAttributeInfoAny(const wchar_t* lpctName, const wchar_t* lpc
                                      bool bOptional, const wchar_t* lpctNamespaceRestriction,
                                      const wchar_t* lpctTargetNamespace, const wchar_t* lpctDefault)
     : CAttributeInfo(lpctName, lpctNamespace, nPropertyIndex, bOptional, lpctDefault)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 

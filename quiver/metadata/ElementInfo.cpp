@@ -6,6 +6,7 @@
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/metadata/RestrictionCheck.h"
@@ -23,6 +24,7 @@ using QvXmlLib9::CQvException;
 using QvXmlLib9::CQvValidationException;
 using QvXmlLib9::FormatString;
 using QvXmlLib9::ItemType_string;
+using QvXmlLib9::ToUtf16Units;
 
 namespace
 {
@@ -38,8 +40,8 @@ CParentElementInfo::CParentElementInfo(XmlElementGroupType eGroupType, XmlElemen
                                        bool bHasBaseClasses)
     : m_eGroupType(eGroupType)
     , m_eElementType(eElementType)
-    , m_strElementName(lpctElementName)
-    , m_strElementNamespace(lpctElementNamespace)
+    , m_strElementName(ToUtf16Units(lpctElementName))
+    , m_strElementNamespace(ToUtf16Units(lpctElementNamespace))
     , m_nElementTextPropertyIndex(nElementTextPropertyIndex)
     , m_bFromXmlFailIfAttributeUnknown(bFromXmlFailIfAttributeUnknown)
     , m_bHasBaseClasses(bHasBaseClasses)
@@ -67,8 +69,8 @@ void CParentElementInfo::CNillableOffset::Remember(const std::type_info& type, s
 }
 
 CElementInfo::CElementInfo(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
-    : m_strName(lpctName)
-    , m_strNamespace(lpctNamespace)
+    : m_strName(ToUtf16Units(lpctName))
+    , m_strNamespace(ToUtf16Units(lpctNamespace))
     , m_nPropertyIndex(nPropertyIndex)
     , m_bPrimitive(false)
 {
@@ -77,8 +79,8 @@ CElementInfo::CElementInfo(const wchar_t* lpctName, const wchar_t* lpctNamespace
 CElementInfo::CElementInfo(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                            ItemType eItemType, const wchar_t* lpctFormat,
                            CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const CPrimitiveRestrictions& restrictions)
-    : m_strName(lpctName)
-    , m_strNamespace(lpctNamespace)
+    : m_strName(ToUtf16Units(lpctName))
+    , m_strNamespace(ToUtf16Units(lpctNamespace))
     , m_nPropertyIndex(nPropertyIndex)
     , m_restrictions(restrictions)
     , m_eItemType(eItemType)

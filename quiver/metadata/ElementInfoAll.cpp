@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Product.h"
 #include "quiver/values/QvVariant.h"
@@ -11,6 +12,7 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
+using QvXmlLib9::ToUtf16Units;
 
 namespace
 {
@@ -330,8 +332,8 @@ CElementInfoAllUntpdMnd::CElementInfoAllUntpdMnd(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 
@@ -363,8 +365,8 @@ CElementInfoAllUntpdOpt::CElementInfoAllUntpdOpt(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 

@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 
@@ -10,6 +11,7 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
+using QvXmlLib9::ToUtf16Units;
 
 CElementInfoChoice::CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
@@ -194,8 +196,8 @@ CElementInfoChoiceUntpdOpt::CElementInfoChoiceUntpdOpt(const wchar_t* lpctName, 
                                                        int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                        const wchar_t* lpctTargetNamespace)
     : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 

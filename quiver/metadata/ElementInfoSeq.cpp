@@ -1,8 +1,10 @@
 #include "quiver/metadata/ElementInfoSeq.h"
 
 #include "quiver/collections/XmlCollection.h"
+#include "quiver/core/ReadBudget.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 
@@ -10,6 +12,8 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
+using QvXmlLib9::CReadBudget;
+using QvXmlLib9::ToUtf16Units;
 
 CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
@@ -34,16 +38,21 @@ CElementInfoSeq::Search CElementInfoSeq::FindMandatory(const CXmlSerializationCo
 {
     const bool bRealParent = eParentType == ElementType_Element;
     const bool bMaySkip = context.GetIgnoreUnknownElements() && (bRealParent || ePseudoMiss == PseudoMiss::SkipUnknown);
+    std::uint64_t nSkipped = 0;
     while (!IsThisElement(context, *ppCurrent))
     {
         if (bRealParent && context.GetIgnoreMissingMandatoryElements())
             return Search::Excused;
         if (!bMaySkip || *ppCurrent == nullptr)
         {
+            // A group gives the cursor back now, and the same elements may be skipped again.
+            if (nSkipped != 0 && !bRealParent)
+                CReadBudget::SpendCurrent(nSkipped);
             Throw_IfMissingIsFatal(eParentType);
             return Search::Missing;
         }
         Consume(ppCurrent);
+        ++nSkipped;
     }
     return Search::Found;
 }
@@ -354,8 +363,8 @@ CElementInfoSeqUntpdMnd::CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 
@@ -388,8 +397,8 @@ CElementInfoSeqUntpdOpt::CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const 
                                                  int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
                                                  const wchar_t* lpctTargetNamespace)
     : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(lpctNamespaceRestriction)
-    , m_strTargetNamespace(lpctTargetNamespace)
+    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
+    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
 {
 }
 

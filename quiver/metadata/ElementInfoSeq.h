@@ -187,6 +187,8 @@ public:
                                    CXmlWriter* pWriter) const override;
 
 private:
+    friend class QvXmlLib9::CXmlGeneratedClass;
+
     bool PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                        CXmlElement** ppCurrent, XmlElementType eParentType);
 
@@ -213,6 +215,8 @@ public:
                                    CXmlWriter* pWriter) const override;
 
 private:
+    friend class QvXmlLib9::CXmlGeneratedClass;
+
     XmlElementType m_eElementType;
     PfnCreate m_pfnCreate;
     int m_nClassId;

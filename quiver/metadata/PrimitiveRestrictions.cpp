@@ -9,11 +9,6 @@ namespace QvXmlLib9
 namespace
 {
 
-std::wstring TextOrEmpty(const wchar_t* lpctText)
-{
-    return lpctText != nullptr ? std::wstring(lpctText) : std::wstring();
-}
-
 /// A text that is not well-formed ends ahead of the fault.
 std::string BytesOf(const std::wstring& strText)
 {
@@ -29,13 +24,13 @@ CPrimitiveRestrictions::CPrimitiveRestrictions() = default;
 CPrimitiveRestrictions::CPrimitiveRestrictions(const wchar_t* pattern, int minLength, int maxLength,
                                                const wchar_t* minInclusive, const wchar_t* maxInclusive,
                                                const wchar_t* minExclusive, const wchar_t* maxExclusive, int length)
-    : m_strPattern(TextOrEmpty(pattern))
+    : m_strPattern(ToUtf16Units(pattern))
     , m_nMinLength(minLength)
     , m_nMaxLength(maxLength)
-    , m_strMinInclusive(TextOrEmpty(minInclusive))
-    , m_strMaxInclusive(TextOrEmpty(maxInclusive))
-    , m_strMinExclusive(TextOrEmpty(minExclusive))
-    , m_strMaxExclusive(TextOrEmpty(maxExclusive))
+    , m_strMinInclusive(ToUtf16Units(minInclusive))
+    , m_strMaxInclusive(ToUtf16Units(maxInclusive))
+    , m_strMinExclusive(ToUtf16Units(minExclusive))
+    , m_strMaxExclusive(ToUtf16Units(maxExclusive))
     , m_nLength(length)
     , m_bHasBounds(!m_strMinInclusive.empty() || !m_strMaxInclusive.empty() || !m_strMinExclusive.empty() ||
                    !m_strMaxExclusive.empty())

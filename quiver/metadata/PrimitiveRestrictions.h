@@ -29,7 +29,7 @@ public:
     /// @param minLength, maxLength, length in bytes for binary kinds, in UTF-16 code units for strings; -1 for none.
     /// @param minInclusive, maxInclusive, minExclusive, maxExclusive lexical form of the bound; empty for none.
     ///
-    /// All texts are copied; null means empty.
+    /// All texts are copied, as UTF-16 units; null means empty.
     CPrimitiveRestrictions(const wchar_t* pattern, int minLength, int maxLength, const wchar_t* minInclusive,
                            const wchar_t* maxInclusive, const wchar_t* minExclusive, const wchar_t* maxExclusive,
                            int length);

@@ -32,6 +32,13 @@ public:
     /// Binds a prefix to a namespace from now on. Returns the binding.
     std::size_t Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
 
+    /// Makes a namespace unknown from now on, until the binding that says so is dropped.
+    void Unbind(std::wstring_view strNamespace);
+
+    /// What a binding says: whether it makes its namespace unknown, and which namespace it is.
+    bool IsUnbinding(std::size_t nBinding) const { return m_bindings[nBinding].bUnbinds; }
+    const std::wstring& GetNamespace(std::size_t nBinding) const { return m_bindings[nBinding].strNamespace; }
+
     /// The first of the prefixes AA, AB, ..., AZ, BA, ... that no binding in force has.
     std::wstring GeneratePrefix();
 
@@ -54,6 +61,7 @@ private:
         std::wstring strPrefix;
         std::size_t nNamespaceHash = 0;
         std::size_t nPrefixHash = 0;
+        bool bUnbinds = false;
         /// Next older binding in the same bucket.
         std::uint32_t nNextByNamespace = s_nNone;
         std::uint32_t nNextByPrefix = s_nNone;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <utility>
 
 namespace QvXmlLib9
@@ -72,8 +73,19 @@ std::wstring CStringBuffer::GetString() const
 
 void CStringBuffer::Set(std::wstring_view strText)
 {
+    if (IsOwn(strText))
+    {
+        Set(std::wstring(strText));
+        return;
+    }
     Clear();
     Append(strText);
+}
+
+bool CStringBuffer::IsOwn(std::wstring_view strText) const
+{
+    return !std::less<>()(strText.data(), static_cast<const wchar_t*>(m_pLastBlock.get())) &&
+           std::less<>()(strText.data(), static_cast<const wchar_t*>(m_pEnd));
 }
 
 void CStringBuffer::Append(std::wstring_view strText)
@@ -91,6 +103,12 @@ void CStringBuffer::Append(wchar_t c)
 
 void CStringBuffer::AppendOverBlocks(std::wstring_view strUnits)
 {
+    // The next block may take the place of the one that the text lies in.
+    if (IsOwn(strUnits))
+    {
+        AppendOverBlocks(std::wstring(strUnits));
+        return;
+    }
     while (!strUnits.empty())
     {
         if (m_pNext == m_pEnd)

@@ -65,11 +65,17 @@ public:
             visit(std::wstring_view(m_pLastBlock.get(), GetLastBlockDataIn()));
     }
 
+    // The text that the operations below are given may be the buffer's own, as `GetData` hands it out.
+
     /// Replaces the text.
     void Set(std::wstring_view strText);
+    /// Replaces the text by a zero-terminated one; null is an empty text.
+    void Set(const wchar_t* lpctText) { Set(ViewOf(lpctText)); }
 
     /// Appends all of `strText`, units of value 0 included.
     void Append(std::wstring_view strText);
+    /// Appends a zero-terminated text; null is an empty text.
+    void Append(const wchar_t* lpctText) { Append(ViewOf(lpctText)); }
 
     /// Appends one unit, or the two of a code point above 0xFFFF.
     void Append(wchar_t c);
@@ -122,6 +128,12 @@ private:
         bool bAscii;
     };
 
+    static std::wstring_view ViewOf(const wchar_t* lpctText)
+    {
+        return lpctText != nullptr ? std::wstring_view(lpctText) : std::wstring_view();
+    }
+    /// Whether a text lies in the last block, where `GetData` puts all of them.
+    bool IsOwn(std::wstring_view strText) const;
     std::size_t GetLastBlockDataIn() const { return static_cast<std::size_t>(m_pNext - m_pLastBlock.get()); }
     void AddBlock();
     void AppendOverBlocks(std::wstring_view strUnits);

@@ -4,6 +4,8 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/output/UnitText.h"
 
+#include <set>
+
 namespace QvXmlLib9
 {
 
@@ -43,13 +45,23 @@ void CXmlWriter::SetDefaultNamespace(std::wstring_view strNamespace)
         m_strDefaultNamespace = strUnits;
         return;
     }
-    BeginScope(*m_pContext);
-    if (!m_pContext->m_bOwnsDefaultNamespace)
+    SetScopeDefaultNamespace(*m_pContext, strUnits);
+}
+
+void CXmlWriter::SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
+{
+    if (HasInnerScopes(context))
+    {
+        ChangeOuterScope(context, [&](SScope& scope) { scope.strDefaultNamespace = strNamespace; });
+        return;
+    }
+    BeginScope(context);
+    if (!context.m_bOwnsDefaultNamespace)
     {
         m_defaultNamespaces.emplace_back();
-        m_pContext->m_bOwnsDefaultNamespace = true;
+        context.m_bOwnsDefaultNamespace = true;
     }
-    m_defaultNamespaces.back() = strUnits;
+    m_defaultNamespaces.back() = strNamespace;
     ++m_nScopeVersion;
 }
 
@@ -63,6 +75,18 @@ void CXmlWriter::AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_v
         SetNamespaceMapValue(*m_pContext, strNamespaceUnits, strPrefixUnits);
     else
         m_mapNamespaces[std::wstring(strNamespaceUnits)] = strPrefixUnits;
+}
+
+std::wstring CXmlWriter::GeneratePrefix(const NamespaceMap& map)
+{
+    std::set<std::wstring_view> prefixes;
+    for (const auto& [strNamespace, strPrefix] : map)
+        prefixes.insert(strPrefix);
+    unsigned int n = 0;
+    std::wstring strPrefix = FormatPrefix(n);
+    while (prefixes.count(strPrefix) != 0)
+        strPrefix = FormatPrefix(++n);
+    return strPrefix;
 }
 
 CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strName, std::wstring_view strNamespace)
@@ -83,6 +107,7 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strNa
     context.m_bInheritsNamespaces = true;
     context.m_bOwnsDefaultNamespace = false;
     context.m_pParent = m_pContext;
+    context.m_pWriter = this;
     // Most elements have the namespace of the enclosing one, and many the name of the last one at their depth.
     std::wstring strBuffer;
     if (context.m_strElementName != strName)
@@ -172,6 +197,11 @@ const std::wstring& CXmlWriter::GetNamespaceMapValue(std::wstring_view strNamesp
 void CXmlWriter::SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace,
                                       std::wstring_view strPrefix)
 {
+    if (HasInnerScopes(context))
+    {
+        ChangeOuterScope(context, [&](SScope& scope) { scope.mapNamespaces[std::wstring(strNamespace)] = strPrefix; });
+        return;
+    }
     BeginScope(context);
     Bind(strNamespace, strPrefix);
 }
@@ -187,6 +217,158 @@ const std::wstring& CXmlWriter::Bind(std::wstring_view strNamespace, std::wstrin
     ++m_nScopeVersion;
     return m_scopes.GetPrefix(m_scopes.Bind(strNamespace, strPrefix));
 }
+
+// --- Scopes that are not the innermost ------------------------------------------------------------------------------
+
+bool CXmlWriter::HasInnerScopes(const CXmlWriterContext& context) const
+{
+    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_nContexts; ++n)
+    {
+        if (!m_contexts[n]->m_bInheritsNamespaces)
+            return true;
+    }
+    return false;
+}
+
+/// The record whose scope holds in an element: its own, or that of the nearest enclosing one that has any.
+CXmlWriter::CXmlWriterContext& CXmlWriter::GetScopeOwner(CXmlWriterContext& context) const
+{
+    CXmlWriterContext* pOwner = &context;
+    while (pOwner->m_bInheritsNamespaces)
+        pOwner = pOwner->m_pParent;
+    return *pOwner;
+}
+
+/// How many of the bindings, from the first on, hold in an element.
+std::size_t CXmlWriter::GetBindingsEnd(const CXmlWriterContext& context) const
+{
+    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_nContexts; ++n)
+    {
+        if (!m_contexts[n]->m_bInheritsNamespaces)
+            return m_contexts[n]->m_nOuterBindings;
+    }
+    return m_scopes.GetCount();
+}
+
+const std::wstring& CXmlWriter::GetDefaultNamespace(const CXmlWriterContext& context) const
+{
+    // The root has one of its own.
+    std::size_t nOwned = 0;
+    for (std::size_t n = 0; n <= context.m_dwDepth; ++n)
+        nOwned += m_contexts[n]->m_bOwnsDefaultNamespace ? 1 : 0;
+    return m_defaultNamespaces[nOwned - 1];
+}
+
+CXmlWriter::NamespaceMap CXmlWriter::GetNamespaceMap(const CXmlWriterContext& context) const
+{
+    NamespaceMap map;
+    for (std::size_t n = 0, nEnd = GetBindingsEnd(context); n < nEnd; ++n)
+    {
+        if (m_scopes.IsUnbinding(n))
+            map.erase(m_scopes.GetNamespace(n));
+        else
+            map[m_scopes.GetNamespace(n)] = m_scopes.GetPrefix(n);
+    }
+    return map;
+}
+
+/// Changes a scope around others that have data of their own, which must stay as they are.
+template <class TChange>
+void CXmlWriter::ChangeOuterScope(const CXmlWriterContext& context, TChange Change)
+{
+    std::vector<SScope> scopes;
+    for (std::size_t n = 0; n < m_nContexts; ++n)
+    {
+        CXmlWriterContext& inScope = *m_contexts[n];
+        if (inScope.m_bInheritsNamespaces && &inScope != &context)
+            continue;
+        scopes.push_back({&inScope, GetDefaultNamespace(inScope), GetNamespaceMap(inScope)});
+        if (&inScope == &context)
+            Change(scopes.back());
+    }
+    RestoreScopes(scopes);
+}
+
+void CXmlWriter::RestoreScopes(const std::vector<SScope>& scopes)
+{
+    static const NamespaceMap s_mapNone;
+    m_scopes.DropTo(0);
+    m_defaultNamespaces.clear();
+    const NamespaceMap* pOuter = &s_mapNone;
+    for (const SScope& scope : scopes)
+    {
+        scope.pContext->m_bInheritsNamespaces = false;
+        scope.pContext->m_bOwnsDefaultNamespace = true;
+        scope.pContext->m_nOuterBindings = m_scopes.GetCount();
+        m_defaultNamespaces.push_back(scope.strDefaultNamespace);
+        RestoreBindings(*pOuter, scope.mapNamespaces);
+        pOuter = &scope.mapNamespaces;
+    }
+    ++m_nScopeVersion;
+}
+
+/// Makes the bindings of a scope of those of the enclosing one.
+void CXmlWriter::RestoreBindings(const NamespaceMap& mapOuter, const NamespaceMap& mapInner)
+{
+    for (const auto& [strNamespace, strPrefix] : mapInner)
+    {
+        const auto it = mapOuter.find(strNamespace);
+        if (it == mapOuter.end() || it->second != strPrefix)
+            m_scopes.Bind(strNamespace, strPrefix);
+    }
+    for (const auto& [strNamespace, strPrefix] : mapOuter)
+    {
+        if (mapInner.find(strNamespace) == mapInner.end())
+            m_scopes.Unbind(strNamespace);
+    }
+}
+
+// --- CXmlWriterContext ----------------------------------------------------------------------------------------------
+
+std::wstring CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const
+{
+    return m_pWriter->GetDefaultNamespace(*this);
+}
+
+void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(std::wstring_view strNamespace)
+{
+    std::wstring strBuffer;
+    m_pWriter->SetScopeDefaultNamespace(*this, ToUnitText(strNamespace, strBuffer));
+}
+
+CXmlWriter::NamespaceMap CXmlWriter::CXmlWriterContext::GetNamespaceMap() const
+{
+    return m_pWriter->GetNamespaceMap(*this);
+}
+
+std::wstring CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::wstring& strNamespace)
+{
+    std::wstring strBuffer;
+    const std::wstring_view strUnits = ToUnitText(strNamespace, strBuffer);
+    if (!m_pWriter->HasInnerScopes(*this))
+        return m_pWriter->GetNamespaceMapValue(strUnits);
+    const NamespaceMap map = GetNamespaceMap();
+    const auto it = map.find(std::wstring(strUnits));
+    if (it != map.end())
+        return it->second;
+    m_pWriter->SetNamespaceMapValue(m_pWriter->GetScopeOwner(*this), strUnits, {});
+    return {};
+}
+
+std::wstring CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const wchar_t* lpctNamespace)
+{
+    return GetNamespaceMapValue(std::wstring(lpctNamespace != nullptr ? lpctNamespace : L""));
+}
+
+void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(std::wstring_view strNamespace, std::wstring_view strPrefix)
+{
+    std::wstring strNamespaceBuffer;
+    std::wstring strPrefixBuffer;
+    m_pWriter->SetNamespaceMapValue(*this, ToUnitText(strNamespace, strNamespaceBuffer),
+                                    ToUnitText(strPrefix, strPrefixBuffer));
+}
+
+// --- The open element -----------------------------------------------------------------------------------------------
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::GetOpenElement() const
 {

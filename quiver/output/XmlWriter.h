@@ -103,15 +103,18 @@ public:
     /// @exception CQvException as for WriteAttribute.
     virtual void WriteXsiNil() = 0;
 
-    /// The prefix of a number: AA, AB, ..., AZ, BA, ...
+    /// Prefixes by namespace, in the order of the URIs.
+    using NamespaceMap = std::map<std::wstring, std::wstring>;
+
+    /// The first of the prefixes that FormatPrefix makes of 0, 1, 2, ... that no namespace of `map` has.
+    static std::wstring GeneratePrefix(const NamespaceMap& map);
+
+    /// The prefix of a number: AA, AB, ..., AZ, BA, ... There is no bound: from 676 on the first unit lies behind "Z".
     static std::wstring FormatPrefix(unsigned int n) { return CNamespaceScopes::FormatPrefix(n); }
 
 protected:
     /// The record of an open element.
     class CXmlWriterContext;
-
-    /// Prefixes by namespace, in the order of the URIs.
-    using NamespaceMap = std::map<std::wstring, std::wstring>;
 
     /// @param lpctClassName the name under which instances are counted.
     explicit CXmlWriter(const wchar_t* lpctClassName);
@@ -176,8 +179,26 @@ protected:
     NamespaceMap m_mapNamespaces;
 
 private:
+    /// What one scope declares and inherits, in full.
+    struct SScope
+    {
+        CXmlWriterContext* pContext;
+        std::wstring strDefaultNamespace;
+        NamespaceMap mapNamespaces;
+    };
+
     const std::wstring& Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
     void BeginScope(CXmlWriterContext& context);
+    void SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
+    bool HasInnerScopes(const CXmlWriterContext& context) const;
+    CXmlWriterContext& GetScopeOwner(CXmlWriterContext& context) const;
+    std::size_t GetBindingsEnd(const CXmlWriterContext& context) const;
+    const std::wstring& GetDefaultNamespace(const CXmlWriterContext& context) const;
+    NamespaceMap GetNamespaceMap(const CXmlWriterContext& context) const;
+    template <class TChange>
+    void ChangeOuterScope(const CXmlWriterContext& context, TChange Change);
+    void RestoreScopes(const std::vector<SScope>& scopes);
+    void RestoreBindings(const NamespaceMap& mapOuter, const NamespaceMap& mapInner);
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
     void SetContextNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
@@ -198,9 +219,33 @@ private:
 };
 
 /// One open element. A scope pays for namespace data only when it declares something.
-class CXmlWriter::CXmlWriterContext
+///
+/// The operations work on every element that is open, not only on the innermost. An element inherits the namespace data
+/// of the enclosing one until it sets some of its own; from then on it has a copy, which changes of the enclosing
+/// element do not reach any more. They take constant time on the innermost scope, but for GetNamespaceMap; changing an
+/// enclosing scope while an inner one has a copy takes as long as all the bindings in force.
+class QVXMLLIB_API CXmlWriter::CXmlWriterContext
 {
 public:
+    /// Default namespace in force in the element; empty for none.
+    std::wstring GetDefaultNamespace() const;
+
+    /// Sets the default namespace of the element and of those inside it that have no namespace data of their own.
+    void SetDefaultNamespace(std::wstring_view strNamespace);
+
+    /// A copy of the bindings in force in the element.
+    NamespaceMap GetNamespaceMap() const;
+
+    /// The prefix bound to a namespace. An unknown one is entered with an empty prefix, in the scope that the element
+    /// has or inherits, and is known from then on.
+    std::wstring GetNamespaceMapValue(const std::wstring& strNamespace);
+    /// @param lpctNamespace null counts as empty.
+    std::wstring GetNamespaceMapValue(const wchar_t* lpctNamespace);
+
+    /// Binds a prefix to a namespace in the element and in those inside it that have no namespace data of their own. It
+    /// is not declared in the output by that.
+    void SetNamespaceMapValue(std::wstring_view strNamespace, std::wstring_view strPrefix);
+
     /// Child elements started inside this element.
     std::uint32_t m_dwChildCount = 0;
     /// 0 for the root.
@@ -218,6 +263,8 @@ public:
 
 private:
     friend class CXmlWriter;
+
+    CXmlWriter* m_pWriter = nullptr;
 
     /// The scope has declared nothing of its own so far.
     bool m_bInheritsNamespaces = true;

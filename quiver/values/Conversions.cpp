@@ -404,7 +404,7 @@ unsigned char CConversions::dayFromString(const std::wstring& value, CWhitespace
 
 std::wstring CConversions::charToString(wchar_t value)
 {
-    return ToUtf16Units({&value, 1});
+    return ToUtf16Units(std::wstring_view(&value, 1));
 }
 
 wchar_t CConversions::charFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -418,14 +418,14 @@ wchar_t CConversions::charFromString(const std::wstring& value, CWhitespaceUtils
 
 std::wstring CConversions::stringToString(const std::wstring& value)
 {
-    return value;
+    return ToUtf16Units(value);
 }
 
 std::wstring CConversions::stringFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
 {
     if (IsUnchanged(rule, value))
-        return value;
-    return CWhitespaceUtils::ApplyRule(rule, value);
+        return ToUtf16Units(value);
+    return ToUtf16Units(CWhitespaceUtils::ApplyRule(rule, value));
 }
 
 std::wstring CConversions::booleanToString(bool value)

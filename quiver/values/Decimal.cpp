@@ -27,6 +27,9 @@ using CDigits = std::vector<wchar_t>;
 constexpr std::size_t s_nMaxPartDigits = 512;
 constexpr std::size_t s_nMaxExponentDigits = 32;
 
+/// A negative exponent that takes every digit of a text behind the places that are kept; larger ones mean the same.
+constexpr int s_nZeroExponent = CDecimal::MAX_DECIMAL_PLACES + static_cast<int>(s_nMaxPartDigits) + 2;
+
 /// The longest text of a number with a fraction.
 constexpr std::size_t s_nMaxTextLength = 1024;
 
@@ -38,6 +41,11 @@ struct SPart
 {
     wchar_t sz[s_nMaxPartDigits];
     std::size_t nCount = 0;
+
+    bool IsZero() const
+    {
+        return std::all_of(sz, sz + nCount, [](wchar_t c) { return c == L'0'; });
+    }
 };
 
 bool IsDigit(wchar_t c)
@@ -72,6 +80,8 @@ public:
     }
 
     bool IsNegative() const { return m_bNegative; }
+    /// Whether all digits ahead of the exponent are 0.
+    bool IsZero() const { return m_whole.IsZero() && m_fraction.IsZero(); }
     const SPart& GetWhole() const { return m_whole; }
     const SPart& GetFraction() const { return m_fraction; }
     bool HasExponent() const { return m_nExponentDigits != 0; }
@@ -126,8 +136,9 @@ private:
         }
         for (; IsDigit(*m_pAt); ++m_pAt)
         {
-            m_nExponent = m_nExponent * 10 + static_cast<int>(*m_pAt - L'0');
-            if (++m_nExponentDigits > s_nMaxExponentDigits || m_nExponent > CDecimal::MAX_EXPONENT)
+            m_nExponent = std::min(m_nExponent * 10 + static_cast<int>(*m_pAt - L'0'), s_nZeroExponent);
+            const bool bTooLarge = m_nExponent > CDecimal::MAX_EXPONENT && !m_bExponentNegative && !IsZero();
+            if (++m_nExponentDigits > s_nMaxExponentDigits || bTooLarge)
                 Fail();
         }
     }
@@ -203,7 +214,6 @@ CDecimal::CDecimal(__int64 nValue)
     : m_whole(nValue)
     , m_divider(1)
 {
-    m_fraction.m_sign = m_whole.m_sign;
 }
 
 CDecimal::CDecimal(double dValue)
@@ -222,7 +232,6 @@ CDecimal::CDecimal(const CBigInteger& value)
     : m_whole(value)
     , m_divider(1)
 {
-    m_fraction.m_sign = m_whole.m_sign;
 }
 
 CDecimal::CDecimal(const CBigInteger& whole, const CBigInteger& fraction, int nDivider)
@@ -255,7 +264,8 @@ void CDecimal::Parse(const wchar_t* lpctValue)
         Negate();
     if (reader.HasExponent())
     {
-        const CDecimal scale(CBigInteger::Pow10(reader.GetExponent()));
+        // No power of ten makes more of a zero, but any takes its sign.
+        const CDecimal scale(CBigInteger::Pow10(reader.IsZero() ? 0 : reader.GetExponent()));
         if (reader.IsExponentNegative())
             *this /= scale;
         else
@@ -271,6 +281,10 @@ void CDecimal::Rationalise()
     const auto nMost = static_cast<std::size_t>(std::max(m_divider - 1, 0));
     if (m_fraction.IsZeroValue())
     {
+        // Only a fraction of a single place keeps the sign of its zero: "-0.0" is below zero in both parts, "-0.00" is
+        // not, which decides whether the number reaches a bound of zero.
+        if (nMost != 0)
+            m_fraction.m_sign = 1;
         m_divider -= static_cast<int>(nMost);
         return;
     }
@@ -293,6 +307,8 @@ void CDecimal::ChangeFractionalDivider(int nDivider)
     }
     const auto nCut = static_cast<std::size_t>(m_divider - nDivider);
     const bool bRoundUp = IsMoreThanHalf(digits, nCut);
+    if (m_fraction.IsZeroValue())
+        m_fraction.m_sign = 1;
     digits.erase(digits.begin(), digits.begin() + static_cast<std::ptrdiff_t>(std::min(nCut, digits.size())));
     CBigInteger::Clean(digits);
     m_divider = std::max(nDivider, 0);
@@ -372,8 +388,6 @@ void CDecimal::SettleFraction(int nDivider)
         moveUnit(m_fraction.m_sign);
     if (m_whole.IsZeroValue())
         m_whole.m_sign = m_fraction.m_sign;
-    else if (m_fraction.IsZeroValue())
-        m_fraction.m_sign = m_whole.m_sign;
 }
 
 CDecimal CDecimal::operator+(const CDecimal& other)
@@ -455,16 +469,31 @@ int CDecimal::Order(const CDecimal& other) const
 {
     if (const int nOrder = m_whole.Order(other.m_whole); nOrder != 0)
         return nOrder;
-    // Equal whole parts have equal signs, and a fraction has the sign of its whole part.
+    // A fraction has the sign of its whole part; where it is zero, its own sign does not count.
     return m_whole.m_sign *
            CompareFractions(m_fraction.m_digits, m_divider, other.m_fraction.m_digits, other.m_divider);
 }
 
+bool CDecimal::IsZeroValue() const
+{
+    return m_whole.IsZeroValue() && m_fraction.IsZeroValue();
+}
+
+bool CDecimal::IsBelow(const CDecimal& other, bool bOrEqual) const
+{
+    if (IsZeroValue() && other.IsZeroValue())
+    {
+        if (m_whole.m_sign < other.m_whole.m_sign)
+            return true;
+        return bOrEqual ? m_fraction.m_sign <= other.m_fraction.m_sign : m_fraction.m_sign < other.m_fraction.m_sign;
+    }
+    const int nOrder = Order(other);
+    return nOrder < 0 || (bOrEqual && nOrder == 0);
+}
+
 bool CDecimal::operator==(const CDecimal& other) const
 {
-    const bool bBothZero = m_whole.IsZeroValue() && m_fraction.IsZeroValue() && other.m_whole.IsZeroValue() &&
-                           other.m_fraction.IsZeroValue();
-    return bBothZero || Order(other) == 0;
+    return (IsZeroValue() && other.IsZeroValue()) || Order(other) == 0;
 }
 
 bool CDecimal::operator!=(const CDecimal& other) const
@@ -474,22 +503,22 @@ bool CDecimal::operator!=(const CDecimal& other) const
 
 bool CDecimal::operator<(const CDecimal& other) const
 {
-    return Order(other) < 0;
+    return IsBelow(other, false);
 }
 
 bool CDecimal::operator<=(const CDecimal& other) const
 {
-    return Order(other) <= 0;
+    return IsBelow(other, true);
 }
 
 bool CDecimal::operator>(const CDecimal& other) const
 {
-    return Order(other) > 0;
+    return other.IsBelow(*this, false);
 }
 
 bool CDecimal::operator>=(const CDecimal& other) const
 {
-    return Order(other) >= 0;
+    return other.IsBelow(*this, true);
 }
 
 void CDecimal::Negate()

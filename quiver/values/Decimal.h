@@ -29,7 +29,9 @@ namespace QvXmlLib9
 ///   as "0.100".
 /// - `ToString(int)` rounds a half away from zero, `ToLong` toward zero, and `ToLongLong` cuts.
 ///
-/// Zero may carry a sign: "-0" equals "0" and is ordered below it.
+/// Zero may carry a sign, in the whole part and in the fraction. A zero with a sign equals "0" and is `<` it. It is
+/// `>=` "0" only as long as its fraction has no sign, as in "-0.00", a double of -0.0 and what arithmetic gives; "-0"
+/// and "-0.0" have one in both parts. `ToString` does not show the sign.
 ///
 /// Texts that cannot be read and divisions by zero end in `CQvInvalidValueException`, conversions that do not fit in
 /// `CQvOverFlowException`, and running out of memory in `std::bad_alloc`. An object is used by one thread at a time,
@@ -37,8 +39,8 @@ namespace QvXmlLib9
 class QVXMLLIB_API CDecimal
 {
 public:
-    /// The largest exponent of a text, of either sign. A text of a few characters would otherwise ask for gigabytes of
-    /// digits; this is far above what any number of a document needs.
+    /// The largest positive exponent of a text whose digits are not all 0. A text of a few characters would otherwise
+    /// ask for gigabytes of digits; this is far above what any number of a document needs.
     static constexpr int MAX_EXPONENT = 10000;
 
     /// The most decimal places that are kept, whatever `SetMaxDecimalPlaces` was given.
@@ -66,7 +68,7 @@ public:
     /// @throws CQvInvalidValueException "The string representing a Decimal, contained an invalid char at position %d
     /// [%s]", with the position of the first character that cannot be read, counted from 0, and the whole text. That is
     /// also the failure at the 513th digit of the whole part or of the fraction, at the 33rd digit of the exponent, and
-    /// at the digit with which the exponent passes MAX_EXPONENT.
+    /// at the digit with which a positive exponent passes MAX_EXPONENT, unless all digits ahead of it are 0.
     CDecimal(const wchar_t* lpctValue);
 
     CDecimal(const CBigInteger& value);
@@ -162,8 +164,11 @@ private:
     CDecimal SumWith(CDecimal addend) const;
     /// Brings the fraction of a sum below one and its sign in line with that of the whole part.
     void SettleFraction(int nDivider);
-    /// -1, 0 or 1 as this number stands below, at or above `other` in the order, in which the two zeros differ.
+    bool IsZeroValue() const;
+    /// -1, 0 or 1 as this number stands below, at or above `other`; of two zeros not both.
     int Order(const CDecimal& other) const;
+    /// Whether this number stands below `other`, or at it if that counts too.
+    bool IsBelow(const CDecimal& other, bool bOrEqual) const;
     void AppendFraction(std::wstring& strText) const;
 
     /// The integer part, with the sign of the number; zero keeps it too.

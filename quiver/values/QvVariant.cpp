@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/values/ItemTraits.h"
@@ -149,7 +150,8 @@ const T& QvVariant::Object(ItemType eType, T* QvVariant::*pMember) const
 {
     if (m_type == eType && this->*pMember != nullptr)
         return *(this->*pMember);
-    static const T s_empty;
+    // Never destroyed: static objects may read values while they die.
+    static const T& s_empty = *new const T;
     return s_empty;
 }
 
@@ -465,7 +467,7 @@ wchar_t QvVariant::GetChar() const
 
 void QvVariant::SetString(std::wstring value)
 {
-    Hold(ItemType_string, s_pMemberFor<std::wstring>, std::move(value));
+    Hold(ItemType_string, s_pMemberFor<std::wstring>, ToUtf16Units(std::move(value)));
 }
 
 std::wstring QvVariant::GetString() const

@@ -142,6 +142,7 @@ struct QVXMLLIB_API QvVariant
     CDateTime GetTime() const;
     void SetChar(wchar_t value);
     wchar_t GetChar() const;
+    /// A code point above 0xFFFF in one element of `value` is kept as its surrogate pair.
     void SetString(std::wstring value);
     std::wstring GetString() const;
     /// The string without a copy; the variant is invalid afterwards. For generated code that stores what a record hands

@@ -644,8 +644,9 @@ TEST(ElementCol, AddsAroundExistingItems)
     ExpectThrows<CQvInvalidParamException>(L"Index 5 is out of range, use 0 - 5", [&] { spCol->Item(5); });
     log.Take();
     const CElement unknown(L"u");
+    const CSmartPtr<CElement> spNew = new CElement(L"n");
     ExpectThrows<CQvInvalidParamException>(L"The object was not found in the collection",
-                                           [&] { spCol->AddAfter(&unknown, new CElement(L"n")); });
+                                           [&] { spCol->AddAfter(&unknown, spNew); });
     EXPECT_EQ("Add", log.Take());
     EXPECT_EQ(5, spCol->GetCount());
     spCol->RemoveEventListener(&log);

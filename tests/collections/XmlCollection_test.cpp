@@ -14,6 +14,7 @@
 #include <atomic>
 #include <climits>
 #include <cstddef>
+#include <functional>
 #include <random>
 #include <string>
 #include <thread>
@@ -290,14 +291,83 @@ TEST_F(XmlCollection, AddingBehindAnUnknownItemFailsAfterTheAnnouncement)
     const CItem unknown(L"u");
     for (const bool bAfter : {true, false})
     {
-        const long nBefore = CountInstances(L"CItem").nLiving;
         ExpectThrows<CQvInvalidParamException>(
             s_lpctNotFound,
-            [&] { bAfter ? m_spCol->AddAfterItem(&unknown, new CItem) : m_spCol->AddBeforeItem(&unknown, new CItem); });
+            [&] { bAfter ? m_spCol->AddAfterItem(&unknown, m_spNew) : m_spCol->AddBeforeItem(&unknown, m_spNew); });
         EXPECT_EQ("Add", m_log.Take());
         EXPECT_TEXT(L"ab", Names(*m_spCol));
-        EXPECT_EQ(nBefore, CountInstances(L"CItem").nLiving) << "the new item is not left behind";
     }
+}
+
+TEST_F(XmlCollection, AnItemThatCouldNotBeAddedIsStillTheCallers)
+{
+    Fill(L"ab");
+    const CItem unknown(L"u");
+    const auto Refuse = [](IEventSink::MsgType)
+    {
+        throw CQvInvalidStateException(L"no");
+    };
+    const struct
+    {
+        const char* lpcCase;
+        std::function<void(IEventSink::MsgType)> pfnReact;
+        std::function<void(CItemCol&, CItem*)> pfnAdd;
+    } cases[] = {
+        {"behind an unknown item", nullptr,
+         [&](CItemCol& col, CItem* pItem)
+         {
+             col.AddAfterItem(&unknown, pItem);
+         }},
+        {"ahead of an unknown item", nullptr,
+         [&](CItemCol& col, CItem* pItem)
+         {
+             col.AddBeforeItem(&unknown, pItem);
+         }},
+        {"refused at the end", Refuse,
+         [](CItemCol& col, CItem* pItem)
+         {
+             col.AppendItem(pItem);
+         }},
+        {"refused at the front", Refuse,
+         [](CItemCol& col, CItem* pItem)
+         {
+             col.PrependItem(pItem);
+         }},
+        {"refused at a position", Refuse,
+         [](CItemCol& col, CItem* pItem)
+         {
+             col.AddItemAt(0, pItem);
+         }},
+    };
+    for (const auto& row : cases)
+    {
+        SCOPED_TRACE(row.lpcCase);
+        const long nBefore = CountInstances(L"CItem").nLiving;
+        m_log.m_pfnReact = row.pfnReact;
+        auto* const pItem = new CItem(L"x");
+        EXPECT_THROW(row.pfnAdd(*m_spCol, pItem), CQvException);
+        m_log.m_pfnReact = nullptr;
+        EXPECT_EQ(nBefore + 1, CountInstances(L"CItem").nLiving);
+        {
+            const CSmartPtr<CItem> spItem = pItem;
+            EXPECT_TEXT(L"x", spItem->m_strName);
+        }
+        EXPECT_EQ(nBefore, CountInstances(L"CItem").nLiving);
+    }
+}
+
+TEST_F(XmlCollection, AnItemThatItsOnlyOwnerDropsWhileItIsRefusedGoes)
+{
+    Fill(L"a");
+    CSmartPtr<CItem> spItem = new CItem(L"x");
+    const long nBefore = CountInstances(L"CItem").nLiving;
+    m_log.m_pfnReact = [&](IEventSink::MsgType)
+    {
+        spItem = nullptr;
+        throw CQvInvalidStateException(L"no");
+    };
+    ExpectThrows<CQvInvalidStateException>(L"no", [&] { m_spCol->AppendItem(spItem); });
+    EXPECT_EQ(nBefore - 1, CountInstances(L"CItem").nLiving);
 }
 
 TEST_F(XmlCollection, AddingAtABadPositionFailsBeforeAnyEvent)
@@ -762,6 +832,24 @@ TEST_F(XmlCollection, AListenerMayRemoveTheVeryItemWhoseRemovalIsAnnounced)
     ExpectThrows<CQvInvalidParamException>(s_lpctNotFound, [&] { m_spCol->Remove(0); });
     EXPECT_EQ("Remove Remove RemoveComplete Change", m_log.Take());
     EXPECT_TEXT(L"b", Names(*m_spCol));
+}
+
+TEST_F(XmlCollection, AnItemAddedInPlaceOfTheOneBeingRemovedStays)
+{
+    // The new node is likely to lie where the removed one lay; a few tries make sure that it does once.
+    for (int nTry = 0; nTry < 8; ++nTry)
+    {
+        m_spCol->Clear();
+        Fill(L"ab");
+        m_log.m_pfnReact = [&](IEventSink::MsgType)
+        {
+            m_log.m_pfnReact = nullptr;
+            m_spCol->Remove(0);
+            m_spCol->AppendItem(new CItem(L"c"));
+        };
+        ExpectThrows<CQvInvalidParamException>(s_lpctNotFound, [&] { m_spCol->Remove(0); });
+        EXPECT_TEXT(L"bc", Names(*m_spCol));
+    }
 }
 
 TEST_F(XmlCollection, AListenerMayRemoveAnotherItemWhileARemovalIsAnnounced)

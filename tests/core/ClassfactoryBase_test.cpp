@@ -2,6 +2,7 @@
 
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlElement.h"
 #include "tests/support/Expect.h"
 
 using namespace QvXmlLib9;
@@ -13,6 +14,18 @@ struct CFactory : CClassfactoryBase
 {
     using CClassfactoryBase::GetElementType;
     using CClassfactoryBase::GetElementTypeNamespaceUri;
+};
+
+/// An element that belongs to no document.
+struct CFreeElement : CXmlElement
+{
+    CFreeElement()
+        : CXmlElement(nullptr)
+    {
+    }
+    ~CFreeElement() override = default;
+    using CXmlElement::AddAttribute;
+    using CXmlElement::SetNamespace;
 };
 
 const char s_xsi[] = "http://www.w3.org/2001/XMLSchema-instance";
@@ -52,6 +65,15 @@ TEST(ClassfactoryBase, DecodesTheTypeOfTheFirstChild)
         EXPECT_TEXT(row.lpctType, CFactory::GetElementType(pElement));
         EXPECT_TEXT(row.lpctNamespace, CFactory::GetElementTypeNamespaceUri(pElement));
     }
+}
+
+TEST(ClassfactoryBase, AnElementWithoutADocumentHasNoDeclarations)
+{
+    CFreeElement element;
+    element.SetNamespace(L"urn:own");
+    element.AddAttribute(L"type", L"a:T", L"http://www.w3.org/2001/XMLSchema-instance");
+    EXPECT_TEXT(L"T", CFactory::GetElementType(&element));
+    EXPECT_TEXT(L"urn:own", CFactory::GetElementTypeNamespaceUri(&element));
 }
 
 TEST(ClassfactoryBase, WithoutNamespaceProcessingThereIsNoTypeToDecode)

@@ -177,7 +177,7 @@ TEST_F(VersionGate, CodeThatNeverAnnouncedItsVersionCountsAsVersionZero)
         EXPECT_TEXT(strText, box.strText);
         EXPECT_TEXT(L"Version Mismatch Error", box.strCaption);
     }
-    EXPECT_TEXT(L"Wrong Version (Quiver Runtime: v9.0, Generator: v0.0).", s_unannounced.m_strFailure);
+    EXPECT_TEXT(L"Wrong Version (Quiver Runtime: v9.0, Generator: v0.0)", s_unannounced.m_strFailure);
 }
 
 TEST_F(VersionGate, NoLaterObjectReportsAWrongVersion)
@@ -195,7 +195,7 @@ TEST_F(VersionGate, EveryEntryPointReportsAWrongVersionAndThrowsAheadOfAllElse)
     {
         SCOPED_TRACE(entryPoint.lpcName);
         s_boxes.clear();
-        ExpectThrows<CQvException>(L"Wrong Version (Quiver Runtime: v9.0, Generator: v8.3).",
+        ExpectThrows<CQvException>(L"Wrong Version (Quiver Runtime: v9.0, Generator: v8.3)",
                                    [&] { entryPoint.pfnCall(element); });
         ASSERT_EQ(s_boxes.size(), 1u);
         EXPECT_TEXT(L"Please ensure your generated code is the same version as this library (Quiver Runtime: v9.0, "

@@ -10,6 +10,7 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FlexClass.h"
 
+#include <ctime>
 #include <memory>
 
 using namespace QvXmlLib9;
@@ -128,6 +129,19 @@ TEST(XmlGeneratedClass, TheRootGetsTheExtrasOfTheContextInTheirOrder)
                 L"<flex xmlns=\"urn:f\" xmlns:y=\"urn:y\" xmlns:z=\"urn:z\" extra=\"e\" own=\"o\" \n<schema/>\n>"
                 L"<child>c</child></flex>",
                 Write(object, context));
+}
+
+TEST(XmlGeneratedClass, ManyAliasesAreDeclaredInLinearTime)
+{
+    CXmlSerializationContext context;
+    for (int n = 0; n < 40000; ++n)
+        context.GetNamespaceAliases().Add((L"p" + std::to_wstring(n)).c_str(), (L"urn:" + std::to_wstring(n)).c_str());
+    CShape shape;
+    CFlexClass object(shape);
+    const std::clock_t nStart = std::clock();
+    const std::wstring strXml = Write(object, context);
+    EXPECT_LT(std::clock() - nStart, 2 * CLOCKS_PER_SEC);
+    EXPECT_NE(std::wstring::npos, strXml.find(L" xmlns:p39999=\"urn:39999\""));
 }
 
 TEST(XmlGeneratedClass, AChildGetsNoneOfTheRootsExtras)
@@ -772,6 +786,29 @@ TEST(XmlGeneratedClass, ADocumentNestedTooDeeplyForTheStackEndsInAnException)
         EXPECT_TEXT(strCause, strMessage.substr(strMessage.size() - strCause.size()));
         EXPECT_TEXT(L"Failed to process the element [n]", ex.GetMessageW());
     }
+}
+
+TEST(XmlGeneratedClass, AChainTooLongForTheStackIsNotWrittenAndDiesSafely)
+{
+    CSmartPtr<CFlexClass> spChain = new CFlexClass(NestingShape(), L"n");
+    for (int n = 0; n < 200000; ++n)
+    {
+        CSmartPtr<CFlexClass> spOuter = new CFlexClass(NestingShape(), L"n");
+        (*spOuter)[1].SetXmlObject(spChain);
+        spChain = spOuter;
+    }
+    try
+    {
+        Write(*spChain);
+        ADD_FAILURE() << "so long a chain cannot fit the stack";
+    }
+    catch (const CQvException& ex)
+    {
+        const std::wstring strMessage = ex.GetFullMessage();
+        EXPECT_NE(std::wstring::npos, strMessage.find(L"The document is nested too deeply to be processed"));
+        EXPECT_TEXT(L"Failed to convert the element [n] to XML", ex.GetMessageW());
+    }
+    spChain = nullptr;
 }
 
 // --- Services for generated code -----------------------------------------------------------------

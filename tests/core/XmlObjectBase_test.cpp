@@ -6,6 +6,7 @@
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/output/XmlWriter.h"
 #include "tests/support/Expect.h"
+#include "tests/support/SmallStack.h"
 
 #include <atomic>
 #include <thread>
@@ -58,7 +59,7 @@ public:
     using CXmlObjectBase::Throw_IfPropertyIsNull;
 
     std::wstring m_strText = L"x < y";
-    static int s_nAlive;
+    static std::atomic<int> s_nAlive;
 
 protected:
     std::wstring GetTargetNamespace() const override { return L"urn:probe"; }
@@ -79,7 +80,7 @@ protected:
     }
 };
 
-int CProbe::s_nAlive = 0;
+std::atomic<int> CProbe::s_nAlive = 0;
 
 /// A collection that reads elements of one name and counts them.
 class CCountingCol : public CXmlCollection
@@ -183,6 +184,110 @@ TEST(XmlObjectBase, ThreadsMayShareAnObjectThroughTheirOwnPointers)
         thread.join();
     EXPECT_EQ(spShared->AddRef(), 2);
     spShared->Release();
+}
+
+namespace
+{
+
+/// An object that holds others by its properties, and writes its name down when it goes.
+class CLink : public CProbe
+{
+public:
+    explicit CLink(CSmartPtr<CLink> spFirst = nullptr, CSmartPtr<CLink> spSecond = nullptr,
+                   std::wstring* pGone = nullptr, const wchar_t* lpctName = L"link")
+        : CInstanceMonitor(L"CLink")
+        , CProbe(lpctName)
+        , m_spFirst(spFirst)
+        , m_spSecond(spSecond)
+        , m_pGone(pGone)
+    {
+    }
+    ~CLink() override
+    {
+        if (m_pGone != nullptr)
+            *m_pGone += GetElementName();
+    }
+
+    CSmartPtr<CLink> m_spFirst;
+    CSmartPtr<CLink> m_spSecond;
+    std::wstring* m_pGone;
+};
+
+CSmartPtr<CLink> Chain(int nLength)
+{
+    CSmartPtr<CLink> spChain;
+    for (int n = 0; n < nLength; ++n)
+        spChain = new CLink(spChain);
+    return spChain;
+}
+
+/// A chain each of whose links holds another chain too.
+CSmartPtr<CLink> Tree(int nLength)
+{
+    CSmartPtr<CLink> spTree;
+    for (int n = 0; n < nLength; ++n)
+        spTree = new CLink(Chain(nLength / 10), spTree);
+    return spTree;
+}
+
+} // namespace
+
+TEST(XmlObjectBase, AChainOfObjectsHeldByPropertiesDiesWhateverItsLength)
+{
+    const int nBefore = CProbe::s_nAlive;
+    for (const int nLength : {1, 1000, 1000000})
+    {
+        CSmartPtr<CLink> spChain = Chain(nLength);
+        EXPECT_EQ(nBefore + nLength, CProbe::s_nAlive);
+        spChain = nullptr;
+        EXPECT_EQ(nBefore, CProbe::s_nAlive) << nLength;
+    }
+}
+
+TEST(XmlObjectBase, ChainsDieOnASmallStack)
+{
+    const int nBefore = CProbe::s_nAlive;
+    QvTest::RunOnStack(128 * 1024, [] { Tree(2000); });
+    EXPECT_EQ(nBefore, CProbe::s_nAlive);
+}
+
+TEST(XmlObjectBase, AChainWithAnotherOwnerStaysFromThereOn)
+{
+    const int nBefore = CProbe::s_nAlive;
+    const CSmartPtr<CLink> spShared = Chain(10000);
+    {
+        CSmartPtr<CLink> spChain = spShared;
+        for (int n = 0; n < 200000; ++n)
+            spChain = new CLink(spChain);
+    }
+    EXPECT_EQ(nBefore + 10000, CProbe::s_nAlive);
+}
+
+TEST(XmlObjectBase, ThreadsDestroyTheirChainsIndependently)
+{
+    const int nBefore = CProbe::s_nAlive;
+    std::vector<CSmartPtr<CLink>> chains;
+    for (int n = 0; n < 4; ++n)
+        chains.push_back(Chain(50000));
+    std::vector<std::thread> threads;
+    for (CSmartPtr<CLink>& spChain : chains)
+        threads.emplace_back([&spChain] { spChain = nullptr; });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(nBefore, CProbe::s_nAlive);
+}
+
+TEST(XmlObjectBase, ObjectsThatTheStackHoldsDieInTheOrderOfTheirMembers)
+{
+    std::wstring strGone;
+    const auto Make =
+        [&](const wchar_t* lpctName, CSmartPtr<CLink> spFirst = nullptr, CSmartPtr<CLink> spSecond = nullptr)
+    {
+        return CSmartPtr<CLink>(new CLink(spFirst, spSecond, &strGone, lpctName));
+    };
+    CSmartPtr<CLink> spRoot = Make(L"a", Make(L"b", Make(L"c")), Make(L"d"));
+    spRoot = nullptr;
+    EXPECT_TEXT(L"adbc", strGone);
 }
 
 // --- Names, namespaces and setter checks ---------------------------------------------------------

@@ -100,6 +100,18 @@ TEST(NamespaceAliasMap, ANegativeIndexGivesTheFirstNamespaceAndOnePastTheEndNone
     EXPECT_TEXT(L"", CNamespaceAliasMap().GetNamespaceAt(0));
 }
 
+TEST(NamespaceAliasMap, AllEntriesCanBeWalkedInTheirOrder)
+{
+    CNamespaceAliasMap map;
+    map.Add(L"b", L"urn:y");
+    map.Add(L"a", L"urn:z");
+    map.Add(L"c", L"urn:x");
+    std::wstring strSeen;
+    for (const auto& [strNamespace, strAlias] : map.GetEntries())
+        strSeen += strAlias + L"=" + strNamespace + L" ";
+    EXPECT_TEXT(L"c=urn:x b=urn:y a=urn:z ", strSeen);
+}
+
 TEST(NamespaceAliasMap, RemovingTakesOneNamespaceAndPassesOverAnUnknownOne)
 {
     CNamespaceAliasMap map;

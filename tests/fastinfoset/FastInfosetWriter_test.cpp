@@ -318,6 +318,30 @@ TEST(FastInfosetWriter, TextBehindAChildStandsAheadOfTheChildsEnd)
                                                                                   })));
 }
 
+TEST(FastInfosetWriter, TextBehindAChildKeepsItsPlaceIfTheChildIsEnded)
+{
+    const FnCalls calls = [](CFastInfosetWriter& writer)
+    {
+        // Nothing is owed yet.
+        writer.EndChild();
+        writer.StartElement(L"a", L"");
+        writer.EndChild();
+        writer.EndElement();
+        writer.EndChild();
+        writer.EndChild();
+        Text(writer, L"t");
+    };
+    EXPECT_EQ(Joined({s_root, {60, 0, 'a', 240, 144, 't'}}), Write(InRoot(calls)));
+    // The ends that follow pair up anew.
+    const FnCalls further = [&calls](CFastInfosetWriter& writer)
+    {
+        calls(writer);
+        writer.StartElement(L"a", L"");
+        writer.EndElement();
+    };
+    EXPECT_EQ(Joined({s_root, {60, 0, 'a', 240, 144, 't', 1, 255}}), Write(InRoot(further)));
+}
+
 TEST(FastInfosetWriter, CommentsInstructionsAndSchemasLeaveNoTrace)
 {
     EXPECT_EQ(Joined({s_rootWithAttributes, {120, 0, 'x', 255, 240}}),

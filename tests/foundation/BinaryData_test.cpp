@@ -330,6 +330,30 @@ TEST(BinaryData, AppendsItsOwnBytes)
     EXPECT_EQ(strExpected, BytesOf(large));
 }
 
+TEST(BinaryData, AppendsItsOwnBytesAsText)
+{
+    // 'a' and a terminator in whatever width a wide character has, at the end of a block without room.
+    const wchar_t szText[] = L"a";
+    CBinaryData data(new unsigned char[sizeof(szText)], sizeof(szText), true);
+    std::memcpy(data.GetData(), szText, sizeof(szText));
+    const std::string strBytes = BytesOf(data);
+    data.Append(reinterpret_cast<const wchar_t*>(data.GetData()));
+    EXPECT_EQ(strBytes + std::string("a\0", 2), BytesOf(data));
+}
+
+TEST(BinaryData, ReadsItsOwnBytesAsBase64AndHexadecimal)
+{
+    const wchar_t szText[] = L"ABCD";
+    CBinaryData hex(reinterpret_cast<const wchar_t*>(szText));
+    hex.SetBuffer(reinterpret_cast<const unsigned char*>(szText), sizeof(szText));
+    CBinaryData base64 = hex;
+    base64.Append(static_cast<unsigned char>(0));
+    hex.SetAsHexString(reinterpret_cast<const wchar_t*>(hex.GetData()));
+    EXPECT_TRUE(hex == FromBytes("\xAB\xCD"));
+    base64.SetAsBase64(reinterpret_cast<const wchar_t*>(base64.GetData()));
+    EXPECT_TRUE(base64 == FromBytes(std::string_view("\x00\x10\x83", 3)));
+}
+
 TEST(BinaryData, AppendsByteByByteAcrossGrowth)
 {
     const std::string strBytes = RandomBytes(100000, 2);
@@ -479,7 +503,12 @@ TEST(BinaryData, SharedBlockIsNeitherAppendedToNorReleased)
     CBinaryDataRep* const pRep = new CBinaryDataRep(&by, 1, false);
     pRep->AddRef();
     ExpectThrows<CQvException>(L"Failed to append. [RefCount=2]", [&] { pRep->Append(&by, 1); });
-    ExpectThrows<CQvException>(L"Failed to append. [RefCount=2]", [&] { pRep->Extend(1); });
+    ExpectThrows<CQvException>(L"Failed to append. [RefCount=2]",
+                               [&]
+                               {
+                                   std::unique_ptr<unsigned char[]> pOld;
+                                   pRep->Extend(1, pOld);
+                               });
     EXPECT_FALSE(pRep->TryAppend(1));
     // The attempt gives up its reference.
     ExpectThrows<CQvException>(L"Failed to release data. [RefCount=1]", [&] { pRep->ReleaseData(); });
@@ -750,6 +779,22 @@ TEST(BinaryData, HandlesOnOneBlockLiveInDifferentThreads)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ("abc", BytesOf(shared));
+}
+
+TEST(BinaryData, AppendsItsOwnBytesWhileTheOtherHandleGoes)
+{
+    const std::string strBytes = RandomBytes(100000, 2);
+    for (int i = 0; i < 500; ++i)
+    {
+        CBinaryData a = FromBytes(strBytes);
+        std::thread thread([b = a]() mutable { b.Clear(); });
+        if (i % 2 == 0)
+            a.Append(a);
+        else
+            a.Append(a.GetData(), a.GetLength());
+        thread.join();
+        ASSERT_TRUE(strBytes + strBytes == BytesOf(a)) << "round " << i;
+    }
 }
 
 TEST(BinaryData, TheLastTwoHandlesMayGoAtTheSameTime)

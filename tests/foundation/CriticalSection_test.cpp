@@ -31,6 +31,53 @@ TEST(CriticalSectionTest, LetsOneThreadInAtATime)
     EXPECT_EQ(80000, nCount);
 }
 
+namespace
+{
+
+/// Enters from a constructor that may run ahead of every other one in static storage.
+struct SEarlyUser
+{
+    SEarlyUser();
+};
+const SEarlyUser s_earlyUser;
+CQVCriticalSection s_cs;
+bool s_bEnteredEarly = false;
+
+SEarlyUser::SEarlyUser()
+{
+    const CQVCriticalSectionLock lock(s_cs);
+    s_bEnteredEarly = true;
+}
+
+} // namespace
+
+TEST(CriticalSectionTest, MayBeEnteredAheadOfDynamicInitialisation)
+{
+    EXPECT_TRUE(s_bEnteredEarly);
+}
+
+TEST(CriticalSectionTest, FirstEntryOfManyThreadsMakesOneLock)
+{
+    for (int nRound = 0; nRound < 200; ++nRound)
+    {
+        CQVCriticalSection cs;
+        int nCount = 0;
+        std::vector<std::thread> threads;
+        for (int nThread = 0; nThread < 4; ++nThread)
+        {
+            threads.emplace_back(
+                [&]
+                {
+                    const CQVCriticalSectionLock lock(cs);
+                    ++nCount;
+                });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        ASSERT_EQ(4, nCount);
+    }
+}
+
 TEST(CriticalSectionTest, ThreadThatHoldsItMayEnterAgain)
 {
     CQVCriticalSection cs;

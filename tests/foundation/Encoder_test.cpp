@@ -151,6 +151,28 @@ TEST(Encoder, EncodesAnEmptyTextAsAnEmptyHandle)
     EXPECT_EQ(nullptr, EncodeUtf8(L"").GetData());
 }
 
+TEST(Encoder, TakesNullForAnEmptyTextAndForNoBytes)
+{
+    EXPECT_TRUE(EncodeUtf8(nullptr) == CBinaryData());
+    EXPECT_TEXT(L"", DecodeUtf8(nullptr, 0));
+    EXPECT_TEXT(L"", DecodeUtf8(nullptr, 5));
+    EXPECT_TEXT(L"", DecodeUtf16(static_cast<const wchar_t*>(nullptr), 5));
+    EXPECT_TEXT(L"", DecodeUtf16(static_cast<const unsigned char*>(nullptr), 5));
+}
+
+TEST(Encoder, AppendsATextToItself)
+{
+    for (const wchar_t* lpctText : {L"abc", L"a\xD83D\xDE00", L"a\U0001F600", L""})
+    {
+        std::wstring strText = lpctText;
+        strText.shrink_to_fit();
+        const std::wstring strUnits = ToUtf16Units(strText);
+        std::wstring strExpected = strText + strUnits;
+        AppendUtf16Units(strText, strText);
+        EXPECT_TEXT(strExpected, strText);
+    }
+}
+
 TEST(Encoder, EncodesUpToTheFirstZero)
 {
     EXPECT_EQ("ab", BytesOf(EncodeUtf8(std::wstring(L"ab\0cd", 5).c_str())));

@@ -19,6 +19,31 @@ using namespace QvXmlLib9;
 
 // --- The family -----------------------------------------------------------------------------------------------------
 
+namespace
+{
+
+/// Tells how many of it are alive.
+class CCountedException : public CQvException
+{
+public:
+    CCountedException() { ++s_nAlive; }
+    CCountedException(const CCountedException& source)
+        : CQvException(source)
+    {
+        ++s_nAlive;
+    }
+    ~CCountedException() override { --s_nAlive; }
+
+    static int s_nAlive;
+
+protected:
+    CQvException* Clone() const override { return new CCountedException(*this); }
+};
+
+int CCountedException::s_nAlive = 0;
+
+} // namespace
+
 template <class TException>
 class ExceptionFamilyTest : public ::testing::Test
 {
@@ -98,6 +123,43 @@ TYPED_TEST(ExceptionFamilyTest, AssignmentTakesMessageAndACloneOfTheInner)
     target = TypeParam(L"alone");
     EXPECT_TEXT(L"alone", target.GetFullMessage());
     EXPECT_EQ(nullptr, target.GetInnerException());
+}
+
+TYPED_TEST(ExceptionFamilyTest, InnerObtainedBeforeAnAssignmentStaysGood)
+{
+    TypeParam target(L"old", CQvOverFlowException(L"first", CQvException(L"root")));
+    const CQvException* const pFirst = target.GetInnerException();
+    target = TypeParam(L"new", CQvException(L"second"));
+    const CQvException* const pSecond = target.GetInnerException();
+    target = TypeParam(L"alone");
+    EXPECT_EQ(nullptr, target.GetInnerException());
+    EXPECT_TEXT(L"first\nroot", pFirst->GetFullMessage());
+    EXPECT_STREQ(typeid(CQvOverFlowException).name(), typeid(*pFirst).name());
+    EXPECT_TEXT(L"second", pSecond->GetFullMessage());
+}
+
+TYPED_TEST(ExceptionFamilyTest, CopyDoesNotKeepWhatItsSourceShowsNoLonger)
+{
+    TypeParam source(L"old", CCountedException());
+    source = TypeParam(L"new", CCountedException());
+    EXPECT_EQ(2, CCountedException::s_nAlive) << "the replaced one and the one shown";
+    {
+        const TypeParam copy(source);
+        EXPECT_EQ(3, CCountedException::s_nAlive);
+    }
+    source = TypeParam();
+    EXPECT_EQ(2, CCountedException::s_nAlive) << "kept until the exception dies";
+}
+
+TYPED_TEST(ExceptionFamilyTest, WhatAssignmentsReplacedDiesWithTheException)
+{
+    {
+        TypeParam target(L"old", CCountedException());
+        for (int i = 0; i < 10; ++i)
+            target = TypeParam(L"new", CCountedException());
+        EXPECT_EQ(11, CCountedException::s_nAlive);
+    }
+    EXPECT_EQ(0, CCountedException::s_nAlive);
 }
 
 TYPED_TEST(ExceptionFamilyTest, AssignmentToItselfChangesNothing)

@@ -396,6 +396,24 @@ TEST(FunctionsTest, TraceGoesNowhereWithoutDiagnostics)
 
 // --- Text helpers ---------------------------------------------------------------------------------------------------
 
+TEST(FunctionsTest, NullFormatIsAnEmptyText)
+{
+    const wchar_t* const lpctNull = nullptr;
+    EXPECT_TEXT(L"", FormatString(lpctNull));
+}
+
+TEST(FunctionsTest, ReplaceAllMayReplaceTheTextItself)
+{
+    std::string strText = "aa";
+    ReplaceAll(strText, strText, "b");
+    EXPECT_EQ("b", strText);
+    std::string strOther = "b";
+    ReplaceAll(strText, strOther, "xyz");
+    EXPECT_EQ("xyz", strText);
+    ReplaceAll(strText, "a", strText);
+    EXPECT_EQ("xyz", strText);
+}
+
 TEST(FunctionsTest, ReplaceAllReplacesEveryOccurrence)
 {
     const struct

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <deque>
 #include <memory>
@@ -103,6 +105,13 @@ TEST_F(MemoryLeakHelpTest, NamesMayHoldFormatCharacters)
     EXPECT_TEXT(s_strHeader + L"--> %s%d%n = 1/1", CInstanceMonitor::DumpState());
 }
 
+TEST_F(MemoryLeakHelpTest, NullNameIsAnEmptyOne)
+{
+    const CMonitored unnamed(nullptr);
+    const CMonitored empty(L"");
+    EXPECT_TEXT(s_strHeader + L"-->  = 2/2", CInstanceMonitor::DumpState());
+}
+
 TEST_F(MemoryLeakHelpTest, CleanupForgetsAndClassesStartAnew)
 {
     {
@@ -197,18 +206,54 @@ TEST_F(MemoryLeakHelpTest, CountMayFallBelowZeroWithoutAssertions)
 
 TEST_F(MemoryLeakHelpTest, ManyClassesAreCounted)
 {
-    // More than a thread's own table has room for.
+    // More than a thread's own table has room for, and more addresses of names than it remembers.
+    constexpr int nClasses = 70000;
+    std::deque<std::wstring> names;
     std::vector<std::unique_ptr<CMonitored>> objects;
     for (int nRound = 0; nRound < 3; ++nRound)
     {
-        for (int i = 0; i < 1500; ++i)
-            objects.push_back(std::make_unique<CMonitored>((L"Class" + std::to_wstring(i)).c_str()));
+        for (int i = 0; i < nClasses; ++i)
+        {
+            names.push_back(L"Class" + std::to_wstring(i));
+            objects.push_back(std::make_unique<CMonitored>(names.back().c_str()));
+        }
     }
-    ExpectCounts(L"Class0", 3, 3);
-    ExpectCounts(L"Class1499", 3, 3);
+    for (const wchar_t* lpctName : {L"Class0", L"Class1499", L"Class65535", L"Class69999"})
+        ExpectCounts(lpctName, 3, 3);
     objects.clear();
-    ExpectCounts(L"Class0", 0, 3);
-    ExpectCounts(L"Class1499", 0, 3);
+    for (const wchar_t* lpctName : {L"Class0", L"Class1499", L"Class65535", L"Class69999"})
+        ExpectCounts(lpctName, 0, 3);
+}
+
+namespace
+{
+
+/// The least time that an object took, of several attempts.
+double MeasureObject(std::size_t nClasses)
+{
+    std::deque<std::wstring> names;
+    while (names.size() < nClasses)
+        names.push_back(L"Measured" + std::to_wstring(names.size()));
+    double dLeast = 1.0;
+    for (int nAttempt = 0; nAttempt < 5; ++nAttempt)
+    {
+        constexpr int nObjects = 20000;
+        const auto start = std::chrono::steady_clock::now();
+        for (int i = 0; i < nObjects; ++i)
+            const CMonitored counted(names[static_cast<std::size_t>(i) % nClasses].c_str());
+        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+        dLeast = std::min(dLeast, elapsed.count() / nObjects);
+    }
+    return dLeast;
+}
+
+} // namespace
+
+TEST_F(MemoryLeakHelpTest, ObjectCostsTheSameHoweverManyClassesThereAre)
+{
+    const double dFew = MeasureObject(10);
+    const double dMany = MeasureObject(5000);
+    EXPECT_LT(dMany, 30 * dFew) << "seconds an object, with 10 classes " << dFew << ", with 5000 " << dMany;
 }
 
 TEST_F(MemoryLeakHelpTest, PlaceOfAClassCountsLikeItsName)

@@ -273,6 +273,76 @@ TEST(PatternTest, EndlessBacktrackingIsGivenUpAsNoMatch)
     }
 }
 
+TEST(PatternTest, AnswerIsTheSameEveryTimeAndInEveryThread)
+{
+    struct SHardCase
+    {
+        const char* lpcPattern;
+        std::wstring strValue;
+        bool bMatches;
+    };
+    const std::wstring strAs(30, L'a');
+    const SHardCase cases[] = {
+        {"(a|aa)+c|a*b", strAs + L"b", true},
+        {"(a|aa)+c|a*b", std::wstring(20, L'a') + L"b", true},
+        {"(a|aa)+c|a*b", strAs, false},
+        {"(a+)+c|[ab]*", std::wstring(22, L'a') + L"b", true},
+        {"(x+x+)+y|.*z", std::wstring(14, L'x') + L"z", true},
+        {"((a|b)*|c)*(d|e)", std::wstring(60, L'a'), false},
+    };
+    for (const SHardCase& c : cases)
+    {
+        for (int nRound = 0; nRound < 3; ++nRound)
+        {
+            // An expression that nobody has used yet, whichever thread is the first.
+            const std::string strPattern = std::string(c.lpcPattern) + "|new" + std::to_string(nRound);
+            std::vector<std::thread> threads;
+            for (int nThread = 0; nThread < 4; ++nThread)
+            {
+                threads.emplace_back(
+                    [&]
+                    {
+                        for (int nMatch = 0; nMatch < 3; ++nMatch)
+                            EXPECT_EQ(c.bMatches, PatternMatch(strPattern, c.strValue))
+                                << strPattern << ", match " << nMatch;
+                    });
+            }
+            for (std::thread& thread : threads)
+                thread.join();
+        }
+    }
+}
+
+TEST(PatternTest, AnswerIsTheSameEveryTimeWithoutMachineCode)
+{
+    // So many groups pass what the machine code can hold.
+    std::string strGroups;
+    for (int i = 0; i < 3000; ++i)
+        strGroups += "()";
+    for (const std::size_t nLength : {5u, 10u, 15u, 20u, 30u, 40u})
+    {
+        const std::string strPattern = strGroups + "((a|aa)+c|a*b|" + std::to_string(nLength) + ")";
+        const std::wstring strValue = std::wstring(nLength, L'a') + L"b";
+        const bool bFirst = PatternMatch(strPattern, strValue);
+        for (int nMatch = 0; nMatch < 2; ++nMatch)
+            EXPECT_EQ(bFirst, PatternMatch(strPattern, strValue)) << nLength << ", match " << nMatch;
+    }
+}
+
+TEST(PatternTest, FewBytesOfStackAreEnough)
+{
+    for (const std::size_t nStack : {64u, 96u, 160u})
+    {
+        QvTest::RunOnStack(nStack * 1024,
+                           [&]
+                           {
+                               const std::string strPattern = "(a|b)*c(" + std::to_string(nStack) + ")?";
+                               for (int nMatch = 0; nMatch < 3; ++nMatch)
+                                   EXPECT_TRUE(PatternMatch(strPattern, std::wstring(100000, L'a') + L"c"));
+                           });
+    }
+}
+
 TEST(PatternTest, ExpressionsNestedTooDeeplyAreRefused)
 {
     ExpectThrows<CQvException>(L"Invalid Regular Expression: a Error: 'parentheses are too deeply nested'",

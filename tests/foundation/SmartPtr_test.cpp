@@ -119,6 +119,51 @@ TEST_F(SmartPtrTest, AssigningTheObjectThatIsHeldDoesNotDestroyIt)
     EXPECT_EQ(1, sp->m_lRefCount);
 }
 
+namespace
+{
+
+/// Looks at a pointer when it is destroyed.
+class CLooker : public CCounted
+{
+public:
+    CLooker(CSmartPtr<CCounted>& spSeen, CCounted*& pSaw)
+        : m_spSeen(spSeen)
+        , m_pSaw(pSaw)
+    {
+    }
+    ~CLooker() override { m_pSaw = m_spSeen; }
+
+private:
+    CSmartPtr<CCounted>& m_spSeen;
+    CCounted*& m_pSaw;
+};
+
+} // namespace
+
+TEST_F(SmartPtrTest, DestructorOfTheOldObjectStillSeesIt)
+{
+    const CSmartPtr<CCounted> spNew = new CCounted;
+    CSmartPtr<CCounted> spMoved = spNew;
+    CSmartPtr<CCounted> sp;
+    CCounted* pSaw = nullptr;
+    CCounted* pOld = nullptr;
+    const auto setOld = [&]
+    {
+        sp = pOld = new CLooker(sp, pSaw);
+    };
+
+    setOld();
+    sp = static_cast<CCounted*>(spNew);
+    EXPECT_EQ(pOld, pSaw) << "assigned a raw pointer";
+    setOld();
+    sp = spNew;
+    EXPECT_EQ(pOld, pSaw) << "assigned a pointer";
+    setOld();
+    sp = std::move(spMoved);
+    EXPECT_EQ(pOld, pSaw) << "moved to";
+    EXPECT_EQ(static_cast<CCounted*>(spNew), static_cast<CCounted*>(sp));
+}
+
 TEST_F(SmartPtrTest, MovingHandsTheReferenceOver)
 {
     std::vector<int> log;

@@ -329,6 +329,14 @@ TEST(RestrictionCheck, IndeterminateDurationsPassEveryBound)
         EXPECT_TRUE(Passes(ItemType_duration, L"P1M", Bound(nBound, L"P30D")));
 }
 
+TEST(RestrictionCheck, NegativeZeroReachesABoundOfZeroUnlessItsFractionHasASign)
+{
+    const CPrimitiveRestrictions restrictions = Bound(0, L"0").Make();
+    for (const CDecimal& value : {CDecimal(L"-0.00"), CDecimal(-0.0), CDecimal(-1e-14)})
+        EXPECT_NO_THROW(CheckRestriction<ItemType_decimal>(L"item", value, restrictions));
+    EXPECT_THROW(CheckRestriction<ItemType_decimal>(L"item", CDecimal(L"-0"), restrictions), CQvException);
+}
+
 TEST(RestrictionCheck, DecimalBoundsFollowTheMaximumOfDecimalPlaces)
 {
     const CPrimitiveRestrictions restrictions = Bound(1, L"1.04").Make();

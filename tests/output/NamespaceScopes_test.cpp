@@ -45,6 +45,20 @@ TEST(NamespaceScopes, TheNewestBindingOfANamespaceHolds)
     EXPECT_TEXT(L"(none)", PrefixOf(scopes, L"urn:a"));
 }
 
+TEST(NamespaceScopes, AnUnboundNamespaceIsUnknownUntilThatIsDropped)
+{
+    CNamespaceScopes scopes;
+    scopes.Bind(L"urn:a", L"AA");
+    scopes.Unbind(L"urn:a");
+    EXPECT_TEXT(L"(none)", PrefixOf(scopes, L"urn:a"));
+    EXPECT_TEXT(L"AA", scopes.GeneratePrefix());
+    EXPECT_FALSE(scopes.IsUnbinding(0));
+    EXPECT_TRUE(scopes.IsUnbinding(1));
+    EXPECT_TEXT(L"urn:a", scopes.GetNamespace(1));
+    scopes.DropTo(1);
+    EXPECT_TEXT(L"AA", PrefixOf(scopes, L"urn:a"));
+}
+
 TEST(NamespaceScopes, TwoNamespacesMayShareAPrefix)
 {
     CNamespaceScopes scopes;
@@ -117,7 +131,7 @@ TEST(NamespaceScopes, BehavesAsMapsThatEveryScopeCopies)
     for (int nStep = 0; nStep < 20000; ++nStep)
     {
         const std::wstring strNamespace = L"urn:" + std::to_wstring(random() % 60);
-        switch (random() % 6)
+        switch (random() % 7)
         {
         case 0:
             maps.push_back(maps.back());
@@ -157,6 +171,10 @@ TEST(NamespaceScopes, BehavesAsMapsThatEveryScopeCopies)
             maps.back()[strNamespace] = strPrefix;
             break;
         }
+        case 4:
+            scopes.Unbind(strNamespace);
+            maps.back().erase(strNamespace);
+            break;
         default:
         {
             const auto it = maps.back().find(strNamespace);

@@ -172,6 +172,48 @@ TEST(StringBuffer, SetReplacesTheText)
     EXPECT_EQ(3u, buffer.GetLength());
 }
 
+TEST(StringBuffer, AppendsItsOwnText)
+{
+    for (const unsigned long nBlockSize : {2UL, 4UL, 5UL, 8UL, 4096UL})
+    {
+        CStringBuffer buffer(nBlockSize);
+        buffer.Append(L"abcd");
+        std::wstring strExpected = L"abcd";
+        for (int i = 0; i < 6; ++i)
+        {
+            buffer.Append(buffer.GetData());
+            strExpected += strExpected;
+            EXPECT_TEXT(strExpected, buffer.GetString()) << "blocks of " << nBlockSize;
+        }
+        buffer.AppendUnits(std::wstring_view(buffer.GetData()).substr(3));
+        strExpected += strExpected.substr(3);
+        EXPECT_TEXT(strExpected, buffer.GetString()) << "blocks of " << nBlockSize;
+    }
+}
+
+TEST(StringBuffer, SetTakesAPartOfItsOwnText)
+{
+    CStringBuffer buffer(4);
+    buffer.Append(L"abcdefgh");
+    buffer.Set(buffer.GetData() + 2);
+    EXPECT_TEXT(L"cdefgh", buffer.GetString());
+    buffer.Set(buffer.GetData());
+    EXPECT_TEXT(L"cdefgh", buffer.GetString());
+}
+
+TEST(StringBuffer, NullIsAnEmptyText)
+{
+    const wchar_t* const lpctNull = nullptr;
+    CStringBuffer buffer;
+    buffer.Append(lpctNull);
+    EXPECT_EQ(0U, buffer.GetLength());
+    buffer.Append(L"a");
+    buffer.Append(lpctNull);
+    EXPECT_TEXT(L"a", buffer.GetString());
+    buffer.Set(lpctNull);
+    EXPECT_EQ(0U, buffer.GetLength());
+}
+
 TEST(StringBuffer, ClearFreesAllBlocks)
 {
     CStringBuffer buffer(3);

@@ -98,19 +98,19 @@ bool AreEqual(const SModelInteger& a, const SModelInteger& b)
     return a.Value() == b.Value();
 }
 
-/// Whole part and fraction as CDecimal keeps them. The fraction has the sign of the number, zero included.
+bool IsAtMost(const SModelInteger& a, const SModelInteger& b)
+{
+    return !IsBelow(b, a);
+}
+
+/// Whole part and fraction as CDecimal keeps them, each with a sign that zero has too.
 struct SModelDecimal
 {
     SModelInteger whole;
     SModelInteger fraction;
     int nDivider = 1;
 
-    void AdoptSign()
-    {
-        if (whole.IsZero() && !fraction.IsZero())
-            whole.nSign = fraction.nSign;
-        fraction.nSign = whole.nSign;
-    }
+    bool IsZero() const { return whole.IsZero() && fraction.IsZero(); }
 
     void Negate()
     {
@@ -121,7 +121,7 @@ struct SModelDecimal
     void Rationalise()
     {
         for (; nDivider > 1 && fraction.magnitude % 10 == 0; --nDivider)
-            fraction.magnitude /= 10;
+            fraction = Quotient(fraction, SModelInteger(10));
     }
 
     void ChangeFractionalDivider(int nPlaces)
@@ -134,10 +134,12 @@ struct SModelDecimal
         }
         const mpz_class power = PowerOfTen(static_cast<unsigned long>(nDivider - nPlaces));
         const bool bRoundUp = fraction.magnitude % power > power / 2;
-        fraction.magnitude /= power;
+        const SModelInteger carry(fraction.nSign, 1);
+        fraction = Quotient(fraction, SModelInteger(power));
         nDivider = nPlaces;
+        SModelInteger& part = nDivider == 0 ? whole : fraction;
         if (bRoundUp)
-            ++(nDivider == 0 ? whole : fraction).magnitude;
+            part = part + carry;
     }
 
     void Limit()
@@ -191,7 +193,6 @@ SModelDecimal operator+(SModelDecimal a, SModelDecimal b)
     if (w.IsZero())
         w.nSign = f.nSign;
     SModelDecimal sum{w, f, nDivider};
-    sum.AdoptSign();
     sum.Rationalise();
     return sum;
 }
@@ -200,9 +201,6 @@ SModelDecimal FromScaled(const SModelInteger& scaled, int nDivider)
 {
     const SModelInteger power(PowerOfTen(static_cast<unsigned long>(nDivider)));
     SModelDecimal result{Quotient(scaled, power), Remainder(scaled, power), nDivider};
-    if (result.whole.IsZero() && result.fraction.IsZero())
-        result.whole.nSign = 1;
-    result.AdoptSign();
     result.Rationalise();
     result.Limit();
     return result;
@@ -227,10 +225,28 @@ SModelDecimal operator/(SModelDecimal a, SModelDecimal b)
     return FromScaled(Quotient((p1 * a.whole + a.fraction) * p2, p1 * b.whole + b.fraction), nPlaces);
 }
 
-bool IsBelow(SModelDecimal a, SModelDecimal b)
+/// `compare` decides on the fractions where the whole parts are equal.
+template <class TCompare>
+bool IsOrdered(SModelDecimal a, SModelDecimal b, TCompare compare)
 {
     Normalize(a, b);
-    return IsBelow(a.whole, b.whole) || (AreEqual(a.whole, b.whole) && IsBelow(a.fraction, b.fraction));
+    // Only in a number that is zero does a fraction of zero count with its sign.
+    for (SModelDecimal* p : {&a, &b})
+    {
+        if (p->fraction.IsZero() && !p->IsZero())
+            p->fraction.nSign = 1;
+    }
+    return IsBelow(a.whole, b.whole) || (AreEqual(a.whole, b.whole) && compare(a.fraction, b.fraction));
+}
+
+bool IsBelow(const SModelDecimal& a, const SModelDecimal& b)
+{
+    return IsOrdered(a, b, [](const SModelInteger& x, const SModelInteger& y) { return IsBelow(x, y); });
+}
+
+bool IsAtMost(const SModelDecimal& a, const SModelDecimal& b)
+{
+    return IsOrdered(a, b, [](const SModelInteger& x, const SModelInteger& y) { return IsAtMost(x, y); });
 }
 
 bool AreEqual(SModelDecimal a, SModelDecimal b)
@@ -424,8 +440,8 @@ void ExpectSameOrder(const TNumber& a, const TNumber& b, const TModel& modelA, c
     EXPECT_EQ(a != b, !bEqual);
     EXPECT_EQ(a < b, IsBelow(modelA, modelB));
     EXPECT_EQ(a > b, IsBelow(modelB, modelA));
-    EXPECT_EQ(a <= b, !IsBelow(modelB, modelA));
-    EXPECT_EQ(a >= b, !IsBelow(modelA, modelB));
+    EXPECT_EQ(a <= b, IsAtMost(modelA, modelB));
+    EXPECT_EQ(a >= b, IsAtMost(modelB, modelA));
 }
 
 /// All operations on one pair of integers.
@@ -593,6 +609,26 @@ TEST(DecimalReference, CalculatesLikeTheModel)
         CDecimal::SetMaxDecimalPlaces(nMaximum);
         for (int nCase = 0; nCase < 4000 && !HasFailure(); ++nCase)
             CompareDecimals(maker.Decimal(), maker.Decimal(), static_cast<int>(maker.Below(40)));
+    }
+    CDecimal::SetMaxDecimalPlaces(nBefore);
+}
+
+TEST(DecimalReference, KeepsTheSignsOfZeroLikeTheModel)
+{
+    const wchar_t* const texts[] = {L"0",     L"-0",  L"-0.0",  L"-.0",   L"0.00",   L"-0.00", L"-0E5", L"-1E-40",
+                                    L"-0.04", L"0.1", L"-0.06", L"-0.96", L"-0.040", L"5",     L"-5",   L"-5.00"};
+    const int nBefore = CDecimal::GetMaxDecimalPlaces();
+    for (const int nMaximum : {30, 0, 1, 2})
+    {
+        CDecimal::SetMaxDecimalPlaces(nMaximum);
+        for (const wchar_t* lpctA : texts)
+        {
+            for (const wchar_t* lpctB : texts)
+            {
+                for (const int nPlaces : {0, 1, 2, 30})
+                    CompareDecimals(lpctA, lpctB, nPlaces);
+            }
+        }
     }
     CDecimal::SetMaxDecimalPlaces(nBefore);
 }

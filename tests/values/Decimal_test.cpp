@@ -174,11 +174,43 @@ TEST(DecimalParse, RefusesAnExponentAboveTheLimit)
 {
     EXPECT_EQ(CDecimal::MAX_EXPONENT, 10000);
     EXPECT_EQ(Text(L"1E10000"), L"1" + std::wstring(10000, L'0'));
-    EXPECT_EQ(Text(L"1E-10000"), L"0");
-    const SInvalid cases[] = {{L"1E10001", 6},      {L"1E-10001", 7},    {L"1E99999", 6},
-                              {L"1E2147483647", 6}, {L"1E-99999999", 7}, {L"0E99999999999999999999999999", 6}};
+    const SInvalid cases[] = {{L"1E10001", 6}, {L"1E99999", 6}, {L"1E2147483647", 6}, {L"-0.01E10001", 10}};
     for (const SInvalid& row : cases)
         EXPECT_EQ(FailureOf([&] { CDecimal value(row.lpctText); }), InvalidChar(row.nPosition, row.lpctText));
+}
+
+TEST(DecimalParse, NeedsNoLimitWhereTheResultIsZero)
+{
+    const wchar_t* const zeros[] = {L"0E20000",
+                                    L"0E99999999999999999999999999",
+                                    L"-0.000E2147483648",
+                                    L"1E-10000",
+                                    L"1E-10001",
+                                    L"-9E-99999",
+                                    L"1E-99999999",
+                                    L"1E-99999999999999999999999999",
+                                    L".E10001"};
+    for (const wchar_t* lpctText : zeros)
+    {
+        EXPECT_EQ(Text(lpctText), L"0") << lpctText;
+        EXPECT_FALSE(IsNegativeZero(CDecimal(lpctText))) << lpctText;
+    }
+    EXPECT_EQ(CBigInteger(L"0E20000").ToString(), L"0");
+    const std::wstring strLong = L"0E" + std::wstring(33, L'1');
+    EXPECT_EQ(FailureOf([&] { Dec(strLong); }), InvalidChar(34, strLong));
+}
+
+TEST(DecimalParse, ANegativeExponentCountsInFull)
+{
+    const std::wstring strNines(512, L'9');
+    EXPECT_EQ(Text(strNines + L"E-10001"), L"0");
+    const CMaxDecimalPlaces places(CDecimal::MAX_DECIMAL_PLACES);
+    EXPECT_EQ(Dec(strNines + L"E-10512").ToString(9999), L"0." + std::wstring(9999, L'0'));
+    EXPECT_TRUE(Dec(strNines + L"E-10512") == Dec(L"1E-10000"));
+    EXPECT_TRUE(Dec(strNines + L"E-10511") == Dec(L"1E-9999"));
+    EXPECT_TRUE(Dec(strNines + L"E-10513") == CDecimal(0));
+    EXPECT_TRUE(Dec(L"19E-10001") == Dec(L"2E-10000"));
+    EXPECT_TRUE(Dec(L"15E-10001") == Dec(L"1E-10000"));
 }
 
 TEST(DecimalParse, ReadsEveryMagnitudeOfADouble)
@@ -337,18 +369,41 @@ TEST(DecimalCompare, EqualNumbersAreEqualHoweverTheyAreWritten)
     EXPECT_TRUE(Dec(L"1") / Dec(L"3") == Dec(L"0." + std::wstring(30, L'3')));
 }
 
+struct SZero
+{
+    CDecimal value;
+    const char* lpcWhat;
+    bool bNotBelow;
+};
+
 TEST(DecimalCompare, NegativeZeroEqualsZeroAndIsOrderedBelowIt)
 {
-    for (const wchar_t* lpctText : {L"-0", L"-0.0", L"-0.000"})
+    // Two places or more that are all zero leave no sign in the fraction, and then the number is not below zero enough
+    // to fail a bound of zero.
+    const SZero zeros[] = {{Dec(L"-0"), "-0", false},
+                           {Dec(L"-0.0"), "-0.0", false},
+                           {CDecimal(0).GetNegative(), "0, negated", false},
+                           {Dec(L"-0.00"), "-0.00", true},
+                           {Dec(L"-0.000"), "-0.000", true},
+                           {CDecimal(-0.0), "the double -0.0", true},
+                           {CDecimal(-1e-14), "the double -1e-14", true},
+                           {CDecimal(CBigInteger(L"-0")), "the integer -0", true}};
+    for (const SZero& row : zeros)
     {
-        const CDecimal negative(lpctText);
-        EXPECT_TRUE(negative == CDecimal(0));
-        EXPECT_FALSE(negative != CDecimal(0));
-        EXPECT_TRUE(negative < CDecimal(0));
-        EXPECT_FALSE(negative >= CDecimal(0));
-        EXPECT_TRUE(CDecimal(0) > negative);
-        EXPECT_TRUE(negative == Dec(L"-0"));
-        EXPECT_FALSE(negative < Dec(L"-0"));
+        SCOPED_TRACE(row.lpcWhat);
+        EXPECT_TRUE(row.value == CDecimal(0));
+        EXPECT_FALSE(row.value != CDecimal(0));
+        EXPECT_TRUE(row.value < CDecimal(0));
+        EXPECT_TRUE(row.value <= CDecimal(0));
+        EXPECT_FALSE(row.value > CDecimal(0));
+        EXPECT_EQ(row.value >= CDecimal(0), row.bNotBelow);
+        EXPECT_TRUE(CDecimal(0) > row.value);
+        EXPECT_EQ(CDecimal(0) <= row.value, row.bNotBelow);
+        EXPECT_TRUE(row.value == Dec(L"-0"));
+        EXPECT_FALSE(row.value < Dec(L"-0"));
+        EXPECT_TRUE(row.value >= Dec(L"-0"));
+        EXPECT_TRUE(row.value > Dec(L"-0.05"));
+        EXPECT_TRUE(row.value < Dec(L"0.05"));
     }
 }
 
@@ -362,6 +417,8 @@ TEST(DecimalSign, ZeroKeepsItInParsingRoundingAndNegationOnly)
     EXPECT_FALSE(IsNegativeZero(Dec(L"-0") / CDecimal(5)));
     EXPECT_FALSE(IsNegativeZero(Dec(L"-5") + Dec(L"5")));
     EXPECT_TRUE(IsNegativeZero(Dec(L"-0") + Dec(L"-0")));
+    EXPECT_FALSE(IsNegativeZero(Dec(L"-0.00") + Dec(L"-0.00")));
+    EXPECT_FALSE(IsNegativeZero(CDecimal(-0.0) + Dec(L"-0")));
     const CMaxDecimalPlaces places(1);
     EXPECT_TRUE(IsNegativeZero(Dec(L"-0.01")));
 }
@@ -554,6 +611,9 @@ TEST(DecimalToStringPlaces, NothingIsRoundedFromTheMaximumOfPlacesOn)
     EXPECT_EQ(Dec(L"1.5").ToString(30), L"1.5");
     EXPECT_EQ(Dec(L"-1.5").ToString(600), L"-1.5");
     EXPECT_EQ(Dec(L"-0").ToString(600), L"-0.0");
+    EXPECT_EQ(Dec(L"-0.00").ToString(30), L"0.0");
+    EXPECT_EQ(CDecimal(-0.0).ToString(30), L"0.0");
+    EXPECT_EQ(CDecimal(-1e-14).ToString(31), L"0.0");
     EXPECT_EQ(Dec(L"1.5").ToString(INT_MAX), L"1.5");
 }
 

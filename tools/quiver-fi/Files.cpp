@@ -1,12 +1,8 @@
 #include "tools/quiver-fi/Files.h"
 
-#include "quiver/foundation/QvZip.h"
-
-#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <istream>
-#include <memory>
 #include <ostream>
 #include <system_error>
 
@@ -15,9 +11,6 @@ namespace quiver_fi
 
 namespace
 {
-
-/// The library takes blocks of bytes whose length has 32 bits.
-constexpr std::size_t s_nLengthLimit = 0xFFFFFFFF;
 
 bool IsStandardStream(const std::string& strName)
 {
@@ -53,16 +46,6 @@ std::string ReadAll(std::istream& in, const std::string& strName)
     return strBytes;
 }
 
-/// Whether the bytes begin like a gzip (RFC 1952) or a zlib stream (RFC 1950).
-bool LooksCompressed(std::string_view strBytes)
-{
-    if (strBytes.size() < 2)
-        return false;
-    const unsigned nFirst = static_cast<unsigned char>(strBytes[0]);
-    const unsigned nSecond = static_cast<unsigned char>(strBytes[1]);
-    return (nFirst == 0x1F && nSecond == 0x8B) || ((nFirst & 15) == 8 && (nFirst << 8 | nSecond) % 31 == 0);
-}
-
 } // namespace
 
 std::string ReadInput(const std::string& strName, const SStreams& streams)
@@ -76,23 +59,10 @@ std::string ReadInput(const std::string& strName, const SStreams& streams)
     return ReadAll(file, strName);
 }
 
-bool Decompress(std::string& strBytes)
+void FinishOutput(const SStreams& streams)
 {
-    if (!LooksCompressed(strBytes))
-        return false;
-    const auto nLength = static_cast<unsigned long>(strBytes.size());
-    auto pBytes = std::make_unique<unsigned char[]>(nLength);
-    std::copy(strBytes.begin(), strBytes.end(), pBytes.get());
-    unsigned char* pData = pBytes.get();
-    unsigned long ulNewLength = nLength;
-    QvXmlLib9::CQvZip::DecompressBuffer(&pData, &ulNewLength);
-    if (pData == pBytes.get())
-        return false;
-    // The first array has been freed in favour of another one.
-    static_cast<void>(pBytes.release());
-    pBytes.reset(pData);
-    strBytes.assign(reinterpret_cast<const char*>(pData), ulNewLength);
-    return true;
+    if (!streams.out.flush())
+        ThrowFailed("write", "-", 0);
 }
 
 void WriteOutput(const std::string& strName, std::string_view strBytes, const SStreams& streams)
@@ -100,8 +70,8 @@ void WriteOutput(const std::string& strName, std::string_view strBytes, const SS
     const auto nLength = static_cast<std::streamsize>(strBytes.size());
     if (IsStandardStream(strName))
     {
-        if (!streams.out.write(strBytes.data(), nLength).flush())
-            ThrowFailed("write", strName, 0);
+        streams.out.write(strBytes.data(), nLength);
+        FinishOutput(streams);
         return;
     }
     errno = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <stdexcept>
 #include <string>
@@ -7,6 +8,9 @@
 
 namespace quiver_fi
 {
+
+/// The library takes blocks of bytes whose length has 32 bits.
+constexpr std::size_t s_nLengthLimit = 0xFFFFFFFF;
 
 /// Where "-" leads, and where warnings and progress go.
 struct SStreams
@@ -28,13 +32,12 @@ struct CFileError : std::runtime_error
 /// @throws CFileError
 std::string ReadInput(const std::string& strName, const SStreams& streams);
 
-/// Replaces gzip and zlib streams by what they hold; other bytes are left alone.
-/// @return whether the bytes were compressed.
-/// @throws QvXmlLib9::CQvException when the result is too long.
-bool Decompress(std::string& strBytes);
-
 /// Writes a whole file, or to standard output for "-".
 /// @throws CFileError
 void WriteOutput(const std::string& strName, std::string_view strBytes, const SStreams& streams);
+
+/// Sees to it that everything has arrived on standard output.
+/// @throws CFileError
+void FinishOutput(const SStreams& streams);
 
 } // namespace quiver_fi

@@ -1,8 +1,8 @@
 #include "tools/quiver-fi/Inspector.h"
 
-#include "tools/quiver-fi/InspectorTables.h"
 #include "tools/quiver-fi/Listing.h"
 #include "tools/quiver-fi/Progress.h"
+#include "tools/quiver-fi/Text.h"
 
 #include "quiver/fastinfoset/FIDeclarations.h"
 #include "quiver/fastinfoset/FIOctetReader.h"
@@ -49,14 +49,32 @@ bool Has(unsigned char by, unsigned nBit)
     return (by & nBit) != 0;
 }
 
+/// Leaves the tree to nobody.
+class CNoHandler : public IInfosetHandler
+{
+public:
+    void Begin(const CTables&) override {}
+    void OnExternalVocabulary(const SEncodedText&) override {}
+    void OnDeclaration(std::uint32_t, std::uint32_t) override {}
+    void OnElement(const SName&) override {}
+    void OnAttribute(const SName&, const SValue&) override {}
+    void OnText(const SValue&) override {}
+    void OnEntityReference() override {}
+    void OnEndOfElement() override {}
+    void OnEndOfDocument(std::size_t) override {}
+};
+
 class CInspector
 {
 public:
-    CInspector(std::string_view octets, bool bWholeValues, const SStreams& streams)
+    /// @param pListing may be null.
+    CInspector(std::string_view octets, bool bWholeValues, CListing* pListing, IInfosetHandler& handler,
+               const SStreams& streams)
         : m_octets(octets)
         , m_in(octets)
-        , m_listing(octets, streams.out)
-        , m_progress(streams, "listing", octets.size())
+        , m_pListing(pListing)
+        , m_handler(handler)
+        , m_progress(streams, pListing != nullptr ? "listing" : "reading", octets.size())
         , m_tables(bWholeValues)
     {
     }
@@ -64,8 +82,15 @@ public:
     void Run();
 
 private:
+    using SValue = IInfosetHandler::SValue;
+
     std::size_t GetOffset() const { return m_octets.size() - m_in.GetOctetsLeft(); }
     void AddLine(std::string_view strText);
+
+    // What only the listing wants is not made without one.
+    std::string Show(const SEncodedText& text) const { return m_pListing ? m_tables.Show(text) : std::string(); }
+    std::string Show(const SName& name) const { return m_pListing ? m_tables.Show(name) : std::string(); }
+    std::string ShowRepeated(std::uint32_t dwIndex, const CTable& table) const;
 
     void ReadHead(std::size_t nDeclaration);
     void ReadAdditionalData();
@@ -92,26 +117,38 @@ private:
 
     SName ReadName(bool bLiteral, unsigned char by, std::uint32_t dwIndex, CNameTable& table, std::string& strText);
     std::uint32_t ReadNamePart(CTable& table, std::string& strNew);
-    std::string ReadIdentifyingString(CTable& table);
-    std::string ReadNonIdentifyingString(CTable& table);
+    std::string ReadIdentifyingString(CTable& table, std::uint32_t* pnPlace = nullptr);
+    std::string ReadNonIdentifyingString(CTable& table, SValue* pValue = nullptr);
+    static std::string AddIdentifying(const SEncodedText& text, CTable& table);
+    static std::string Enter(SValue& value, CTable& table);
     std::string ReadSystemAndPublic(unsigned char by);
     SEncodedText ReadEncodedStringBit3(unsigned char by);
     SEncodedText ReadEncodedStringBit5(unsigned char by);
 
     std::string_view m_octets;
     CFIOctetReader m_in;
-    CListing m_listing;
+    CListing* m_pListing;
+    IInfosetHandler& m_handler;
     CProgress m_progress;
     CTables m_tables;
     std::vector<SName> m_open;
+    /// Where the item begins that is being read.
+    std::size_t m_nItem = 0;
     bool m_bRootSeen = false;
     bool m_bEnded = false;
 };
 
 void CInspector::AddLine(std::string_view strText)
 {
-    m_progress.Reach(GetOffset());
-    m_listing.AddLine(GetOffset(), m_open.size(), strText);
+    m_nItem = GetOffset();
+    m_progress.Reach(m_nItem);
+    if (m_pListing != nullptr)
+        m_pListing->AddLine(m_nItem, m_open.size(), strText);
+}
+
+std::string CInspector::ShowRepeated(std::uint32_t dwIndex, const CTable& table) const
+{
+    return m_pListing != nullptr ? m_tables.ShowRepeated(dwIndex, table) : std::string();
 }
 
 void CInspector::Run()
@@ -119,6 +156,7 @@ void CInspector::Run()
     const std::size_t nDeclaration = FindIdentification(m_octets);
     if (nDeclaration == std::string_view::npos)
         throw std::runtime_error("this is no Fast Infoset document");
+    m_handler.Begin(m_tables);
     try
     {
         ReadHead(nDeclaration);
@@ -132,8 +170,9 @@ void CInspector::Run()
         constexpr std::string_view strFamily = "Failed to parse FastInfoset. ";
         if (strReason.compare(0, strFamily.size(), strFamily) == 0)
             strReason.erase(0, strFamily.size());
-        const std::string strStart = FormatOffset(m_listing.GetStart());
-        m_listing.AddNote(strStart + "  the listing stops in this item");
+        const std::string strStart = FormatOffset(m_nItem);
+        if (m_pListing != nullptr)
+            m_pListing->AddNote(strStart + "  the listing stops in this item");
         throw std::runtime_error("in the item at offset " + strStart + ": " + strReason);
     }
 }
@@ -161,7 +200,7 @@ void CInspector::ReadHead(std::size_t nDeclaration)
     if (Has(by, 8))
         ReadUnparsedEntities();
     if (Has(by, 4))
-        AddLine("character encoding scheme " + m_tables.Show({m_in.ReadOctetString()}));
+        AddLine("character encoding scheme " + Show(SEncodedText{m_in.ReadOctetString()}));
     if (Has(by, 2))
         AddLine(m_in.ReadOctet() != 0 ? "standalone: yes" : "standalone: no");
     if (Has(by, 1))
@@ -174,7 +213,7 @@ void CInspector::ReadAdditionalData()
     AddLine("additional data, items: " + std::to_string(nLeft));
     for (; nLeft > 0; --nLeft)
     {
-        const std::string strIdentifier = m_tables.Show({m_in.ReadOctetString()});
+        const std::string strIdentifier = Show(SEncodedText{m_in.ReadOctetString()});
         const std::size_t nLength = m_in.ReadOctetString().size();
         AddLine("  " + strIdentifier + ", octets: " + std::to_string(nLength));
     }
@@ -187,8 +226,10 @@ void CInspector::ReadInitialVocabulary()
     AddLine("initial vocabulary");
     if (Has(byFirst, 16))
     {
-        AddLine("  external vocabulary " + m_tables.Show({m_in.ReadOctetString()}));
+        const SEncodedText uri{m_in.ReadOctetString()};
+        AddLine("  external vocabulary " + Show(uri));
         m_tables.SetExternal();
+        m_handler.OnExternalVocabulary(uri);
     }
     struct SList
     {
@@ -228,7 +269,7 @@ void CInspector::ReadOctetStrings(CTable& table, const char* lpcItem)
     {
         const SEncodedText text{m_in.ReadOctetString()};
         const std::string strIndex = table.Add(text);
-        AddLine("    " + std::string(lpcItem) + strIndex + ' ' + m_tables.Show(text));
+        AddLine("    " + std::string(lpcItem) + strIndex + ' ' + Show(text));
     }
 }
 
@@ -240,7 +281,7 @@ void CInspector::ReadEncodedStrings(CTable& table, const char* lpcItem)
     {
         const SEncodedText text = ReadEncodedStringBit3(m_in.ReadOctet());
         const std::string strIndex = table.Add(text);
-        AddLine("    " + std::string(lpcItem) + strIndex + ' ' + m_tables.Show(text));
+        AddLine("    " + std::string(lpcItem) + strIndex + ' ' + Show(text));
     }
 }
 
@@ -258,7 +299,7 @@ void CInspector::ReadNameSurrogates(CNameTable& table, const char* lpcItem)
             name.dwNamespace = m_tables.namespaces.Check(m_in.ReadIntegerBit2(m_in.ReadOctet()));
         name.dwLocalName = m_tables.localNames.Check(m_in.ReadIntegerBit2(m_in.ReadOctet()));
         const std::string strIndex = table.Add(name);
-        AddLine("    " + std::string(lpcItem) + " name" + strIndex + ' ' + m_tables.Show(name));
+        AddLine("    " + std::string(lpcItem) + " name" + strIndex + ' ' + Show(name));
     }
 }
 
@@ -303,7 +344,9 @@ void CInspector::ReadBody()
     m_in.ReadOctets(nBehind);
     if (nBehind != 0)
         AddLine("behind the document, octets: " + std::to_string(nBehind));
-    m_listing.AddNote("\nTables at the end:" + m_tables.GetSizes());
+    if (m_pListing != nullptr)
+        m_pListing->AddNote("\nTables at the end:" + m_tables.GetSizes());
+    m_handler.OnEndOfDocument(nBehind);
 }
 
 void CInspector::ReadDocumentItem(unsigned char by)
@@ -375,6 +418,7 @@ void CInspector::ReadElement(unsigned char by)
     const SName name = ReadName(bLiteral, by, bLiteral ? 0 : m_in.ReadIntegerBit3(by), m_tables.elements, strText);
     AddLine(strText);
     m_open.push_back(name);
+    m_handler.OnElement(name);
     if (bAttributes)
         ReadAttributes();
 }
@@ -386,10 +430,14 @@ unsigned char CInspector::ReadNamespaceAttributes()
     for (; by >> 2 == 0xCC >> 2; by = m_in.ReadOctet())
     {
         std::string strText = "  declaration";
+        std::uint32_t nPrefix = 0;
+        std::uint32_t nNamespace = 0;
         if (Has(by, 2))
-            strText += ", prefix" + ReadIdentifyingString(m_tables.prefixes);
-        strText += Has(by, 1) ? ", namespace" + ReadIdentifyingString(m_tables.namespaces) : ", no namespace";
+            strText += ", prefix" + ReadIdentifyingString(m_tables.prefixes, &nPrefix);
+        strText +=
+            Has(by, 1) ? ", namespace" + ReadIdentifyingString(m_tables.namespaces, &nNamespace) : ", no namespace";
         AddLine(strText);
+        m_handler.OnDeclaration(nPrefix, nNamespace);
     }
     if (by != s_byEnd)
         throw CQvException(L"Neither a namespace declaration nor their end.");
@@ -404,8 +452,11 @@ void CInspector::ReadAttributes()
     {
         const bool bLiteral = (by & 0x78) == 0x78;
         std::string strText = "attribute";
-        ReadName(bLiteral, by, bLiteral ? 0 : m_in.ReadIntegerBit2(by), m_tables.attributes, strText);
-        AddLine(strText + " =" + ReadNonIdentifyingString(m_tables.attributeValues));
+        const SName name =
+            ReadName(bLiteral, by, bLiteral ? 0 : m_in.ReadIntegerBit2(by), m_tables.attributes, strText);
+        SValue value;
+        AddLine(strText + " =" + ReadNonIdentifyingString(m_tables.attributeValues, &value));
+        m_handler.OnAttribute(name, value);
     }
     if (by == s_byEnd)
     {
@@ -438,20 +489,28 @@ void CInspector::ReadContent(unsigned char by)
 
 void CInspector::ReadText(unsigned char by)
 {
+    SValue value;
     if (Has(by, 32))
     {
-        AddLine("text" + m_tables.ShowRepeated(m_in.ReadIntegerBit4(by), m_tables.chunks));
-        return;
+        const std::uint32_t dwIndex = m_in.ReadIntegerBit4(by);
+        value.nPlace = m_tables.chunks.Check(dwIndex);
+        value.text = m_tables.chunks.GetAt(value.nPlace);
+        AddLine("text" + ShowRepeated(dwIndex, m_tables.chunks));
     }
-    const SEncodedText text = ReadEncodedStringBit5(by);
-    const std::string strShown = m_tables.Show(text);
-    AddLine("text" + (Has(by, 16) ? m_tables.chunks.Add(text) : std::string()) + ' ' + strShown);
+    else
+    {
+        value.text = ReadEncodedStringBit5(by);
+        const std::string strShown = Show(value.text);
+        AddLine("text" + (Has(by, 16) ? Enter(value, m_tables.chunks) : std::string()) + ' ' + strShown);
+    }
+    m_handler.OnText(value);
 }
 
 void CInspector::ReadEntityReference(unsigned char by)
 {
     const std::string strName = ReadIdentifyingString(m_tables.otherNames);
     AddLine("entity reference" + strName + ReadSystemAndPublic(by));
+    m_handler.OnEntityReference();
 }
 
 void CInspector::ReadEnds(int nEnds)
@@ -469,7 +528,8 @@ std::string CInspector::EndElement()
 {
     const SName name = m_open.back();
     m_open.pop_back();
-    return "end of " + m_tables.ShowShort(name);
+    m_handler.OnEndOfElement();
+    return m_pListing != nullptr ? "end of " + m_tables.ShowShort(name) : std::string();
 }
 
 // --- Names and values -----------------------------------------------------------------------------------------------
@@ -481,7 +541,7 @@ SName CInspector::ReadName(bool bLiteral, unsigned char by, std::uint32_t dwInde
     if (!bLiteral)
     {
         const SName name = table.Get(dwIndex);
-        strText += " [" + std::to_string(dwIndex) + "] " + m_tables.Show(name);
+        strText += " [" + std::to_string(dwIndex) + "] " + Show(name);
         return name;
     }
     if ((by & 3) == 2)
@@ -493,7 +553,7 @@ SName CInspector::ReadName(bool bLiteral, unsigned char by, std::uint32_t dwInde
     if (Has(by, 1))
         name.dwNamespace = ReadNamePart(m_tables.namespaces, strNew);
     name.dwLocalName = ReadNamePart(m_tables.localNames, strNew);
-    strText += table.Add(name) + ' ' + m_tables.Show(name);
+    strText += table.Add(name) + ' ' + Show(name);
     if (!strNew.empty())
         strText += " (" + strNew + ')';
     return name;
@@ -504,34 +564,73 @@ std::uint32_t CInspector::ReadNamePart(CTable& table, std::string& strNew)
     const unsigned char by = m_in.ReadOctet();
     if (Has(by, 0x80))
         return table.Check(m_in.ReadIntegerBit2(by));
-    const std::string strIndex = table.Add({m_in.ReadOctets(m_in.ReadLengthBit2(by))});
+    const std::string strIndex = AddIdentifying({m_in.ReadOctets(m_in.ReadLengthBit2(by))}, table);
     if (!strNew.empty())
         strNew += ", ";
     strNew += table.GetName() + strIndex;
     return table.GetLast();
 }
 
-/// " [1] "text"" or " +[1] "text"".
-std::string CInspector::ReadIdentifyingString(CTable& table)
+/// Enters part of a name, which names refer to by its place.
+std::string CInspector::AddIdentifying(const SEncodedText& text, CTable& table)
 {
-    const unsigned char by = m_in.ReadOctet();
-    if (Has(by, 0x80))
-        return m_tables.ShowRepeated(m_in.ReadIntegerBit2(by), table);
-    const SEncodedText text{m_in.ReadOctets(m_in.ReadLengthBit2(by))};
-    return table.Add(text) + ' ' + m_tables.Show(text);
+    if (table.IsFull())
+        throw CQvException(L"The document holds more names than there are numbers for.");
+    return table.Add(text);
 }
 
-std::string CInspector::ReadNonIdentifyingString(CTable& table)
+/// Enters a literal string, and returns how the listing tells it. A full table leaves the string without a place.
+std::string CInspector::Enter(SValue& value, CTable& table)
+{
+    const std::uint32_t nLast = table.GetLast();
+    std::string strIndex = table.Add(value.text);
+    value.nPlace = table.GetLast() != nLast ? table.GetLast() : 0;
+    return strIndex;
+}
+
+/// " [1] "text"" or " +[1] "text"".
+std::string CInspector::ReadIdentifyingString(CTable& table, std::uint32_t* pnPlace)
 {
     const unsigned char by = m_in.ReadOctet();
     if (Has(by, 0x80))
     {
-        const std::uint32_t dwIndex = m_in.ReadIntegerOrZeroBit2(by);
-        return dwIndex == 0 ? " \"\"" : m_tables.ShowRepeated(dwIndex, table);
+        const std::uint32_t dwIndex = m_in.ReadIntegerBit2(by);
+        const std::uint32_t nPlace = table.Check(dwIndex);
+        if (pnPlace != nullptr)
+            *pnPlace = nPlace;
+        return ShowRepeated(dwIndex, table);
     }
-    const SEncodedText text = ReadEncodedStringBit3(by);
-    const std::string strShown = m_tables.Show(text);
-    return (Has(by, 64) ? table.Add(text) : std::string()) + ' ' + strShown;
+    const SEncodedText text{m_in.ReadOctets(m_in.ReadLengthBit2(by))};
+    const std::string strIndex = AddIdentifying(text, table);
+    if (pnPlace != nullptr)
+        *pnPlace = table.GetLast();
+    return strIndex + ' ' + Show(text);
+}
+
+std::string CInspector::ReadNonIdentifyingString(CTable& table, SValue* pValue)
+{
+    const unsigned char by = m_in.ReadOctet();
+    SValue value;
+    std::string strText;
+    if (!Has(by, 0x80))
+    {
+        value.text = ReadEncodedStringBit3(by);
+        const std::string strShown = Show(value.text);
+        strText = (Has(by, 64) ? Enter(value, table) : std::string()) + ' ' + strShown;
+    }
+    else if (const std::uint32_t dwIndex = m_in.ReadIntegerOrZeroBit2(by); dwIndex != 0)
+    {
+        value.nPlace = table.Check(dwIndex);
+        value.text = table.GetAt(value.nPlace);
+        strText = ShowRepeated(dwIndex, table);
+    }
+    else
+    {
+        strText = " \"\"";
+    }
+    if (pValue != nullptr)
+        *pValue = value;
+    return strText;
 }
 
 std::string CInspector::ReadSystemAndPublic(unsigned char by)
@@ -581,7 +680,14 @@ bool IsFastInfoset(std::string_view octets)
 
 void Inspect(std::string_view octets, bool bWholeValues, const SStreams& streams)
 {
-    CInspector(octets, bWholeValues, streams).Run();
+    CListing listing(octets, streams.out);
+    CNoHandler handler;
+    CInspector(octets, bWholeValues, &listing, handler, streams).Run();
+}
+
+void WalkInfoset(std::string_view octets, IInfosetHandler& handler, const SStreams& streams)
+{
+    CInspector(octets, true, nullptr, handler, streams).Run();
 }
 
 } // namespace quiver_fi

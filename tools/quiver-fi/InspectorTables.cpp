@@ -1,6 +1,6 @@
 #include "tools/quiver-fi/InspectorTables.h"
 
-#include "tools/quiver-fi/Listing.h"
+#include "tools/quiver-fi/Text.h"
 
 #include "quiver/fastinfoset/FIAlphabet.h"
 #include "quiver/fastinfoset/FastInfosetBinaryData.h"
@@ -28,7 +28,7 @@ constexpr std::size_t s_nShortOctets = 480;
 
 constexpr std::uint32_t s_dwFirstOwnAlphabet = 16;
 constexpr std::uint32_t s_dwFirstOwnAlgorithm = 32;
-constexpr std::uint32_t s_dwCdata = 10;
+constexpr std::uint32_t s_dwBoolean = 6;
 
 constexpr std::wstring_view s_alphabets[] = {L"0123456789-+.e ", L"0123456789-:TZ "};
 constexpr const char* s_algorithms[] = {"hexadecimal", "base64", "short",  "int",  "long",
@@ -53,13 +53,32 @@ std::wstring DecodeUtf16BigEndian(std::string_view octets)
     return strText;
 }
 
+/// A list of truth values in bits (X.891, 10.8): the first four bits tell how many are unused at the end.
+std::wstring DecodeBooleans(std::string_view octets)
+{
+    const unsigned nUnused = static_cast<unsigned char>(octets.front()) >> 4;
+    constexpr std::size_t nFirst = 4;
+    const std::size_t nBits = octets.size() * 8;
+    if (nUnused > 7 || nBits < nFirst + nUnused + 1)
+        throw CQvException(L"Invalid value for BOOLEAN byte encoding.");
+    std::wstring strText;
+    for (std::size_t n = nFirst; n < nBits - nUnused; ++n)
+    {
+        if (!strText.empty())
+            strText += L' ';
+        const unsigned nOctet = static_cast<unsigned char>(octets[n / 8]);
+        strText += (nOctet >> (7 - n % 8) & 1) != 0 ? L"true" : L"false";
+    }
+    return strText;
+}
+
 /// The front of a long text, cut where a character begins.
 SEncodedText Shorten(SEncodedText text)
 {
     if (text.octets.size() <= s_nShortOctets)
         return text;
     std::size_t nLength = s_nShortOctets;
-    const bool bUtf8 = text.eForm == EForm::Utf8 || (text.eForm == EForm::Algorithm && text.dwIndex == s_dwCdata);
+    const bool bUtf8 = text.eForm == EForm::Utf8 || (text.eForm == EForm::Algorithm && text.dwIndex == g_dwCdata);
     while (bUtf8 && nLength > s_nShortOctets - 4 && (static_cast<unsigned char>(text.octets[nLength]) & 0xC0) == 0x80)
         --nLength;
     text.octets = text.octets.substr(0, nLength);
@@ -128,17 +147,20 @@ void CTables::SetExternal()
     attributes.SetExternal();
 }
 
+std::wstring CTables::GetAlphabet(std::uint32_t dwIndex) const
+{
+    if (dwIndex <= std::size(s_alphabets))
+        return std::wstring(s_alphabets[dwIndex - 1]);
+    return DecodeUtf8Octets(alphabets.Get(dwIndex).octets);
+}
+
 std::wstring CTables::DecodeAlphabet(const SEncodedText& text) const
 {
     std::wstring strText;
-    if (text.dwIndex <= std::size(s_alphabets))
-    {
-        DecodeRestrictedAlphabetString(strText, s_alphabets[text.dwIndex - 1], text.octets);
-        return strText;
-    }
-    const SEncodedText alphabet = alphabets.Get(text.dwIndex);
-    if (!alphabet.octets.empty())
-        DecodeRestrictedAlphabetString(strText, DecodeUtf8Octets(alphabet.octets), text.octets);
+    const std::wstring strAlphabet = GetAlphabet(text.dwIndex);
+    // Behind an external vocabulary, the alphabet is not known.
+    if (!alphabets.IsExternal() || text.dwIndex <= std::size(s_alphabets))
+        DecodeRestrictedAlphabetString(strText, strAlphabet, text.octets);
     return strText;
 }
 
@@ -155,10 +177,12 @@ std::wstring CTables::Decode(const SEncodedText& text) const
     default:
         break;
     }
-    if (text.dwIndex == s_dwCdata)
+    if (text.dwIndex == g_dwCdata)
         return DecodeUtf8Octets(text.octets);
+    if (text.dwIndex == s_dwBoolean && !text.octets.empty())
+        return DecodeBooleans(text.octets);
     // What an algorithm of somebody's own means nobody knows here; its octets are shown.
-    return CFastInfosetBinaryData::Decode(text.octets, text.dwIndex < s_dwCdata ? text.dwIndex : 1);
+    return CFastInfosetBinaryData::Decode(text.octets, text.dwIndex < g_dwCdata ? text.dwIndex : 1);
 }
 
 std::string CTables::Show(const SEncodedText& text, std::size_t nLimit) const
@@ -168,7 +192,7 @@ std::string CTables::Show(const SEncodedText& text, std::size_t nLimit) const
         strShown = "UTF-16 ";
     else if (text.eForm == EForm::Alphabet)
         strShown = "alphabet " + std::to_string(text.dwIndex) + ' ';
-    else if (text.eForm == EForm::Algorithm && text.dwIndex <= s_dwCdata)
+    else if (text.eForm == EForm::Algorithm && text.dwIndex <= g_dwCdata)
         strShown = std::string(s_algorithms[text.dwIndex - 1]) + ' ';
     else if (text.eForm == EForm::Algorithm)
         strShown = "algorithm " + std::to_string(text.dwIndex) + ' ';

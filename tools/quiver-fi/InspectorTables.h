@@ -70,6 +70,7 @@ public:
     TEntry GetAt(std::uint32_t nPlace) const { return nPlace == 0 ? TEntry() : m_entries[nPlace - 1]; }
 
     std::size_t GetSize() const { return m_entries.size(); }
+    bool IsFull() const { return m_entries.size() >= s_nLimit; }
 
 private:
     static constexpr std::size_t s_nLimit = 1024 * 1024;
@@ -79,6 +80,9 @@ private:
     bool m_bExternal = false;
     std::vector<TEntry> m_entries;
 };
+
+/// The number of the algorithm that stands for text only (X.891, 10.11); those above are somebody's own.
+constexpr std::uint32_t g_dwCdata = 10;
 
 using CTable = CVocabularyTable<SEncodedText>;
 using CNameTable = CVocabularyTable<SName>;
@@ -95,6 +99,15 @@ public:
     /// A literal string: its form, unless it is UTF-8, and its text between quotes.
     /// @throws QvXmlLib9::CQvException if the octets are none of the form.
     std::string Show(const SEncodedText& text) const;
+
+    /// The text of a literal string. What is not well-formed, and the octets of an unknown algorithm, are shown
+    /// somehow.
+    /// @throws QvXmlLib9::CQvException if the octets are none of the form.
+    std::wstring Decode(const SEncodedText& text) const;
+
+    /// The characters of a restricted alphabet, built-in or the document's.
+    /// @throws QvXmlLib9::CQvException if there is none of that number.
+    std::wstring GetAlphabet(std::uint32_t dwIndex) const;
 
     /// " [1] "text"", cut short if it is long.
     std::string ShowRepeated(std::uint32_t dwIndex, const CTable& table) const;
@@ -123,7 +136,6 @@ public:
 
 private:
     std::string Show(const SEncodedText& text, std::size_t nLimit) const;
-    std::wstring Decode(const SEncodedText& text) const;
     std::wstring DecodeAlphabet(const SEncodedText& text) const;
     std::string ShowPart(std::uint32_t dwIndex, const CTable& table) const;
 

@@ -37,8 +37,4 @@ private:
 /// Eight or more hexadecimal digits.
 std::string FormatOffset(std::size_t nOffset);
 
-/// UTF-16 text between quotes, printable on one line whatever it holds, in UTF-8.
-/// @param nLimit units after which it is cut short.
-std::string Quote(std::wstring_view strUnits, std::size_t nLimit);
-
 } // namespace quiver_fi

@@ -190,7 +190,9 @@ SOptions ParseOptions(const std::vector<std::string>& arguments)
         throw CUsageError{"a command is needed: encode, decode or inspect"};
     for (const std::string& strArgument : arguments)
     {
-        if (strArgument == "--help" || strArgument == "-h")
+        if (strArgument == "--version")
+            options.eCommand = ECommand::Version;
+        if (strArgument == "--help" || strArgument == "-h" || strArgument == "--version")
             return options;
         if (strArgument == "--")
             break;
@@ -221,11 +223,25 @@ std::string GetHelp()
         "  quiver-fi encode [options] IN.xml OUT.fi\n"
         "  quiver-fi decode [options] IN.fi OUT.xml\n"
         "  quiver-fi inspect [options] IN.fi\n"
+        "  quiver-fi --version\n"
         "\n"
         "\"-\" stands for standard input and output. Input may be compressed with gzip or zlib.\n"
         "The exit status is 0, or 1 for bad input, or 2 for a command line that cannot be carried out.\n"
         "\n"
-        "Comments, processing instructions, prefixes and white space between elements are not kept.\n";
+        "What decoding gives differs from the text that was encoded in this:\n"
+        "  - Comments, processing instructions, marked sections (CDATA), the XML declaration and encoding, and the\n"
+        "    document type declaration are not kept. What the latter declares is put in its places.\n"
+        "  - White space among the child elements of an element without other text is not kept, except under\n"
+        "    xml:space=\"preserve\". decode adds its own unless --no-format is given, but none to elements with\n"
+        "    text of their own or under xml:space=\"preserve\".\n"
+        "  - Namespaces are declared on the root. A prefix that stands for several of them stays with one, a\n"
+        "    namespace keeps one prefix, and names take another prefix where they must; xsi:type follows. In\n"
+        "    other values, whatever looks like a prefix keeps its namespace, or the document is refused. Where the\n"
+        "    default namespace changes inside the document, a name without a prefix in a value may lose it.\n"
+        "  - Whether an empty element had an end tag, which characters were written as references, and the blanks\n"
+        "    and quotes in tags are not kept. Tabs, carriage returns and line feeds in values are.\n"
+        "Of a Fast Infoset document, what precedes the root and how values are encoded are not kept either.\n"
+        "encode and decode refuse what they cannot keep otherwise, and tell it in one line.\n";
     constexpr std::size_t nColumn = 29;
     for (const SCommand& command : s_commands)
     {
@@ -246,6 +262,11 @@ std::string GetHelp()
         }
     }
     return strHelp;
+}
+
+std::string GetVersion()
+{
+    return "quiver-fi " QUIVER_VERSION "\n";
 }
 
 } // namespace quiver_fi

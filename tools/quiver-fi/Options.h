@@ -13,6 +13,7 @@ namespace quiver_fi
 enum class ECommand
 {
     Help,
+    Version,
     Encode,
     Decode,
     Inspect
@@ -57,5 +58,8 @@ struct CUsageError
 
 /// What --help prints.
 std::string GetHelp();
+
+/// What --version prints.
+std::string GetVersion();
 
 } // namespace quiver_fi

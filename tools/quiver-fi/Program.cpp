@@ -1,15 +1,17 @@
 #include "tools/quiver-fi/Program.h"
 
+#include "tools/quiver-fi/Compression.h"
+#include "tools/quiver-fi/InfosetSource.h"
 #include "tools/quiver-fi/Inspector.h"
 #include "tools/quiver-fi/Options.h"
+#include "tools/quiver-fi/Text.h"
 #include "tools/quiver-fi/TreeSinks.h"
+#include "tools/quiver-fi/XmlSource.h"
 
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
-#include "quiver/foundation/QvZip.h"
-#include "quiver/output/TextStream.h"
 
 #include <exception>
 #include <new>
@@ -24,86 +26,71 @@ namespace quiver_fi
 namespace
 {
 
-void LoadTree(CXmlDocument& document, std::string strBytes)
+void Write(const std::string& strBytes, const SOptions& options, const SStreams& streams)
 {
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
-                           static_cast<unsigned long>(strBytes.size()));
-}
-
-void CompressIfAsked(CBinaryData& data, const SOptions& options)
-{
-    if (options.eCompression == Compression_None)
-        return;
-    try
-    {
-        CQvZip::Compress(data, options.eCompression);
-    }
-    catch (const CQvException&)
-    {
-        throw std::runtime_error("the result is too short to be compressed");
-    }
-}
-
-void Write(const CBinaryData& data, const SOptions& options, const SStreams& streams)
-{
-    const std::string_view strBytes(reinterpret_cast<const char*>(data.GetData()), data.GetLength());
-    WriteOutput(options.strOutput, strBytes, streams);
+    const bool bCompress = options.eCompression != Compression_None;
+    WriteOutput(options.strOutput, bCompress ? Compress(strBytes) : strBytes, streams);
 }
 
 void Encode(const SOptions& options, const SStreams& streams)
 {
-    CXmlSerializationContext context;
-    CFastInfosetContext& fiContext = context.GetFIContext();
-    fiContext.SetAttributeMaxAddLength(options.dwAttributeMaxAddLength);
-    fiContext.SetElementMaxAddLength(options.dwElementMaxAddLength);
-    if (options.bSuggestedValues)
-        fiContext.SetSuggestedValues();
+    CDocument document;
+    std::string strBytes = ReadInput(options.strInput, streams);
+    Decompress(strBytes);
+    if (IsFastInfoset(strBytes))
+        ReadInfoset(strBytes, document, streams);
+    else
+        ReadXml(strBytes, document, streams);
 
-    CXmlDocument document(context);
-    LoadTree(document, ReadInput(options.strInput, streams));
+    CFastInfosetContext context;
+    context.SetAttributeMaxAddLength(options.dwAttributeMaxAddLength);
+    context.SetElementMaxAddLength(options.dwElementMaxAddLength);
+    if (options.bSuggestedValues)
+        context.SetSuggestedValues();
     CBinaryStream stream;
-    CFastInfosetWriter writer(&fiContext, &stream);
+    CFastInfosetWriter writer(&context, &stream);
     writer.Open();
     writer.WriteHeader(options.eDeclaration);
-    CFastInfosetSink sink(writer, options.bSuggestedValues);
-    WriteTree(document, sink, streams);
+    const CNamespacePlan plan(document, CNamespacePlan::EForm::FastInfoset);
+    CFastInfosetSink sink(document, plan, writer, options.bSuggestedValues);
+    WriteTree(document, plan, sink, streams);
     writer.WriteTerminator();
     writer.Close();
+    const CBinaryData data = stream.GetData();
+    Write(std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength()), options, streams);
+}
 
-    CBinaryData data = stream.GetData();
-    CompressIfAsked(data, options);
-    Write(data, options, streams);
+/// The text in the form that is asked for.
+std::string ToEncoding(std::string strText, XmlEncoding eEncoding)
+{
+    if (eEncoding == Encoding_UTF8)
+        return strText;
+    const std::wstring strUnits = Widen(strText);
+    std::string strBytes(GetByteOrderMark(eEncoding));
+    const std::size_t nMark = strBytes.size();
+    strBytes.resize(nMark + 2 * strUnits.size());
+    WriteUtf16LittleEndian(strUnits, reinterpret_cast<unsigned char*>(strBytes.data()) + nMark);
+    return strBytes;
 }
 
 void Decode(const SOptions& options, const SStreams& streams)
 {
     std::string strBytes = ReadInput(options.strInput, streams);
     Decompress(strBytes);
-    if (!IsFastInfoset(strBytes))
-        throw std::runtime_error("this is no Fast Infoset document");
+    CDocument document;
+    ReadInfoset(strBytes, document, streams);
 
-    const CXmlSerializationContext context;
-    CXmlDocument document(context);
-    LoadTree(document, std::move(strBytes));
-    CTextStream stream(options.eEncoding);
-    CXmlTextWriter writer(&stream);
-    writer.Open();
-    writer.SetFormatted(options.bFormat);
-    writer.SetEOLType(options.eEOLType);
+    const STextForm form{options.bFormat, options.eEOLType == EOLType_CRLF ? "\r\n" : "\n"};
+    std::string strText;
     if (options.bXmlDeclaration)
-        writer.WriteXmlDeclaration();
-    CXmlTextSink sink(writer);
-    WriteTree(document, sink, streams);
-    writer.Close();
-
-    CBinaryStream file;
-    const std::string_view strMark = GetByteOrderMark(options.eEncoding);
-    if (!strMark.empty())
-        file.Append(reinterpret_cast<const unsigned char*>(strMark.data()), static_cast<unsigned long>(strMark.size()));
-    file.Append(stream.GetBinaryData());
-    CBinaryData data = file.GetData();
-    CompressIfAsked(data, options);
-    Write(data, options, streams);
+    {
+        strText += R"(<?xml version="1.0" encoding=")";
+        strText.append(options.eEncoding == Encoding_UTF8 ? "UTF-8" : "UTF-16").append("\"?>").append(form.strEOL);
+    }
+    const CNamespacePlan plan(document, CNamespacePlan::EForm::XmlText);
+    CXmlTextSink sink(document, plan, form, strText);
+    WriteTree(document, plan, sink, streams);
+    Write(ToEncoding(std::move(strText), options.eEncoding), options, streams);
 }
 
 void InspectFile(const SOptions& options, const SStreams& streams)
@@ -112,8 +99,7 @@ void InspectFile(const SOptions& options, const SStreams& streams)
     if (Decompress(strBytes))
         streams.out << "The document is compressed; offsets count in what it holds.\n";
     Inspect(strBytes, options.bWholeValues, streams);
-    if (!streams.out.flush())
-        throw CFileError("cannot write the standard stream");
+    FinishOutput(streams);
 }
 
 void Run(const SOptions& options, const SStreams& streams)
@@ -121,7 +107,10 @@ void Run(const SOptions& options, const SStreams& streams)
     switch (options.eCommand)
     {
     case ECommand::Help:
-        streams.out << GetHelp() << std::flush;
+        WriteOutput("-", GetHelp(), streams);
+        break;
+    case ECommand::Version:
+        WriteOutput("-", GetVersion(), streams);
         break;
     case ECommand::Encode:
         Encode(options, streams);
@@ -144,10 +133,14 @@ std::string GetMessageInOneLine(const CQvException& ex)
     return strMessage;
 }
 
+void Tell(const std::string& strMessage, const SStreams& streams)
+{
+    streams.err << "quiver-fi: " << EscapeControls(strMessage) << '\n';
+}
+
 int Fail(const SOptions& options, const std::string& strMessage, const SStreams& streams)
 {
-    const std::string strName = options.strInput == "-" ? "standard input" : options.strInput;
-    streams.err << "quiver-fi: " << strName << ": " << strMessage << '\n';
+    Tell((options.strInput == "-" ? "standard input" : options.strInput) + ": " + strMessage, streams);
     return 1;
 }
 
@@ -164,12 +157,12 @@ int RunProgram(const std::vector<std::string>& arguments, const SStreams& stream
     }
     catch (const CUsageError& error)
     {
-        streams.err << "quiver-fi: " << error.strMessage << "; --help tells more\n";
+        Tell(error.strMessage + "; --help tells more", streams);
         return 2;
     }
     catch (const CFileError& ex)
     {
-        streams.err << "quiver-fi: " << ex.what() << '\n';
+        Tell(ex.what(), streams);
         return 1;
     }
     catch (const CQvException& ex)

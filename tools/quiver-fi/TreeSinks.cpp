@@ -1,11 +1,8 @@
 #include "tools/quiver-fi/TreeSinks.h"
 
+#include "tools/quiver-fi/Text.h"
 #include "tools/quiver-fi/ValueType.h"
-#include "tools/quiver-fi/XmlNames.h"
 
-#include "quiver/foundation/Encoder.h"
-
-#include <algorithm>
 #include <stdexcept>
 
 using namespace QvXmlLib9;
@@ -16,23 +13,55 @@ namespace quiver_fi
 namespace
 {
 
-constexpr std::wstring_view s_strSectionStart = L"<![CDATA[";
+/// Numbers of elements' names above this differ between writing and reading.
+constexpr std::size_t s_nElementNamesLimit = 526368;
 
-std::string Narrow(std::wstring_view strText)
+/// Appends text of which a character for which `fnEscape` gives anything is written as that.
+template <class FnEscape>
+void AppendEscaped(std::string& strOut, std::string_view strText, FnEscape&& fnEscape)
 {
-    std::string strNarrow;
-    AppendUtf8(strNarrow, strText);
-    return strNarrow;
+    std::size_t nBegin = 0;
+    for (std::size_t n = 0; n < strText.size(); ++n)
+    {
+        const std::string_view strEscape = fnEscape(strText[n]);
+        if (strEscape.empty())
+            continue;
+        strOut.append(strText.substr(nBegin, n - nBegin));
+        strOut.append(strEscape);
+        nBegin = n + 1;
+    }
+    strOut.append(strText.substr(nBegin));
 }
 
-void CheckText(std::wstring_view strText)
+std::string_view EscapeAnywhere(char c)
 {
-    const std::size_t nPosition = FindUnprintable(strText);
-    if (nPosition != std::wstring_view::npos)
+    switch (c)
     {
-        throw std::runtime_error("the document holds the character " +
-                                 std::to_string(static_cast<unsigned long>(strText[nPosition])) +
-                                 ", which XML text cannot hold");
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '\r':
+        return "&#xD;";
+    default:
+        return {};
+    }
+}
+
+std::string_view EscapeInAttribute(char c)
+{
+    switch (c)
+    {
+    case '"':
+        return "&quot;";
+    case '\t':
+        return "&#x9;";
+    case '\n':
+        return "&#xA;";
+    default:
+        return EscapeAnywhere(c);
     }
 }
 
@@ -40,10 +69,29 @@ void CheckText(std::wstring_view strText)
 
 // --- Fast Infoset ---------------------------------------------------------------------------------------------------
 
-CFastInfosetSink::CFastInfosetSink(CFastInfosetWriter& writer, bool bSuggestedValues)
-    : m_writer(writer)
+CFastInfosetSink::CFastInfosetSink(const CDocument& document, const CNamespacePlan& plan, CFastInfosetWriter& writer,
+                                   bool bSuggestedValues)
+    : m_document(document)
+    , m_writer(writer)
     , m_bSuggestedValues(bSuggestedValues)
+    , m_names(document.GetNameCount())
 {
+    if (plan.GetDefault() != CDocument::s_dwNone)
+        m_writer.SetDefaultNamespace(Widen(document.GetText(plan.GetDefault())));
+    for (const auto& [strPrefix, dwNamespace] : plan.GetDeclarations())
+        m_writer.AddNamespaceMapping(Widen(strPrefix), Widen(document.GetText(dwNamespace)));
+}
+
+CFastInfosetSink::SWideName& CFastInfosetSink::FindName(CDocument::NameId dwName)
+{
+    SWideName& name = m_names[dwName];
+    if (!name.bKnown)
+    {
+        Widen(m_document.GetName(dwName).strLocalName, name.strLocalName);
+        Widen(m_document.GetText(m_document.GetName(dwName).dwNamespace), name.strNamespace);
+        name.bKnown = true;
+    }
+    return name;
 }
 
 ItemType CFastInfosetSink::GetType(const std::wstring& strValue) const
@@ -51,132 +99,150 @@ ItemType CFastInfosetSink::GetType(const std::wstring& strValue) const
     return m_bSuggestedValues ? ChooseValueType(strValue) : ItemType_string;
 }
 
-void CFastInfosetSink::DeclareDefaultNamespace(const std::wstring& strNamespace)
+void CFastInfosetSink::StartElement(CDocument::NameId dwName, bool /*bInline*/)
 {
-    m_writer.SetDefaultNamespace(strNamespace);
+    SWideName& name = FindName(dwName);
+    if (!name.bElement && ++m_nElementNames > s_nElementNamesLimit)
+        throw std::runtime_error("the document holds more than 526368 different names of elements");
+    name.bElement = true;
+    m_writer.StartElement(name.strLocalName, name.strNamespace);
+    m_bEmpty = true;
 }
 
-void CFastInfosetSink::DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strNamespace)
+void CFastInfosetSink::WriteAttribute(CDocument::NameId dwName, std::string_view strValue)
 {
-    m_writer.AddNamespaceMapping(strPrefix, strNamespace);
+    const SWideName& name = FindName(dwName);
+    Widen(strValue, m_strUnits);
+    m_writer.WriteAttribute(name.strLocalName, name.strNamespace, m_strUnits, GetType(m_strUnits));
 }
 
-void CFastInfosetSink::StartElement(const std::wstring& strName, const std::wstring& strNamespace)
+void CFastInfosetSink::WriteText(std::string_view strText)
 {
-    m_writer.StartElement(strName, strNamespace);
-}
-
-void CFastInfosetSink::WriteAttribute(const std::wstring& strName, const std::wstring& strNamespace,
-                                      const std::wstring& strValue)
-{
-    m_writer.WriteAttribute(strName, strNamespace, strValue, GetType(strValue));
-}
-
-void CFastInfosetSink::WriteText(const std::wstring& strText)
-{
-    // Empty text too: a root without attributes cannot end otherwise.
-    m_writer.WriteText(strText, GetType(strText));
+    Widen(strText, m_strUnits);
+    m_writer.EndChild();
+    m_writer.WriteText(m_strUnits, GetType(m_strUnits));
+    m_bEmpty = false;
 }
 
 void CFastInfosetSink::EndElement()
 {
+    // A root without attributes cannot end otherwise.
+    if (m_bEmpty)
+        m_writer.WriteText(L"", ItemType_string);
+    m_bEmpty = false;
     m_writer.EndElement();
 }
 
 // --- XML text -------------------------------------------------------------------------------------------------------
 
-CXmlTextSink::CXmlTextSink(CXmlTextWriter& writer)
-    : m_writer(writer)
+CXmlTextSink::CXmlTextSink(const CDocument& document, const CNamespacePlan& plan, const STextForm& form,
+                           std::string& strOut)
+    : m_document(document)
+    , m_plan(plan)
+    , m_form(form)
+    , m_strOut(strOut)
 {
 }
 
-void CXmlTextSink::CheckName(const std::wstring& strName)
+void CXmlTextSink::CheckLength() const
 {
-    if (m_checkedNames.insert(&strName).second && !IsNCName(strName))
-        throw std::runtime_error("the document holds the name \"" + Narrow(strName) + "\", which is none in XML");
+    // A document in few octets can repeat a long value without end.
+    if (m_strOut.size() > s_nLengthLimit)
+        throw std::runtime_error(g_szTooLong);
 }
 
-const std::wstring& CXmlTextSink::EscapeNamespace(const std::wstring& strNamespace)
+void CXmlTextSink::AppendName(CDocument::NameId dwName, bool bElement)
 {
-    const auto [it, bNew] = m_escapedNamespaces.try_emplace(strNamespace);
-    if (!bNew)
-        return it->second;
-    CheckText(strNamespace);
-    if (strNamespace == L"http://www.w3.org/2000/xmlns/")
-        throw std::runtime_error("the document holds a name in the namespace of namespace declarations");
-    // The writer puts namespaces between quotes as it gets them.
-    for (const wchar_t c : strNamespace)
+    const CDocument::SName& name = m_document.GetName(dwName);
+    const bool bBare = name.dwNamespace == CDocument::s_dwNone || (bElement && name.dwNamespace == m_plan.GetDefault());
+    if (!bBare)
+        m_strOut.append(m_plan.GetPrefix(name.dwNamespace)) += ':';
+    m_strOut.append(name.strLocalName);
+}
+
+void CXmlTextSink::AppendAttribute(std::string_view strName, std::string_view strValue)
+{
+    m_strOut.append(strName).append("=\"");
+    AppendEscaped(m_strOut, strValue, EscapeInAttribute);
+    m_strOut += '"';
+}
+
+void CXmlTextSink::AppendDeclarations()
+{
+    if (m_plan.GetDefault() != CDocument::s_dwNone)
+        AppendAttribute(" xmlns", m_document.GetText(m_plan.GetDefault()));
+    for (const auto& [strPrefix, dwNamespace] : m_plan.GetDeclarations())
+        AppendAttribute(" xmlns:" + strPrefix, m_document.GetText(dwNamespace));
+}
+
+void CXmlTextSink::BreakLine(std::size_t nDepth)
+{
+    m_strOut.append(m_form.strEOL).append(nDepth, '\t');
+}
+
+void CXmlTextSink::CloseStartTag()
+{
+    if (m_bStartTagOpen)
+        m_strOut += '>';
+    m_bStartTagOpen = false;
+}
+
+void CXmlTextSink::StartElement(CDocument::NameId dwName, bool bInline)
+{
+    CloseStartTag();
+    const bool bRoot = m_open.empty();
+    if (!bRoot)
     {
-        switch (c)
-        {
-        case L'&':
-            it->second += L"&amp;";
-            break;
-        case L'<':
-            it->second += L"&lt;";
-            break;
-        case L'"':
-            it->second += L"&quot;";
-            break;
-        case L'\t':
-        case L'\n':
-        case L'\r':
-            it->second += L"&#" + std::to_wstring(static_cast<int>(c)) + L';';
-            break;
-        default:
-            it->second += c;
-            break;
-        }
+        SOpen& parent = m_open.back();
+        parent.bChildren = true;
+        if (!parent.bInline)
+            BreakLine(m_open.size());
+        bInline = bInline || parent.bInline;
     }
-    return it->second;
+    m_open.push_back({dwName, bInline || !m_form.bFormat, false});
+    m_strOut += '<';
+    AppendName(dwName, true);
+    if (bRoot)
+        AppendDeclarations();
+    m_bStartTagOpen = true;
+    CheckLength();
 }
 
-void CXmlTextSink::DeclareDefaultNamespace(const std::wstring& strNamespace)
+void CXmlTextSink::WriteAttribute(CDocument::NameId dwName, std::string_view strValue)
 {
-    m_writer.SetDefaultNamespace(EscapeNamespace(strNamespace));
+    m_strOut += ' ';
+    AppendName(dwName, false);
+    AppendAttribute({}, strValue);
+    CheckLength();
 }
 
-void CXmlTextSink::DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strNamespace)
+void CXmlTextSink::WriteText(std::string_view strText)
 {
-    m_writer.AddNamespaceMapping(strPrefix, EscapeNamespace(strNamespace));
-}
-
-void CXmlTextSink::StartElement(const std::wstring& strName, const std::wstring& strNamespace)
-{
-    CheckName(strName);
-    m_writer.StartElement(strName, EscapeNamespace(strNamespace));
-}
-
-void CXmlTextSink::WriteAttribute(const std::wstring& strName, const std::wstring& strNamespace,
-                                  const std::wstring& strValue)
-{
-    CheckName(strName);
-    CheckText(strValue);
-    const std::wstring& strEscaped = EscapeNamespace(strNamespace);
-    if (strValue.find(L'\r') == std::wstring::npos)
-    {
-        m_writer.WriteAttribute(strName, strEscaped, strValue, ItemType_string);
-        return;
-    }
-    std::wstring strWithout = strValue;
-    strWithout.erase(std::remove(strWithout.begin(), strWithout.end(), L'\r'), strWithout.end());
-    m_writer.WriteAttribute(strName, strEscaped, strWithout, ItemType_string);
-}
-
-void CXmlTextSink::WriteText(const std::wstring& strText)
-{
-    CheckText(strText);
-    // The writer would take the whole for a section and not escape it.
-    const bool bLikeSection = strText.compare(0, s_strSectionStart.size(), s_strSectionStart) == 0;
-    const std::wstring_view strView = strText;
-    if (bLikeSection)
-        m_writer.WriteText(strView.substr(0, 1), ItemType_string);
-    m_writer.WriteText(strView.substr(bLikeSection ? 1 : 0), ItemType_string);
+    CloseStartTag();
+    AppendEscaped(m_strOut, strText, [this](char c) { return c == '\n' ? m_form.strEOL : EscapeAnywhere(c); });
+    CheckLength();
 }
 
 void CXmlTextSink::EndElement()
 {
-    m_writer.EndElement();
+    const SOpen element = m_open.back();
+    m_open.pop_back();
+    if (m_bStartTagOpen)
+    {
+        m_strOut += "/>";
+        m_bStartTagOpen = false;
+    }
+    else
+    {
+        if (element.bChildren && !element.bInline)
+            BreakLine(m_open.size());
+        m_strOut += "</";
+        AppendName(element.dwName, true);
+        m_strOut += '>';
+    }
+    if (m_open.empty() && m_form.bFormat)
+        m_strOut.append(m_form.strEOL);
+    CheckLength();
 }
 
 } // namespace quiver_fi

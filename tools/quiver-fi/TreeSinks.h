@@ -1,62 +1,98 @@
 #pragma once
 
+#include "tools/quiver-fi/NamespacePlan.h"
 #include "tools/quiver-fi/TreeWriter.h"
 
+#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FastInfosetWriter.h"
-#include "quiver/output/XmlTextWriter.h"
 
-#include <unordered_map>
-#include <unordered_set>
+#include <string>
+#include <vector>
 
 namespace quiver_fi
 {
 
-/// Writes a tree onto a Fast Infoset writer.
+/// Writes a document onto a Fast Infoset writer.
 class CFastInfosetSink : public ITreeSink
 {
 public:
+    /// @param writer opened, its header written. Like the others it must live as long as the sink.
     /// @param bSuggestedValues choose an item type for each value by what it looks like; the writer's context has the
     ///        suggested encodings then.
-    CFastInfosetSink(QvXmlLib9::CFastInfosetWriter& writer, bool bSuggestedValues);
+    CFastInfosetSink(const CDocument& document, const CNamespacePlan& plan, QvXmlLib9::CFastInfosetWriter& writer,
+                     bool bSuggestedValues);
 
-    void DeclareDefaultNamespace(const std::wstring& strNamespace) override;
-    void DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strNamespace) override;
-    void StartElement(const std::wstring& strName, const std::wstring& strNamespace) override;
-    void WriteAttribute(const std::wstring& strName, const std::wstring& strNamespace,
-                        const std::wstring& strValue) override;
-    void WriteText(const std::wstring& strText) override;
+    /// @throws std::runtime_error if there are more names of elements than the writer has numbers for.
+    void StartElement(CDocument::NameId dwName, bool bInline) override;
+    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override;
+    void WriteText(std::string_view strText) override;
     void EndElement() override;
 
 private:
+    /// Names as the writer takes them.
+    struct SWideName
+    {
+        std::wstring strLocalName;
+        std::wstring strNamespace;
+        bool bKnown = false;
+        bool bElement = false;
+    };
+
+    SWideName& FindName(CDocument::NameId dwName);
     QvXmlLib9::ItemType GetType(const std::wstring& strValue) const;
 
+    const CDocument& m_document;
     QvXmlLib9::CFastInfosetWriter& m_writer;
     bool m_bSuggestedValues;
+    bool m_bEmpty = false;
+    std::size_t m_nElementNames = 0;
+    std::vector<SWideName> m_names;
+    std::wstring m_strUnits;
 };
 
-/// Writes a tree onto an XML text writer. A Fast Infoset document can hold what XML text cannot: such a tree ends in
-/// std::runtime_error. Carriage returns in attributes, which the writer does not take, are left out.
+/// How XML text is laid out.
+struct STextForm
+{
+    /// Line breaks and indentation between elements, except where there is text among them.
+    bool bFormat = true;
+    std::string_view strEOL = "\n";
+};
+
+/// Writes a document as XML text in UTF-8. Characters that a reader would change are written as references.
 class CXmlTextSink : public ITreeSink
 {
 public:
-    explicit CXmlTextSink(QvXmlLib9::CXmlTextWriter& writer);
+    /// @param strOut takes the text. Like the others it must live as long as the sink.
+    CXmlTextSink(const CDocument& document, const CNamespacePlan& plan, const STextForm& form, std::string& strOut);
 
-    void DeclareDefaultNamespace(const std::wstring& strNamespace) override;
-    void DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strNamespace) override;
-    void StartElement(const std::wstring& strName, const std::wstring& strNamespace) override;
-    void WriteAttribute(const std::wstring& strName, const std::wstring& strNamespace,
-                        const std::wstring& strValue) override;
-    void WriteText(const std::wstring& strText) override;
+    /// All four:
+    /// @throws std::runtime_error if the text becomes longer than text that can be read.
+    void StartElement(CDocument::NameId dwName, bool bInline) override;
+    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override;
+    void WriteText(std::string_view strText) override;
     void EndElement() override;
 
 private:
-    void CheckName(const std::wstring& strName);
-    const std::wstring& EscapeNamespace(const std::wstring& strNamespace);
+    struct SOpen
+    {
+        CDocument::NameId dwName;
+        bool bInline;
+        bool bChildren;
+    };
 
-    QvXmlLib9::CXmlTextWriter& m_writer;
-    // The tree has one text for each name, so that the address tells it.
-    std::unordered_set<const std::wstring*> m_checkedNames;
-    std::unordered_map<std::wstring, std::wstring> m_escapedNamespaces;
+    void AppendName(CDocument::NameId dwName, bool bElement);
+    void AppendAttribute(std::string_view strName, std::string_view strValue);
+    void AppendDeclarations();
+    void BreakLine(std::size_t nDepth);
+    void CloseStartTag();
+    void CheckLength() const;
+
+    const CDocument& m_document;
+    const CNamespacePlan& m_plan;
+    STextForm m_form;
+    std::string& m_strOut;
+    std::vector<SOpen> m_open;
+    bool m_bStartTagOpen = false;
 };
 
 } // namespace quiver_fi

@@ -1,15 +1,9 @@
 #include "tools/quiver-fi/TreeWriter.h"
 
-#include "tools/quiver-fi/NamespacePlan.h"
 #include "tools/quiver-fi/Progress.h"
+#include "tools/quiver-fi/Text.h"
 
-#include "quiver/foundation/Encoder.h"
-
-#include <cstdint>
-#include <ostream>
 #include <vector>
-
-using namespace QvXmlLib9;
 
 namespace quiver_fi
 {
@@ -17,97 +11,97 @@ namespace quiver_fi
 namespace
 {
 
-/// Calls `fnEnter` and `fnLeave` with every element, without recursion.
-template <class FnEnter, class FnLeave>
-void WalkTree(CXmlElement* pElement, FnEnter&& fnEnter, FnLeave&& fnLeave)
-{
-    std::vector<CXmlElement*> open;
-    while (pElement != nullptr)
-    {
-        fnEnter(*pElement);
-        if (CXmlElement* const pChild = pElement->GetFirstElement())
-        {
-            open.push_back(pElement);
-            pElement = pChild;
-            continue;
-        }
-        fnLeave();
-        CXmlElement* pNext = pElement->GetNextSiblingElement();
-        while (pNext == nullptr && !open.empty())
-        {
-            fnLeave();
-            pNext = open.back()->GetNextSiblingElement();
-            open.pop_back();
-        }
-        pElement = pNext;
-    }
-}
+using EKind = CDocument::EKind;
 
-bool IsBlank(const std::wstring& strText)
+/// What the content of an element is like.
+struct SContent
 {
-    return strText.find_first_not_of(L" \t\n\r") == std::wstring::npos;
-}
-
-/// What is known before the first element is written.
-struct SFacts
-{
-    std::uint64_t nElements = 0;
-    std::uint64_t nMixed = 0;
-    std::wstring strFirstMixed;
+    bool bPreserve = false;
+    bool bText = false;
+    bool bChildren = false;
 };
 
-SFacts LookAhead(CXmlElement* pRoot, CNamespacePlan& namespaces)
+/// One record for each element, in document order.
+std::vector<SContent> SurveyContent(const CDocument& document)
 {
-    SFacts facts;
-    std::wstring strBuffer;
-    const auto fnEnter = [&](CXmlElement& element)
+    std::vector<SContent> contents;
+    std::vector<std::size_t> open;
+    for (const CDocument::SEvent& event : document.GetEvents())
     {
-        ++facts.nElements;
-        namespaces.AddElement(element);
-        if (element.GetFirstElement() != nullptr && !IsBlank(element.GetText(strBuffer)) && facts.nMixed++ == 0)
-            facts.strFirstMixed = element.GetLocalName();
-    };
-    WalkTree(pRoot, fnEnter, [] {});
-    return facts;
-}
-
-void WarnOfMixedContent(const SFacts& facts, const SStreams& streams)
-{
-    if (facts.nMixed == 0)
-        return;
-    std::string strName;
-    AppendUtf8(strName, facts.strFirstMixed);
-    streams.err << "quiver-fi: warning: text among child elements goes ahead of them (elements with such text: "
-                << facts.nMixed << ", the first is <" << strName << ">)\n";
+        switch (event.eKind)
+        {
+        case EKind::Start:
+        {
+            SContent content;
+            if (!open.empty())
+            {
+                contents[open.back()].bChildren = true;
+                content.bPreserve = contents[open.back()].bPreserve;
+            }
+            open.push_back(contents.size());
+            contents.push_back(content);
+            break;
+        }
+        case EKind::Attribute:
+        {
+            const CDocument::SName& name = document.GetName(event.dwName);
+            const std::string_view strValue = document.GetValue(event.range);
+            if (name.dwNamespace == CDocument::s_dwXmlNamespace && name.strLocalName == "space")
+                contents[open.back()].bPreserve =
+                    strValue == "preserve" || (contents[open.back()].bPreserve && strValue != "default");
+            break;
+        }
+        case EKind::Text:
+            contents[open.back()].bText = contents[open.back()].bText || !IsBlank(document.GetValue(event.range));
+            break;
+        case EKind::End:
+            open.pop_back();
+            break;
+        case EKind::Declaration:
+            break;
+        }
+    }
+    return contents;
 }
 
 } // namespace
 
-void WriteTree(CXmlDocument& document, ITreeSink& sink, const SStreams& streams)
+void WriteTree(const CDocument& document, const CNamespacePlan& plan, ITreeSink& sink, const SStreams& streams)
 {
-    CXmlElement* const pRoot = document.GetDocumentElement();
-    CNamespacePlan namespaces(document);
-    const SFacts facts = LookAhead(pRoot, namespaces);
-    WarnOfMixedContent(facts, streams);
-    namespaces.Declare(sink);
-
-    CProgress progress(streams, "writing", facts.nElements);
-    std::uint64_t nElements = 0;
-    std::wstring strBuffer;
-    const auto fnEnter = [&](CXmlElement& element)
+    const std::vector<SContent> contents = SurveyContent(document);
+    const std::vector<CDocument::SEvent>& events = document.GetEvents();
+    CProgress progress(streams, "writing", events.size());
+    std::size_t nElement = 0;
+    std::vector<std::size_t> open;
+    for (std::size_t nEvent = 0; nEvent < events.size(); ++nEvent)
     {
-        progress.Reach(++nElements);
-        sink.StartElement(element.GetLocalName(), element.GetNamespaceURI());
-        for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+        progress.Reach(nEvent);
+        const CDocument::SEvent& event = events[nEvent];
+        switch (event.eKind)
         {
-            sink.WriteAttribute(pAttribute->GetLocalName(), pAttribute->GetNamespaceURI(),
-                                namespaces.GetValue(*pAttribute, strBuffer));
+        case EKind::Start:
+            open.push_back(nElement);
+            sink.StartElement(event.dwName, contents[nElement].bText || contents[nElement].bPreserve);
+            ++nElement;
+            break;
+        case EKind::Attribute:
+            sink.WriteAttribute(event.dwName, plan.GetValue(nEvent));
+            break;
+        case EKind::Text:
+        {
+            const SContent& content = contents[open.back()];
+            if (content.bText || content.bPreserve || !content.bChildren)
+                sink.WriteText(document.GetValue(event.range));
+            break;
         }
-        const std::wstring& strText = element.GetText(strBuffer);
-        if (element.GetFirstElement() == nullptr || !IsBlank(strText))
-            sink.WriteText(strText);
-    };
-    WalkTree(pRoot, fnEnter, [&sink] { sink.EndElement(); });
+        case EKind::End:
+            sink.EndElement();
+            open.pop_back();
+            break;
+        case EKind::Declaration:
+            break;
+        }
+    }
 }
 
 } // namespace quiver_fi

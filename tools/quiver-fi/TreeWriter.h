@@ -1,36 +1,31 @@
 #pragma once
 
+#include "tools/quiver-fi/Document.h"
 #include "tools/quiver-fi/Files.h"
+#include "tools/quiver-fi/NamespacePlan.h"
 
-#include "quiver/document/XmlDocument.h"
-
-#include <string>
 #include <string_view>
 
 namespace quiver_fi
 {
 
-/// What the tree of a document is written onto. Namespaces come first, then elements in document order, each with its
-/// attributes, its text, its children and its end.
+/// What a document is written onto, in document order. The sink knows the document and the plan.
 class ITreeSink
 {
 public:
     virtual ~ITreeSink() = default;
 
-    virtual void DeclareDefaultNamespace(const std::wstring& strNamespace) = 0;
-    virtual void DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strNamespace) = 0;
-    virtual void StartElement(const std::wstring& strName, const std::wstring& strNamespace) = 0;
-    virtual void WriteAttribute(const std::wstring& strName, const std::wstring& strNamespace,
-                                const std::wstring& strValue) = 0;
-    /// @param strText may be empty.
-    virtual void WriteText(const std::wstring& strText) = 0;
+    /// @param bInline white space may not be added to the element's content.
+    virtual void StartElement(CDocument::NameId dwName, bool bInline) = 0;
+    virtual void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) = 0;
+    /// @param strText never empty.
+    virtual void WriteText(std::string_view strText) = 0;
     virtual void EndElement() = 0;
 };
 
-/// Writes the tree of a loaded document, however deep it is.
+/// Writes a document, however deep it is.
 ///
-/// White space among child elements is left out. Other text among child elements, whose places the tree does not keep,
-/// goes ahead of them; a warning on standard error tells so.
-void WriteTree(QvXmlLib9::CXmlDocument& document, ITreeSink& sink, const SStreams& streams);
+/// White space among child elements is left out where there is no other text and no xml:space="preserve".
+void WriteTree(const CDocument& document, const CNamespacePlan& plan, ITreeSink& sink, const SStreams& streams);
 
 } // namespace quiver_fi

@@ -69,6 +69,19 @@ bool IsNCName(std::wstring_view strUnits)
     return true;
 }
 
+std::size_t FindNameBefore(std::wstring_view strUnits, std::size_t nPosition)
+{
+    // Both halves of every surrogate pair count, which holds for all pairs that names can have and some more.
+    const auto fnIsOfName = [](wchar_t cUnit)
+    {
+        const auto c = static_cast<char32_t>(cUnit);
+        return (c >= 0xD800 && c <= 0xDFFF) || IsIn(s_nameStart, c) || IsIn(s_nameFurther, c);
+    };
+    while (nPosition > 0 && fnIsOfName(strUnits[nPosition - 1]))
+        --nPosition;
+    return nPosition;
+}
+
 std::size_t FindUnprintable(std::wstring_view strUnits)
 {
     std::wstring_view strLeft = strUnits;

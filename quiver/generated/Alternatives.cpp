@@ -1,0 +1,156 @@
+#include "quiver/generated/Alternatives.h"
+
+#include "quiver/core/ClassfactoryBase.h"
+#include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/generated/BuiltinTypes.h"
+#include "quiver/generated/GeneratedClass.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+class CTypeReader : public CClassfactoryBase
+{
+public:
+    static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
+    static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
+};
+
+const SAlternative* FindType(const SAlternatives& types, std::wstring_view name, std::wstring_view uri)
+{
+    const auto it =
+        std::find_if(types.begin(), types.end(),
+                     [name, uri](const SAlternative& alternative)
+                     { return !alternative.bElement && name == alternative.lpctName && uri == alternative.lpctUri; });
+    return it == types.end() ? nullptr : it;
+}
+
+/// A name without a prefix belongs to the default namespace, which the tree does not keep. It is looked for in the
+/// namespace of the element and then in all others.
+const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_view name)
+{
+    const auto it = std::find_if(types.begin(), types.end(),
+                                 [name](const SAlternative& alternative)
+                                 { return !alternative.bElement && name == alternative.lpctName; });
+    return it == types.end() ? nullptr : it;
+}
+
+void TellType(const CSmartPtr<CXmlObjectBase>& spObject, bool bTell)
+{
+    if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(static_cast<CXmlObjectBase*>(spObject)))
+        pGenerated->TellType(bTell);
+}
+
+/// The element of that name in any namespace.
+const SAlternative* FindElementName(const SAlternatives& alternatives, std::wstring_view name)
+{
+    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
+                                 [name](const SAlternative& alternative)
+                                 { return alternative.bElement && name == alternative.lpctName; });
+    return it == alternatives.end() ? nullptr : it;
+}
+
+} // namespace
+
+SPlace::SPlace(const wchar_t* lpctPlaceName, const wchar_t* lpctPlaceUri, const SAlternatives& alternatives,
+               PfnCreateObject pfnDeclaredClass)
+    : lpctName(lpctPlaceName)
+    , lpctUri(lpctPlaceUri)
+    , pAlternatives(&alternatives)
+    , pfnDeclared(std::any_of(alternatives.begin(), alternatives.end(),
+                              [pfnDeclaredClass](const SAlternative& alternative)
+                              { return alternative.pfnCreate == pfnDeclaredClass; })
+                      ? pfnDeclaredClass
+                      : nullptr)
+    , bSubstitution(std::any_of(alternatives.begin(), alternatives.end(),
+                                [](const SAlternative& alternative) { return alternative.bElement; }))
+{
+}
+
+bool SPlace::Takes(const CXmlSerializationContext& context, const CXmlElement& element) const
+{
+    if (bSubstitution)
+        return context.GetIgnoreNamespaces()
+                   ? FindElementName(*pAlternatives, element.GetLocalName()) != nullptr
+                   : FindElement(*pAlternatives, element.GetLocalName(), element.GetNamespaceURI()) != nullptr;
+    return element.GetLocalName() == lpctName &&
+           (context.GetIgnoreNamespaces() || element.GetNamespaceURI() == lpctUri);
+}
+
+CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
+{
+    CSmartPtr<CXmlObjectBase> spObject;
+    if (!bSubstitution)
+        spObject = CreateByType(pElement, *pAlternatives, pfnDeclared);
+    else
+    {
+        const SAlternative* const pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
+        spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : *pAlternatives,
+                                pFound->pfnCreate);
+    }
+    if (spObject == nullptr)
+        throw CQvValidationException(
+            FormatString(L"Failed to find a suitable substitution element for [%s]", pElement->GetLocalName().c_str()));
+    return spObject;
+}
+
+const wchar_t* SPlace::Prepare(const CXmlObjectBase& object) const
+{
+    const SAlternative* const pFound =
+        bSubstitution ? FindElementName(*pAlternatives, object.GetElementName()) : nullptr;
+    if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(&object))
+        pGenerated->TellType(pGenerated->GetCreator() != (pFound != nullptr ? pFound->pfnCreate : pfnDeclared));
+    return pFound != nullptr ? pFound->lpctUri : lpctUri;
+}
+
+const SAlternative* FindElement(const SAlternatives& alternatives, const std::wstring& strName,
+                                const std::wstring& strUri)
+{
+    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
+                                 [&strName, &strUri](const SAlternative& alternative) {
+                                     return alternative.bElement && strName == alternative.lpctName &&
+                                            strUri == alternative.lpctUri;
+                                 });
+    return it == alternatives.end() ? nullptr : it;
+}
+
+CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, PfnCreateObject pfnDeclared)
+{
+    const std::wstring strType = CTypeReader::Type(pElement);
+    PfnCreateObject pfnCreate = pfnDeclared;
+    if (!strType.empty())
+    {
+        const SAlternative* pType = FindType(types, strType, CTypeReader::Uri(pElement));
+        if (pType == nullptr)
+            pType = FindTypeAnywhere(types, strType);
+        if (pType == nullptr)
+            return nullptr;
+        pfnCreate = pType->pfnCreate;
+    }
+    if (pfnCreate == nullptr)
+        return nullptr;
+    CSmartPtr<CXmlObjectBase> spObject = pfnCreate(0, pElement->GetLocalName().c_str());
+    TellType(spObject, pfnCreate != pfnDeclared);
+    return spObject;
+}
+
+CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives& roots)
+{
+    const SAlternative* const pRoot = FindElement(roots, pElement->GetLocalName(), pElement->GetNamespaceURI());
+    if (pRoot == nullptr)
+        return nullptr;
+    if (pRoot->pfnTypes != nullptr)
+        return CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
+    return pRoot->pfnCreate(0, pElement->GetLocalName().c_str());
+}
+
+} // namespace QvXmlLib9

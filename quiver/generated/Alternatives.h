@@ -1,0 +1,89 @@
+#pragma once
+
+#include "quiver/core/XmlObjectBase.h"
+#include "quiver/foundation/Export.h"
+#include "quiver/foundation/SmartPtr.h"
+
+#include <cstddef>
+#include <string>
+
+/// @file
+/// How the class of an object is found where the schema leaves it open: by the name of an element, which may be one of
+/// a substitution group or the root of a document, and by `xsi:type`.
+
+namespace QvXmlLib9
+{
+
+/// Makes an object for an element of a name. The number means nothing; the records hand it on.
+using PfnCreateObject = CSmartPtr<CXmlObjectBase> (*)(int nClassId, const wchar_t* lpctElementName);
+
+struct SAlternatives;
+
+/// One class that may stand at a place.
+struct SAlternative
+{
+    bool bElement; ///< lpctUri and lpctName name an element; otherwise a type
+    const wchar_t* lpctUri;
+    const wchar_t* lpctName;
+    PfnCreateObject pfnCreate; ///< null for an element of an abstract type, which says its type
+    /// Of an element, the types that it may have.
+    const SAlternatives& (*pfnTypes)() = nullptr;
+};
+
+/// All of them. A constant, as its parts.
+struct SAlternatives
+{
+    const SAlternative* pFirst;
+    std::size_t nCount;
+
+    const SAlternative* begin() const { return pFirst; }
+    const SAlternative* end() const { return pFirst + nCount; }
+};
+
+/// Makes an object of a generated class.
+template <class TClass>
+CSmartPtr<CXmlObjectBase> CreateObject(int, const wchar_t* lpctElementName)
+{
+    return CSmartPtr<CXmlObjectBase>(new TClass(lpctElementName));
+}
+
+/// What a place with alternatives takes: what is declared there, what its name may be, what its type may be.
+struct SPlace
+{
+    const wchar_t* lpctName;
+    const wchar_t* lpctUri;
+    const SAlternatives* pAlternatives;
+    PfnCreateObject pfnDeclared; ///< makes one of the class that is declared; null if that is abstract
+    bool bSubstitution;          ///< the alternatives list elements: nothing else may stand there
+
+    /// @param pfnDeclared the creator of the declared class, taken only if the alternatives have it.
+    SPlace(const wchar_t* lpctName, const wchar_t* lpctUri, const SAlternatives& alternatives,
+           PfnCreateObject pfnDeclared);
+
+    /// Whether an element may stand there.
+    bool Takes(const CXmlSerializationContext& context, const CXmlElement& element) const;
+
+    /// The object for an element that may stand there.
+    /// @throws CQvValidationException "Failed to find a suitable substitution element for [%s]" if its type may not.
+    CSmartPtr<CXmlObjectBase> Create(CXmlElement* pElement) const;
+
+    /// Makes an object say its type if it has to there.
+    /// @return the namespace that its element is in.
+    const wchar_t* Prepare(const CXmlObjectBase& object) const;
+};
+
+/// The element of a substitution group, null if the group has none of that name.
+const SAlternative* FindElement(const SAlternatives& alternatives, const std::wstring& strName,
+                                const std::wstring& strUri);
+
+/// Makes the object for an element that may say its type.
+/// @param pfnDeclared makes one of the class that is declared, null if that is abstract.
+/// @return null if the element says a type that may not stand there, or none where it has to.
+CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, PfnCreateObject pfnDeclared);
+
+/// Makes the object for the root element of a document, by its name and its `xsi:type`.
+/// @param roots elements.
+/// @return null if there is no such element, or its type may not stand there.
+QVXMLLIB_API CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives& roots);
+
+} // namespace QvXmlLib9

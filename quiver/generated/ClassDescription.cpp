@@ -1,0 +1,197 @@
+#include "quiver/generated/ClassDescription.h"
+
+#include "quiver/generated/GeneratedClass.h"
+#include "quiver/generated/Records.h"
+#include "quiver/metadata/AttributeInfo.h"
+#include "quiver/metadata/ElementInfoAll.h"
+#include "quiver/metadata/ElementInfoChoice.h"
+#include "quiver/metadata/ElementInfoSeq.h"
+
+#include <cstddef>
+
+namespace QvXmlLib9
+{
+
+using namespace QvXmlLib9Data;
+
+namespace
+{
+
+/// A table ended by a null pointer, as CleanMetaData frees it.
+template <class TRecord>
+TRecord** MakeTable(std::vector<std::unique_ptr<TRecord>>& records)
+{
+    TRecord** const ppTable = new TRecord*[records.size() + 1]();
+    for (std::size_t n = 0; n < records.size(); ++n)
+        ppTable[n] = records[n].release();
+    return ppTable;
+}
+
+/// A record of the repeated members of the group that a class is. The collection behind it reads and writes.
+template <class TSeq, class TChoice, class... TArguments>
+std::unique_ptr<CElementInfo> MakeRepeated(XmlElementGroupType eGroup, TArguments... arguments)
+{
+    if (eGroup == GroupType_Choice)
+        return std::make_unique<TChoice>(arguments...);
+    return std::make_unique<TSeq>(arguments...);
+}
+
+} // namespace
+
+CClassDescription::CClassDescription() = default;
+CClassDescription::~CClassDescription() = default;
+
+void CClassDescription::Class(XmlElementGroupType eGroup, XmlElementType eElementType, const wchar_t* lpctName,
+                              const wchar_t* lpctNamespace)
+{
+    m_eGroup = eGroup;
+    m_eElementType = eElementType;
+    m_lpctName = lpctName;
+    m_lpctNamespace = lpctNamespace;
+    m_lpctTypeName = nullptr;
+    m_bRequiresChoice = false;
+}
+
+void CClassDescription::TypeName(const wchar_t* lpctName, const wchar_t* lpctNamespace)
+{
+    m_lpctTypeName = lpctName;
+    m_lpctTypeNamespace = lpctNamespace;
+}
+
+void CClassDescription::MixedText(int nMember)
+{
+    Add(MakeMixedTextRecord({m_eGroup, nMember, false}));
+}
+
+void CClassDescription::Add(std::unique_ptr<CElementInfo> pRecord)
+{
+    m_elements.push_back(std::move(pRecord));
+}
+
+void CClassDescription::Element(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, const CSimpleType&)
+{
+    Add(MakeValueRecord({m_eGroup, nMember, true}, lpctName, lpctNamespace));
+}
+
+void CClassDescription::OptionalElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                        const CSimpleType&)
+{
+    Add(MakeValueRecord({m_eGroup, nMember, false}, lpctName, lpctNamespace));
+}
+
+void CClassDescription::RepeatedElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
+{
+    Add(MakeRepeated<CElementInfoSeqPrimCol, CElementInfoChoicePrimCol>(m_eGroup, lpctName, lpctNamespace, nMember));
+}
+
+void CClassDescription::Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                               PfnCreateObject pfnCreate)
+{
+    if (m_eGroup == GroupType_All)
+        Add(std::make_unique<CElementInfoAllClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
+                                                    true));
+    else
+        Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
+                                                    true));
+}
+
+void CClassDescription::OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                       PfnCreateObject pfnCreate)
+{
+    if (m_eGroup == GroupType_All)
+        Add(std::make_unique<CElementInfoAllClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
+                                                    0));
+    else if (m_eGroup == GroupType_Choice)
+        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
+                                                       0));
+    else
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
+                                                    0));
+}
+
+void CClassDescription::RepeatedObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
+{
+    Add(MakeRepeated<CElementInfoSeqClsCol, CElementInfoChoiceClsCol>(m_eGroup, lpctName, lpctNamespace, nMember,
+                                                                      ElementType_Element));
+}
+
+void CClassDescription::Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                    const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired)
+{
+    Add(MakePolymorphicRecord({m_eGroup, nMember, bRequired},
+                              SPlace(lpctName, lpctNamespace, alternatives, pfnDeclared)));
+}
+
+void CClassDescription::Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate)
+{
+    Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate, 0,
+                                                bContentRequired));
+}
+
+void CClassDescription::OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate)
+{
+    if (m_eGroup == GroupType_Choice)
+        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
+                                                       pfnCreate, 0));
+    else
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate,
+                                                    0));
+}
+
+void CClassDescription::RepeatedGroup(const wchar_t* lpctName, int nMember)
+{
+    Add(MakeRepeated<CElementInfoSeqClsCol, CElementInfoChoiceClsCol>(m_eGroup, lpctName, m_lpctNamespace, nMember,
+                                                                      ElementType_Pseudo));
+}
+
+void CClassDescription::Wildcard(int nMember, const SWildcard& wildcard)
+{
+    Add(MakeWildcardRecord({m_eGroup, nMember, true}, wildcard));
+}
+
+void CClassDescription::OptionalWildcard(int nMember, const SWildcard& wildcard)
+{
+    Add(MakeWildcardRecord({m_eGroup, nMember, false}, wildcard));
+}
+
+void CClassDescription::RepeatedWildcard(int nMember, const SWildcard&)
+{
+    Add(MakeRepeated<CElementInfoSeqClsCol, CElementInfoChoiceClsCol>(m_eGroup, L"AnyElement", L"", nMember,
+                                                                      ElementType_Element));
+}
+
+void CClassDescription::Attribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                  const CSimpleType&)
+{
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, false, L""));
+}
+
+void CClassDescription::OptionalAttribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                          const CSimpleType&, const wchar_t* lpctDefault)
+{
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, true, lpctDefault));
+}
+
+void CClassDescription::AnyAttribute(int nMember, const SWildcard& wildcard)
+{
+    m_pAnyAttribute = MakeAnyAttributeRecord(nMember, wildcard);
+}
+
+void CClassDescription::Build(SClassTables& tables)
+{
+    // It takes what it is offered, so it stands behind all others, also where only the base has it.
+    if (m_pAnyAttribute != nullptr)
+        m_attributes.push_back(std::move(m_pAnyAttribute));
+    auto pInfo =
+        std::make_unique<CParentElementInfo>(m_eGroup, m_eElementType, m_lpctName, m_lpctNamespace, m_nTextMember,
+                                             m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
+    tables.ppElements = MakeTable(m_elements);
+    tables.ppAttributes = MakeTable(m_attributes);
+    tables.pInfo = pInfo.release();
+    tables.lpctNamespace = m_lpctNamespace;
+    tables.lpctTypeName = m_lpctTypeName;
+    tables.lpctTypeNamespace = m_lpctTypeNamespace;
+    tables.bRequiresChoice = m_bRequiresChoice;
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,180 @@
+#include "quiver/generated/GeneratedClass.h"
+
+#include "quiver/collections/XmlCollection.h"
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/output/XmlWriter.h"
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+/// With the words that the walker puts around each failure within an element.
+[[noreturn]] void Throw_InElement(const CXmlElement& element, const std::wstring& strWhat)
+{
+    throw CQvValidationException(FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
+                                 CQvValidationException(strWhat));
+}
+
+} // namespace
+
+SRegisterGenerator::SRegisterGenerator()
+{
+    Register(9, 0);
+}
+
+CGeneratedObject::CGeneratedObject(const wchar_t* lpctElementName)
+    : CInstanceMonitor(L"") // never used: the most derived class gives its name
+{
+    SetElementName(lpctElementName);
+}
+
+CGeneratedObject::~CGeneratedObject() = default;
+
+CXmlObjectBase* CGeneratedObject::GetBase()
+{
+    return this;
+}
+
+std::wstring CGeneratedObject::GetNamespace() const
+{
+    return Tables().lpctNamespace;
+}
+
+std::wstring CGeneratedObject::GetTargetNamespace() const
+{
+    return Tables().lpctNamespace;
+}
+
+void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
+{
+    const SClassTables& tables = Tables();
+    if (m_bTellsType && tables.lpctTypeName != nullptr && context.GetWriteTypeAttribute())
+        pWriter->WriteXsiType(tables.lpctTypeNamespace, tables.lpctTypeName, ItemType_string);
+    CXmlGeneratedClass::AttributesToXml_Int(pWriter, context);
+}
+
+CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                           const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    // A nested group shares its element with the class around it, which looks.
+    if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
+        Throw_IfContentIsWrong(*pElement, pFirstChild, context);
+    return pNext;
+}
+
+bool CGeneratedObject::IsNilElement() const
+{
+    const INillable* const pNillable = FindNillable(*Tables().pInfo);
+    return pNillable != nullptr && pNillable->IsNil();
+}
+
+void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
+                                              const CXmlSerializationContext& context) const
+{
+    const bool bNil = IsNilElement();
+    const bool bHasText = Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
+        Throw_InElement(element,
+                        FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));
+    if (bNil && pFirstChild != nullptr && !context.GetIgnoreUnknownElements())
+        Throw_InElement(element, FormatString(L"The element [%s] is nil, so it may not hold the element [%s]",
+                                              element.GetLocalName().c_str(), pFirstChild->GetLocalName().c_str()));
+}
+
+void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&),
+                                   PfnCreateObject pfnCreate)
+{
+    const CQVCriticalSectionLock lock(m_csInit);
+    if (tables.bBuilt.load(std::memory_order_relaxed))
+        return;
+    try
+    {
+        CClassDescription description;
+        pfnDescribe(description);
+        description.Build(tables);
+    }
+    catch (...)
+    {
+        FreeTables(tables);
+        throw;
+    }
+    tables.pfnCreate = pfnCreate;
+    tables.bBuilt.store(true, std::memory_order_release);
+}
+
+void CGeneratedObject::FreeTables(SClassTables& tables)
+{
+    tables.bBuilt.store(false, std::memory_order_relaxed);
+    CleanMetaData(tables.pInfo, tables.ppElements, tables.ppAttributes);
+}
+
+void CGeneratedObject::Throw_IfChoiceIsMissing(bool bMissing, const CXmlSerializationContext& context) const
+{
+    if (bMissing && Tables().bRequiresChoice && !context.GetIgnoreMissingChoice() && !IsNilElement())
+        throw CQvValidationException(
+            FormatString(L"Failed to convert the element [%s] to XML", ElementName().c_str()),
+            CQvValidationException(L"This element is a choice, and as such must have at one (and only one) valid item, "
+                                   L"currently there are none set"));
+}
+
+void CGeneratedObject::Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElement,
+                                               const CXmlSerializationContext& context) const
+{
+    const SClassTables& tables = Tables();
+    // Of a nested group the record that holds it knows whether it has to be there.
+    if (!bMissing || !tables.bRequiresChoice || context.GetIgnoreMissingChoice() ||
+        tables.pInfo->GetElementType() != QvXmlLib9Data::ElementType_Element || IsNilElement())
+        return;
+    Throw_InElement(*pElement, FormatString(L"No child elements within the element [%s] were populated. The element "
+                                            L"represents a choice, so one and only one element should be populated. "
+                                            L"The element contained no sutable child elements",
+                                            pElement->GetLocalName().c_str()));
+}
+
+// --- Choices -----------------------------------------------------------------------------------------
+
+bool CChoiceState::IsGiven(const QvVariant& value)
+{
+    if (value.GetTypeAsEnum() == ItemType_XmlObjectBase)
+        return value.XmlObjectPtr() != nullptr;
+    return value.IsValid();
+}
+
+void CChoiceState::Throw_IfOtherIsSelected(const void* pMember) const
+{
+    if (IsSelected() && m_pSelected != pMember)
+        throw CQvInvalidStateException(
+            FormatString(L"The Property [%s] is already set. Only one element within this class bay be set at a time",
+                         m_strSelected.c_str()));
+}
+
+void CChoiceState::Select(const void* pMember, std::wstring_view name)
+{
+    m_strSelected = name;
+    m_pSelected = pMember;
+}
+
+void CChoiceState::Select(const void* pMember, std::wstring_view name, bool bSet)
+{
+    if (bSet)
+        Select(pMember, name);
+    else if (m_pSelected == pMember)
+        Reset();
+}
+
+void CChoiceState::OnEvent(const CXmlObjectBase& collection, IEventSink::MsgType eMsgType)
+{
+    if (eMsgType == IEventSink::MsgType_Add)
+        Throw_IfOtherIsSelected(&collection);
+    else if (eMsgType == IEventSink::MsgType_AddComplete || eMsgType == IEventSink::MsgType_RemoveComplete)
+        Select(&collection, collection.GetElementName(),
+               static_cast<const CXmlCollectionBase&>(collection).GetCount() > 0);
+}
+
+} // namespace QvXmlLib9

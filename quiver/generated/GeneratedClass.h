@@ -1,0 +1,287 @@
+#pragma once
+
+#include "quiver/core/XmlGeneratedClass.h"
+#include "quiver/foundation/Export.h"
+#include "quiver/foundation/SmartPtr.h"
+#include "quiver/generated/ClassDescription.h"
+#include "quiver/values/QvVariant.h"
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+/// @file
+/// The bases of the classes that quiver-gen writes. Such a class has accessors, members (Member.h), and three
+/// operations that say nothing twice:
+///
+///     class CItem : public CGenerated<CItem>
+///     {
+///     public:
+///         explicit CItem(const wchar_t* lpctElementName = L"item");
+///
+///         const std::wstring& GetProduct() const { return m_Product.Get(); }
+///         void SetProduct(const std::wstring& value) { m_Product.Set(value, L"product"); }
+///
+///     protected:
+///         friend class CGenerated<CItem>;
+///         enum : int { Member_Product, Member_Count };
+///         static void Describe(CClassDescription& description);                           // the tables of metadata
+///         void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override; // a switch over the members
+///         void Init() override;                                                           // resets each member
+///
+///     private:
+///         CRequired<xs::String> m_Product;
+///     };
+///
+/// An object is used by one thread at a time, also for reading alone: members make what they hold when it is asked for.
+
+namespace QvXmlLib9
+{
+
+/// The metadata of one class, built when the first object needs it. Constant before it is built, so that objects can be
+/// made before `main`; built again where an object is used after the metadata of its class were freed.
+struct SClassTables
+{
+    QvXmlLib9Data::CParentElementInfo* pInfo = nullptr;
+    QvXmlLib9Data::CElementInfo** ppElements = nullptr;
+    QvXmlLib9Data::CAttributeInfo** ppAttributes = nullptr;
+    const wchar_t* lpctNamespace = nullptr;
+    const wchar_t* lpctTypeName = nullptr;
+    const wchar_t* lpctTypeNamespace = nullptr;
+    PfnCreateObject pfnCreate = nullptr;
+    bool bRequiresChoice = false;
+    std::atomic<bool> bBuilt{false};
+};
+
+/// What all generated classes have in common.
+class QVXMLLIB_API CGeneratedObject : public CXmlGeneratedClass
+{
+public:
+    /// Members know the object that they belong to.
+    CGeneratedObject(const CGeneratedObject&) = delete;
+    CGeneratedObject& operator=(const CGeneratedObject&) = delete;
+
+    CXmlObjectBase* GetBase() override;
+    using CXmlObjectBase::GetBase;
+    std::wstring GetNamespace() const override;
+
+    /// Whether the object says its type when it is written, with `xsi:type`: it has to where another class was
+    /// declared. Whoever writes it knows.
+    void TellType(bool bTell) const { m_bTellsType = bTell; }
+
+    /// What makes objects of the same class, to tell classes apart.
+    PfnCreateObject GetCreator() const { return Tables().pfnCreate; }
+
+protected:
+    explicit CGeneratedObject(const wchar_t* lpctElementName);
+    ~CGeneratedObject() override;
+
+    /// The metadata of the class.
+    virtual const SClassTables& Tables() const = 0;
+
+    std::wstring GetTargetNamespace() const override;
+    QvXmlLib9Data::CParentElementInfo* GetClassInfo() const override { return Tables().pInfo; }
+    QvXmlLib9Data::CElementInfo** GetClassElementInfo() const override { return Tables().ppElements; }
+    QvXmlLib9Data::CAttributeInfo** GetClassAttributeInfo() const override { return Tables().ppAttributes; }
+    void AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const override;
+
+    /// Refuses what the walker over the records passes by: text where a class has none, and content of a nil element.
+    CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
+                             bool bOptionalChoice) override;
+
+    /// Builds the metadata of a class unless they are there.
+    static void BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), PfnCreateObject pfnCreate);
+    static void FreeTables(SClassTables& tables);
+
+    /// @throws CQvValidationException on writing a choice that has to have a member and has none.
+    void Throw_IfChoiceIsMissing(bool bMissing, const CXmlSerializationContext& context) const;
+    /// The same on reading one.
+    void Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElement, const CXmlSerializationContext& context) const;
+
+    /// Whether the object's class is nillable and the object is nil.
+    bool IsNilElement() const;
+
+private:
+    void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
+                                const CXmlSerializationContext& context) const;
+
+    mutable bool m_bTellsType = false;
+};
+
+/// The metadata of a class, and its way to the runtime.
+/// @tparam TClass the class itself.
+/// @tparam TBase the class that it extends, if it extends one.
+template <class TClass, class TBase = CGeneratedObject>
+class CGenerated : public TBase
+{
+protected:
+    explicit CGenerated(const wchar_t* lpctElementName)
+        : CInstanceMonitor(L"") // never used: the most derived class gives its name
+        , TBase(lpctElementName)
+    {
+    }
+
+    const SClassTables& Tables() const override
+    {
+        if (!s_tables.bBuilt.load(std::memory_order_acquire))
+            Build();
+        return s_tables;
+    }
+
+private:
+    /// Frees the metadata when the program ends, or the library that holds the class is unloaded.
+    struct SGuard
+    {
+        ~SGuard() { CGeneratedObject::FreeTables(s_tables); }
+    };
+    friend struct SGuard;
+
+    static void Build()
+    {
+        CGeneratedObject::BuildTables(s_tables, &TClass::Describe, &CreateObject<TClass>);
+        static const SGuard s_guard{};
+    }
+
+    static inline SClassTables s_tables{};
+};
+
+/// Which member of a choice is set. All setters of a choice go through here: a second member is refused before it is
+/// stored, and a value that breaks a facet selects nothing.
+class QVXMLLIB_API CChoiceState
+{
+public:
+    /// @param pOwner the object with the choice; it hears of its collections.
+    explicit CChoiceState(IEventSink* pOwner)
+        : m_pOwner(pOwner)
+    {
+    }
+
+    /// Element name of the member that is set, empty for none.
+    const std::wstring& GetSelected() const { return m_strSelected; }
+    bool IsSelected() const { return m_pSelected != nullptr; }
+
+    void Reset() { Select(nullptr, L""); }
+
+    /// Sets a value or object, or clears it.
+    /// @throws CQvInvalidStateException if another member is set.
+    template <class TMember, class TValue>
+    void Set(TMember& member, const TValue& value, const wchar_t* lpctName)
+    {
+        member.Check(value, lpctName);
+        if (TMember::IsGiven(value))
+            Throw_IfOtherIsSelected(&member);
+        member.Set(value, lpctName);
+        Select(&member, lpctName, TMember::IsGiven(value));
+    }
+
+    /// `AccessProperty` of a value or object.
+    template <class TMember>
+    void Access(TMember& member, bool bRead, QvVariant& value, const wchar_t* lpctName)
+    {
+        if (!bRead && IsGiven(value))
+            Throw_IfOtherIsSelected(&member);
+        member.Access(bRead, value, lpctName);
+        if (!bRead)
+            Select(&member, lpctName, member.IsSet());
+    }
+
+    /// `AccessProperty` of a repeated member.
+    template <class TRepeated, class TElement,
+              std::enable_if_t<!std::is_convertible_v<const TElement&, const wchar_t*>, int> = 0>
+    void Access(TRepeated& member, bool bRead, QvVariant& value, const TElement& element)
+    {
+        if (bRead)
+            value.SetXmlCollection(Get(member, element));
+    }
+
+    /// The collection of a repeated member, which tells this when it fills and empties.
+    template <class TRepeated, class TElement>
+    auto Get(const TRepeated& member, const TElement& element) const
+    {
+        return member.Get(element, m_pOwner);
+    }
+
+    /// What happened to one of the collections.
+    void OnEvent(const CXmlObjectBase& collection, IEventSink::MsgType eMsgType);
+
+private:
+    static bool IsGiven(const QvVariant& value);
+    void Throw_IfOtherIsSelected(const void* pMember) const;
+    void Select(const void* pMember, std::wstring_view name);
+    void Select(const void* pMember, std::wstring_view name, bool bSet);
+
+    IEventSink* m_pOwner;
+    /// The member, or its collection: elements of two namespaces may have the same name.
+    const void* m_pSelected = nullptr;
+    std::wstring m_strSelected;
+};
+
+/// A class whose content is a choice. It has at most one member; whether it may have none is said by its description.
+template <class TClass, class TBase = CGeneratedObject>
+class CGeneratedChoice : public CGenerated<TClass, TBase>
+{
+public:
+    /// Element name of the member that is set, empty for none.
+    const std::wstring& GetSelected() const { return m_choice.GetSelected(); }
+
+protected:
+    explicit CGeneratedChoice(const wchar_t* lpctElementName)
+        : CInstanceMonitor(L"") // never used: the most derived class gives its name
+        , CGenerated<TClass, TBase>(lpctElementName)
+        , m_choice(this)
+    {
+    }
+
+    void OnEvent(CXmlObjectBase* pMsgSource, IEventSink::MsgType eMsgType, void*) override
+    {
+        m_choice.OnEvent(*pMsgSource, eMsgType);
+    }
+
+    void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                   const CXmlSerializationContext& context, bool bOptionalChoice) const override
+    {
+        this->Throw_IfChoiceIsMissing(!m_choice.IsSelected(), context);
+        CGenerated<TClass, TBase>::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
+    }
+
+    CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
+                             bool bOptionalChoice) override
+    {
+        CXmlElement* const pNext =
+            CGenerated<TClass, TBase>::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+        this->Throw_IfNoChoiceWasRead(!m_choice.IsSelected(), pElement, context);
+        return pNext;
+    }
+
+    CChoiceState m_choice;
+};
+
+/// The state of an element that may be nil.
+class QVXMLLIB_API CNillableState : public INillable
+{
+public:
+    bool IsNil() const override { return m_bNil; }
+    /// A nil element is written with its attributes and `xsi:nil`, whatever its other members hold.
+    void SetNil(bool bNil) override { m_bNil = bNil; }
+
+protected:
+    CNillableState() = default;
+    CNillableState(const CNillableState&) = default;
+    CNillableState& operator=(const CNillableState&) = default;
+    ~CNillableState() = default;
+
+    void ResetNil() { m_bNil = false; }
+
+private:
+    bool m_bNil = false;
+};
+
+/// Announces the version of the generator before the first object is made.
+struct QVXMLLIB_API SRegisterGenerator
+{
+    SRegisterGenerator();
+};
+inline const SRegisterGenerator s_registerGenerator{};
+
+} // namespace QvXmlLib9

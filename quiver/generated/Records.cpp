@@ -1,0 +1,438 @@
+#include "quiver/generated/Records.h"
+
+#include "quiver/collections/Element.h"
+#include "quiver/core/XmlGeneratedClass.h"
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlAttribute.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/metadata/ElementInfoAll.h"
+#include "quiver/metadata/ElementInfoChoice.h"
+#include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/ValueText.h"
+#include "quiver/output/XmlWriter.h"
+#include "quiver/values/QvVariant.h"
+
+#include <string>
+#include <utility>
+
+namespace QvXmlLib9
+{
+
+using namespace QvXmlLib9Data;
+
+namespace
+{
+
+/// A value travels as text and is checked by its member, so the record has nothing to say about either.
+const CPrimitiveRestrictions& NoFacets()
+{
+    static const CPrimitiveRestrictions s_none;
+    return s_none;
+}
+
+[[noreturn]] void ThrowElementNotSet(const wchar_t* lpctName)
+{
+    throw CQvValidationException(FormatString(L"The required element [%s] has not been set", lpctName));
+}
+
+/// @tparam TRecord the record of a string in one of the families, which reads the text.
+template <class TRecord>
+class CValueRecord final : public TRecord
+{
+public:
+    CValueRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bRequired)
+        : TRecord(lpctName, lpctNamespace, nMember, ItemType_string, nullptr, CWhitespaceUtils::WhitespaceRule_None,
+                  NoFacets())
+        , m_strElement(lpctName)
+        , m_strUri(lpctNamespace)
+        , m_bRequired(bRequired)
+    {
+    }
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        this->ReadProperty(pObject, value);
+        if (!value.IsValid())
+        {
+            if (m_bRequired && !context.GetIgnoreMissingMandatoryElements())
+                ThrowElementNotSet(m_strElement.c_str());
+            return false;
+        }
+        pWriter->StartElement(m_strElement, m_strUri);
+        std::wstring strBuffer;
+        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        pWriter->EndElement();
+        return true;
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override
+    {
+        if (this->IsThisElement(context, *ppCurrent))
+            Throw_IfNotSimple(context, **ppCurrent);
+        return TRecord::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
+    }
+
+private:
+    std::wstring m_strElement;
+    std::wstring m_strUri;
+    bool m_bRequired;
+};
+
+/// The text of mixed content. It stands at the beginning, since text behind a child would become part of the child in a
+/// Fast Infoset document.
+/// @tparam TFamily CElementInfoSeq, CElementInfoChoice or CElementInfoAll.
+template <class TFamily>
+class CMixedTextRecord final : public TFamily
+{
+public:
+    CMixedTextRecord(const SRecordPlace& place, int)
+        : TFamily(L"", L"", place.nMember)
+    {
+    }
+
+    /// @return false: a choice goes on to its members.
+    bool ElementToXml(const CXmlSerializationContext&, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        this->ReadProperty(pObject, value);
+        if (value.IsValid() && !value.StringRef().empty())
+            pWriter->WriteText(value.StringRef(), ItemType_string);
+        return false;
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext&, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement**, const wchar_t*, XmlElementType) override
+    {
+        QvVariant value;
+        std::wstring strBuffer;
+        value.SetString(pParent->GetText(strBuffer));
+        this->AccessProperty(pObject, false, value);
+        return std::is_same_v<TFamily, CElementInfoSeq>;
+    }
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override
+    {
+        if constexpr (std::is_same_v<TFamily, CElementInfoAll>)
+            return true;
+        else
+            return TFamily::Validate(context, pObject, bFound, bThrowIfMissing);
+    }
+};
+
+/// What the records of single objects have in common whose element is not found by one name. How a miss is answered
+/// follows the families: a sequence goes on or fails, a choice tries its next member, an all group asks again.
+/// @tparam TFamily CElementInfoSeq, CElementInfoChoice or CElementInfoAll.
+template <class TFamily>
+class CObjectRecord : public TFamily
+{
+public:
+    CObjectRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bRequired)
+        : TFamily(lpctName, lpctNamespace, nMember)
+        , m_bRequired(bRequired)
+    {
+    }
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        this->ReadProperty(pObject, value);
+        const CXmlObjectBase* const pChild = value.XmlObjectPtr();
+        if (pChild != nullptr)
+            WriteChild(*pChild, context, pWriter);
+        else if (m_bRequired && !context.GetIgnoreMissingMandatoryElements())
+            ThrowElementNotSet(this->GetElementName().c_str());
+        return pChild != nullptr;
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t*, XmlElementType eParentType) override
+    {
+        const bool bMustFind = s_bSequence && m_bRequired;
+        const bool bRealParent = eParentType == ElementType_Element;
+        while (*ppCurrent == nullptr || !Takes(context, **ppCurrent))
+        {
+            if (!bMustFind)
+                return s_bSequence;
+            if (bRealParent && context.GetIgnoreMissingMandatoryElements())
+                return true;
+            if (!bRealParent || !context.GetIgnoreUnknownElements() || *ppCurrent == nullptr)
+            {
+                if (bRealParent)
+                    ThrowMissing();
+                return false;
+            }
+            this->Consume(ppCurrent);
+        }
+        const CSmartPtr<CXmlObjectBase> spChild = MakeChild(*ppCurrent);
+        Read(spChild, context, pParent, *ppCurrent);
+        this->StoreChild(pObject, spChild);
+        this->Consume(ppCurrent);
+        return true;
+    }
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override
+    {
+        if constexpr (!s_bAll)
+            return TFamily::Validate(context, pObject, bFound, bThrowIfMissing);
+        else
+        {
+            if (bFound || !m_bRequired || context.GetIgnoreMissingMandatoryElements())
+                return true;
+            if (bThrowIfMissing)
+                ThrowMissing();
+            return false;
+        }
+    }
+
+protected:
+    virtual bool Takes(const CXmlSerializationContext& context, const CXmlElement& element) const = 0;
+    virtual CSmartPtr<CXmlObjectBase> MakeChild(CXmlElement* pElement) const = 0;
+    virtual void Read(CXmlObjectBase* pChild, const CXmlSerializationContext& context, CXmlElement* pParent,
+                      CXmlElement* pElement) const = 0;
+    virtual void WriteChild(const CXmlObjectBase& child, const CXmlSerializationContext& context,
+                            CXmlWriter* pWriter) const = 0;
+    [[noreturn]] virtual void ThrowMissing() const = 0;
+
+private:
+    static constexpr bool s_bSequence = std::is_same_v<TFamily, CElementInfoSeq>;
+    static constexpr bool s_bAll = std::is_same_v<TFamily, CElementInfoAll>;
+
+    bool m_bRequired;
+};
+
+/// Lets the records write objects, which is a protected operation of theirs.
+class CObjectWriter : public CXmlObjectBase
+{
+public:
+    static void Write(const CXmlObjectBase& object, CXmlWriter* pWriter, const wchar_t* lpctUri,
+                      const CXmlSerializationContext& context)
+    {
+        CXmlObjectBase::ToXml_Int(&object, pWriter, false, lpctUri, context, false);
+    }
+};
+
+template <class TFamily>
+class CPolymorphicRecord final : public CObjectRecord<TFamily>
+{
+public:
+    CPolymorphicRecord(const SRecordPlace& place, const SPlace& alternatives)
+        : CObjectRecord<TFamily>(alternatives.lpctName, alternatives.lpctUri, place.nMember, place.bRequired)
+        , m_alternatives(alternatives)
+    {
+    }
+
+private:
+    bool Takes(const CXmlSerializationContext& context, const CXmlElement& element) const override
+    {
+        return m_alternatives.Takes(context, element);
+    }
+
+    CSmartPtr<CXmlObjectBase> MakeChild(CXmlElement* pElement) const override
+    {
+        return m_alternatives.Create(pElement);
+    }
+
+    void Read(CXmlObjectBase* pChild, const CXmlSerializationContext& context, CXmlElement*,
+              CXmlElement* pElement) const override
+    {
+        this->ReadChild(pChild, pElement, context, false);
+    }
+
+    void WriteChild(const CXmlObjectBase& child, const CXmlSerializationContext& context,
+                    CXmlWriter* pWriter) const override
+    {
+        CObjectWriter::Write(child, pWriter, m_alternatives.Prepare(child), context);
+    }
+
+    [[noreturn]] void ThrowMissing() const override
+    {
+        CElementInfo::ThrowMissing(L"Failed to find a suitable substitution element for [%s]", this->GetElementName());
+    }
+
+    SPlace m_alternatives;
+};
+
+template <class TFamily>
+class CWildcardRecord final : public CObjectRecord<TFamily>
+{
+public:
+    CWildcardRecord(const SRecordPlace& place, const SWildcard& wildcard)
+        : CObjectRecord<TFamily>(wildcard.lpctElementName != nullptr ? wildcard.lpctElementName : L"AnyElement", L"",
+                                 place.nMember, place.bRequired)
+        , m_wildcard(wildcard)
+    {
+    }
+
+private:
+    bool Takes(const CXmlSerializationContext&, const CXmlElement& element) const override
+    {
+        return m_wildcard.Allows(element.GetNamespaceURI(), element.GetLocalName());
+    }
+
+    CSmartPtr<CXmlObjectBase> MakeChild(CXmlElement* pElement) const override
+    {
+        return CSmartPtr<CXmlObjectBase>(
+            new CElement(pElement->GetLocalName().c_str(), pElement->GetNamespaceURI().c_str(), L"##any", L""));
+    }
+
+    void Read(CXmlObjectBase* pChild, const CXmlSerializationContext& context, CXmlElement* pParent,
+              CXmlElement* pElement) const override
+    {
+        CElementInfo::FromXml_Int(pChild, pParent, pElement, context, false);
+        DropLayout(static_cast<CElement&>(*pChild));
+    }
+
+    void WriteChild(const CXmlObjectBase& child, const CXmlSerializationContext& context,
+                    CXmlWriter* pWriter) const override
+    {
+        m_wildcard.Throw_IfForbidden(static_cast<const CElement&>(child));
+        CObjectWriter::Write(child, pWriter, child.GetNamespace().c_str(), context);
+    }
+
+    [[noreturn]] void ThrowMissing() const override
+    {
+        CElementInfo::ThrowMissing(L"Failed to find a required element [%s]", this->GetElementName());
+    }
+
+    SWildcard m_wildcard;
+};
+
+template <template <class> class TRecord, class TWhat>
+std::unique_ptr<CElementInfo> MakeFor(const SRecordPlace& place, const TWhat& what)
+{
+    switch (place.eGroup)
+    {
+    case GroupType_Choice:
+        return std::make_unique<TRecord<CElementInfoChoice>>(place, what);
+    case GroupType_All:
+        return std::make_unique<TRecord<CElementInfoAll>>(place, what);
+    default:
+        return std::make_unique<TRecord<CElementInfoSeq>>(place, what);
+    }
+}
+
+class CAttributeRecord final : public CAttributeInfoPrimitive
+{
+public:
+    CAttributeRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bOptional,
+                     const wchar_t* lpctDefault)
+        : CAttributeInfoPrimitive(lpctName, lpctNamespace, nMember, bOptional, ItemType_string, nullptr,
+                                  CWhitespaceUtils::WhitespaceRule_None, NoFacets(), lpctDefault)
+    {
+    }
+
+    void AttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                        CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        ReadProperty(pObject, value);
+        if (IsUnset(value))
+            return;
+        if (!value.IsValid())
+            throw CQvValidationException(
+                FormatString(L"The required attribute [%s] has not been set", m_strName.c_str()));
+        std::wstring strBuffer;
+        const std::wstring& strText = TextOf(value, nullptr, strBuffer);
+        if (!IsSuppressedDefault(context, strText))
+            pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
+    }
+};
+
+class CAnyAttributeRecord final : public CAttributeInfoAny
+{
+public:
+    CAnyAttributeRecord(int nMember, const SWildcard& wildcard)
+        : CAttributeInfoAny(L"AnyAttribute", L"", nMember, true, L"##any", L"", L"")
+        , m_wildcard(wildcard)
+    {
+    }
+
+    bool AttributeFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
+                          CXmlAttribute* pAttribute) override
+    {
+        return m_wildcard.Allows(pAttribute->GetNamespaceURI()) &&
+               CAttributeInfoAny::AttributeFromXml(context, pObject, pAttribute);
+    }
+
+private:
+    SWildcard m_wildcard;
+};
+
+} // namespace
+
+std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const wchar_t* lpctName,
+                                              const wchar_t* lpctNamespace)
+{
+    const int n = place.nMember;
+    switch (place.eGroup)
+    {
+    case GroupType_Choice:
+        return std::make_unique<CValueRecord<CElementInfoChoicePrimOpt>>(lpctName, lpctNamespace, n, false);
+    case GroupType_All:
+        if (place.bRequired)
+            return std::make_unique<CValueRecord<CElementInfoAllPrimMnd>>(lpctName, lpctNamespace, n, true);
+        return std::make_unique<CValueRecord<CElementInfoAllPrimOpt>>(lpctName, lpctNamespace, n, false);
+    default:
+        if (place.bRequired)
+            return std::make_unique<CValueRecord<CElementInfoSeqPrimMnd>>(lpctName, lpctNamespace, n, true);
+        return std::make_unique<CValueRecord<CElementInfoSeqPrimOpt>>(lpctName, lpctNamespace, n, false);
+    }
+}
+
+std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
+{
+    return MakeFor<CMixedTextRecord>(place, 0);
+}
+
+void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
+{
+    std::wstring strFault;
+    for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+    {
+        if (!pAttribute->IsNamespaceAttribute() && !context.GetIgnoreUnknownAttributes())
+            strFault = FormatString(L"Unexpected Attribute [%s] found.", pAttribute->GetLocalName().c_str());
+    }
+    const CXmlElement* const pChild = element.GetFirstElement();
+    if (pChild != nullptr && !context.GetIgnoreUnknownElements())
+        strFault =
+            FormatString(L"Failed read all the elements held within the element [%s]. The unexpected element [%s] "
+                         L"remains un processed",
+                         element.GetLocalName().c_str(), pChild->GetLocalName().c_str());
+    if (!strFault.empty())
+        throw CQvValidationException(
+            FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
+            CQvValidationException(strFault));
+}
+
+std::unique_ptr<CElementInfo> MakePolymorphicRecord(const SRecordPlace& place, const SPlace& alternatives)
+{
+    return MakeFor<CPolymorphicRecord>(place, alternatives);
+}
+
+std::unique_ptr<CElementInfo> MakeWildcardRecord(const SRecordPlace& place, const SWildcard& wildcard)
+{
+    return MakeFor<CWildcardRecord>(place, wildcard);
+}
+
+std::unique_ptr<CAttributeInfo> MakeAttributeRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                                    bool bOptional, const wchar_t* lpctDefault)
+{
+    return std::make_unique<CAttributeRecord>(lpctName, lpctNamespace, nMember, bOptional, lpctDefault);
+}
+
+std::unique_ptr<CAttributeInfo> MakeAnyAttributeRecord(int nMember, const SWildcard& wildcard)
+{
+    return std::make_unique<CAnyAttributeRecord>(nMember, wildcard);
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,238 @@
+#include "quiver/generated/RepeatedCol.h"
+
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/generated/Member.h"
+#include "quiver/generated/Records.h"
+#include "quiver/metadata/ValueText.h"
+#include "quiver/output/XmlWriter.h"
+#include "quiver/values/QvVariant.h"
+
+namespace QvXmlLib9
+{
+
+void CCollectionOwner::Set(CXmlCollectionBase& collection, IEventSink* pSink)
+{
+    if (m_pSink != nullptr)
+        collection.RemoveEventListener(m_pSink);
+    m_pSink = pSink;
+    if (pSink != nullptr)
+        collection.AddEventListener(pSink);
+}
+
+// --- Objects -----------------------------------------------------------------------------------------
+
+CObjectColBase::CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+    : CInstanceMonitor(L"") // never used: the most derived class gives its name
+    , CXmlCollection(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
+    , m_element(element)
+    , m_pfnCreate(pfnCreate)
+{
+}
+
+CObjectColBase::~CObjectColBase() = default;
+
+void CObjectColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
+                               bool) const
+{
+    ValidateCount(context);
+    for (const CNode* pNode = GetHeadNode(); pNode != nullptr; pNode = pNode->m_pNext)
+        CXmlObjectBase::ToXml_Int(pNode->m_pItem, pWriter, false, PrepareItem(*pNode->m_pItem), context, false);
+}
+
+CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent,
+                                         const CXmlSerializationContext& context, bool)
+{
+    while (pCurrent != nullptr)
+    {
+        CSmartPtr<CXmlObjectBase> spItem;
+        CXmlElement* const pNext = ReadItem(pParent, pCurrent, context, spItem);
+        if (spItem == nullptr)
+            break;
+        AppendItem(spItem);
+        pCurrent = pNext;
+    }
+    return pCurrent;
+}
+
+CXmlElement* CObjectColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
+                                      CSmartPtr<CXmlObjectBase>& spItem)
+{
+    if (!DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
+        return pCurrent;
+    spItem = m_pfnCreate(0, m_element.lpctName);
+    CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
+    return pCurrent->GetNextSiblingElement();
+}
+
+const wchar_t* CObjectColBase::PrepareItem(const CXmlObjectBase&) const
+{
+    return m_element.lpctNamespace;
+}
+
+void CObjectColBase::CheckItem(const CXmlObjectBase* pItem) const
+{
+    CheckObject(pItem, m_element.lpctName, true);
+}
+
+// --- Groups ------------------------------------------------------------------------------------------
+
+CGroupColBase::CGroupColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+    : CInstanceMonitor(L"") // never used: the most derived class gives its name
+    , CObjectColBase(element, pfnCreate)
+{
+}
+
+CXmlElement* CGroupColBase::ReadItem(CXmlElement* pParent, CXmlElement* pCurrent,
+                                     const CXmlSerializationContext& context, CSmartPtr<CXmlObjectBase>& spItem)
+{
+    const CSmartPtr<CXmlObjectBase> spGroup = Creator()(0, Element().lpctName);
+    CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spGroup, pParent, pCurrent, context);
+    if (pNext != pCurrent)
+        spItem = spGroup;
+    return pNext;
+}
+
+void CGroupColBase::CheckItem(const CXmlObjectBase* pItem) const
+{
+    // A group has no element, so it may have been made under any name.
+    CheckObject(pItem, pItem != nullptr ? pItem->GetElementName().c_str() : Element().lpctName, true);
+}
+
+// --- Alternatives ------------------------------------------------------------------------------------
+
+CPolymorphicColBase::CPolymorphicColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate,
+                                         const SAlternatives& alternatives)
+    : CInstanceMonitor(L"") // never used: the most derived class gives its name
+    , CObjectColBase(element, pfnCreate)
+    , m_place(element.lpctName, element.lpctNamespace, alternatives, pfnCreate)
+{
+}
+
+CXmlElement* CPolymorphicColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
+                                           CSmartPtr<CXmlObjectBase>& spItem)
+{
+    if (!m_place.Takes(context, *pCurrent))
+        return pCurrent;
+    spItem = m_place.Create(pCurrent);
+    CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
+    return pCurrent->GetNextSiblingElement();
+}
+
+const wchar_t* CPolymorphicColBase::PrepareItem(const CXmlObjectBase& item) const
+{
+    return m_place.Prepare(item);
+}
+
+void CPolymorphicColBase::CheckItem(const CXmlObjectBase* pItem) const
+{
+    if (pItem == nullptr)
+        CheckObject(pItem, Element().lpctName, true);
+    CheckAlternative(pItem, Element().lpctName, *m_place.pAlternatives);
+}
+
+// --- Wildcards ---------------------------------------------------------------------------------------
+
+CAnyCol::CAnyCol(const SWildcard& wildcard)
+    : CInstanceMonitor(L"CAnyCol")
+    , CElementCol(L"", L"##any", L"", 0, -1)
+    , m_wildcard(wildcard)
+{
+    SetElementName(wildcard.lpctElementName != nullptr ? wildcard.lpctElementName : L"AnyElement");
+}
+
+CAnyCol::~CAnyCol() = default;
+
+bool CAnyCol::IsValidCount(const CXmlSerializationContext& context) const
+{
+    return context.GetIgnoreInvalidCollectionCounts() ||
+           (GetCount() >= m_wildcard.nMin && (m_wildcard.nMax == -1 || GetCount() <= m_wildcard.nMax));
+}
+
+void CAnyCol::ValidateCount(const CXmlSerializationContext& context) const
+{
+    if (IsValidCount(context))
+        return;
+    const bool bMany = GetCount() > m_wildcard.nMin;
+    throw CQvValidationException(FormatString(L"The %s number of [%s] elements allowed in this collection is %d",
+                                              bMany ? L"Maximum" : L"Minimum", ElementName().c_str(),
+                                              bMany ? m_wildcard.nMax : m_wildcard.nMin));
+}
+
+void CAnyCol::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                        const CXmlSerializationContext& context, bool bOptionalChoice) const
+{
+    for (const CElement& element : *this)
+        m_wildcard.Throw_IfForbidden(element);
+    CElementCol::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
+}
+
+CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
+                                  bool)
+{
+    while (pCurrent != nullptr && m_wildcard.Allows(pCurrent->GetNamespaceURI(), pCurrent->GetLocalName()))
+    {
+        const CSmartPtr<CElement> spElement =
+            new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
+        CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+        DropLayout(*spElement);
+        Add(spElement);
+        pCurrent = pNext;
+    }
+    return pCurrent;
+}
+
+// --- Simple values -----------------------------------------------------------------------------------
+
+CValueColBase::CValueColBase(const SRepeatedElement& element)
+    : CInstanceMonitor(L"") // never used: the most derived class gives its name
+    , CXmlCollectionBase(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
+    , m_element(element)
+{
+}
+
+CValueColBase::~CValueColBase() = default;
+
+void CValueColBase::Throw_IfNoPlace(int nIndex) const
+{
+    if (nIndex < 0 || nIndex > GetCount())
+        throw CQvInvalidParamException(L"Index out of range");
+}
+
+using QvXmlLib9Data::TextOf;
+
+void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
+                              bool) const
+{
+    ValidateCount(context);
+    const std::wstring strName = m_element.lpctName;
+    const std::wstring strNamespace = m_element.lpctNamespace;
+    const std::size_t nCount = static_cast<std::size_t>(GetCount());
+    QvVariant value;
+    std::wstring strBuffer;
+    for (std::size_t n = 0; n < nCount; ++n)
+    {
+        StoreItem(n, value);
+        pWriter->StartElement(strName, strNamespace);
+        strBuffer.clear();
+        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        pWriter->EndElement();
+    }
+}
+
+CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
+                                        bool)
+{
+    std::wstring strBuffer;
+    while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
+    {
+        Throw_IfNotSimple(context, *pCurrent);
+        AddText(pCurrent->GetText(strBuffer));
+        pCurrent = pCurrent->GetNextSiblingElement();
+    }
+    return pCurrent;
+}
+
+} // namespace QvXmlLib9

@@ -1,0 +1,137 @@
+#include "tools/quiver-fi/Document.h"
+
+#include "tools/quiver-fi/Text.h"
+#include "tools/quiver-fi/XmlNames.h"
+
+#include <stdexcept>
+
+namespace quiver_fi
+{
+
+namespace
+{
+
+constexpr std::string_view s_strXmlPrefix = "xml";
+constexpr std::string_view s_strXmlnsPrefix = "xmlns";
+constexpr std::string_view s_strXmlNamespace = "http://www.w3.org/XML/1998/namespace";
+constexpr std::string_view s_strXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
+
+} // namespace
+
+CDocument::CDocument()
+{
+    InternText("");
+    InternText(s_strXmlPrefix);
+    InternText(s_strXmlNamespace);
+}
+
+CDocument::TextId CDocument::InternText(std::string_view strText)
+{
+    const auto it = m_textIds.find(strText);
+    if (it != m_textIds.end())
+        return it->second;
+    const auto dwText = static_cast<TextId>(m_texts.size());
+    m_textIds.emplace(m_texts.emplace_back(strText), dwText);
+    return dwText;
+}
+
+void CDocument::CheckNamespace(TextId dwNamespace) const
+{
+    if (GetText(dwNamespace) == s_strXmlnsNamespace)
+        throw std::runtime_error("the document holds a name in the namespace of namespace declarations");
+}
+
+void CDocument::CheckLocalName(std::string_view strLocalName) const
+{
+    if (!IsNCName(Widen(strLocalName)))
+        throw std::runtime_error("the document holds the name " + Quote(strLocalName) + ", which is none in XML");
+}
+
+CDocument::NameId CDocument::InternName(TextId dwNamespace, std::string_view strLocalName)
+{
+    const auto it = m_nameIds.find({dwNamespace, strLocalName});
+    if (it != m_nameIds.end())
+        return it->second;
+    CheckNamespace(dwNamespace);
+    CheckLocalName(strLocalName);
+    const auto dwName = static_cast<NameId>(m_names.size());
+    const SName& name = m_names.emplace_back(SName{dwNamespace, std::string(strLocalName)});
+    m_nameIds.emplace(std::make_pair(dwNamespace, std::string_view(name.strLocalName)), dwName);
+    return dwName;
+}
+
+CDocument::SRange CDocument::Store(std::string_view strText)
+{
+    const SRange range{m_strValues.size(), strText.size()};
+    m_strValues += strText;
+    return range;
+}
+
+void CDocument::Declare(TextId dwPrefix, TextId dwNamespace)
+{
+    const std::string& strPrefix = GetText(dwPrefix);
+    CheckNamespace(dwNamespace);
+    if (!strPrefix.empty())
+        CheckLocalName(strPrefix);
+    if (strPrefix == s_strXmlnsPrefix || (dwPrefix == s_dwXmlPrefix) != (dwNamespace == s_dwXmlNamespace))
+        throw std::runtime_error("the document declares the prefix " + Quote(strPrefix) + " against the rules of XML");
+    m_lastElementOfPrefix.resize(m_texts.size());
+    if (m_lastElementOfPrefix[dwPrefix] == m_nElements + 1)
+        throw std::runtime_error("the document declares the prefix " + Quote(strPrefix) + " twice on one element");
+    m_lastElementOfPrefix[dwPrefix] = m_nElements + 1;
+    m_events.push_back({EKind::Declaration, dwPrefix, {dwNamespace, 0}});
+}
+
+void CDocument::SuggestPrefix(TextId dwPrefix, TextId dwNamespace)
+{
+    const std::string& strPrefix = GetText(dwPrefix);
+    if (dwPrefix == s_dwXmlPrefix || strPrefix == s_strXmlnsPrefix || !IsNCName(Widen(strPrefix)))
+        return;
+    if (m_suggestedSet.emplace(dwPrefix, dwNamespace).second)
+        m_suggested.emplace_back(dwPrefix, dwNamespace);
+}
+
+void CDocument::StartElement(NameId dwName)
+{
+    ++m_nElements;
+    m_events.push_back({EKind::Start, dwName, {}});
+}
+
+void CDocument::AddAttribute(NameId dwName, SRange value)
+{
+    const SName& name = GetName(dwName);
+    if (name.dwNamespace == s_dwNone && name.strLocalName == s_strXmlnsPrefix)
+        throw std::runtime_error("the document holds an attribute called xmlns, which XML takes for a declaration");
+    m_lastElementOfName.resize(m_names.size());
+    if (m_lastElementOfName[dwName] == m_nElements)
+        throw std::runtime_error("the document holds an element with two attributes called " + Show(dwName));
+    m_lastElementOfName[dwName] = m_nElements;
+    m_events.push_back({EKind::Attribute, dwName, value});
+}
+
+void CDocument::AddText(SRange text)
+{
+    if (text.nLength == 0)
+        return;
+    SEvent& last = m_events.back();
+    if (last.eKind == EKind::Text && last.range.nOffset + last.range.nLength == text.nOffset)
+        last.range.nLength += text.nLength;
+    else
+        m_events.push_back({EKind::Text, 0, text});
+}
+
+void CDocument::EndElement()
+{
+    m_events.push_back({EKind::End, 0, {}});
+}
+
+std::string CDocument::Show(NameId dwName) const
+{
+    const SName& name = GetName(dwName);
+    const std::string strNamespace = Quote(GetText(name.dwNamespace));
+    return name.dwNamespace == s_dwNone
+               ? name.strLocalName
+               : name.strLocalName + " {" + strNamespace.substr(1, strNamespace.size() - 2) + '}';
+}
+
+} // namespace quiver_fi
