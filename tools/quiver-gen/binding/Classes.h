@@ -113,7 +113,7 @@ private:
 
     // Members
     void AddMembers(SDraft& draft, const SNode& group, SCounterparts* pCounterparts);
-    void AddMember(SDraft& draft, const SNode& node, SCounterparts* pCounterparts);
+    SMember MakeMemberOf(SDraft& draft, const SNode& node, SCounterparts* pCounterparts);
     SMember MakeMember(const SNode& node);
     void SetOccurrence(SMember& member, const SNode& node, bool bInChoice);
     void SetElement(SMember& member, const schema::SElement& element, const SNode& node);
