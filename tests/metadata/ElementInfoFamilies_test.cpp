@@ -924,7 +924,10 @@ TEST(ElementInfoFamilies, EveryConcreteClassHasRowsInBothDirections)
     static_assert(std::is_abstract_v<CElementInfoChoice>);
     static_assert(std::is_abstract_v<CElementInfoAll> && std::is_abstract_v<CElementInfoAllNonCol>);
     static_assert(std::is_abstract_v<CElementInfoAllEnumCol>);
-    const std::set<std::string> abstracts{"Seq", "SeqNonCol", "Choice", "All", "AllNonCol", "AllEnumCol"};
+    static_assert(std::is_abstract_v<CElementInfoChoiceOpt>);
+    static_assert(std::is_abstract_v<CElementInfoAllMnd> && std::is_abstract_v<CElementInfoAllOpt>);
+    const std::set<std::string> abstracts{"Seq",    "SeqNonCol", "Choice",    "ChoiceOpt", "All",
+                                          "AllMnd", "AllOpt",    "AllNonCol", "AllEnumCol"};
 
     std::set<std::string> concretes;
     for (const char* lpcUnit : {"ElementInfoSeq", "ElementInfoChoice", "ElementInfoAll"})
