@@ -207,6 +207,22 @@ public:
 protected:
     friend class QvXmlLib9::CXmlGeneratedClass;
 
+    /// Whether a choice with this record among its alternatives may stay empty.
+    enum class EmptyChoice : unsigned char
+    {
+        /// Not on account of this one. So answers every record whose constructor says nothing else.
+        Refused,
+        Allowed,
+        /// It may if the collection may have no items.
+        UpToCollection
+    };
+
+    /// For constructors.
+    void SetEmptyChoice(EmptyChoice eEmptyChoice) { m_eEmptyChoice = eEmptyChoice; }
+
+    /// @throws CQvException if the record asks a collection and the property holds none.
+    bool AllowsEmptyChoice(const CXmlGeneratedClass* pObject) const;
+
     /// A member that is not of a primitive kind.
     /// @param lpctName local name of the element, or "AnyElement" for a wildcard that takes any name.
     /// @param lpctNamespace namespace URI of the element, empty for none.
@@ -353,6 +369,7 @@ private:
     const wchar_t* m_pszFormat = nullptr;
     CWhitespaceUtils::WhitespaceRule m_eWhitespaceRule = CWhitespaceUtils::WhitespaceRule_None;
     bool m_bPrimitive;
+    EmptyChoice m_eEmptyChoice = EmptyChoice::Refused;
 };
 
 } // namespace QvXmlLib9Data

@@ -32,6 +32,7 @@ bool CElementInfoChoice::Validate(const CXmlSerializationContext&, const CXmlGen
 CElementInfoChoiceOpt::CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
 {
+    SetEmptyChoice(EmptyChoice::Allowed);
 }
 
 CElementInfoChoiceOpt::CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
@@ -40,11 +41,13 @@ CElementInfoChoiceOpt::CElementInfoChoiceOpt(const wchar_t* lpctName, const wcha
                                              const CPrimitiveRestrictions& restrictions)
     : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
 {
+    SetEmptyChoice(EmptyChoice::Allowed);
 }
 
 CElementInfoChoiceCol::CElementInfoChoiceCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
 {
+    SetEmptyChoice(EmptyChoice::UpToCollection);
 }
 
 bool CElementInfoChoiceCol::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,

@@ -15,7 +15,8 @@
 namespace QvXmlLib9Data
 {
 
-/// An alternative of a choice.
+/// An alternative of a choice. One that derives from this class itself does not allow the choice to stay empty; the
+/// others say so by their bases, CElementInfoChoiceOpt and CElementInfoChoiceCol.
 class QVXMLLIB_API CElementInfoChoice : public CElementInfo
 {
 public:
@@ -28,7 +29,7 @@ public:
                   bool bThrowIfMissing) const override;
 };
 
-/// An alternative that occurs once if it is the one taken.
+/// An alternative that occurs once if it is the one taken. A choice that has such an alternative may stay empty.
 class QVXMLLIB_API CElementInfoChoiceOpt : public CElementInfoChoice
 {
 public:
