@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Fuzzes one target, or all of them, each for so many seconds: scripts/fuzz.sh TARGET|all SECONDS
 #
+# As many targets run at a time as there are processors. What a target prints is in build/fuzz/logs.
+#
 # A target starts from its seeds in fuzz/corpus and keeps what it learns in build/fuzz/learnt. An input that fails is kept in
 # build/fuzz/failures; put it into the corpus together with the fix, so that it is replayed by every test run.
 set -euo pipefail
@@ -22,18 +24,23 @@ fi
 
 scripts/build.sh fuzz -- "${targets[@]/#/fuzz_}"
 
-failed=()
-for target in "${targets[@]}"; do
-    learnt=build/fuzz/learnt/$target
-    failures=build/fuzz/failures/$target
-    mkdir -p "$learnt" "$failures"
-    echo "fuzz: $target for $seconds s"
-    build/fuzz/fuzz/"fuzz_$target" "$learnt" "fuzz/corpus/$target" -dict="fuzz/$target.dict" -max_total_time="$seconds" \
-        -max_len=4096 -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$failures/" -print_final_stats=1 ||
-        failed+=("$target")
-done
-if [ "${#failed[@]}" -ne 0 ]; then
-    echo "fuzz: failed: ${failed[*]}; the inputs are in build/fuzz/failures" >&2
-    exit 1
-fi
+fuzz_one()
+{
+    local target=$1 seconds=$2
+    local learnt=build/fuzz/learnt/$target failures=build/fuzz/failures/$target log=build/fuzz/logs/$target
+    mkdir -p "$learnt" "$failures" build/fuzz/logs
+    if build/fuzz/fuzz/"fuzz_$target" "$learnt" "fuzz/corpus/$target" -dict="fuzz/$target.dict" \
+        -max_total_time="$seconds" -max_len=4096 -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$failures/" \
+        -print_final_stats=1 >"$log" 2>&1; then
+        echo "fuzz: $target: $(sed -nE 's/^Done ([0-9]+) runs in ([0-9]+) .*/\1 runs in \2 s/p' "$log")"
+    else
+        tail -n 60 "$log"
+        echo "fuzz: $target: failed; the input is in $failures, the rest of the output in $log"
+        return 1
+    fi
+}
+export -f fuzz_one
+
+echo "fuzz: ${#targets[@]} target(s), $seconds s each"
+printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -I TARGET bash -c 'fuzz_one "$@"' fuzz TARGET "$seconds" || exit 1
 echo "fuzz: no failures"

@@ -11,9 +11,10 @@ target_link_libraries(BigNumberReference_test PRIVATE "${GMPXX_LIBRARY}" "${GMP_
 # --- Values in another locale and time zone -------------------------------------------------------------------------
 #
 # What the values print and parse depends on neither, so their tests run once more where the decimal point is a comma
-# and the day begins thirteen hours early. The locale is built here, so that no machine need have it installed.
+# and the day begins thirteen hours early. The locale is built here, so that no machine need have it installed. Neither
+# sanitizers nor assertions see more there than in the first run, so the builds with them do without the second.
 
-if(NOT WIN32)
+if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     find_program(QUIVER_LOCALEDEF localedef REQUIRED)
     set(_locale_directory "${CMAKE_CURRENT_BINARY_DIR}/locale")
     set(_locale_file "${_locale_directory}/de_DE.UTF-8/LC_NUMERIC")
@@ -41,13 +42,8 @@ target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-set(_example_classes
-    purchase_order/PurchaseOrder.cpp gpx_track/Gpx.cpp invoice/Invoice.cpp open_content/Settings.cpp)
-list(TRANSFORM _example_classes PREPEND "${PROJECT_SOURCE_DIR}/examples/")
-add_library(quiver_test_classes STATIC ${_example_classes})
-target_link_libraries(quiver_test_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
 foreach(_name MessageChains_test Threads_test)
-    target_link_libraries(${_name} PRIVATE quiver_test_classes)
+    target_link_libraries(${_name} PRIVATE quiver_example_classes)
 endforeach()
 
 # --- Command-line programs ------------------------------------------------------------------------------------------
@@ -61,7 +57,7 @@ if(TARGET quiver_fi)
 
     # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
     # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
-    target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_test_classes)
+    target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_example_classes)
     find_program(QUIVER_JAVA java)
     find_program(QUIVER_JAVAC javac)
     find_file(QUIVER_FASTINFOSET_JAR FastInfoset.jar PATHS /usr/share/java NO_DEFAULT_PATH)
@@ -106,3 +102,15 @@ add_custom_command(OUTPUT "${_snippets}"
     VERBATIM)
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
+
+# --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
+
+if(TARGET quiver_gen)
+    add_library(quiver_gen_test_support STATIC "${CMAKE_CURRENT_SOURCE_DIR}/support/SampleBinding.cpp")
+    target_link_libraries(quiver_gen_test_support PUBLIC quiver_gen PRIVATE quiver_build_settings)
+    file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
+    foreach(_source ${_gen_tests})
+        get_filename_component(_name "${_source}" NAME_WE)
+        target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
+    endforeach()
+endif()

@@ -10,10 +10,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <expat.h>
 #include <new>
 #include <string_view>
+#include <utility>
 
 namespace QvXmlLib9
 {
@@ -26,7 +29,7 @@ namespace
 /// The parser copies what it is given, so it gets a long document in pieces that stay in the processor's cache.
 constexpr std::size_t s_nPiece = 0x10000;
 
-constexpr XML_Char s_cNamespaceSeparator = '|';
+constexpr XML_Char s_szNamespaceSeparator[] = "|";
 
 // A prefix stands for a namespace of any length, and a document type declaration gives attributes to elements of four
 // characters: the parser's protection against entities counts neither. What it makes of them may come to so many units,
@@ -36,6 +39,50 @@ constexpr std::uint64_t s_nHandedOverPerByte = 100;
 
 /// Namespaces up to this length do not count: they cost no more than the node whose name has them.
 constexpr std::size_t s_nShortNamespace = 256;
+
+/// How many prefixed names a piece of a document can have at the most, in every encoding that the parser knows.
+std::size_t CountColons(std::string_view piece)
+{
+    return static_cast<std::size_t>(std::count(piece.begin(), piece.end(), ':'));
+}
+
+/// What a handler of the parser that is running on this thread has thrown.
+thread_local const std::exception_ptr* s_ppFailure = nullptr;
+
+/// The parser goes on with a start tag after it has been told to stop, and that may take very long; without memory it
+/// gives up.
+bool IsStopping()
+{
+    return s_ppFailure != nullptr && *s_ppFailure != nullptr;
+}
+
+void* Allocate(std::size_t nSize)
+{
+    return IsStopping() ? nullptr : std::malloc(nSize);
+}
+
+void* Reallocate(void* pBlock, std::size_t nSize)
+{
+    return IsStopping() ? nullptr : std::realloc(pBlock, nSize);
+}
+
+constexpr XML_Memory_Handling_Suite s_memory{Allocate, Reallocate, std::free};
+
+/// Marks the time in which a parser runs; one may run inside a handler of another.
+class CRunningParser
+{
+public:
+    explicit CRunningParser(const std::exception_ptr& pFailure)
+        : m_ppOuter(std::exchange(s_ppFailure, &pFailure))
+    {
+    }
+    ~CRunningParser() { s_ppFailure = m_ppOuter; }
+    CRunningParser(const CRunningParser&) = delete;
+    CRunningParser& operator=(const CRunningParser&) = delete;
+
+private:
+    const std::exception_ptr* const m_ppOuter;
+};
 
 void SetText(std::wstring& strText, const char* lpcUtf8)
 {
@@ -62,8 +109,8 @@ CExpatReader::~CExpatReader() = default;
 
 void CExpatReader::Init()
 {
-    m_parser.reset(m_doc.m_eSchemaType == SchemaType_NoNamespaces ? XML_ParserCreate(nullptr)
-                                                                  : XML_ParserCreateNS(nullptr, s_cNamespaceSeparator));
+    const bool bNamespaces = m_doc.m_eSchemaType != SchemaType_NoNamespaces;
+    m_parser.reset(XML_ParserCreate_MM(nullptr, &s_memory, bNamespaces ? s_szNamespaceSeparator : nullptr));
     if (m_parser == nullptr)
         throw std::bad_alloc();
     XML_SetUserData(m_parser.get(), this);
@@ -71,6 +118,8 @@ void CExpatReader::Init()
     // The list of prefixes is never unwound, so the end of a declaration is of no interest.
     XML_SetNamespaceDeclHandler(m_parser.get(), OnStartNamespace, nullptr);
     XML_SetCharacterDataHandler(m_parser.get(), OnText);
+    XML_SetEntityDeclHandler(m_parser.get(), OnEntityDeclaration);
+    XML_SetAttlistDeclHandler(m_parser.get(), OnAttributeDeclaration);
     if (!m_doc.m_pContext->GetStripCDATA())
         XML_SetCdataSectionHandler(m_parser.get(), OnStartCdata, OnEndCdata);
 }
@@ -107,11 +156,25 @@ void CExpatReader::Feed(std::string_view piece, bool bFinal)
 
 void CExpatReader::Give(std::string_view piece, bool bFinal)
 {
-    if (XML_Parse(m_parser.get(), piece.data(), static_cast<int>(piece.size()), bFinal) != XML_STATUS_OK)
-        Fail();
     m_nGiven += piece.size();
+    if (HasLongNamespace())
+        CheckPrefixes(m_nUnfinishedPrefixes + CountColons(piece));
+    Run(piece, bFinal);
     const XML_Index nToken = XML_GetCurrentByteIndex(m_parser.get());
     m_nUnfinished = nToken < 0 ? 0 : m_nGiven - static_cast<std::size_t>(nToken);
+    if (!HasLongNamespace())
+        return;
+    if (m_nUnfinished <= piece.size())
+        m_nUnfinishedPrefixes = CountColons(piece.substr(piece.size() - m_nUnfinished));
+    else
+        m_nUnfinishedPrefixes += CountColons(piece);
+}
+
+void CExpatReader::Run(std::string_view piece, bool bFinal)
+{
+    const CRunningParser running(m_pFailure);
+    if (XML_Parse(m_parser.get(), piece.data(), static_cast<int>(piece.size()), bFinal) != XML_STATUS_OK)
+        Fail();
 }
 
 void CExpatReader::Fail()
@@ -133,13 +196,54 @@ void CExpatReader::CountNamespace(std::size_t nUnits)
 void CExpatReader::CountHandedOver(std::size_t nUnits)
 {
     m_nHandedOver += nUnits;
-    if (m_nHandedOver <= m_nAllowance)
+    Throw_IfOutOfProportion(m_nHandedOver);
+}
+
+void CExpatReader::Throw_IfOutOfProportion(std::uint64_t nUnits)
+{
+    if (nUnits <= m_nAllowance)
         return;
-    const XML_Index nInput = XML_GetCurrentByteIndex(m_parser.get());
-    m_nAllowance =
-        std::max(s_nHandedOverFree, s_nHandedOverPerByte * static_cast<std::uint64_t>(std::max<XML_Index>(nInput, 0)));
-    if (m_nHandedOver > m_nAllowance)
+    m_nAllowance = std::max(s_nHandedOverFree, s_nHandedOverPerByte * m_nGiven);
+    if (nUnits > m_nAllowance)
         throw CQvException(L"The namespaces and default values of the document are out of proportion to its length");
+}
+
+void CExpatReader::NoteNamespace(std::size_t nUnits)
+{
+    CountNamespace(nUnits);
+    if (nUnits <= m_nLongestNamespace)
+        return;
+    m_nLongestNamespace = nUnits;
+    if (HasLongNamespace())
+        CheckPrefixes(CountPrefixesAhead());
+}
+
+bool CExpatReader::HasLongNamespace() const
+{
+    return m_nLongestNamespace > s_nShortNamespace;
+}
+
+/// The parser writes out the namespace of every attribute of a start tag before it hands the tag over, so the
+/// proportion must be right ahead of that.
+/// @param nPrefixes how many prefixed names there can be in one tag of what the parser has been given.
+void CExpatReader::CheckPrefixes(std::size_t nPrefixes)
+{
+    const std::uint64_t nMost =
+        std::max(nPrefixes, m_doctype.GetMostPrefixesOfEntity()) + m_doctype.GetMostAttributesOfElement();
+    Throw_IfOutOfProportion(nMost * m_nLongestNamespace);
+}
+
+/// How many prefixed names there can be from the present start tag on.
+std::size_t CExpatReader::CountPrefixesAhead() const
+{
+    int nOffset = 0;
+    int nSize = 0;
+    const char* const pBuffer = XML_GetInputContext(m_parser.get(), &nOffset, &nSize);
+    // A parser that does not show its input leaves no more to say than that names take more than a byte.
+    if (pBuffer == nullptr)
+        return m_nGiven - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser.get()), 0));
+    return CountColons(
+        std::string_view(pBuffer, static_cast<std::size_t>(nSize)).substr(static_cast<std::size_t>(nOffset)));
 }
 
 /// No exception may pass through the parser, which is C: it waits until the parser has come to its stop.
@@ -213,7 +317,7 @@ void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, cons
     Handle(pUserData,
            [lpcPrefix, lpcURI](CExpatReader& reader)
            {
-               reader.CountNamespace(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
+               reader.NoteNamespace(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
                SetText(reader.m_strPrefix, lpcPrefix);
                SetText(reader.m_strURI, lpcURI);
                reader.m_doc.m_namespaces[reader.m_strPrefix] = reader.m_strURI;
@@ -237,6 +341,24 @@ void CExpatReader::OnStartCdata(void* pUserData)
 void CExpatReader::OnEndCdata(void* pUserData)
 {
     HandleText(pUserData, [](CXmlElement* pElement) { CXmlDocument::AppendTextExcludingCR(pElement, L"]]>"); });
+}
+
+void CExpatReader::OnEntityDeclaration(void* pUserData, const char* lpcName, int nIsParameterEntity,
+                                       const char* lpcText, int nLength, const char* /*lpcBase*/,
+                                       const char* /*lpcSystemId*/, const char* /*lpcPublicId*/,
+                                       const char* /*lpcNotation*/)
+{
+    // Parameter entities are not expanded, and entities outside the document not read.
+    if (nIsParameterEntity != 0 || lpcText == nullptr)
+        return;
+    Handle(pUserData, [lpcName, lpcText, nLength](CExpatReader& reader)
+           { reader.m_doctype.AddEntity(lpcName, std::string_view(lpcText, static_cast<std::size_t>(nLength))); });
+}
+
+void CExpatReader::OnAttributeDeclaration(void* pUserData, const char* lpcElement, const char* /*lpcAttribute*/,
+                                          const char* /*lpcType*/, const char* /*lpcDefault*/, int /*nIsRequired*/)
+{
+    Handle(pUserData, [lpcElement](CExpatReader& reader) { reader.m_doctype.AddAttribute(lpcElement); });
 }
 
 } // namespace QvXmlLib9

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/document/DoctypeGuard.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <cstddef>
@@ -46,6 +47,11 @@ private:
     static void OnText(void* pUserData, const char* lpcText, int nLength);
     static void OnStartCdata(void* pUserData);
     static void OnEndCdata(void* pUserData);
+    static void OnEntityDeclaration(void* pUserData, const char* lpcName, int nIsParameterEntity, const char* lpcText,
+                                    int nLength, const char* lpcBase, const char* lpcSystemId, const char* lpcPublicId,
+                                    const char* lpcNotation);
+    static void OnAttributeDeclaration(void* pUserData, const char* lpcElement, const char* lpcAttribute,
+                                       const char* lpcType, const char* lpcDefault, int nIsRequired);
 
     template <class Action>
     static void Handle(void* pUserData, Action action);
@@ -55,8 +61,14 @@ private:
     void AddAttributes(CXmlElement* pElement, const char** ppAttributes);
     void CountNamespace(std::size_t nUnits);
     void CountHandedOver(std::size_t nUnits);
+    void Throw_IfOutOfProportion(std::uint64_t nUnits);
+    void NoteNamespace(std::size_t nUnits);
+    bool HasLongNamespace() const;
+    void CheckPrefixes(std::size_t nPrefixes);
+    std::size_t CountPrefixesAhead() const;
     void Feed(std::string_view piece, bool bFinal);
     void Give(std::string_view piece, bool bFinal);
+    void Run(std::string_view piece, bool bFinal);
     [[noreturn]] void Fail();
 
     CXmlDocument& m_doc;
@@ -64,6 +76,10 @@ private:
     /// Bytes given to the parser, and how many of them belong to a token whose end it has not seen yet.
     std::size_t m_nGiven = 0;
     std::size_t m_nUnfinished = 0;
+    /// How many prefixed names that token may have, once there is a long namespace; and the longest in units.
+    std::size_t m_nUnfinishedPrefixes = 0;
+    std::size_t m_nLongestNamespace = 0;
+    CDoctypeGuard m_doctype;
     /// How much the parser has made of little: namespaces of names, declarations, defaults; and what that may
     /// come to before it is compared with the input again.
     std::uint64_t m_nHandedOver = 0;

@@ -99,7 +99,7 @@ void CXmlAttribute::Release()
     if (m_pName->pStore == nullptr)
         delete static_cast<const SOwnData*>(m_pName);
     else if (m_pValue != nullptr)
-        m_pValue->~CXmlText();
+        m_pValue->Release();
 }
 
 const std::wstring& CXmlAttribute::GetValue() const

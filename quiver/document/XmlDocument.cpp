@@ -84,6 +84,19 @@ bool LooksCompressed(const unsigned char* pbyData, unsigned long dwDataLen)
     return dwDataLen > 0 && (pbyData[0] == 0x1F || (pbyData[0] & 0x0F) == 8);
 }
 
+template <class Char>
+void AppendRuns(CXmlTextArena& texts, CXmlText*& pText, std::basic_string_view<Char> text)
+{
+    constexpr Char cCarriageReturn = 0x000D;
+    while (!text.empty())
+    {
+        const std::basic_string_view<Char> run = text.substr(0, text.find(cCarriageReturn));
+        if (!run.empty())
+            texts.Append(pText, run);
+        text.remove_prefix(std::min(run.size() + 1, text.size()));
+    }
+}
+
 } // namespace
 
 /// Lends the document its input for the time of a load.
@@ -459,6 +472,29 @@ void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& na
     pElement->Store().Texts().Append(pElement->NewAttribute(name).m_pValue, utf8Value);
 }
 
+void CXmlDocument::AddElementAttribute(CXmlElement* pElement, const SXmlName& name, CXmlText* pValue)
+{
+    pElement->NewAttribute(name).m_pValue = pValue;
+}
+
+template <class Char>
+CXmlText* CXmlDocument::MakeSharedValue(std::basic_string_view<Char> value)
+{
+    return Store().NewSharedText([value](CXmlTextArena& texts, CXmlText*& pText) { texts.Append(pText, value); });
+}
+
+template <class Char>
+CXmlText* CXmlDocument::MakeSharedText(std::basic_string_view<Char> text)
+{
+    text = text.substr(0, text.find(Char()));
+    return Store().NewSharedText([text](CXmlTextArena& texts, CXmlText*& pText) { AppendRuns(texts, pText, text); });
+}
+
+template CXmlText* CXmlDocument::MakeSharedValue(std::string_view value);
+template CXmlText* CXmlDocument::MakeSharedValue(std::wstring_view value);
+template CXmlText* CXmlDocument::MakeSharedText(std::string_view text);
+template CXmlText* CXmlDocument::MakeSharedText(std::wstring_view text);
+
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText)
 {
     AppendTextExcludingCR(pElement, lpctText, 0xFFFFFFFF);
@@ -469,26 +505,13 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* l
     const wchar_t* lpctEnd = lpctText;
     for (; ulLength > 0 && *lpctEnd != 0; --ulLength)
         ++lpctEnd;
-    AppendRuns(*pElement, std::wstring_view(lpctText, static_cast<std::size_t>(lpctEnd - lpctText)));
+    AppendRuns(pElement->Store().Texts(), pElement->m_pText,
+               std::wstring_view(lpctText, static_cast<std::size_t>(lpctEnd - lpctText)));
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text)
 {
-    AppendRuns(*pElement, utf8Text);
-}
-
-template <class Char>
-void CXmlDocument::AppendRuns(CXmlElement& element, std::basic_string_view<Char> text)
-{
-    constexpr Char cCarriageReturn = 0x000D;
-    CXmlTextArena& texts = element.Store().Texts();
-    while (!text.empty())
-    {
-        const std::basic_string_view<Char> run = text.substr(0, text.find(cCarriageReturn));
-        if (!run.empty())
-            texts.Append(element.m_pText, run);
-        text.remove_prefix(std::min(run.size() + 1, text.size()));
-    }
+    AppendRuns(pElement->Store().Texts(), pElement->m_pText, utf8Text);
 }
 
 } // namespace QvXmlLib9

@@ -130,13 +130,24 @@ private:
                                     const std::wstring& strValue, const std::wstring& strNamespaceURI);
     static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue);
     static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, std::string_view utf8Value);
+    /// @param pValue what MakeSharedValue has made.
+    static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, CXmlText* pValue);
 
     /// Appends text up to its end or its first zero unit, without the carriage returns.
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText);
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength);
     static void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text);
+
+    /// A value that any number of attributes may have at the price of one, or a text for elements without text; null if
+    /// it is empty.
     template <class Char>
-    static void AppendRuns(CXmlElement& element, std::basic_string_view<Char> text);
+    CXmlText* MakeSharedValue(std::basic_string_view<Char> value);
+    template <class Char>
+    CXmlText* MakeSharedText(std::basic_string_view<Char> text);
+
+    static bool HasText(const CXmlElement* pElement) { return pElement->m_pText != nullptr; }
+    /// @param pText what MakeSharedText has made.
+    static void SetSharedText(CXmlElement* pElement, CXmlText* pText) { pElement->m_pText = pText; }
 
     CXmlNodeStore& Store();
 

@@ -105,6 +105,11 @@ CXmlNodeStore::~CXmlNodeStore()
 {
     if (m_pRoot != nullptr)
         Destroy(m_pRoot);
+    for (CXmlText* pText : m_sharedTexts)
+    {
+        if (pText != nullptr)
+            std::destroy_at(pText);
+    }
 }
 
 const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
@@ -178,7 +183,7 @@ void CXmlNodeStore::DestroyContent(CXmlElement& element) noexcept
     if (element.m_pAttributes != nullptr)
         DestroyAttributes(element);
     if (element.m_pText != nullptr)
-        std::destroy_at(std::exchange(element.m_pText, nullptr));
+        std::exchange(element.m_pText, nullptr)->Release();
 }
 
 } // namespace QvXmlLib9

@@ -82,6 +82,19 @@ public:
     CXmlNameTable& Names() { return m_names; }
     CXmlTextArena& Texts() { return m_texts; }
 
+    /// A text that nodes may share; it lives as long as the store.
+    /// @param fnAppend gets an arena and a text without content, and appends what it is to be.
+    template <class Append>
+    CXmlText* NewSharedText(Append fnAppend)
+    {
+        m_sharedTexts.push_back(nullptr);
+        CXmlText*& pText = m_sharedTexts.back();
+        fnAppend(m_sharedArena, pText);
+        if (pText != nullptr)
+            CXmlTextArena::Share(*pText);
+        return pText;
+    }
+
     /// The name of an element that has not got one yet.
     const SXmlName& GetEmptyName() const { return m_emptyName; }
 
@@ -128,6 +141,8 @@ private:
     CXmlNameTable m_names;
     const SXmlName m_emptyName;
     CXmlTextArena m_texts;
+    CXmlTextArena m_sharedArena;
+    std::vector<CXmlText*> m_sharedTexts;
     CXmlNodePool m_elements;
     CXmlNodePool m_attributes;
     CXmlNodePool m_attributeLists;

@@ -69,6 +69,8 @@ std::wstring& CXmlText::Convert() const
 
 void CXmlTextArena::Append(CXmlText*& pText, std::string_view utf8Text)
 {
+    if (pText != nullptr && pText->IsShared())
+        pText = Copy(*pText);
     const std::size_t nOldLength = pText != nullptr ? pText->m_nLength : 0;
     const std::size_t nLength = nOldLength + utf8Text.size();
     const bool bConverted = pText != nullptr && pText->m_pstrText.load(std::memory_order_relaxed) != nullptr;
@@ -87,6 +89,8 @@ void CXmlTextArena::Append(CXmlText*& pText, std::string_view utf8Text)
 
 void CXmlTextArena::Append(CXmlText*& pText, std::wstring_view text)
 {
+    if (pText != nullptr && pText->IsShared())
+        pText = Copy(*pText);
     std::wstring& strText = GetForAppending(pText);
     if (HasWholeCodePoints(text))
     {
@@ -151,6 +155,16 @@ void CXmlTextArena::Grow(CXmlText*& pText, std::size_t nLength)
     std::memcpy(pLonger->GetBytes(), pText->GetBytes(), pText->m_nLength);
     pLonger->m_nLength = pText->m_nLength;
     pText = pLonger;
+}
+
+CXmlText* CXmlTextArena::Copy(const CXmlText& text)
+{
+    CXmlText* pCopy = nullptr;
+    if (text.m_nLength != 0)
+        Append(pCopy, std::string_view(text.GetBytes(), text.m_nLength));
+    else
+        Append(pCopy, std::wstring_view(text.Get()));
+    return pCopy;
 }
 
 } // namespace QvXmlLib9

@@ -42,12 +42,23 @@ public:
     /// is kept. The result is one or the other.
     const std::wstring& Get(std::wstring& strBuffer) const;
 
+    /// Gives the text up on behalf of a node: a text that many nodes share lives on.
+    void Release() noexcept
+    {
+        if (!IsShared())
+            this->~CXmlText();
+    }
+
     /// An empty text, for nodes without any; it lives as long as the process.
     static const std::wstring& GetEmpty();
 
 private:
     friend class CXmlTextArena;
 
+    /// In place of the capacity, for a text that nothing may be appended to.
+    static constexpr std::uint32_t s_nShared = 0xFFFFFFFF;
+
+    bool IsShared() const { return m_nCapacity == s_nShared; }
     std::wstring& Convert() const;
     char* GetBytes() const { return const_cast<char*>(reinterpret_cast<const char*>(this + 1)); }
 
@@ -58,6 +69,8 @@ private:
 
 /// Memory for the texts of one tree. Nothing is freed piece by piece, but all that was added since a mark can be given
 /// up at once.
+///
+/// A text can be made one that many nodes share. A node that appends to it gets a copy of its own.
 class CXmlTextArena
 {
 public:
@@ -75,6 +88,9 @@ public:
     void Append(CXmlText*& pText, std::string_view utf8Text);
     void Append(CXmlText*& pText, std::wstring_view text);
 
+    /// Makes a text of this arena one that nodes share. Whoever calls this destroys it in the end.
+    static void Share(CXmlText& text) { text.m_nCapacity = CXmlText::s_nShared; }
+
     SMark GetMark() const { return {m_blocks.size(), m_pNext}; }
 
     /// Gives up the memory of all that was added since the mark. No node may refer to such a text any more.
@@ -91,6 +107,7 @@ private:
     char* Allocate(std::size_t nSize);
     std::wstring& GetForAppending(CXmlText*& pText);
     void Grow(CXmlText*& pText, std::size_t nLength);
+    CXmlText* Copy(const CXmlText& text);
 
     std::vector<SBlock> m_blocks;
     char* m_pNext = nullptr;

@@ -1,6 +1,6 @@
 #include "quiver/fastinfoset/FIIndexMap.h"
 
-#include <cstring>
+#include "quiver/foundation/KeyedHash.h"
 
 namespace QvXmlLib9
 {
@@ -10,29 +10,13 @@ namespace
 
 constexpr std::size_t s_nFirstSlots = 32;
 
-std::uint64_t Mix(std::uint64_t nHash, std::uint64_t nValue)
-{
-    nHash = (nHash ^ nValue) * 0x9E3779B97F4A7C15u;
-    return nHash ^ (nHash >> 29);
-}
-
 } // namespace
 
 // --- CFIIndexMap ---------------------------------------------------------------------------------------------------
 
 std::uint32_t CFIIndexMap::Hash(std::wstring_view strText, std::uint32_t dwNumber)
 {
-    constexpr std::size_t nStep = sizeof(std::uint64_t) / sizeof(wchar_t);
-    std::uint64_t nHash = Mix(dwNumber, strText.size());
-    for (; strText.size() >= nStep; strText.remove_prefix(nStep))
-    {
-        std::uint64_t nValue = 0;
-        std::memcpy(&nValue, strText.data(), sizeof(nValue));
-        nHash = Mix(nHash, nValue);
-    }
-    for (const wchar_t c : strText)
-        nHash = Mix(nHash, static_cast<std::uint64_t>(c));
-    return static_cast<std::uint32_t>(nHash >> 32);
+    return static_cast<std::uint32_t>(HashText(GetHashKey(), strText, dwNumber));
 }
 
 std::size_t CFIIndexMap::FindSlot(std::wstring_view strText, std::uint32_t dwNumber, std::uint32_t dwHash) const
@@ -52,7 +36,7 @@ std::size_t CFIIndexMap::FindSlot(std::wstring_view strText, std::uint32_t dwNum
 std::size_t CFIIndexMap::FindSlot(const SShortSlot& text) const
 {
     const std::size_t nMask = m_shortSlots.size() - 1;
-    std::size_t nSlot = static_cast<std::size_t>(Mix(Mix(0, text.nLastUnits), text.nFirstUnits) >> 32) & nMask;
+    std::size_t nSlot = static_cast<std::size_t>(HashPair(GetHashKey(), text.nFirstUnits, text.nLastUnits)) & nMask;
     while (m_shortSlots[nSlot].dwIndex != 0 && !m_shortSlots[nSlot].HasText(text))
         nSlot = (nSlot + 1) & nMask;
     return nSlot;
@@ -71,6 +55,12 @@ std::uint32_t CFIIndexMap::Add(std::wstring_view strText, std::uint32_t dwNumber
     if (slot.dwIndex == 0)
         slot = {AddEntry(strText, dwNumber), dwHash};
     return slot.dwIndex;
+}
+
+void CFIIndexMap::AddAgain(std::wstring_view strText, std::uint32_t dwNumber)
+{
+    if (m_entries.size() < s_nMaxEntries)
+        AddEntry(strText, dwNumber);
 }
 
 std::uint32_t CFIIndexMap::AddShort(std::wstring_view strText)
@@ -176,6 +166,11 @@ void CFINameMap::Add(const SName& name)
                          bNone ? s_nNoQualifier : m_qualifiers.Add(name.strNamespace, dwPrefix));
     }
     m_localNames.Add(name.strLocalName, m_lastQualifier);
+}
+
+void CFINameMap::AddAgain(const SName& name)
+{
+    m_localNames.AddAgain(name.strLocalName, FindQualifier(name.strPrefix, name.strNamespace));
 }
 
 void CFINameMap::SetLastQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace, Qualifier qualifier)

@@ -43,6 +43,9 @@ public:
     /// @return the text's index, 0 if the map is full.
     std::uint32_t Add(std::wstring_view strText, std::uint32_t dwNumber = 0);
 
+    /// Gives the next index to a text that is there already: it keeps its first one, and the next text gets one more.
+    void AddAgain(std::wstring_view strText, std::uint32_t dwNumber = 0);
+
     std::size_t GetCount() const { return m_entries.size(); }
 
     /// The text of an index from 1 to `GetCount()`; valid until the next change.
@@ -143,6 +146,9 @@ public:
 
     /// Adds a name with the next index. A name that is there keeps its index; a full map stays as it is.
     void Add(const SName& name);
+
+    /// Gives the next index to a name that is there already, as CFIIndexMap does.
+    void AddAgain(const SName& name);
 
     std::size_t GetCount() const { return m_localNames.GetCount(); }
 

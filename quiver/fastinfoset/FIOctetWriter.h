@@ -16,8 +16,12 @@ class CFIOctetWriter
 public:
     explicit CFIOctetWriter(CBinaryStream* pStream)
         : m_pStream(pStream)
+        , m_ulStart(pStream->GetLength())
     {
     }
+
+    /// Octets written so far.
+    std::size_t GetCount() const { return m_pStream->GetLength() - m_ulStart; }
 
     void WriteOctet(unsigned char by) { m_pStream->Append(by); }
     void WriteOctets(std::string_view strOctets)
@@ -65,6 +69,7 @@ private:
     void WriteLength(const SForm (&forms)[nForms], unsigned char byCurrent, std::size_t nLength);
 
     CBinaryStream* m_pStream;
+    unsigned long m_ulStart;
 };
 
 } // namespace QvXmlLib9

@@ -19,15 +19,6 @@ namespace QvXmlLib9
 namespace
 {
 
-// A table lets a few octets stand for a text of any length, and the tree holds a copy each time, so that a small
-// document could ask for memory without end. Texts and names out of tables may add up to this many units, or to this
-// many times the document's octets if that is more; documents in use stay far below either.
-constexpr std::uint64_t s_nRepeatedUnitsFree = 16 * 1024 * 1024;
-constexpr std::uint64_t s_nRepeatedUnitsPerOctet = 100;
-
-/// Names up to this length, in units, do not count: they cost no more than the node that has them.
-constexpr std::size_t s_nShortName = 256;
-
 /// The trace takes no longer texts.
 constexpr std::size_t s_nTracedNameLength = 16384;
 
@@ -67,12 +58,29 @@ unsigned CountOptional(unsigned char by)
     return ((by & s_byHasFirst) != 0 ? 1u : 0u) + ((by & s_byHasSecond) != 0 ? 1u : 0u);
 }
 
+/// Length of UTF-8 in units.
+std::uint32_t CountUnits(std::string_view strUtf8)
+{
+    std::size_t nUnits = 0;
+    for (const char c : strUtf8)
+    {
+        const auto by = static_cast<unsigned char>(c);
+        nUnits += (by < 0x80 || by >= 0xC0 ? 1u : 0u) + (by >= 0xF0 ? 1u : 0u);
+    }
+    return static_cast<std::uint32_t>(nUnits);
+}
+
 bool IsAscii(std::string_view strOctets)
 {
     unsigned char byAll = 0;
     for (const char c : strOctets)
         byAll |= static_cast<unsigned char>(c);
     return byAll < 0x80;
+}
+
+[[noreturn]] void ThrowOutOfProportion()
+{
+    throw CQvException(L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.");
 }
 
 [[noreturn]] void ThrowInvalidIndex(std::uint32_t dwIndex)
@@ -142,11 +150,10 @@ void CFastInfosetReader::BeginDocument()
     m_elements.pTable = &m_pVocabulary->m_elementNames;
     m_attributes.pTable = &m_pVocabulary->m_attributeNames;
     for (const std::wstring& strValue : m_pVocabulary->m_attributeValues)
-        m_attributeValues.values.emplace_back(std::wstring_view(strValue));
+        m_attributeValues.values.push_back({SValue(std::wstring_view(strValue))});
     for (const std::wstring& strValue : m_pVocabulary->m_characterChunks)
-        m_characterChunks.values.emplace_back(std::wstring_view(strValue));
-    m_nRepeatedUnits = 0;
-    m_nRepeatedUnitsLimit = std::max(s_nRepeatedUnitsFree, s_nRepeatedUnitsPerOctet * m_pDocument->m_dwDataLen);
+        m_characterChunks.values.push_back({SValue(std::wstring_view(strValue))});
+    m_repetition = CFIRepetition();
     m_bTrace = Platform::IsDebugOutputOn();
 }
 
@@ -420,11 +427,7 @@ bool CFastInfosetReader::ReadAttributes(CXmlElement* pElement)
     {
         const SXmlName& name =
             (by & 120) < 120 ? GetName(m_in.ReadIntegerBit2(by), m_attributes) : ReadLiteralName(by, m_attributes);
-        const SValue value = ReadAttributeValue();
-        if (value.strUnits.empty())
-            CXmlDocument::AddElementAttribute(pElement, name, value.strUtf8);
-        else
-            CXmlDocument::AddElementAttribute(pElement, name, std::wstring(value.strUnits));
+        ReadAttributeValue(pElement, name);
     }
     return by == s_byTwoEnds;
 }
@@ -445,23 +448,49 @@ void CFastInfosetReader::ReadContent(unsigned char by)
 
 void CFastInfosetReader::ReadChunk(unsigned char by)
 {
-    SValue value;
+    CXmlElement* const pElement = m_pDocument->m_pElementStack.back();
     if ((by & s_byChunkIndex) != 0)
     {
-        value = GetRepeated(m_in.ReadIntegerBit4(by), m_characterChunks);
+        AppendRepeatedChunk(pElement, m_in.ReadIntegerBit4(by));
+        return;
     }
-    else
-    {
-        value = Decode(ReadEncodedStringBit5(by));
-        if ((by & s_byAddChunk) != 0)
-            AddValue(value, m_characterChunks);
-    }
-    CXmlElement* const pElement = m_pDocument->m_pElementStack.back();
+    const SValue value = Decode(ReadEncodedStringBit5(by));
+    if ((by & s_byAddChunk) != 0)
+        AddValue(value, m_characterChunks);
+    AppendText(pElement, value);
+}
+
+void CFastInfosetReader::AppendText(CXmlElement* pElement, const SValue& value)
+{
     if (value.strUnits.empty())
         CXmlDocument::AppendTextExcludingCR(pElement, value.strUtf8.substr(0, value.strUtf8.find('\0')));
     else
         CXmlDocument::AppendTextExcludingCR(pElement, value.strUnits.data(),
                                             static_cast<unsigned long>(value.strUnits.size()));
+}
+
+/// The text that nodes share, made by `make` when the first of them comes.
+template <class Make>
+CXmlText* CFastInfosetReader::GetShared(STableValue& entry, Make make)
+{
+    if (!entry.bShared)
+        entry.pShared = entry.value.strUnits.empty() ? make(entry.value.strUtf8) : make(entry.value.strUnits);
+    entry.bShared = true;
+    return entry.pShared;
+}
+
+void CFastInfosetReader::AppendRepeatedChunk(CXmlElement* pElement, std::uint32_t dwIndex)
+{
+    STableValue& entry = GetRepeated(dwIndex, m_characterChunks);
+    if (CXmlDocument::HasText(pElement))
+    {
+        CountRepeated(CFIRepetition::s_nAddedWeight * entry.dwUnits);
+        AppendText(pElement, entry.value);
+        return;
+    }
+    CountRepeated(entry.dwUnits);
+    CXmlText* const pText = GetShared(entry, [this](auto strText) { return m_pDocument->MakeSharedText(strText); });
+    CXmlDocument::SetSharedText(pElement, pText);
 }
 
 // --- Names ----------------------------------------------------------------------------------------------------------
@@ -480,7 +509,6 @@ const SXmlName& CFastInfosetReader::ReadLiteralName(unsigned char by, SNames& na
     parts.m_dwLocalNameIndex = ReadNamePart(m_pVocabulary->m_localNames);
 
     const SXmlName& name = MakeRecord(parts);
-    CountName(name);
     const std::size_t nIndex = names.pTable->m_table.size();
     CFIVocabulary::AddQNameToVector(parts.m_dwPrefixIndex, parts.m_dwNamespaceIndex, parts.m_dwLocalNameIndex,
                                     *names.pTable);
@@ -500,6 +528,7 @@ std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& ta
         const std::uint32_t dwIndex = m_in.ReadIntegerBit2(by);
         if (dwIndex > table.m_table.size())
             ThrowInvalidIndex(dwIndex);
+        CountRepeatedName(table.m_table[dwIndex - 1].size());
         return dwIndex;
     }
     std::wstring strText;
@@ -510,9 +539,7 @@ std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& ta
 
 std::wstring CFastInfosetReader::ReadIdentifyingString(CFIVocabulary::CFIStringTable& table)
 {
-    const std::wstring& strText = table.m_table[ReadNamePart(table) - 1];
-    CountRepeated(strText.size());
-    return strText;
+    return table.m_table[ReadNamePart(table) - 1];
 }
 
 const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names)
@@ -526,7 +553,7 @@ const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names
     const SXmlName*& pName = names.records[dwIndex - 1];
     if (pName == nullptr)
         pName = &MakeRecord(table[dwIndex - 1]);
-    CountName(*pName);
+    CountRepeatedName(pName->pstrNamespaceURI->size() + pName->strLocalName.size());
     return *pName;
 }
 
@@ -545,55 +572,69 @@ const SXmlName& CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts&
 
 // --- Values ---------------------------------------------------------------------------------------------------------
 
-CFastInfosetReader::SValue CFastInfosetReader::ReadAttributeValue()
+void CFastInfosetReader::ReadAttributeValue(CXmlElement* pElement, const SXmlName& name)
 {
     const unsigned char by = m_in.ReadOctet();
-    if (by < s_byIndex)
+    if (by >= s_byIndex)
     {
-        const SValue value = Decode(ReadEncodedStringBit3(by));
-        if ((by & s_byAddValue) != 0)
-            AddValue(value, m_attributeValues);
-        return value;
+        AddRepeatedAttribute(pElement, name, m_in.ReadIntegerOrZeroBit2(by));
+        return;
     }
-    const std::uint32_t dwIndex = m_in.ReadIntegerOrZeroBit2(by);
+    const SValue value = Decode(ReadEncodedStringBit3(by));
+    if ((by & s_byAddValue) != 0)
+        AddValue(value, m_attributeValues);
+    if (value.strUnits.empty())
+        CXmlDocument::AddElementAttribute(pElement, name, value.strUtf8);
+    else
+        CXmlDocument::AddElementAttribute(pElement, name, std::wstring(value.strUnits));
+}
+
+/// @param dwIndex 0 for an empty value.
+void CFastInfosetReader::AddRepeatedAttribute(CXmlElement* pElement, const SXmlName& name, std::uint32_t dwIndex)
+{
     if (dwIndex == 0)
-        return SValue();
+    {
+        CXmlDocument::AddElementAttribute(pElement, name, static_cast<CXmlText*>(nullptr));
+        return;
+    }
     QV_ASSERT_MSG(m_attributeValues.values.size() > dwIndex - 1,
                   "m_pVocabulary->m_attributeValues.m_table.size() > m_dwLastValue - 1");
-    return GetRepeated(dwIndex, m_attributeValues);
+    STableValue& entry = GetRepeated(dwIndex, m_attributeValues);
+    CountRepeated(entry.dwUnits);
+    CXmlText* const pValue = GetShared(entry, [this](auto strValue) { return m_pDocument->MakeSharedValue(strValue); });
+    CXmlDocument::AddElementAttribute(pElement, name, pValue);
 }
 
 void CFastInfosetReader::AddValue(const SValue& value, SValues& table) const
 {
     if (!value.strUtf8.empty() && value.strUtf8.data() == m_strAscii.data())
-        table.values.emplace_back(std::string_view(table.asciiTexts.emplace_front(value.strUtf8)));
+        table.values.push_back({SValue(std::string_view(table.asciiTexts.emplace_front(value.strUtf8)))});
     else if (value.strUnits.empty())
-        table.values.push_back(value);
+        table.values.push_back({value});
     else
-        table.values.emplace_back(std::wstring_view(table.texts.emplace_front(value.strUnits)));
+        table.values.push_back({SValue(std::wstring_view(table.texts.emplace_front(value.strUnits)))});
 }
 
-CFastInfosetReader::SValue CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, const SValues& table)
+CFastInfosetReader::STableValue& CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, SValues& table)
 {
     if (table.values.size() <= dwIndex - 1)
         ThrowInvalidIndex(dwIndex);
-    const SValue& value = table.values[dwIndex - 1];
-    CountRepeated(value.strUtf8.size() + value.strUnits.size());
-    return value;
+    STableValue& entry = table.values[dwIndex - 1];
+    if (!entry.bShared)
+        entry.dwUnits = CountUnits(entry.value.strUtf8) + static_cast<std::uint32_t>(entry.value.strUnits.size());
+    return entry;
 }
 
-void CFastInfosetReader::CountName(const SXmlName& name)
+void CFastInfosetReader::CountRepeated(std::uint64_t nUnits)
 {
-    const std::size_t nUnits = name.pstrNamespaceURI->size() + name.strLocalName.size();
-    if (nUnits > s_nShortName)
-        CountRepeated(nUnits);
+    if (!m_repetition.Add(nUnits, [this] { return m_pDocument->m_dwDataLen; }))
+        ThrowOutOfProportion();
 }
 
-void CFastInfosetReader::CountRepeated(std::size_t nUnits)
+void CFastInfosetReader::CountRepeatedName(std::uint64_t nUnits)
 {
-    m_nRepeatedUnits += nUnits;
-    if (m_nRepeatedUnits > m_nRepeatedUnitsLimit)
-        throw CQvException(L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.");
+    if (!m_repetition.AddName(nUnits, [this] { return m_pDocument->m_dwDataLen; }))
+        ThrowOutOfProportion();
 }
 
 CFastInfosetReader::SEncodedString CFastInfosetReader::ReadEncodedStringBit3(unsigned char by)

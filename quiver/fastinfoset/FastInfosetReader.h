@@ -1,6 +1,7 @@
 #pragma once
 
 #include "quiver/fastinfoset/FIOctetReader.h"
+#include "quiver/fastinfoset/FIRepetition.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
@@ -18,6 +19,7 @@ namespace QvXmlLib9
 class CFastInfosetContext;
 class CXmlDocument;
 class CXmlElement;
+class CXmlText;
 struct SXmlName;
 
 /// Reads a Fast Infoset document (ITU-T X.891) from the buffer of a `CXmlDocument` into its tree, and tells on the way
@@ -89,10 +91,19 @@ private:
         std::wstring_view strUnits;
     };
 
+    /// A value of a table. What the document refers to is made once, and shared by all nodes that have it.
+    struct STableValue
+    {
+        SValue value;
+        CXmlText* pShared = nullptr;
+        std::uint32_t dwUnits = 0;
+        bool bShared = false;
+    };
+
     /// A table of values, and what keeps those alive that do not stand in the buffer.
     struct SValues
     {
-        std::vector<SValue> values;
+        std::vector<STableValue> values;
         std::forward_list<std::string> asciiTexts;
         std::forward_list<std::wstring> texts;
     };
@@ -127,7 +138,12 @@ private:
     const SXmlName& MakeRecord(const CFIVocabulary::CQNameParts& parts);
     std::wstring ReadIdentifyingString(CFIVocabulary::CFIStringTable& table);
 
-    SValue ReadAttributeValue();
+    void ReadAttributeValue(CXmlElement* pElement, const SXmlName& name);
+    void AddRepeatedAttribute(CXmlElement* pElement, const SXmlName& name, std::uint32_t dwIndex);
+    void AppendRepeatedChunk(CXmlElement* pElement, std::uint32_t dwIndex);
+    template <class Make>
+    static CXmlText* GetShared(STableValue& entry, Make make);
+    static void AppendText(CXmlElement* pElement, const SValue& value);
     SEncodedString ReadEncodedStringBit3(unsigned char by);
     SEncodedString ReadEncodedStringBit5(unsigned char by);
     SValue Decode(const SEncodedString& encoded);
@@ -136,9 +152,9 @@ private:
     void DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets);
     SValue FromUnits();
     void AddValue(const SValue& value, SValues& table) const;
-    SValue GetRepeated(std::uint32_t dwIndex, const SValues& table);
-    void CountName(const SXmlName& name);
-    void CountRepeated(std::size_t nUnits);
+    static STableValue& GetRepeated(std::uint32_t dwIndex, SValues& table);
+    void CountRepeated(std::uint64_t nUnits);
+    void CountRepeatedName(std::uint64_t nUnits);
 
     const CFastInfosetContext* m_pFIContext;
     CXmlDocument* m_pDocument;
@@ -151,9 +167,7 @@ private:
     /// The value just decoded, unless it stands in the buffer; in the first string if it is ASCII.
     std::string m_strAscii;
     std::wstring m_strUnits;
-    /// Units of all texts that came out of tables, and how many are admitted.
-    std::uint64_t m_nRepeatedUnits = 0;
-    std::uint64_t m_nRepeatedUnitsLimit = 0;
+    CFIRepetition m_repetition;
     bool m_bTrace = false;
 };
 

@@ -9,6 +9,8 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/output/UnitText.h"
 
+#include <utility>
+
 namespace QvXmlLib9
 {
 
@@ -41,6 +43,19 @@ constexpr unsigned char s_byAddChunk = 16;
 
 constexpr unsigned long s_ulCdata = 10;
 
+/// Numbers and truth values are read back in a form of their own, which may be longer: "1e15" comes back as 16 digits.
+constexpr std::uint32_t s_dwDecodedSurplus = 16;
+
+std::uint32_t GetDecodedSurplus(const CFastInfosetContext& context)
+{
+    for (int n = ItemType_Invalid; n <= ItemType_XmlCollection; ++n)
+    {
+        if (context.GetEncoding(static_cast<ItemType>(n)).m_dwType != 0)
+            return s_dwDecodedSurplus;
+    }
+    return 0;
+}
+
 unsigned char PartsOf(std::wstring_view strPrefix, std::wstring_view strNamespace)
 {
     QV_ASSERT_MSG(strPrefix.empty() || !strNamespace.empty(), "!strNamespace.empty()");
@@ -67,6 +82,7 @@ CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBin
     , m_pFIContext(pContext)
     , m_vocabulary(pContext->GetUseGeneratedVocabulary() ? CFIVocabulary(*pContext->GetVocabulary()) : CFIVocabulary())
     , m_out(pStream)
+    , m_dwDecodedSurplus(GetDecodedSurplus(*pContext))
 {
 }
 
@@ -154,6 +170,7 @@ void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
         byCurrent = 0;
     }
     WriteElementName(context, byCurrent);
+    m_bFirstText = true;
     m_pContext = &context;
     m_pPendingContext = nullptr;
 }
@@ -195,11 +212,12 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
         m_nQualifierNamespaceId = m_elementQualifier == CFINameMap::s_nUnknownQualifier ? 0 : context.m_nNamespaceId;
         m_nQualifierVersion = GetScopeVersion();
     }
+    const CFINameMap::SName name{m_strElementPrefix, context.m_strNamespace, context.m_strElementName};
     const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
-    if (dwIndex != 0)
+    if (dwIndex != 0 && MayRepeatName(name.strNamespace.size() + name.strLocalName.size()))
         m_out.WriteIntegerBit3(byCurrent, dwIndex);
     else
-        WriteLiteralElementName(byCurrent, {m_strElementPrefix, context.m_strNamespace, context.m_strElementName});
+        WriteLiteralElementName(byCurrent, name);
 }
 
 void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)
@@ -216,6 +234,7 @@ void CFastInfosetWriter::EndElement()
     QV_ASSERT_MSG(m_pContext != nullptr, "m_pContext != NULL");
     FlushPendingElement(false);
     EndStartTag(GetOpenElement());
+    m_bFirstText = false;
     if (m_bTerminatorPending)
         m_out.WriteOctet(s_byTwoEnds);
     m_bTerminatorPending = !m_bTerminatorPending;
@@ -301,14 +320,14 @@ void CFastInfosetWriter::WriteAttributeName(const CFINameMap::SName& name)
 {
     CFINameMap& map = m_vocabulary.m_attributeNameMap;
     const std::uint32_t dwIndex = map.Find(name);
-    if (dwIndex != 0)
+    if (dwIndex != 0 && MayRepeatName(name.strNamespace.size() + name.strLocalName.size()))
     {
         m_out.WriteIntegerBit2(0, dwIndex);
         return;
     }
     m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(name.strPrefix, name.strNamespace)));
     WriteNameParts(name);
-    map.Add(name);
+    EnterName(name, map);
 }
 
 void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name)
@@ -317,7 +336,16 @@ void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const 
     m_out.WriteOctet(
         static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.strPrefix, name.strNamespace)));
     WriteNameParts(name);
-    m_vocabulary.m_elementNameMap.Add(name);
+    EnterName(name, m_vocabulary.m_elementNameMap);
+}
+
+/// A reader enters every name that is written out, also one that it has.
+void CFastInfosetWriter::EnterName(const CFINameMap::SName& name, CFINameMap& map)
+{
+    const std::size_t nCount = map.GetCount();
+    map.Add(name);
+    if (map.GetCount() == nCount)
+        map.AddAgain(name);
 }
 
 void CFastInfosetWriter::WriteNameParts(const CFINameMap::SName& name)
@@ -333,13 +361,15 @@ void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view strText, CFIIn
                                                 CFIVocabulary::CFIStringTable& table)
 {
     const std::uint32_t dwIndex = map.Find(strText);
-    if (dwIndex != 0)
+    if (dwIndex != 0 && MayRepeatName(strText.size()))
     {
         m_out.WriteIntegerBit2(s_byIndex, dwIndex);
         return;
     }
     WriteLiteral(strText);
     CFIVocabulary::AddValue(strText, map, table);
+    if (dwIndex != 0)
+        map.AddAgain(strText);
 }
 
 void CFastInfosetWriter::WriteLiteral(std::wstring_view strText)
@@ -367,6 +397,17 @@ std::string_view CFastInfosetWriter::ToUtf8(std::wstring_view strText)
     return m_strOctets;
 }
 
+/// Counts a reference to a text that is in a table; false if it has to be written anew.
+bool CFastInfosetWriter::MayRepeat(std::uint64_t nUnits)
+{
+    return m_repetition.Add(nUnits, [this] { return m_out.GetCount(); });
+}
+
+bool CFastInfosetWriter::MayRepeatName(std::uint64_t nUnits)
+{
+    return m_repetition.AddName(nUnits, [this] { return m_out.GetCount(); });
+}
+
 // --- Values ---------------------------------------------------------------------------------------------------------
 
 void CFastInfosetWriter::WriteAttributeValue(std::wstring_view strValue, ItemType eType)
@@ -386,7 +427,10 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view strValue, ItemTyp
     }
     else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(strUnits); dwIndex != 0)
     {
-        m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+        if (MayRepeat(strUnits.size() + m_dwDecodedSurplus))
+            m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+        else
+            WriteEncodedString(s_place, 0, strUnits, eType);
     }
     else
     {
@@ -404,13 +448,17 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view strValue, ItemTyp
     const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
     if (strUnits.empty())
         return;
+    const std::uint64_t nWeight = std::exchange(m_bFirstText, false) ? 1 : CFIRepetition::s_nAddedWeight;
     if (strUnits.size() >= m_pFIContext->GetElementMaxAddLength())
     {
         WriteEncodedString(s_place, s_byChunk, strUnits, eType);
     }
     else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(strUnits); dwIndex != 0)
     {
-        m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+        if (MayRepeat(nWeight * (strUnits.size() + m_dwDecodedSurplus)))
+            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+        else
+            WriteEncodedString(s_place, s_byChunk, strUnits, eType);
     }
     else
     {

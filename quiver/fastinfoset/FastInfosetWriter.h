@@ -2,6 +2,7 @@
 
 #include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FIOctetWriter.h"
+#include "quiver/fastinfoset/FIRepetition.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
 #include "quiver/output/XmlWriter.h"
 
@@ -84,10 +85,14 @@ private:
     std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
     void WriteAttributeName(const CFINameMap::SName& name);
     void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
+    void EnterName(const CFINameMap::SName& name, CFINameMap& map);
     void WriteNameParts(const CFINameMap::SName& name);
     void WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
     void WriteLiteral(std::wstring_view strText);
     std::string_view ToUtf8(std::wstring_view strText);
+
+    bool MayRepeat(std::uint64_t nUnits);
+    bool MayRepeatName(std::uint64_t nUnits);
 
     void WriteAttributeValue(std::wstring_view strValue, ItemType eType);
     void WriteCharacterChunk(std::wstring_view strValue, ItemType eType);
@@ -102,8 +107,13 @@ private:
     CXmlWriterContext* m_pPendingContext = nullptr;
     /// The end of an element is owed. It takes half an octet, which the next end may share.
     bool m_bTerminatorPending = false;
+    /// An element has just begun, and what is written next will be the first text that a reader finds in it.
+    bool m_bFirstText = false;
     CFIVocabulary m_vocabulary;
     CFIOctetWriter m_out;
+    CFIRepetition m_repetition;
+    /// How many units a reader may make of a short value beyond those that were written.
+    const std::uint32_t m_dwDecodedSurplus;
     /// Prefix and qualifier of the last element's name, and for which namespace and scope they were found.
     std::wstring m_strElementPrefix;
     CFINameMap::Qualifier m_elementQualifier = CFINameMap::s_nNoQualifier;

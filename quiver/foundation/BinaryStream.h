@@ -26,6 +26,9 @@ public:
     /// What has been collected; shares the stream's block.
     CBinaryData GetData() const;
 
+    /// Bytes collected so far.
+    unsigned long GetLength() const { return m_data.IsEmpty() ? 0 : m_data.GetLength(); }
+
     void Append(unsigned char by) { m_data.Append(by); }
     void Append(const CBinaryData& data);
     void Append(const unsigned char* pData, unsigned long ulLength) { m_data.Append(pData, ulLength); }

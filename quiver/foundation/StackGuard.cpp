@@ -16,11 +16,22 @@ namespace
 // and the unwinding of the exception. Threads with small stacks keep a quarter of theirs.
 constexpr std::size_t s_nReserve = 256 * 1024;
 
+std::size_t GetReserve()
+{
+    return std::min(s_nReserve, Platform::GetStackSize() / 4);
+}
+
 } // namespace
 
 bool IsStackLow()
 {
-    return Platform::GetStackBytesLeft() < std::min(s_nReserve, Platform::GetStackSize() / 4);
+    return Platform::GetStackBytesLeft() < GetReserve();
+}
+
+std::size_t GetUsableStackBytes()
+{
+    const std::size_t nLeft = Platform::GetStackBytesLeft();
+    return nLeft - std::min(nLeft, GetReserve());
 }
 
 void Throw_IfStackIsLow()

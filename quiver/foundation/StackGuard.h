@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 namespace QvXmlLib9
 {
 
@@ -10,5 +12,9 @@ void Throw_IfStackIsLow();
 
 /// Whether Throw_IfStackIsLow would throw: for operations that have another way than to fail, such as destruction.
 bool IsStackLow();
+
+/// Bytes of stack that an operation may still take before Throw_IfStackIsLow throws: for those that know ahead what
+/// they are going to need.
+std::size_t GetUsableStackBytes();
 
 } // namespace QvXmlLib9

@@ -58,6 +58,11 @@ void CClassDescription::TypeName(const wchar_t* lpctName, const wchar_t* lpctNam
     m_lpctTypeNamespace = lpctNamespace;
 }
 
+void CClassDescription::MixedText(int nMember)
+{
+    Add(MakeMixedTextRecord({m_eGroup, nMember, false}));
+}
+
 void CClassDescription::Add(std::unique_ptr<CElementInfo> pRecord)
 {
     m_elements.push_back(std::move(pRecord));

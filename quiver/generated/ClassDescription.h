@@ -68,8 +68,11 @@ public:
     /// A choice that has to have a member.
     void RequireChoice() { m_bRequiresChoice = true; }
 
-    /// The text of the element.
+    /// The text of an element with simple content.
     void Text(int nMember) { m_nTextMember = nMember; }
+
+    /// The text of an element with mixed content, all pieces joined. It is written ahead of the children.
+    void MixedText(int nMember);
 
     /// @name Elements with a simple value
     /// @{

@@ -67,10 +67,62 @@ public:
         return true;
     }
 
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override
+    {
+        if (this->IsThisElement(context, *ppCurrent))
+            Throw_IfNotSimple(context, **ppCurrent);
+        return TRecord::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
+    }
+
 private:
     std::wstring m_strElement;
     std::wstring m_strUri;
     bool m_bRequired;
+};
+
+/// The text of mixed content. It stands at the beginning, since text behind a child would become part of the child in a
+/// Fast Infoset document.
+/// @tparam TFamily CElementInfoSeq, CElementInfoChoice or CElementInfoAll.
+template <class TFamily>
+class CMixedTextRecord final : public TFamily
+{
+public:
+    CMixedTextRecord(const SRecordPlace& place, int)
+        : TFamily(L"", L"", place.nMember)
+    {
+    }
+
+    /// @return false: a choice goes on to its members.
+    bool ElementToXml(const CXmlSerializationContext&, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        this->ReadProperty(pObject, value);
+        if (value.IsValid() && !value.StringRef().empty())
+            pWriter->WriteText(value.StringRef(), ItemType_string);
+        return false;
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext&, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement**, const wchar_t*, XmlElementType) override
+    {
+        QvVariant value;
+        std::wstring strBuffer;
+        value.SetString(pParent->GetText(strBuffer));
+        this->AccessProperty(pObject, false, value);
+        return std::is_same_v<TFamily, CElementInfoSeq>;
+    }
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override
+    {
+        if constexpr (std::is_same_v<TFamily, CElementInfoAll>)
+            return true;
+        else
+            return TFamily::Validate(context, pObject, bFound, bThrowIfMissing);
+    }
 };
 
 /// What the records of single objects have in common whose element is not found by one name. How a miss is answered
@@ -236,6 +288,7 @@ private:
               CXmlElement* pElement) const override
     {
         CElementInfo::FromXml_Int(pChild, pParent, pElement, context, false);
+        DropLayout(static_cast<CElement&>(*pChild));
     }
 
     void WriteChild(const CXmlObjectBase& child, const CXmlSerializationContext& context,
@@ -331,6 +384,31 @@ std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const w
             return std::make_unique<CValueRecord<CElementInfoSeqPrimMnd>>(lpctName, lpctNamespace, n, true);
         return std::make_unique<CValueRecord<CElementInfoSeqPrimOpt>>(lpctName, lpctNamespace, n, false);
     }
+}
+
+std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
+{
+    return MakeFor<CMixedTextRecord>(place, 0);
+}
+
+void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
+{
+    std::wstring strFault;
+    for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+    {
+        if (!pAttribute->IsNamespaceAttribute() && !context.GetIgnoreUnknownAttributes())
+            strFault = FormatString(L"Unexpected Attribute [%s] found.", pAttribute->GetLocalName().c_str());
+    }
+    const CXmlElement* const pChild = element.GetFirstElement();
+    if (pChild != nullptr && !context.GetIgnoreUnknownElements())
+        strFault =
+            FormatString(L"Failed read all the elements held within the element [%s]. The unexpected element [%s] "
+                         L"remains un processed",
+                         element.GetLocalName().c_str(), pChild->GetLocalName().c_str());
+    if (!strFault.empty())
+        throw CQvValidationException(
+            FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
+            CQvValidationException(strFault));
 }
 
 std::unique_ptr<CElementInfo> MakePolymorphicRecord(const SRecordPlace& place, const SPlace& alternatives)

@@ -33,6 +33,13 @@ struct SRecordPlace
 std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const wchar_t* lpctName,
                                               const wchar_t* lpctNamespace);
 
+/// The text of mixed content.
+std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place);
+
+/// Checks that an element with a simple value has neither attributes nor children.
+/// @throws CQvValidationException "Failed to process the element [%s]" with the failure of the class walk inside.
+void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element);
+
 /// An element with an object whose class its name or `xsi:type` decides.
 std::unique_ptr<CElementInfo> MakePolymorphicRecord(const SRecordPlace& place, const SPlace& alternatives);
 

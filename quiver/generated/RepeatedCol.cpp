@@ -5,6 +5,7 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
+#include "quiver/generated/Records.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -168,6 +169,7 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
         CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+        DropLayout(*spElement);
         Add(spElement);
         pCurrent = pNext;
     }
@@ -214,6 +216,7 @@ CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, con
     std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
+        Throw_IfNotSimple(context, *pCurrent);
         AddText(pCurrent->GetText(strBuffer));
         pCurrent = pCurrent->GetNextSiblingElement();
     }

@@ -1,6 +1,10 @@
 #include "quiver/generated/Wildcard.h"
 
+#include "quiver/collections/Element.h"
+#include "quiver/values/WhitespaceUtils.h"
+
 #include <algorithm>
+#include <vector>
 
 namespace QvXmlLib9
 {
@@ -10,6 +14,24 @@ bool SWildcard::Allows(const std::wstring& strNamespace) const
     const bool bListed = std::any_of(ppUris, ppUris + nUris,
                                      [&strNamespace](const wchar_t* lpctUri) { return strNamespace == lpctUri; });
     return eKind == Any || bListed == (eKind == List);
+}
+
+void DropLayout(CElement& element)
+{
+    std::vector<CElement*> waiting{&element};
+    while (!waiting.empty())
+    {
+        CElement& next = *waiting.back();
+        waiting.pop_back();
+        const CSmartPtr<CElementCol> spChildren = next.GetChildElements();
+        if (spChildren->GetCount() == 0)
+            continue;
+        const std::wstring strText = next.GetText();
+        if (!strText.empty() && std::all_of(strText.begin(), strText.end(), CWhitespaceUtils::IsWhiteSpace))
+            next.SetText(L"");
+        for (CElement& child : *spChildren)
+            waiting.push_back(&child);
+    }
 }
 
 } // namespace QvXmlLib9

@@ -30,4 +30,10 @@ struct QVXMLLIB_API SWildcard
     bool Allows(const std::wstring& strNamespace) const;
 };
 
+class CElement;
+
+/// Takes the white space away that stands between the children of open elements: it is layout, and would come out
+/// behind the last child.
+void DropLayout(CElement& element);
+
 } // namespace QvXmlLib9

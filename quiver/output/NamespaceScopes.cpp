@@ -1,8 +1,7 @@
 #include "quiver/output/NamespaceScopes.h"
 
 #include "quiver/foundation/Assert.h"
-
-#include <functional>
+#include "quiver/foundation/KeyedHash.h"
 
 namespace QvXmlLib9
 {
@@ -12,9 +11,9 @@ namespace
 
 constexpr std::size_t s_nFirstBuckets = 16;
 
-std::size_t HashText(std::wstring_view strText)
+std::size_t Hash(std::wstring_view strText)
 {
-    return std::hash<std::wstring_view>()(strText);
+    return static_cast<std::size_t>(HashText(GetHashKey(), strText));
 }
 
 } // namespace
@@ -25,7 +24,7 @@ std::size_t CNamespaceScopes::Find(std::wstring_view strNamespace) const
         return m_nLastFound;
     if (m_nCount == 0)
         return s_nNotFound;
-    const std::size_t nFound = FindHashed(strNamespace, HashText(strNamespace));
+    const std::size_t nFound = FindHashed(strNamespace, Hash(strNamespace));
     if (nFound != s_nNotFound)
         m_nLastFound = nFound;
     return nFound;
@@ -47,7 +46,7 @@ bool CNamespaceScopes::IsPrefixBound(std::wstring_view strPrefix) const
 {
     if (m_nCount == 0)
         return false;
-    const std::size_t nHash = HashText(strPrefix);
+    const std::size_t nHash = Hash(strPrefix);
     for (std::uint32_t n = m_byPrefix[nHash & (m_byPrefix.size() - 1)]; n != s_nNone; n = m_bindings[n].nNextByPrefix)
     {
         const SBinding& binding = m_bindings[n];
@@ -60,7 +59,7 @@ bool CNamespaceScopes::IsPrefixBound(std::wstring_view strPrefix) const
 
 std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_view strPrefix)
 {
-    const std::size_t nHash = HashText(strNamespace);
+    const std::size_t nHash = Hash(strNamespace);
     const bool bHides = m_nCount != 0 && FindHashed(strNamespace, nHash) != s_nNotFound;
 
     if (m_nCount == m_bindings.size())
@@ -70,7 +69,7 @@ std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_
     binding.strPrefix = strPrefix;
     binding.bUnbinds = false;
     binding.nNamespaceHash = nHash;
-    binding.nPrefixHash = HashText(strPrefix);
+    binding.nPrefixHash = Hash(strPrefix);
     binding.nFirstFreePrefix = m_nFirstFreePrefix;
     if (m_nCount + 1 > m_byNamespace.size())
         GrowBuckets();

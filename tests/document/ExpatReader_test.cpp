@@ -5,9 +5,11 @@
 #include "tests/support/DocumentTree.h"
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
+#include "tests/support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -345,7 +347,7 @@ TEST(ExpatReader, NamespacesAndDefaultsOutOfProportionEndInAnException)
     const std::string strLong(200000, 'n');
     const std::string strElements = "<a>" + Repeated("<x/>", 20000) + "</a>";
     std::string strMany;
-    for (int n = 0; n < 2000; ++n)
+    for (int n = 0; n < 1000; ++n)
         strMany += " v" + std::to_string(n) + " CDATA 'u'";
     const std::string documents[] = {
         "<!DOCTYPE a [<!ATTLIST x v CDATA '" + strLong + "'>]>" + strElements,
@@ -372,6 +374,190 @@ TEST(ExpatReader, NamespacesAndDefaultsInProportionMayRepeatAsOftenAsTheyLike)
     const CXmlElement* const pFirst = document.GetDocumentElement()->GetFirstElement();
     EXPECT_TEXT(L"a default value", pFirst->GetAttribute(L"v", L""));
     EXPECT_TEXT(L"urn:d", pFirst->GetNamespaceURI());
+}
+
+// --- Document types that would take stack or time -------------------------------------------------------------------
+
+std::string EntityName(int n)
+{
+    return "a" + std::to_string(n);
+}
+
+/// A document type with a chain of entities, each inside the next; `bReversed` declares the outer ones first.
+std::string MakeEntityChain(int nCount, bool bReversed)
+{
+    std::string strXml = "<!DOCTYPE a [";
+    for (int n = 0; n < nCount; ++n)
+    {
+        const int nEntity = bReversed ? nCount - 1 - n : n;
+        strXml += "<!ENTITY " + EntityName(nEntity) + " '" +
+                  (nEntity == 0 ? "x" : "&" + EntityName(nEntity - 1) + ";") + "'>";
+    }
+    return strXml;
+}
+
+/// Each place where an entity can be used, with the outermost of a chain of them.
+std::vector<std::string> MakeUsesOfChain(int nCount, bool bReversed)
+{
+    const std::string strChain = MakeEntityChain(nCount, bReversed);
+    const std::string strUse = "&" + EntityName(nCount - 1) + ";";
+    return {
+        strChain + "]><a>" + strUse + "</a>",
+        strChain + "]><a b='" + strUse + "'/>",
+        strChain + "<!ATTLIST a b CDATA '" + strUse + "'>]><a/>",
+    };
+}
+
+TEST(ExpatReader, EntitiesInsideEachOtherAreExpandedAsFarAsTheStackGoes)
+{
+    for (const bool bReversed : {false, true})
+    {
+        const std::vector<std::string> uses = MakeUsesOfChain(25, bReversed);
+        EXPECT_TEXT(L"a \"x\"", Parse(uses[0]));
+        EXPECT_TEXT(L"a @b='x'", Parse(uses[1]));
+        EXPECT_TEXT(L"a @b='x'", Parse(bReversed ? MakeUsesOfChain(25, false)[2] : uses[2]));
+        for (const std::string& strXml : uses)
+            EXPECT_NO_THROW(QvTest::RunOnStack(128 * 1024, [&] { Parse(strXml); }));
+    }
+    EXPECT_TEXT(L"a \"x\"", Parse(MakeUsesOfChain(1000, false)[0]));
+}
+
+TEST(ExpatReader, EntitiesNestedTooDeeplyEndInAnException)
+{
+    const wchar_t szTooDeep[] = L"The entities of the document are nested too deeply to be processed";
+    for (const bool bReversed : {false, true})
+    {
+        for (const std::string& strXml : MakeUsesOfChain(30000, bReversed))
+            ExpectThrows<CQvException>(szTooDeep, [&] { Parse(strXml); });
+        for (const std::string& strXml : MakeUsesOfChain(1000, bReversed))
+        {
+            ExpectThrows<CQvException>(szTooDeep, [&] { QvTest::RunOnStack(128 * 1024, [&] { Parse(strXml); }); });
+        }
+    }
+}
+
+TEST(ExpatReader, RecursiveEntitiesKeepTheParsersMessage)
+{
+    ExpectThrows<CQvException>(L"recursive entity reference at line 1",
+                               [] { Parse("<!DOCTYPE a [<!ENTITY b '&c;'><!ENTITY c '&b;'>]><a>&b;</a>"); });
+    EXPECT_TEXT(L"a", Parse("<!DOCTYPE a [<!ENTITY b '&c;'><!ENTITY c '&b;'>]><a/>"));
+}
+
+TEST(ExpatReader, ParameterEntitiesInsideEachOtherAreNotExpanded)
+{
+    std::string strXml = "<!DOCTYPE a [<!ENTITY % p0 ''>";
+    for (int n = 1; n < 30000; ++n)
+        strXml += "<!ENTITY % p" + std::to_string(n) + " '&#37;p" + std::to_string(n - 1) + ";'>";
+    EXPECT_TEXT(L"a", Parse(strXml + "%p29999;]><a/>"));
+}
+
+std::string MakeAttributeList(int nCount, const char* lpcType)
+{
+    std::string strXml = "<!DOCTYPE a [<!ATTLIST a";
+    for (int n = 0; n < nCount; ++n)
+        strXml += " b" + std::to_string(n) + lpcType;
+    return strXml + ">]>";
+}
+
+TEST(ExpatReader, AThousandAttributesOfAnElementCanBeDeclared)
+{
+    CXmlDocument document;
+    document.LoadXml((MakeAttributeList(1000, " CDATA ''") + "<a/>").c_str());
+    EXPECT_EQ(1000u, document.GetDocumentElement()->GetAttributes().size());
+    for (const char* lpcType : {" CDATA ''", " CDATA #IMPLIED", " NMTOKEN #REQUIRED", " (x|y) 'x'"})
+    {
+        EXPECT_NO_THROW(Parse(MakeAttributeList(1000, lpcType) + "<a/>"));
+        for (const int nCount : {1001, 200000})
+        {
+            const std::string strXml = MakeAttributeList(nCount, lpcType) + "<a/>";
+            ExpectThrows<CQvException>(L"The document type declares more than 1000 attributes of one element",
+                                       [&] { Parse(strXml); });
+        }
+    }
+}
+
+TEST(ExpatReader, PrefixedAttributesUnderALongNamespaceAreRefusedBeforeTheyAreWrittenOut)
+{
+    std::string strAttributes;
+    for (int n = 0; n < 10000; ++n)
+        strAttributes += " p:a" + std::to_string(n) + "=''";
+    std::string strDefaults = "<!DOCTYPE a [<!ATTLIST b";
+    for (int n = 0; n < 1000; ++n)
+        strDefaults += " p:a" + std::to_string(n) + " CDATA ''";
+    // Were the names written out, each of these would take a gigabyte.
+    const std::string strLong = " xmlns:p='" + std::string(100000, 'n') + "'";
+    const std::string strLonger = " xmlns:p='" + std::string(1000000, 'n') + "'";
+    const std::string documents[] = {
+        "<a" + strLong + strAttributes + "/>",
+        "<a" + strAttributes + strLong + "/>",
+        "<a" + strLong + "><b" + strAttributes + "/></a>",
+        "<a" + strLong + ">" + std::string(100000, 't') + "<b" + strAttributes + "/></a>",
+        "<!DOCTYPE a [<!ENTITY e \"<b" + strAttributes + "/>\">]><a" + strLong + ">&e;</a>",
+        "<!DOCTYPE a [<!ENTITY e \"<b" + strAttributes + strLong + "/>\">]><a>&e;</a>",
+        strDefaults + ">]><a" + strLonger + "><b/></a>",
+    };
+    for (const std::string& strXml : documents)
+    {
+        SCOPED_TRACE(strXml.substr(0, 40));
+        const auto start = std::chrono::steady_clock::now();
+        ExpectThrows<CQvException>(
+            L"The namespaces and default values of the document are out of proportion to its length",
+            [&] { Parse(strXml); });
+        EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 0.5);
+    }
+}
+
+TEST(ExpatReader, ColonsOfALongTextDoNotCountAgainstALongNamespace)
+{
+    const std::string strNamespace(400, 'n');
+    const std::string strTimes = Repeated("12:30:05 ", 300000);
+    CXmlDocument document;
+    document.LoadXml(("<a xmlns:p='" + strNamespace + "'><!--" + strTimes + "--><p:b p:c='" + strTimes + "'>" +
+                      strTimes + "</p:b></a>")
+                         .c_str());
+    EXPECT_EQ(strTimes.size(), document.GetDocumentElement()->GetFirstElement()->GetText().size());
+}
+
+/// What a document type can hold in great number, or nest, or make long.
+TEST(ExpatReader, OtherDeclarationsTakeLinearTime)
+{
+    const auto declare = [](const char* lpcBegin, int nCount, const char* lpcEnd)
+    {
+        std::string strXml;
+        for (int n = 0; n < nCount; ++n)
+            strXml += lpcBegin + std::to_string(n) + lpcEnd;
+        return strXml;
+    };
+    const std::string strLong(4000000, 'v');
+    const std::string declarations[] = {
+        "<!ATTLIST a b (" + declare("v", 200000, "|") + "w) 'w'>",
+        "<!ATTLIST a b NOTATION (" + declare("v", 200000, "|") + "w) #IMPLIED>",
+        "<!ELEMENT a " + std::string(500000, '(') + "b" + std::string(500000, ')') + ">",
+        "<!ELEMENT a (" + declare("b", 200000, "|") + "c)>",
+        declare("<!NOTATION n", 100000, " SYSTEM ''>"),
+        declare("<!ENTITY e", 100000, " ''>"),
+        declare("<!ENTITY e", 100000, " SYSTEM 'x'>"),
+        declare("<!ENTITY % e", 100000, " ''>"),
+        declare("<!ELEMENT e", 100000, " ANY>"),
+        declare("<!ATTLIST e", 100000, " b CDATA ''>"),
+        declare("<!ATTLIST e", 100000, " b ID #IMPLIED>"),
+        declare("<?p", 100000, "?>"),
+        Repeated("%p;", 500000),
+        "<!ENTITY e '" + strLong + "'>",
+        "<!ENTITY e SYSTEM '" + strLong + "'>",
+        "<!ATTLIST a b CDATA '" + strLong + "'>",
+        "<!ENTITY " + strLong + " ''>",
+        "<!--" + strLong + "-->",
+        "<?p " + strLong + "?>",
+        std::string(4000000, ' '),
+    };
+    for (const std::string& strDeclarations : declarations)
+    {
+        SCOPED_TRACE(strDeclarations.substr(0, 40));
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_NO_THROW(Parse("<!DOCTYPE a [" + strDeclarations + "]><a/>"));
+        EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 5);
+    }
 }
 
 // --- What handlers throw --------------------------------------------------------------------------------------------

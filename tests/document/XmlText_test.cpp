@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -193,6 +194,53 @@ TEST(XmlText, AnArenaCanBeRewoundToItsStart)
         }
         arena.Rewind(mark);
     }
+}
+
+TEST(XmlText, ASharedTextIsCopiedBeforeAnythingIsAddedToIt)
+{
+    const auto appendWide = [](CTextOwner& owner)
+    {
+        owner.Append(Wide(L" and more"));
+    };
+    const auto appendUtf8 = [](CTextOwner& owner)
+    {
+        owner.Append(U8(" and more"));
+    };
+    for (const auto& append :
+         {std::function<void(CTextOwner&)>(appendWide), std::function<void(CTextOwner&)>(appendUtf8)})
+    {
+        for (const std::wstring& strText : {std::wstring(L"short"), std::wstring(40000, L'l')})
+        {
+            for (const bool bAsked : {false, true})
+            {
+                CXmlTextArena arena;
+                CTextOwner owner(arena);
+                owner.Append(U8(std::string(strText.begin(), strText.end())));
+                CXmlTextArena::Share(*owner.m_pText);
+                if (bAsked)
+                    owner.Get();
+                CTextOwner other(arena);
+                other.m_pText = owner.m_pText;
+                append(other);
+                EXPECT_TEXT(strText + L" and more", other.Get());
+                append(other);
+                EXPECT_TEXT(strText + L" and more and more", other.Get());
+                EXPECT_TEXT(strText, owner.Get());
+            }
+        }
+    }
+}
+
+TEST(XmlText, ASharedTextIsNotReleasedByItsNodes)
+{
+    CXmlTextArena arena;
+    CTextOwner owner(arena);
+    owner.Append(U8("text"));
+    const std::wstring& strText = owner.Get();
+    CXmlTextArena::Share(*owner.m_pText);
+    owner.m_pText->Release();
+    EXPECT_EQ(&strText, &owner.Get());
+    EXPECT_TEXT(L"text", strText);
 }
 
 TEST(XmlText, ManyThreadsGetTheSameText)

@@ -856,10 +856,11 @@ TEST(FastInfosetReader, ASmallDocumentCannotAskForTextWithoutEnd)
     const Octets text = Joined({{147, 0, nLength >> 16, nLength >> 8 & 255, nLength & 255}, Octets(nText, 'x')});
     const wchar_t szRefused[] =
         L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.";
-    // 99 times are less than 100 times the document, 200 are more.
+    // What is added to a text counts four times: 27 references are less than is admitted, 28 are more.
     CXmlDocument document;
-    Load(document, Joined({s_head, {60, 0, 'r'}, text, Octets(99, 160), {255}}));
-    EXPECT_EQ(std::size_t{nText} * 100, document.GetDocumentElement()->GetText().size());
+    Load(document, Joined({s_head, {60, 0, 'r'}, text, Octets(27, 160), {255}}));
+    EXPECT_EQ(std::size_t{nText} * 28, document.GetDocumentElement()->GetText().size());
+    ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(28, 160), {255}}));
     ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(200, 160), {255}}));
 
     Octets attributes = Joined(

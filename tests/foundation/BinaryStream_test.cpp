@@ -38,6 +38,7 @@ TEST(BinaryStream, IsEmptyAtFirst)
 {
     const CBinaryStream stream;
     EXPECT_EQ(nullptr, stream.GetData().GetData());
+    EXPECT_EQ(0u, stream.GetLength());
 }
 
 TEST(BinaryStream, CollectsBytesInEveryForm)
@@ -45,6 +46,7 @@ TEST(BinaryStream, CollectsBytesInEveryForm)
     CBinaryStream stream;
     stream.Append(static_cast<unsigned char>('a'));
     stream.Append(FromBytes("bc"));
+    EXPECT_EQ(3u, stream.GetLength());
     stream.Append(reinterpret_cast<const unsigned char*>("de"), 2);
     EXPECT_EQ("abcde", stream.GetData().GetView());
 }

@@ -68,7 +68,7 @@ struct SSimpleType
     EValue eValue = EValue::String;
     /// Of an atomic type, the built-in type that decides the lexical form: `xs::Token`. Empty for lists and unions.
     std::string strBuiltin;
-    bool bBuiltin = false; ///< nothing is printed for it
+    bool bBuiltin = false; ///< nothing is printed for it; strName is the name in C++
     SSimpleType* pBase =
         nullptr; ///< of the nearest type with the same value that is printed or built in; null for lists and unions
     SSimpleType* pItem = nullptr;          ///< of a list
@@ -106,9 +106,11 @@ enum class EMember
     NillableValue, ///< a simple value whose element may be nil
     Object,        ///< an object with an element of its own
     Group,         ///< an object without one: a nested group
-    Wildcard       ///< an open element (xs:any)
+    Wildcard       ///< an open element: xs:any, or an element of type xs:anyType
 };
 
+/// How often a member may stand. In a choice only Optional and Repeated occur: that one must stand is the choice's to
+/// say.
 enum class ECardinality
 {
     Required,
@@ -136,8 +138,9 @@ struct SMember
     std::int64_t nMin = 1; ///< of a repeated one
     std::int64_t nMax = 1; ///< of a repeated one; -1 for unbounded
     std::string strName;   ///< in C++: `ShipTo` gives GetShipTo, SetShipTo, m_ShipTo and Member_ShipTo
-    std::string
-        strElement;     ///< local name in documents; of a group, the elements it begins with, for messages: `b or c`
+    /// Local name in documents. Of a group, the elements it begins with, for messages: `b or c`. Of a wildcard, the
+    /// only name that it takes, empty for every name.
+    std::string strElement;
     std::string strUri; ///< its namespace, empty for none
 
     SSimpleType* pType = nullptr; ///< of a value
@@ -145,7 +148,9 @@ struct SMember
     /// The class of the object is decided by the element found: by its name in a substitution group, or by xsi:type.
     /// pClass has a table of what may stand there.
     bool bPolymorphic = false;
-    /// Elements other than strElement that may stand there, members of its substitution group.
+    /// The head of a substitution group: what may stand there are the alternatives of pClass that name an element, and
+    /// only those; strElement itself is one of them unless it is abstract. Without this flag they are of no account:
+    /// the element is called strElement, and the alternatives that name a type tell what xsi:type may say.
     bool bSubstitution = false;
     bool bContentRequired = true; ///< of a group that is not repeated: false if it may be empty
 
@@ -157,6 +162,10 @@ struct SMember
         List
     } eNamespaces = ENamespaces::Any;
     std::vector<std::string> uris; ///< of Not and List; the empty text stands for no namespace
+
+    /// In a class with bRestriction: the property is that of the member of this name in pBase or a base of it, which
+    /// may allow more: another cardinality or a wider type, but a value of the same kind.
+    bool bInherited = false;
 
     SValueRule value;
     SDocumentation documentation;
@@ -171,6 +180,7 @@ struct SAttribute
     std::string strUri;
     bool bRequired = false;
     SSimpleType* pType = nullptr;
+    bool bInherited = false; ///< as in SMember
     SValueRule value;
     SDocumentation documentation;
     SSource source;
@@ -193,21 +203,23 @@ struct SClass
     std::string strElement;    ///< default name of its element; of a group what SMember::strElement says
     bool bPseudo = false;      ///< a nested group: no element of its own
     bool bAbstract = false;    ///< never made by itself
-    bool bNillable = false;
-    bool bEmptiable = true; ///< a choice that may stay without any member
+    bool bNillable = false;    ///< set once in a line of bases
+    bool bEmptiable = true;    ///< a choice that may stay without any member
     bool bUnknownAttributesFail = true;
     EGroup eGroup = EGroup::Sequence;
     SClass* pBase = nullptr;   ///< it extends this class: what follows is only what it adds
     bool bRestriction = false; ///< it inherits pBase, and what follows replaces the base's tables
     std::vector<SMember> members;
     std::vector<SAttribute> attributes;
-    bool bAnyAttribute = false;
+    bool bAnyAttribute = false; ///< of an extension only if the base has none, or a narrower one
     SMember::ENamespaces eAnyAttribute = SMember::ENamespaces::Any;
     std::vector<std::string> anyAttributeUris;
-    SSimpleType* pText = nullptr; ///< type of the element's text, null for none
-    bool bMixed = false;          ///< text between elements, joined
-    /// The classes that may stand where this one is declared, by xsi:type or substitution, this one first if it is not
-    /// abstract; empty if there is no other.
+    /// Type of the element's text, null for none. Of an extension null too, as the base has it; a restriction of a
+    /// class with text narrows the type and holds the value as the base does.
+    SSimpleType* pText = nullptr;
+    bool bMixed = false; ///< text between elements, joined; of an extension only if the base has none
+    /// What may stand where this class is declared, this one first if it is not abstract; empty if there is no other.
+    /// Those that name a type are for xsi:type, and those that name an element for members with bSubstitution.
     struct SAlternative
     {
         bool bElement = false; ///< strUri and strName name an element, not a type

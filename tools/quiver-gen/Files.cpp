@@ -1,0 +1,167 @@
+#include "tools/quiver-gen/Files.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace quiver_gen
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+fs::path ToPath(const std::string& strPath)
+{
+    return fs::u8path(strPath);
+}
+
+[[noreturn]] void ThrowFailed(const char* lpcWhat, const std::string& strPath, const std::error_code& error)
+{
+    throw CFileError("cannot " + std::string(lpcWhat) + ' ' + strPath + ": " + error.message());
+}
+
+/// The reason of the last operation of a stream.
+std::error_code GetLastError()
+{
+    return {errno == 0 ? EIO : errno, std::generic_category()};
+}
+
+bool HasText(const std::string& strPath, std::string_view strText)
+{
+    std::error_code error;
+    const auto nSize = fs::file_size(ToPath(strPath), error);
+    if (error || nSize != strText.size())
+        return false;
+    std::ifstream file(ToPath(strPath), std::ios::binary);
+    const std::string strOld{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return file && strOld == strText;
+}
+
+void MakeFolderOf(const std::string& strPath)
+{
+    const fs::path folder = ToPath(strPath).parent_path();
+    std::error_code error;
+    if (!folder.empty())
+        fs::create_directories(folder, error);
+    if (error)
+        ThrowFailed("make the folder", folder.u8string(), error);
+    if (fs::is_directory(ToPath(strPath), error))
+        ThrowFailed("write", strPath, std::make_error_code(std::errc::is_a_directory));
+}
+
+/// New texts beside the files that they are for. Those that did not get their place are deleted in the end.
+class CPending
+{
+public:
+    CPending() = default;
+    CPending(const CPending&) = delete;
+    CPending& operator=(const CPending&) = delete;
+
+    ~CPending()
+    {
+        std::error_code ignored;
+        for (const auto& [strNew, strPath] : m_files)
+            fs::remove(ToPath(strNew), ignored);
+    }
+
+    void Add(const std::string& strPath, std::string_view strText)
+    {
+        // Two programs that write the same file at a time do not write into the same new one.
+        m_files.emplace_back(strPath + '.' + std::to_string(std::random_device()()) + ".tmp", strPath);
+        errno = 0;
+        std::ofstream file(ToPath(m_files.back().first), std::ios::binary | std::ios::trunc);
+        if (!file)
+            ThrowFailed("create", strPath, GetLastError());
+        file.write(strText.data(), static_cast<std::streamsize>(strText.size()));
+        file.close();
+        if (!file)
+            ThrowFailed("write", strPath, GetLastError());
+    }
+
+    std::size_t Commit()
+    {
+        for (const auto& [strNew, strPath] : m_files)
+        {
+            std::error_code error;
+            fs::rename(ToPath(strNew), ToPath(strPath), error);
+            if (error)
+                ThrowFailed("replace", strPath, error);
+        }
+        const std::size_t nFiles = m_files.size();
+        m_files.clear();
+        return nFiles;
+    }
+
+private:
+    std::vector<std::pair<std::string, std::string>> m_files; ///< path of the new text, and where it belongs
+};
+
+/// A path as make reads it.
+std::string Escape(const std::string& strPath)
+{
+    std::string strEscaped;
+    for (const char c : strPath)
+    {
+        if (c == ' ' || c == '#')
+            strEscaped += '\\';
+        if (c == '$')
+            strEscaped += '$';
+        strEscaped += c;
+    }
+    return strEscaped;
+}
+
+} // namespace
+
+std::string ReadFile(const std::string& strPath)
+{
+    std::error_code error;
+    if (fs::is_directory(ToPath(strPath), error))
+        ThrowFailed("read", strPath, std::make_error_code(std::errc::is_a_directory));
+    errno = 0;
+    std::ifstream file(ToPath(strPath), std::ios::binary);
+    if (!file)
+        ThrowFailed("read", strPath, GetLastError());
+    std::string strText{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (file.bad())
+        ThrowFailed("read", strPath, GetLastError());
+    return strText;
+}
+
+std::string JoinPath(const std::string& strFolder, const std::string& strName)
+{
+    return strFolder.empty() || strFolder.back() == '/' ? strFolder + strName : strFolder + '/' + strName;
+}
+
+std::size_t WriteFiles(const std::vector<cpp::SFile>& files)
+{
+    CPending pending;
+    for (const cpp::SFile& file : files)
+    {
+        if (HasText(file.strName, file.strText))
+            continue;
+        MakeFolderOf(file.strName);
+        pending.Add(file.strName, file.strText);
+    }
+    return pending.Commit();
+}
+
+std::string MakeDependencies(const std::vector<std::string>& targets, const std::vector<std::string>& sources)
+{
+    std::string strText;
+    for (const std::string& strTarget : targets)
+        strText += (strText.empty() ? "" : " ") + Escape(strTarget);
+    strText += ':';
+    for (const std::string& strSource : sources)
+        strText += " \\\n  " + Escape(strSource);
+    return strText + '\n';
+}
+
+} // namespace quiver_gen

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace quiver_gen
+{
+
+/// The whole program.
+/// @param arguments without the program's name.
+/// @param out gets what was asked for in words: help, version, lists, dumps.
+/// @param err gets errors and warnings.
+/// @return the exit status: 0, 1 for a schema that is wrong, 2 for a command line that cannot be carried out, 3 for a
+///         schema that is right and cannot be mapped.
+int RunGenerator(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
+
+} // namespace quiver_gen

@@ -1,0 +1,55 @@
+#include "tools/quiver-gen/binding/Roots.h"
+
+#include "tools/quiver-gen/binding/Documentation.h"
+
+#include <utility>
+
+namespace quiver_gen::binding
+{
+
+namespace
+{
+
+void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CClasses& classes)
+{
+    if (const schema::SSimpleType* pSimple = std::as_const(*element.pType).AsSimple())
+    {
+        root.pType = &build.simpleTypes.Get(*pSimple);
+        return;
+    }
+    const schema::SComplexType& type = *std::as_const(*element.pType).AsComplex();
+    const bool bAnything = type.eBuiltin == schema::EBuiltin::AnyType;
+    root.pClass = bAnything ? &classes.GetAnyType(*root.pNamespace) : &classes.Get(type);
+    if (bAnything)
+        build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);
+}
+
+} // namespace
+
+void AddRoots(SBuild& build, CClasses& classes)
+{
+    CNameScope names;
+    // What the class with these functions has besides.
+    names.Add("CreateRoot");
+    names.Add("Roots");
+    for (const schema::SElement* pElement : build.reach.GetRoots())
+    {
+        if (pElement->bAbstract)
+            continue;
+        SRoot root;
+        root.strElement = pElement->name.strLocal;
+        root.strUri = pElement->name.strNamespace;
+        root.pNamespace = &build.namespaces.Get(root.strUri);
+        std::string strName = ToPascal(root.strElement);
+        if (names.Contains(strName))
+            strName = ToPascal(root.pNamespace->strCpp) + strName;
+        root.strName = names.AddUnique(strName);
+        root.bNillable = pElement->bNillable;
+        root.documentation = MakeDocumentation(pElement->documentation, build.options);
+        root.source = build.set.Describe(pElement->position);
+        SetContent(root, *pElement, build, classes);
+        build.binding.roots.push_back(std::move(root));
+    }
+}
+
+} // namespace quiver_gen::binding

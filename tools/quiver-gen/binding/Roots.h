@@ -1,0 +1,11 @@
+#pragma once
+
+#include "tools/quiver-gen/binding/Classes.h"
+
+namespace quiver_gen::binding
+{
+
+/// Elements that a document may begin with, each with the class or type of what it holds.
+void AddRoots(SBuild& build, CClasses& classes);
+
+} // namespace quiver_gen::binding

@@ -1,0 +1,14 @@
+#include "tools/quiver-gen/binding/Warnings.h"
+
+namespace quiver_gen::binding
+{
+
+void CWarnings::Add(EWarning eWarning, const schema::SPosition& position, std::string_view strName)
+{
+    std::string strText(s_warnings[static_cast<std::size_t>(eWarning)].strText);
+    if (const std::size_t nAt = strText.find("%s"); nAt != std::string::npos)
+        strText.replace(nAt, 2, strName);
+    m_diagnostics.AddWarning(position, std::move(strText));
+}
+
+} // namespace quiver_gen::binding

@@ -1,0 +1,162 @@
+#include "tools/quiver-gen/cpp/Roots.h"
+
+#include "tools/quiver-gen/cpp/Text.h"
+#include "tools/quiver-gen/cpp/Uris.h"
+
+using namespace quiver_gen::binding;
+
+namespace quiver_gen::cpp
+{
+
+namespace
+{
+
+/// Type of the object of a root.
+std::string GetRootType(const SRoot& root, const CScope& scope)
+{
+    if (root.pClass != nullptr)
+        return scope.Name(*root.pClass);
+    return scope.Library("CNillable") + '<' + scope.Name(*root.pType) + '>';
+}
+
+/// Whether the element is in another namespace than its type says for itself.
+bool IsForeign(const SRoot& root)
+{
+    return root.pClass == nullptr || root.pClass->strUri != root.strUri;
+}
+
+bool IsAbstract(const SRoot& root)
+{
+    return root.pClass != nullptr && root.pClass->bAbstract;
+}
+
+std::vector<std::string> FindHeaders(const SProject& project)
+{
+    std::vector<std::string> headers;
+    for (const SRoot& root : project.binding.roots)
+    {
+        if (root.pClass == nullptr && root.pType->bBuiltin)
+            continue;
+        const std::size_t nHeader =
+            root.pClass == nullptr ? project.layout.GetHeader(*root.pType) : project.layout.GetHeader(*root.pClass);
+        headers.push_back(project.layout.GetHeaders()[nHeader].strStem);
+    }
+    return headers;
+}
+
+std::string PrintHeaderText(const SProject& project, const SFactory& factory)
+{
+    const CScope scope(project.names, factory.strNamespace, false);
+    const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
+    std::string strText = "/// Makes the objects of root elements.\nclass " + factory.strName + " : public " +
+                          scope.Library("CClassfactoryBase") +
+                          "\n{\npublic:\n"
+                          "    /// The object for the root element of a document, by its name and its `xsi:type`; "
+                          "nothing is read into it.\n"
+                          "    /// @return null if the schema has no such element, or the type may not stand there.\n"
+                          "    static " +
+                          strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n";
+    for (const SRoot& root : project.binding.roots)
+    {
+        if (IsAbstract(root))
+            continue;
+        std::vector<std::string> paragraphs = {"An empty `" + root.strElement + "`."};
+        paragraphs.insert(paragraphs.end(), root.documentation.begin(), root.documentation.end());
+        strText += '\n' + CommentLines(paragraphs, 4, "///") + "    static " + scope.Pointer(GetRootType(root, scope)) +
+                   ' ' + root.strName + "();\n";
+    }
+    return strText + "};\n";
+}
+
+/// The rows of the table of roots.
+std::string PrintRows(const SProject& project, const CScope& scope, CUris& uris)
+{
+    std::string strText;
+    for (const SRoot& root : project.binding.roots)
+    {
+        const std::string strType = GetRootType(root, scope);
+        std::vector<std::string> parts = {"true", uris.Use(root.strUri), WideLiteral(root.strElement)};
+        if (IsAbstract(root))
+            parts.push_back("nullptr");
+        else if (IsForeign(root))
+            parts.push_back('&' + scope.Library("CreateForeignRoot") + '<' + strType + ", " +
+                            uris.UseConstant(root.strUri) + '>');
+        else
+            parts.push_back('&' + scope.Library("CreateObject") + '<' + strType + '>');
+        if (root.pClass != nullptr && !root.pClass->alternatives.empty())
+            parts.push_back('&' + strType + "::Alternatives");
+        strText += Arrange(8, "{", parts, "},") + '\n';
+    }
+    return strText;
+}
+
+std::string PrintCreateRoot(const SProject& project, const SFactory& factory, const CScope& scope, CUris& uris)
+{
+    const bool bAny = !project.binding.roots.empty();
+    const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
+    std::string strText = strBase + ' ' + factory.strName + "::CreateRoot(" + scope.Library("CXmlElement") + "*" +
+                          (bAny ? " pElement" : "") + ")\n{\n";
+    if (!bAny)
+        return strText + "    return " + strBase + "();\n}\n";
+    return strText + "    static constexpr " + scope.Library("SAlternative") + " s_roots[] = {\n" +
+           PrintRows(project, scope, uris) + "    };\n    static constexpr " + scope.Library("SAlternatives") +
+           " s_all{s_roots, sizeof s_roots / sizeof *s_roots};\n"
+           "    return QvXmlLib9::CreateRoot(pElement, s_all);\n}\n";
+}
+
+std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
+{
+    const std::string strType = GetRootType(root, scope);
+    const std::string strMade =
+        IsForeign(root) ? scope.Library("CRootIn") + '<' + strType + ", " + uris.UseConstant(root.strUri) + '>'
+                        : strType;
+    return '\n' + scope.Pointer(strType) + ' ' + factory.strName + "::" + root.strName + "()\n{\n" +
+           Arrange(4, "return new " + strMade + '(', {WideLiteral(root.strElement)}, ");") + "\n}\n";
+}
+
+} // namespace
+
+SFactory FindFactory(const SBinding& binding, const SWriteOptions& options, const CNameTable& names, CStems& stems)
+{
+    SFactory factory{options.strFactoryNamespace, options.strFactory, {}};
+    if (factory.strName.empty())
+    {
+        if (!binding.namespaces.empty())
+            factory.strNamespace = binding.namespaces.front().strCpp;
+        factory.strName = "CFactory";
+        for (int n = 2; names.Declares(factory.strNamespace, factory.strName); ++n)
+            factory.strName = "CFactory" + std::to_string(n);
+    }
+    if (names.Declares(factory.strNamespace, factory.strName))
+        throw CNameTaken{factory.strName};
+    const bool bPrefix = factory.strName.size() > 1 && factory.strName[0] == 'C' && factory.strName[1] >= 'A' &&
+                         factory.strName[1] <= 'Z';
+    factory.strStem = stems.Claim(bPrefix ? factory.strName.substr(1) : factory.strName);
+    return factory;
+}
+
+std::vector<SFile> PrintFactory(const SProject& project, const SFactory& factory)
+{
+    std::vector<std::string> includes = FindHeaders(project);
+    includes.push_back("quiver/generated/Generated");
+    const std::string strTitle = PrintTitle(project.options);
+    SFile header{factory.strStem + ".h", strTitle + "\n#pragma once\n\n" + PrintIncludes(includes) +
+                                             PrintNamespace(factory.strNamespace, PrintHeaderText(project, factory))};
+
+    const CScope scope(project.names, factory.strNamespace, true);
+    const bool bRoots = !project.binding.roots.empty();
+    CUris uris(project.binding, bRoots ? project.binding.roots.front().strUri : std::string());
+    std::string strBody = PrintCreateRoot(project, factory, scope, uris);
+    for (const SRoot& root : project.binding.roots)
+    {
+        if (!IsAbstract(root))
+            strBody += PrintMaker(root, factory, scope, uris);
+    }
+    const std::string strUris = uris.Define();
+    SFile source{factory.strStem + ".cpp",
+                 strTitle + '\n' + PrintIncludes({factory.strStem}) + "\nusing namespace QvXmlLib9;\n" +
+                     PrintNamespace(factory.strNamespace, strUris + (strUris.empty() ? "" : "\n") + strBody)};
+    return {header, source};
+}
+
+} // namespace quiver_gen::cpp
