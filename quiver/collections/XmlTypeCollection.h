@@ -35,8 +35,7 @@
 ///   `lpctMaxExclusive`, `nLength`: the facets, see CPrimitiveRestrictions;
 /// - `eWhitespaceRule`: what is done to the text of an element before it is converted;
 /// - `lpctFormat`: format for `r4ToString`, `r8ToString` or `decimalToString` of CConversions, or null; other classes
-/// do
-///   not look at it. The pointer is kept: pass a string of static lifetime.
+///   do not look at it. The pointer is kept: pass a string of static lifetime.
 ///
 /// All of them share these operations, told in CXmlVectorCollection and CXmlTypeCollectionOf: `Add`, `AddAt`, `Item`,
 /// `Remove`, `Clear`, `GetCount`, `begin`, `end`.
