@@ -25,8 +25,7 @@ namespace QvXmlLib9
 ///   A quotient is cut two places behind the maximum before it is rounded.
 /// - A sum or a difference keeps all places of its operands.
 /// - Rounding never carries into the whole part: "0.999" with a maximum of two places is 0 and 100 hundredths, and
-/// prints
-///   as "0.100".
+///   prints as "0.100".
 /// - `ToString(int)` rounds a half away from zero, `ToLong` toward zero, and `ToLongLong` cuts.
 ///
 /// Zero may carry a sign, in the whole part and in the fraction. A zero with a sign equals "0" and is `<` it. It is
