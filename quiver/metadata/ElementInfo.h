@@ -349,8 +349,8 @@ protected:
     /// Moves the cursor behind the element under it.
     static void Consume(CXmlElement** ppCurrent);
 
-    /// Throws CQvValidationException.
     /// @param lpctFormat the text, with one %s for the name.
+    /// @throws CQvValidationException with that text.
     [[noreturn]] static void ThrowMissing(const wchar_t* lpctFormat, const std::wstring& strName);
 
 private:

@@ -36,17 +36,12 @@ CElementInfoAll::CElementInfoAll(const wchar_t* lpctName, const wchar_t* lpctNam
 {
 }
 
-bool CElementInfoAll::ValidateMandatory(bool bFound, bool bThrowIfMissing) const
+bool CElementInfoAllMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
+                                  bool bThrowIfMissing) const
 {
     if (!bFound && bThrowIfMissing)
         ThrowMissing(L"Failed to find the mandatory element [%s]", GetElementName());
     return bFound;
-}
-
-bool CElementInfoAllMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                  bool bThrowIfMissing) const
-{
-    return ValidateMandatory(bFound, bThrowIfMissing);
 }
 
 bool CElementInfoAllOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
@@ -135,12 +130,12 @@ bool CElementInfoAllClsMnd::ElementFromXml(const CXmlSerializationContext& conte
     return true;
 }
 
-bool CElementInfoAllClsMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                     bool bThrowIfMissing) const
+bool CElementInfoAllClsMnd::Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                     bool bFound, bool bThrowIfMissing) const
 {
     if (!bFound && bThrowIfMissing && m_eElementType != ElementType_Pseudo && !m_bContentRequired)
         return true;
-    return ValidateMandatory(bFound, bThrowIfMissing);
+    return CElementInfoAllMnd::Validate(context, pObject, bFound, bThrowIfMissing);
 }
 
 bool CElementInfoAllClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,

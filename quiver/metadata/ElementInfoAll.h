@@ -21,12 +21,6 @@ public:
     CElementInfoAll(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex, ItemType eItemType,
                     const wchar_t* lpctFormat, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                     const CPrimitiveRestrictions& restrictions);
-
-protected:
-    /// The verdict on a mandatory member.
-    /// @throws CQvValidationException "Failed to find the mandatory element [%s]" if the member was not found and
-    ///         `bThrowIfMissing` is set.
-    bool ValidateMandatory(bool bFound, bool bThrowIfMissing) const;
 };
 
 /// A member of an all group that is no collection. Nothing in the library derives from it.
@@ -49,6 +43,8 @@ class QVXMLLIB_API CElementInfoAllMnd : public CElementInfoAll
 public:
     using CElementInfoAll::CElementInfoAll;
 
+    /// @throws CQvValidationException "Failed to find the mandatory element [%s]" if the member was not found and
+    ///         `bThrowIfMissing` is set.
     bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
                   bool bThrowIfMissing) const override;
 };

@@ -97,11 +97,11 @@ bool CElementInfoSeqCol::ElementFromXml(const CXmlSerializationContext& context,
     QvVariant value;
     CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
     *ppCurrent = FromXml_Int(pCollection, pParent, *ppCurrent, context, false);
-    return CheckCount(*pCollection, context, eParentType);
+    return AcceptCount(*pCollection, context, eParentType);
 }
 
-bool CElementInfoSeqCol::CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
-                                    XmlElementType eParentType)
+bool CElementInfoSeqCol::AcceptCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                                     XmlElementType eParentType)
 {
     if (eParentType != ElementType_Element)
         return collection.IsValidCount(context);
@@ -256,7 +256,7 @@ bool CElementInfoSeqUntpdCol::ElementFromXml(const CXmlSerializationContext& con
     QvVariant value;
     CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
     *ppCurrent = ReadWildcardCol(pCollection, pParent, *ppCurrent, context);
-    return CheckCount(*pCollection, context, eParentType);
+    return AcceptCount(*pCollection, context, eParentType);
 }
 
 } // namespace QvXmlLib9Data

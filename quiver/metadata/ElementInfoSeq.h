@@ -86,10 +86,10 @@ public:
                         XmlElementType eParentType) override;
 
 protected:
-    /// Checks the occurrence count after reading.
-    /// @return whether it is valid; with a parent that has an element of its own, an invalid one throws.
-    static bool CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
-                           XmlElementType eParentType);
+    /// Whether the occurrence count after reading is valid; where the parent has an element of its own, an invalid one
+    /// throws.
+    static bool AcceptCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                            XmlElementType eParentType);
 };
 
 extern template class CElementInfoPrim<CElementInfoSeq>;
