@@ -99,7 +99,7 @@ public:
     /// @param context the options.
     /// @param eCompression none or gzip.
     /// @throws CQvException for zlib compression, and for files that cannot be written, with the path and the error
-    /// code.
+    ///         code.
     virtual void ToXmlFile(const wchar_t* lpctFileName, bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding,
                            EOLType eEOLType, const CXmlSerializationContext& context,
                            CompressionType eCompression) const;
@@ -117,7 +117,7 @@ public:
 
     /// The object as the bytes of an XML document, without a byte order mark.
     /// @throws CQvException for Encoding_None, which has no bytes, and for data that compression would not make
-    /// smaller.
+    ///         smaller.
     virtual CBinaryData ToXmlStream(bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding, EOLType eEOLType,
                                     const CXmlSerializationContext& context, CompressionType eCompression) const;
 
