@@ -71,6 +71,16 @@ const std::wstring& CXmlElement::GetText(std::wstring& strBuffer) const
     return m_pText != nullptr ? m_pText->Get(strBuffer) : CXmlText::GetEmpty();
 }
 
+bool CXmlElement::HasText() const
+{
+    return m_pText != nullptr && !m_pText->IsEmpty();
+}
+
+bool CXmlElement::HasTextBesideWhiteSpace() const
+{
+    return m_pText != nullptr && !m_pText->IsWhiteSpace();
+}
+
 const std::wstring& CXmlElement::GetAttribute(const std::wstring& strLocalName,
                                               const std::wstring& strNamespaceURI) const
 {

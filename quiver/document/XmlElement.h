@@ -93,6 +93,7 @@ protected:
     void SetNamespace(const std::wstring& strNamespaceURI);
 
 private:
+    friend class CGeneratedObject;
     friend class CXmlDocument;
     friend class CXmlNodeStore;
     friend class CReadBudget;
@@ -100,6 +101,9 @@ private:
     explicit CXmlElement(const SXmlName& name);
 
     CXmlNodeStore& Store() const { return *m_pName->pStore; }
+
+    bool HasText() const;
+    bool HasTextBesideWhiteSpace() const;
 
     // Named apart from the operations above, so that derived classes can lift those as a whole into their interface.
     CXmlElement* NewChild(const SXmlName& name);

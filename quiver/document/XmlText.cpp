@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace QvXmlLib9
@@ -24,6 +25,18 @@ constexpr std::size_t s_nLongestUtf8Text = 16 * 1024;
 constexpr std::size_t RoundUp(std::size_t nSize)
 {
     return (nSize + alignof(CXmlText) - 1) / alignof(CXmlText) * alignof(CXmlText);
+}
+
+/// Text holds no control characters but white space, so the largest unit tells. Looking at all of them needs no branch
+/// for each: what has to be looked at is mostly the indentation of child elements.
+template <class TUnit>
+bool HasOnlyBlanks(const TUnit* pUnits, std::size_t nCount)
+{
+    using Number = std::make_unsigned_t<std::conditional_t<std::is_same_v<TUnit, wchar_t>, std::int32_t, TUnit>>;
+    Number nLargest = 0;
+    for (std::size_t n = 0; n < nCount; ++n)
+        nLargest = std::max(nLargest, static_cast<Number>(pUnits[n]));
+    return nLargest <= static_cast<Number>(' ');
 }
 
 } // namespace
@@ -54,6 +67,19 @@ const std::wstring& CXmlText::Get(std::wstring& strBuffer) const
     strBuffer.clear();
     AppendUtf8AsUtf16(strBuffer, std::string_view(GetBytes(), m_nLength));
     return strBuffer;
+}
+
+bool CXmlText::IsEmpty() const
+{
+    const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+    return pstrText != nullptr ? pstrText->empty() : m_nLength == 0;
+}
+
+bool CXmlText::IsWhiteSpace() const
+{
+    const std::wstring* const pstrText = m_pstrText.load(std::memory_order_acquire);
+    return pstrText != nullptr ? HasOnlyBlanks(pstrText->data(), pstrText->size())
+                               : HasOnlyBlanks(GetBytes(), m_nLength);
 }
 
 std::wstring& CXmlText::Convert() const

@@ -49,6 +49,11 @@ public:
             this->~CXmlText();
     }
 
+    bool IsEmpty() const;
+
+    /// Whether there is nothing but white space, told without a conversion.
+    bool IsWhiteSpace() const;
+
     /// An empty text, for nodes without any; it lives as long as the process.
     static const std::wstring& GetEmpty();
 

@@ -5,6 +5,7 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/GeneratedClass.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ namespace
 class CTypeReader : public CClassfactoryBase
 {
 public:
-    static std::wstring Type(CXmlElement* pElement) { return GetElementType(pElement); }
+    static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
     static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
 };
 

@@ -60,6 +60,7 @@ void CClassDescription::TypeName(const wchar_t* lpctName, const wchar_t* lpctNam
 
 void CClassDescription::MixedText(int nMember)
 {
+    m_bMixed = true;
     Add(MakeMixedTextRecord({m_eGroup, nMember, false}));
 }
 
@@ -192,6 +193,7 @@ void CClassDescription::Build(SClassTables& tables)
     tables.lpctTypeName = m_lpctTypeName;
     tables.lpctTypeNamespace = m_lpctTypeNamespace;
     tables.bRequiresChoice = m_bRequiresChoice;
+    tables.bMixed = m_bMixed;
 }
 
 } // namespace QvXmlLib9

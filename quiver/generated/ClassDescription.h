@@ -183,6 +183,7 @@ private:
     const wchar_t* m_lpctTypeNamespace = nullptr;
     bool m_bFailIfAttributeUnknown = true;
     bool m_bRequiresChoice = false;
+    bool m_bMixed = false;
     int m_nTextMember = -1;
     std::vector<std::unique_ptr<CElementInfo>> m_elements;
     std::vector<std::unique_ptr<CAttributeInfo>> m_attributes;

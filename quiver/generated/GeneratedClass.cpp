@@ -10,6 +10,18 @@
 namespace QvXmlLib9
 {
 
+namespace
+{
+
+/// With the words that the walker puts around each failure within an element.
+[[noreturn]] void Throw_InElement(const CXmlElement& element, const std::wstring& strWhat)
+{
+    throw CQvValidationException(FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
+                                 CQvValidationException(strWhat));
+}
+
+} // namespace
+
 SRegisterGenerator::SRegisterGenerator()
 {
     Register(9, 0);
@@ -46,6 +58,35 @@ void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerial
     CXmlGeneratedClass::AttributesToXml_Int(pWriter, context);
 }
 
+CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                           const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    // A nested group shares its element with the class around it, which looks.
+    if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
+        Throw_IfContentIsWrong(*pElement, pFirstChild, context);
+    return pNext;
+}
+
+bool CGeneratedObject::IsNilElement() const
+{
+    const INillable* const pNillable = FindNillable(*Tables().pInfo);
+    return pNillable != nullptr && pNillable->IsNil();
+}
+
+void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
+                                              const CXmlSerializationContext& context) const
+{
+    const bool bNil = IsNilElement();
+    const bool bHasText = Tables().bMixed || Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
+        Throw_InElement(element,
+                        FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));
+    if (bNil && pFirstChild != nullptr && !context.GetIgnoreUnknownElements())
+        Throw_InElement(element, FormatString(L"The element [%s] is nil, so it may not hold the element [%s]",
+                                              element.GetLocalName().c_str(), pFirstChild->GetLocalName().c_str()));
+}
+
 void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&),
                                    PfnCreateObject pfnCreate)
 {
@@ -75,7 +116,7 @@ void CGeneratedObject::FreeTables(SClassTables& tables)
 
 void CGeneratedObject::Throw_IfChoiceIsMissing(bool bMissing, const CXmlSerializationContext& context) const
 {
-    if (bMissing && Tables().bRequiresChoice && !context.GetIgnoreMissingChoice())
+    if (bMissing && Tables().bRequiresChoice && !context.GetIgnoreMissingChoice() && !IsNilElement())
         throw CQvValidationException(
             FormatString(L"Failed to convert the element [%s] to XML", ElementName().c_str()),
             CQvValidationException(L"This element is a choice, and as such must have at one (and only one) valid item, "
@@ -88,18 +129,12 @@ void CGeneratedObject::Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElem
     const SClassTables& tables = Tables();
     // Of a nested group the record that holds it knows whether it has to be there.
     if (!bMissing || !tables.bRequiresChoice || context.GetIgnoreMissingChoice() ||
-        tables.pInfo->GetElementType() != QvXmlLib9Data::ElementType_Element)
+        tables.pInfo->GetElementType() != QvXmlLib9Data::ElementType_Element || IsNilElement())
         return;
-    const auto* const pNillable = dynamic_cast<const INillable*>(this);
-    if (pNillable != nullptr && pNillable->IsNil())
-        return;
-    const std::wstring strName = pElement->GetLocalName();
-    throw CQvValidationException(
-        FormatString(L"Failed to process the element [%s]", strName.c_str()),
-        CQvValidationException(FormatString(
-            L"No child elements within the element [%s] were populated. The element represents a choice, so one and "
-            L"only one element should be populated. The element contained no sutable child elements",
-            strName.c_str())));
+    Throw_InElement(*pElement, FormatString(L"No child elements within the element [%s] were populated. The element "
+                                            L"represents a choice, so one and only one element should be populated. "
+                                            L"The element contained no sutable child elements",
+                                            pElement->GetLocalName().c_str()));
 }
 
 // --- Choices -----------------------------------------------------------------------------------------
@@ -111,29 +146,35 @@ bool CChoiceState::IsGiven(const QvVariant& value)
     return value.IsValid();
 }
 
-void CChoiceState::Throw_IfOtherIsSelected(const wchar_t* lpctName, bool bGiven) const
+void CChoiceState::Throw_IfOtherIsSelected(const void* pMember) const
 {
-    if (bGiven && !m_strSelected.empty() && m_strSelected != lpctName)
+    if (IsSelected() && m_pSelected != pMember)
         throw CQvInvalidStateException(
             FormatString(L"The Property [%s] is already set. Only one element within this class bay be set at a time",
                          m_strSelected.c_str()));
 }
 
-void CChoiceState::Select(const wchar_t* lpctName, bool bSet)
+void CChoiceState::Select(const void* pMember, std::wstring_view name)
+{
+    m_strSelected = name;
+    m_pSelected = pMember;
+}
+
+void CChoiceState::Select(const void* pMember, std::wstring_view name, bool bSet)
 {
     if (bSet)
-        m_strSelected = lpctName;
-    else if (m_strSelected == lpctName)
-        m_strSelected.clear();
+        Select(pMember, name);
+    else if (m_pSelected == pMember)
+        Reset();
 }
 
 void CChoiceState::OnEvent(const CXmlObjectBase& collection, IEventSink::MsgType eMsgType)
 {
-    const std::wstring strName = collection.GetElementName();
     if (eMsgType == IEventSink::MsgType_Add)
-        Throw_IfOtherIsSelected(strName.c_str(), true);
-    else if (eMsgType == IEventSink::MsgType_Change)
-        Select(strName.c_str(), static_cast<const CXmlCollectionBase&>(collection).GetCount() > 0);
+        Throw_IfOtherIsSelected(&collection);
+    else if (eMsgType == IEventSink::MsgType_AddComplete || eMsgType == IEventSink::MsgType_RemoveComplete)
+        Select(&collection, collection.GetElementName(),
+               static_cast<const CXmlCollectionBase&>(collection).GetCount() > 0);
 }
 
 } // namespace QvXmlLib9

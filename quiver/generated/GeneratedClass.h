@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 /// @file
@@ -50,6 +51,7 @@ struct SClassTables
     const wchar_t* lpctTypeNamespace = nullptr;
     PfnCreateObject pfnCreate = nullptr;
     bool bRequiresChoice = false;
+    bool bMixed = false;
     std::atomic<bool> bBuilt{false};
 };
 
@@ -57,6 +59,10 @@ struct SClassTables
 class QVXMLLIB_API CGeneratedObject : public CXmlGeneratedClass
 {
 public:
+    /// Members know the object that they belong to.
+    CGeneratedObject(const CGeneratedObject&) = delete;
+    CGeneratedObject& operator=(const CGeneratedObject&) = delete;
+
     CXmlObjectBase* GetBase() override;
     using CXmlObjectBase::GetBase;
     std::wstring GetNamespace() const override;
@@ -81,6 +87,10 @@ protected:
     QvXmlLib9Data::CAttributeInfo** GetClassAttributeInfo() const override { return Tables().ppAttributes; }
     void AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const override;
 
+    /// Refuses what the walker over the records passes by: text where a class has none, and content of a nil element.
+    CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
+                             bool bOptionalChoice) override;
+
     /// Builds the metadata of a class unless they are there.
     static void BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), PfnCreateObject pfnCreate);
     static void FreeTables(SClassTables& tables);
@@ -90,7 +100,13 @@ protected:
     /// The same on reading one.
     void Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElement, const CXmlSerializationContext& context) const;
 
+    /// Whether the object's class is nillable and the object is nil.
+    bool IsNilElement() const;
+
 private:
+    void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
+                                const CXmlSerializationContext& context) const;
+
     mutable bool m_bTellsType = false;
 };
 
@@ -144,8 +160,9 @@ public:
 
     /// Element name of the member that is set, empty for none.
     const std::wstring& GetSelected() const { return m_strSelected; }
+    bool IsSelected() const { return m_pSelected != nullptr; }
 
-    void Reset() { m_strSelected.clear(); }
+    void Reset() { Select(nullptr, L""); }
 
     /// Sets a value or object, or clears it.
     /// @throws CQvInvalidStateException if another member is set.
@@ -153,20 +170,21 @@ public:
     void Set(TMember& member, const TValue& value, const wchar_t* lpctName)
     {
         member.Check(value, lpctName);
-        Throw_IfOtherIsSelected(lpctName, TMember::IsGiven(value));
+        if (TMember::IsGiven(value))
+            Throw_IfOtherIsSelected(&member);
         member.Set(value, lpctName);
-        Select(lpctName, TMember::IsGiven(value));
+        Select(&member, lpctName, TMember::IsGiven(value));
     }
 
     /// `AccessProperty` of a value or object.
     template <class TMember>
     void Access(TMember& member, bool bRead, QvVariant& value, const wchar_t* lpctName)
     {
-        if (!bRead)
-            Throw_IfOtherIsSelected(lpctName, IsGiven(value));
+        if (!bRead && IsGiven(value))
+            Throw_IfOtherIsSelected(&member);
         member.Access(bRead, value, lpctName);
         if (!bRead)
-            Select(lpctName, member.IsSet());
+            Select(&member, lpctName, member.IsSet());
     }
 
     /// `AccessProperty` of a repeated member.
@@ -190,10 +208,13 @@ public:
 
 private:
     static bool IsGiven(const QvVariant& value);
-    void Throw_IfOtherIsSelected(const wchar_t* lpctName, bool bGiven) const;
-    void Select(const wchar_t* lpctName, bool bSet);
+    void Throw_IfOtherIsSelected(const void* pMember) const;
+    void Select(const void* pMember, std::wstring_view name);
+    void Select(const void* pMember, std::wstring_view name, bool bSet);
 
     IEventSink* m_pOwner;
+    /// The member, or its collection: elements of two namespaces may have the same name.
+    const void* m_pSelected = nullptr;
     std::wstring m_strSelected;
 };
 
@@ -221,7 +242,7 @@ protected:
     void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
                    const CXmlSerializationContext& context, bool bOptionalChoice) const override
     {
-        this->Throw_IfChoiceIsMissing(GetSelected().empty(), context);
+        this->Throw_IfChoiceIsMissing(!m_choice.IsSelected(), context);
         CGenerated<TClass, TBase>::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
     }
 
@@ -230,7 +251,7 @@ protected:
     {
         CXmlElement* const pNext =
             CGenerated<TClass, TBase>::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-        this->Throw_IfNoChoiceWasRead(GetSelected().empty(), pElement, context);
+        this->Throw_IfNoChoiceWasRead(!m_choice.IsSelected(), pElement, context);
         return pNext;
     }
 

@@ -60,10 +60,13 @@ public:
         return nWhole + nFraction > 0;
     }
 
+    /// Four digits or more, of which the first is no zero where there are more.
     bool TakeYear()
     {
         Take(L'-');
-        return TakeDigits() >= 4;
+        const bool bZero = !m_rest.empty() && m_rest.front() == L'0';
+        const std::size_t nDigits = TakeDigits();
+        return nDigits == 4 || (nDigits > 4 && !bZero);
     }
 
     bool TakeSeconds() { return TakeTwoDigits() && (!Take(L'.') || TakeDigits() > 0); }
@@ -356,6 +359,20 @@ int TakeSmallNumber(std::wstring_view& rest)
     return static_cast<int>(TakeNumber(rest));
 }
 
+/// Numbers of dates and durations beyond this many digits are refused: no library holds them, and what is calculated
+/// with smaller ones stays within 64 bits.
+constexpr std::size_t s_nMostDigits = 10;
+
+/// TakeNumber for a number that may be too large.
+/// @return false if it is.
+bool TakeSafeNumber(std::wstring_view& rest, unsigned long long& nNumber)
+{
+    rest.remove_prefix(std::min(rest.find_first_not_of(L'0'), rest.size()));
+    const std::size_t nSize = rest.size();
+    nNumber = TakeNumber(rest);
+    return nSize - rest.size() <= s_nMostDigits;
+}
+
 /// Takes a fraction off a text that begins with its point, if it does.
 unsigned int TakeNanoseconds(std::wstring_view& rest)
 {
@@ -369,6 +386,7 @@ unsigned int TakeNanoseconds(std::wstring_view& rest)
     return n;
 }
 
+/// The rule is applied to the number as it is written, also before the year 1 (XML Schema Part 2, appendix E).
 bool IsLeapYear(long long nYear)
 {
     return nYear % 4 == 0 && (nYear % 100 != 0 || nYear % 400 == 0);
@@ -380,7 +398,7 @@ int DaysOfMonth(long long nYear, int nMonth)
     return nMonth == 2 && IsLeapYear(nYear) ? 29 : s_days[nMonth - 1];
 }
 
-/// Days from the first of March of the year 0 of the Gregorian calendar; the year before 1 is 0 here.
+/// Days from the first of March of a year 0, which nobody writes: it only has to keep the order.
 long long DayNumber(long long nYear, int nMonth, int nDay)
 {
     if (nMonth <= 2)
@@ -393,6 +411,9 @@ long long DayNumber(long long nYear, int nMonth, int nDay)
     return nCycle * 146097 + nYearOfCycle * 365 + nYearOfCycle / 4 - nYearOfCycle / 100 + (153 * (nMonth - 3) + 2) / 5 +
            nDay - 1;
 }
+
+/// In minutes.
+constexpr int s_nFurthestZone = 14 * 60;
 
 struct SInstant
 {
@@ -411,10 +432,8 @@ ValueOrder Compare(const SInstant& a, const SInstant& b)
 
 SInstant InstantOf(const SDateFields& fields, int nZoneMinutes)
 {
-    // There is no year 0 in a text: the year before 1 is -1.
-    const long long nYear = fields.nYear < 0 ? fields.nYear + 1 : fields.nYear;
     const long long nMinutes =
-        DayNumber(nYear, fields.nMonth, fields.nDay) * 1440 + fields.nHour * 60 + fields.nMinute - nZoneMinutes;
+        DayNumber(fields.nYear, fields.nMonth, fields.nDay) * 1440 + fields.nHour * 60 + fields.nMinute - nZoneMinutes;
     return {nMinutes * 60 + fields.nSecond, fields.nNanosecond};
 }
 
@@ -431,6 +450,95 @@ SInstant InstantAfter(const SDurationFields& duration, int nYear, int nMonth)
     return {nDays * 86400 + nSign * nSeconds, nSign * static_cast<long long>(duration.nNanosecond)};
 }
 
+/// The digits and marks of one date, taken off its text one after the other.
+class CDateReader
+{
+public:
+    CDateReader(std::wstring_view text, SDateFields& fields)
+        : m_rest(text)
+        , m_fields(fields)
+    {
+    }
+
+    bool ReadYear()
+    {
+        const bool bNegative = Skip(L'-');
+        unsigned long long nYear = 0;
+        if (!TakeSafeNumber(m_rest, nYear))
+            return false;
+        m_fields.nYear = static_cast<long long>(nYear) * (bNegative ? -1 : 1);
+        return nYear != 0;
+    }
+
+    bool ReadMonth()
+    {
+        Skip(L'-');
+        m_fields.nMonth = TakeSmallNumber(m_rest);
+        return m_fields.nMonth >= 1 && m_fields.nMonth <= 12;
+    }
+
+    bool ReadDay()
+    {
+        Skip(L'-');
+        m_fields.nDay = TakeSmallNumber(m_rest);
+        return m_fields.nDay >= 1 && m_fields.nDay <= DaysOfMonth(m_fields.nYear, m_fields.nMonth);
+    }
+
+    bool ReadTime()
+    {
+        Skip(L'T');
+        m_fields.nHour = TakeSmallNumber(m_rest);
+        Skip(L':');
+        m_fields.nMinute = TakeSmallNumber(m_rest);
+        Skip(L':');
+        m_fields.nSecond = TakeSmallNumber(m_rest);
+        m_fields.nNanosecond = TakeNanoseconds(m_rest);
+        const bool bMidnight =
+            m_fields.nHour == 24 && m_fields.nMinute == 0 && m_fields.nSecond == 0 && m_fields.nNanosecond == 0;
+        return bMidnight || (m_fields.nHour <= 23 && m_fields.nMinute <= 59 && m_fields.nSecond <= 59);
+    }
+
+    bool ReadZone()
+    {
+        m_fields.bZone = !m_rest.empty();
+        if (m_rest.empty() || Skip(L'Z'))
+            return true;
+        const int nSign = Skip(L'-') ? -1 : 1;
+        Skip(L'+');
+        const int nHours = TakeSmallNumber(m_rest);
+        Skip(L':');
+        const int nMinutes = TakeSmallNumber(m_rest);
+        m_fields.nZoneMinutes = nSign * (nHours * 60 + nMinutes);
+        return nMinutes <= 59 && nHours * 60 + nMinutes <= s_nFurthestZone;
+    }
+
+private:
+    bool Skip(wchar_t c)
+    {
+        const std::size_t nCount = std::min(m_rest.find_first_not_of(c), m_rest.size());
+        m_rest.remove_prefix(nCount);
+        return nCount > 0;
+    }
+
+    std::wstring_view m_rest;
+    SDateFields& m_fields;
+};
+
+/// The end of a day is the beginning of the next.
+void CarryMidnight(SDateFields& fields, bool bHasDay)
+{
+    if (fields.nHour != 24)
+        return;
+    fields.nHour = 0;
+    if (!bHasDay || ++fields.nDay <= DaysOfMonth(fields.nYear, fields.nMonth))
+        return;
+    fields.nDay = 1;
+    if (++fields.nMonth <= 12)
+        return;
+    fields.nMonth = 1;
+    fields.nYear = fields.nYear == -1 ? 1 : fields.nYear + 1;
+}
+
 } // namespace
 
 bool ReadDateFields(CSimpleType::EForm eForm, std::wstring_view text, SDateFields& fields)
@@ -441,64 +549,12 @@ bool ReadDateFields(CSimpleType::EForm eForm, std::wstring_view text, SDateField
         eForm != CSimpleType::Form_Time && eForm != CSimpleType::Form_Year && eForm != CSimpleType::Form_Day;
     const bool bHasDay = eForm == CSimpleType::Form_DateTime || eForm == CSimpleType::Form_Date ||
                          eForm == CSimpleType::Form_MonthDay || eForm == CSimpleType::Form_Day;
-    const auto Skip = [&text](wchar_t c)
-    {
-        while (!text.empty() && text.front() == c)
-            text.remove_prefix(1);
-    };
-    if (bHasYear)
-    {
-        const bool bNegative = text.front() == L'-';
-        Skip(L'-');
-        if (text.size() > 18 && std::all_of(text.begin(), text.begin() + 18, IsDigit))
-            return false;
-        fields.nYear = static_cast<long long>(TakeNumber(text)) * (bNegative ? -1 : 1);
-        if (fields.nYear == 0)
-            return false;
-        if (bHasMonth)
-            Skip(L'-');
-    }
-    else if (eForm != CSimpleType::Form_Time)
-        Skip(L'-');
-    if (bHasMonth)
-    {
-        fields.nMonth = TakeSmallNumber(text);
-        if (fields.nMonth < 1 || fields.nMonth > 12)
-            return false;
-    }
-    if (bHasDay)
-    {
-        Skip(L'-');
-        fields.nDay = TakeSmallNumber(text);
-        const long long nYear = fields.nYear < 0 ? fields.nYear + 1 : fields.nYear;
-        const int nDays = eForm == CSimpleType::Form_Day ? 31 : DaysOfMonth(nYear, fields.nMonth);
-        if (fields.nDay < 1 || fields.nDay > nDays)
-            return false;
-    }
-    if (eForm == CSimpleType::Form_DateTime || eForm == CSimpleType::Form_Time)
-    {
-        Skip(L'T');
-        fields.nHour = TakeSmallNumber(text);
-        Skip(L':');
-        fields.nMinute = TakeSmallNumber(text);
-        Skip(L':');
-        fields.nSecond = TakeSmallNumber(text);
-        fields.nNanosecond = TakeNanoseconds(text);
-        if (fields.nHour > 23 || fields.nMinute > 59 || fields.nSecond > 59)
-            return false;
-    }
-    fields.bZone = !text.empty();
-    if (fields.bZone && text.front() != L'Z')
-    {
-        const int nSign = text.front() == L'-' ? -1 : 1;
-        text.remove_prefix(1);
-        const int nHours = TakeSmallNumber(text);
-        Skip(L':');
-        const int nMinutes = TakeSmallNumber(text);
-        if (nMinutes > 59 || nHours * 60 + nMinutes > 14 * 60)
-            return false;
-        fields.nZoneMinutes = nSign * (nHours * 60 + nMinutes);
-    }
+    const bool bHasTime = eForm == CSimpleType::Form_DateTime || eForm == CSimpleType::Form_Time;
+    CDateReader reader(text, fields);
+    if ((bHasYear && !reader.ReadYear()) || (bHasMonth && !reader.ReadMonth()) || (bHasDay && !reader.ReadDay()) ||
+        (bHasTime && !reader.ReadTime()) || !reader.ReadZone())
+        return false;
+    CarryMidnight(fields, bHasDay);
     return true;
 }
 
@@ -506,7 +562,6 @@ ValueOrder CompareDates(const SDateFields& a, const SDateFields& b)
 {
     if (a.bZone == b.bZone)
         return Compare(InstantOf(a, a.nZoneMinutes), InstantOf(b, b.nZoneMinutes));
-    constexpr int nFurthestZone = 14 * 60;
     if (!a.bZone)
     {
         const ValueOrder eReverse = CompareDates(b, a);
@@ -515,9 +570,9 @@ ValueOrder CompareDates(const SDateFields& a, const SDateFields& b)
                                                : ValueOrder::None;
     }
     const SInstant instant = InstantOf(a, a.nZoneMinutes);
-    if (Compare(instant, InstantOf(b, nFurthestZone)) == ValueOrder::Below)
+    if (Compare(instant, InstantOf(b, s_nFurthestZone)) == ValueOrder::Below)
         return ValueOrder::Below;
-    return Compare(instant, InstantOf(b, -nFurthestZone)) == ValueOrder::Above ? ValueOrder::Above : ValueOrder::None;
+    return Compare(instant, InstantOf(b, -s_nFurthestZone)) == ValueOrder::Above ? ValueOrder::Above : ValueOrder::None;
 }
 
 bool ReadDurationFields(std::wstring_view text, SDurationFields& fields)
@@ -533,10 +588,8 @@ bool ReadDurationFields(std::wstring_view text, SDurationFields& fields)
             text.remove_prefix(1);
             continue;
         }
-        text.remove_prefix(std::min(text.find_first_not_of(L'0'), text.size()));
-        const std::size_t nSize = text.size();
-        const unsigned long long nNumber = TakeNumber(text);
-        if (nSize - text.size() > 9)
+        unsigned long long nNumber = 0;
+        if (!TakeSafeNumber(text, nNumber))
             return false;
         const unsigned int nNanoseconds = TakeNanoseconds(text);
         switch (text.front())
@@ -667,6 +720,25 @@ std::size_t CountCharacters(std::wstring_view text)
     for (; !text.empty(); ++nCount)
         TakeCharacter(text);
     return nCount;
+}
+
+bool AreEqualBase64(std::wstring_view a, std::wstring_view b)
+{
+    const auto Skip = [](std::wstring_view& text)
+    {
+        text.remove_prefix(std::min(text.find_first_not_of(L' '), text.size()));
+    };
+    for (;;)
+    {
+        Skip(a);
+        Skip(b);
+        if (a.empty() || b.empty())
+            return a.empty() && b.empty();
+        if (a.front() != b.front())
+            return false;
+        a.remove_prefix(1);
+        b.remove_prefix(1);
+    }
 }
 
 std::size_t CountBase64Octets(std::wstring_view text)

@@ -53,8 +53,8 @@ struct SDateFields
     int nZoneMinutes = 0;
 };
 
-/// Reads a text that has the form.
-/// @return false if a field is out of its range: there is no 30th of February.
+/// Reads a text that has the form. 24:00:00 is the beginning of the next day.
+/// @return false if a field is out of its range: there is no 30th of February. So are years of more than ten digits.
 bool ReadDateFields(CSimpleType::EForm eForm, std::wstring_view text, SDateFields& fields);
 
 /// XML Schema Part 2, 3.2.7.4: values with and without a zone have an order only where 14 hours do not matter.
@@ -74,7 +74,7 @@ struct SDurationFields
 };
 
 /// Reads a text that has the form.
-/// @return false if a field has more than nine digits, which no library holds.
+/// @return false if a field has more than ten digits.
 bool ReadDurationFields(std::wstring_view text, SDurationFields& fields);
 
 /// XML Schema Part 2, 3.2.6.2: what adding them to four dates says, if the four agree.
@@ -82,6 +82,9 @@ ValueOrder CompareDurations(const SDurationFields& a, const SDurationFields& b);
 
 /// Characters of a text; a surrogate pair is one.
 std::size_t CountCharacters(std::wstring_view text);
+
+/// Whether two base64 texts stand for the same octets.
+bool AreEqualBase64(std::wstring_view a, std::wstring_view b);
 
 /// Octets that a base64 text stands for.
 std::size_t CountBase64Octets(std::wstring_view text);

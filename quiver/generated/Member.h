@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/collections/Element.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
@@ -55,10 +56,19 @@ struct SFixed
     template <class TType>
     static void Check(const typename TType::Value& value, const wchar_t* lpctName)
     {
-        const CSimpleType& type = TType::Type();
-        const std::wstring strText = ValueText(type, value);
-        if (strText != ValueText(type, ValueOf<TType>(lpctFixed, lpctName)))
+        const std::wstring strText = ValueText(TType::Type(), value);
+        if (strText != FixedText<TType>())
             ThrowNotFixed(strText, lpctName, lpctFixed);
+    }
+
+private:
+    /// As values of the type print: 1.0 is 1. Never destroyed, as objects may be used while the program ends.
+    template <class TType>
+    static const std::wstring& FixedText()
+    {
+        static const std::wstring& s_strFixed =
+            *new std::wstring(ValueText(TType::Type(), ValueOf<TType>(lpctFixed, L"")));
+        return s_strFixed;
     }
 };
 /// @}
@@ -74,26 +84,18 @@ protected:
     /// What is stored for a value that a program gives: text as its type's white space makes it.
     static Value Checked(const Value& value, const wchar_t* lpctName)
     {
-        if constexpr (std::is_same_v<Value, std::wstring>)
-        {
-            Value normalized = TType::Type().Normalize(value);
-            CheckValue(TType::Type(), normalized, lpctName);
-            TRule::template Check<TType>(normalized, lpctName);
-            return normalized;
-        }
-        else
-        {
-            CheckValue(TType::Type(), value, lpctName);
-            TRule::template Check<TType>(value, lpctName);
-            return value;
-        }
+        Value checked = CheckedValue<TType>(value, lpctName);
+        TRule::template Check<TType>(checked, lpctName);
+        return checked;
     }
 
     /// What a document's text becomes.
-    static Value Parsed(QvVariant& variant, const wchar_t* lpctName)
+    /// @param bElement an empty one has its default; an attribute is just empty.
+    static Value Parsed(QvVariant& variant, const wchar_t* lpctName, bool bElement = true)
     {
         std::wstring strText = variant.TakeString();
-        if (const wchar_t* const lpctReplacement = TRule::Replacement(strText))
+        const wchar_t* const lpctReplacement = bElement ? TRule::Replacement(strText) : nullptr;
+        if (lpctReplacement != nullptr)
             strText = lpctReplacement;
         Value value = ValueOf<TType>(std::move(strText), lpctName);
         TRule::template Check<TType>(value, lpctName);
@@ -234,7 +236,7 @@ public:
         if (bRead)
             StoreValue(TType::Type(), Get(), variant);
         else if (variant.IsValid())
-            m_value = Base::Parsed(variant, lpctName);
+            m_value = Base::Parsed(variant, lpctName, false);
         else
             m_value.reset();
     }
@@ -257,6 +259,11 @@ private:
 /// @param bRequired null is refused.
 /// @throws CQvInvalidParamException
 QVXMLLIB_API void CheckObject(const CXmlObjectBase* pObject, const wchar_t* lpctName, bool bRequired);
+
+/// An element that a wildcard lets through may have any name. Whether the wildcard does is asked when it is written.
+inline void CheckObject(const CElement*, const wchar_t*, bool)
+{
+}
 
 /// The same for an object that others may stand for.
 QVXMLLIB_API void CheckAlternative(const CXmlObjectBase* pObject, const wchar_t* lpctName,

@@ -10,6 +10,7 @@
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -62,7 +63,8 @@ public:
             return false;
         }
         pWriter->StartElement(m_strElement, m_strUri);
-        pWriter->WriteText(value.ToString(nullptr), value.GetTypeAsEnum());
+        std::wstring strBuffer;
+        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
         pWriter->EndElement();
         return true;
     }
@@ -274,8 +276,7 @@ public:
 private:
     bool Takes(const CXmlSerializationContext&, const CXmlElement& element) const override
     {
-        return m_wildcard.Allows(element.GetNamespaceURI()) &&
-               (m_wildcard.lpctElementName == nullptr || element.GetLocalName() == m_wildcard.lpctElementName);
+        return m_wildcard.Allows(element.GetNamespaceURI(), element.GetLocalName());
     }
 
     CSmartPtr<CXmlObjectBase> MakeChild(CXmlElement* pElement) const override
@@ -294,6 +295,7 @@ private:
     void WriteChild(const CXmlObjectBase& child, const CXmlSerializationContext& context,
                     CXmlWriter* pWriter) const override
     {
+        m_wildcard.Throw_IfForbidden(static_cast<const CElement&>(child));
         CObjectWriter::Write(child, pWriter, child.GetNamespace().c_str(), context);
     }
 
@@ -339,7 +341,8 @@ public:
         if (!value.IsValid())
             throw CQvValidationException(
                 FormatString(L"The required attribute [%s] has not been set", m_strName.c_str()));
-        const std::wstring strText = value.ToString(nullptr);
+        std::wstring strBuffer;
+        const std::wstring& strText = TextOf(value, nullptr, strBuffer);
         if (!IsSuppressedDefault(context, strText))
             pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
     }

@@ -6,6 +6,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/Records.h"
+#include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
@@ -160,11 +161,18 @@ void CAnyCol::ValidateCount(const CXmlSerializationContext& context) const
                                               bMany ? m_wildcard.nMax : m_wildcard.nMin));
 }
 
+void CAnyCol::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                        const CXmlSerializationContext& context, bool bOptionalChoice) const
+{
+    for (const CElement& element : *this)
+        m_wildcard.Throw_IfForbidden(element);
+    CElementCol::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
+}
+
 CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                   bool)
 {
-    while (pCurrent != nullptr && m_wildcard.Allows(pCurrent->GetNamespaceURI()) &&
-           (m_wildcard.lpctElementName == nullptr || pCurrent->GetLocalName() == m_wildcard.lpctElementName))
+    while (pCurrent != nullptr && m_wildcard.Allows(pCurrent->GetNamespaceURI(), pCurrent->GetLocalName()))
     {
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
@@ -193,6 +201,8 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
+using QvXmlLib9Data::TextOf;
+
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
                               bool) const
 {
@@ -201,11 +211,13 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
     QvVariant value;
+    std::wstring strBuffer;
     for (std::size_t n = 0; n < nCount; ++n)
     {
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
-        pWriter->WriteText(value.ToString(nullptr), value.GetTypeAsEnum());
+        strBuffer.clear();
+        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }

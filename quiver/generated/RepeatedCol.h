@@ -203,6 +203,9 @@ public:
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
+    void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                   const CXmlSerializationContext& context, bool bOptionalChoice) const override;
+
     /// Stops at the first element that the wildcard does not let through.
     CXmlElement* FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                              bool bOptionalChoice) override;
@@ -278,7 +281,17 @@ public:
         , CValueColBase(element)
     {
     }
-    ~CValueCol() override { Clear(); }
+    ~CValueCol() override
+    {
+        // A destructor has nobody to report to, so what a listener throws ends here.
+        try
+        {
+            Clear();
+        }
+        catch (...)
+        {
+        }
+    }
 
     int GetCount() const override { return static_cast<int>(m_values.size()); }
 
@@ -291,8 +304,7 @@ public:
     void AddAt(int nIndex, const Value& value)
     {
         Throw_IfNoPlace(nIndex);
-        CheckValue(TType::Type(), value, Name());
-        Insert(nIndex, value);
+        Insert(nIndex, CheckedValue<TType>(value, Name()));
     }
 
     /// The value at a position, 0 to GetCount() - 1.
@@ -307,6 +319,8 @@ public:
     {
         Throw_IfIndexIsOutOfRange(nIndex);
         FireOnCollectionRemove(nIndex);
+        // Who heard of it may have removed values.
+        Throw_IfIndexIsOutOfRange(nIndex);
         m_values.erase(m_values.begin() + nIndex);
         FireOnCollectionRemoveComplete(nIndex);
         FireOnCollectionChange();
@@ -314,8 +328,10 @@ public:
 
     void Clear() override
     {
+        if (!HasListeners())
+            m_values.clear();
         while (!m_values.empty())
-            Remove(GetCount() - 1);
+            Remove(0);
     }
 
     auto begin() const { return m_values.begin(); }
@@ -326,7 +342,8 @@ protected:
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {
-        const Value item = m_values[nIndex];
+        // Not by a pointer to the value: flags are no objects of their own.
+        const auto& item = m_values[nIndex];
         StoreValue(TType::Type(), item, value);
     }
 
@@ -334,6 +351,7 @@ private:
     void Insert(int nIndex, Value value)
     {
         FireOnCollectionAdd(&value);
+        Throw_IfNoPlace(nIndex);
         m_values.insert(m_values.begin() + nIndex, value);
         FireOnCollectionAddComplete(&value);
         FireOnCollectionChange();

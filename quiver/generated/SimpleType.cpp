@@ -48,6 +48,24 @@ bool HasOrder(CSimpleType::EForm eForm)
            eForm == CSimpleType::Form_Duration;
 }
 
+ValueOrder CompareDurationTexts(std::wstring_view value, std::wstring_view other)
+{
+    SDurationFields fields;
+    SDurationFields otherFields;
+    if (!ReadDurationFields(value, fields) || !ReadDurationFields(other, otherFields))
+        return ValueOrder::None;
+    return CompareDurations(fields, otherFields);
+}
+
+ValueOrder CompareDateTexts(CSimpleType::EForm eForm, std::wstring_view value, std::wstring_view other)
+{
+    SDateFields fields;
+    SDateFields otherFields;
+    if (!ReadDateFields(eForm, value, fields) || !ReadDateFields(eForm, other, otherFields))
+        return ValueOrder::None;
+    return CompareDates(fields, otherFields);
+}
+
 /// Both texts have the form.
 ValueOrder Compare(CSimpleType::EForm eForm, const std::wstring& strValue, const wchar_t* lpctOther)
 {
@@ -55,36 +73,37 @@ ValueOrder Compare(CSimpleType::EForm eForm, const std::wstring& strValue, const
         return OrderOf(CompareDecimals(strValue, lpctOther));
     if (eForm == CSimpleType::Form_Float)
         return CompareNumbers(strValue, lpctOther);
-    if (eForm == CSimpleType::Form_Duration)
-    {
-        SDurationFields value;
-        SDurationFields other;
-        ReadDurationFields(strValue, value);
-        ReadDurationFields(lpctOther, other);
-        return CompareDurations(value, other);
-    }
-    SDateFields value;
-    SDateFields other;
-    ReadDateFields(eForm, strValue, value);
-    ReadDateFields(eForm, lpctOther, other);
-    return CompareDates(value, other);
+    return eForm == CSimpleType::Form_Duration ? CompareDurationTexts(strValue, lpctOther)
+                                               : CompareDateTexts(eForm, strValue, lpctOther);
 }
 
-/// Equality of a value and one of an enumeration.
+bool IsTrue(std::wstring_view text)
+{
+    return text == L"true" || text == L"1";
+}
+
+bool AreEqualHex(std::wstring_view a, std::wstring_view b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](wchar_t c, wchar_t d) { return (c | 0x20) == (d | 0x20); });
+}
+
+/// Equality of two atomic values.
 bool AreEqual(CSimpleType::EForm eForm, const std::wstring& strValue, const wchar_t* lpctOther)
 {
     if (HasOrder(eForm))
         return Compare(eForm, strValue, lpctOther) == ValueOrder::Equal;
-    if (eForm == CSimpleType::Form_Boolean)
-        return (strValue == L"true" || strValue == L"1") ==
-               (std::wstring_view(lpctOther) == L"true" || std::wstring_view(lpctOther) == L"1");
-    if (eForm == CSimpleType::Form_HexBinary)
+    switch (eForm)
     {
-        const std::wstring_view other(lpctOther);
-        return std::equal(strValue.begin(), strValue.end(), other.begin(), other.end(),
-                          [](wchar_t a, wchar_t b) { return (a | 0x20) == (b | 0x20); });
+    case CSimpleType::Form_Boolean:
+        return IsTrue(strValue) == IsTrue(lpctOther);
+    case CSimpleType::Form_HexBinary:
+        return AreEqualHex(strValue, lpctOther);
+    case CSimpleType::Form_Base64Binary:
+        return AreEqualBase64(strValue, lpctOther);
+    default:
+        return strValue == lpctOther;
     }
-    return strValue == lpctOther;
 }
 
 std::string ToUtf8Text(std::wstring_view text)
@@ -138,10 +157,41 @@ int CSimpleType::FindValue(const std::wstring& strText) const
 {
     for (std::size_t n = 0; n < m_nValues; ++n)
     {
-        if (AreEqual(m_eForm, strText, m_ppValues[n]))
+        if (IsSameValue(strText, m_ppValues[n]))
             return static_cast<int>(n);
     }
     return -1;
+}
+
+/// Equality of two values that the type has: 1 and 01 are one number, and one item of a list of numbers.
+bool CSimpleType::IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const
+{
+    if (m_eForm == Form_List)
+    {
+        const std::vector<std::wstring_view> items = SplitList(strText);
+        const std::vector<std::wstring_view> others = SplitList(lpctOther);
+        return std::equal(items.begin(), items.end(), others.begin(), others.end(),
+                          [this](std::wstring_view item, std::wstring_view other)
+                          { return GetItem().IsSameValue(std::wstring(item), std::wstring(other).c_str()); });
+    }
+    if (m_eForm != Form_Union)
+        return AreEqual(m_eForm, strText, lpctOther);
+    const CSimpleType* const pMember = FindMember(strText);
+    return pMember != nullptr && pMember == FindMember(lpctOther) &&
+           pMember->IsSameValue(pMember->Normalize(strText), pMember->Normalize(lpctOther).c_str());
+}
+
+/// The type of a union that a value has: the first that takes it, null for none.
+const CSimpleType* CSimpleType::FindMember(const std::wstring& strText) const
+{
+    const PfnSimpleType* const pEnd = m_pMembers + m_nMembers;
+    const PfnSimpleType* const pFound = std::find_if(m_pMembers, pEnd,
+                                                     [&strText](PfnSimpleType pfnMember)
+                                                     {
+                                                         const CSimpleType& member = pfnMember();
+                                                         return member.IsValid(member.Normalize(strText));
+                                                     });
+    return pFound == pEnd ? nullptr : &(*pFound)();
 }
 
 std::wstring CSimpleType::Normalize(std::wstring strText) const
@@ -161,7 +211,7 @@ bool CSimpleType::HasBounds() const
 
 bool CSimpleType::HasChecks() const
 {
-    const bool bTextForm = m_eForm >= Form_Name || IsDateForm(m_eForm);
+    const bool bTextForm = m_eForm >= Form_Name || IsDateForm(m_eForm) || m_eForm == Form_Duration;
     return bTextForm || m_eWhiteSpace == CWhitespaceUtils::WhitespaceRule_Replace || m_nValues > 0 ||
            m_lpctPattern != nullptr || m_nMinLength >= 0 || m_nMaxLength >= 0 || m_nTotalDigits >= 0 ||
            m_nFractionDigits >= 0 || HasBounds();
@@ -185,10 +235,7 @@ std::wstring CSimpleType::FindFault(const std::wstring& strText) const
 {
     if (m_eForm == Form_Union)
     {
-        const bool bValid = std::any_of(m_pMembers, m_pMembers + m_nMembers,
-                                        [&strText](PfnSimpleType pfnMember)
-                                        { return pfnMember().IsValid(pfnMember().Normalize(strText)); });
-        if (!bValid)
+        if (FindMember(strText) == nullptr)
             return L"The value is of none of the types that it may have";
     }
     else if (m_eForm == Form_List)
@@ -261,10 +308,9 @@ std::wstring CSimpleType::FindBoundsFault(const std::wstring& strText) const
         if (bound.lpctBound == nullptr)
             continue;
         const ValueOrder eOrder = Compare(m_eForm, strText, bound.lpctBound);
+        // A value that has no order to the bound is on neither side of it, so it does not pass.
         const bool bPasses = (bound.bInclusive && eOrder == ValueOrder::Equal) ||
-                             eOrder == (bound.bMinimum ? ValueOrder::Above : ValueOrder::Below) ||
-                             // A value that has no order to the bound cannot be said to break it, except NaN.
-                             (eOrder == ValueOrder::None && m_eForm != Form_Float);
+                             eOrder == (bound.bMinimum ? ValueOrder::Above : ValueOrder::Below);
         if (!bPasses)
             return Quoted(bound.lpctFault, bound.lpctBound);
     }

@@ -181,6 +181,8 @@ public:
     bool IsValid(const std::wstring& strText) const;
 
 private:
+    bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
+    const CSimpleType* FindMember(const std::wstring& strText) const;
     std::wstring FindFault(const std::wstring& strText) const;
     std::wstring FindLengthFault(const std::wstring& strText) const;
     std::wstring FindDigitsFault(const std::wstring& strText) const;

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <limits>
 
 namespace QvXmlLib9
@@ -55,17 +57,59 @@ bool Fits(const std::wstring& strText)
     return ReadInteger(strText, value);
 }
 
-/// CDateTime reads years of four digits.
+/// CDateTime holds years of four digits, and the sign of a zone at its hours alone.
 bool IsDateThatFits(CSimpleType::EForm eForm, const std::wstring& strText)
 {
     SDateFields fields;
-    return ReadDateFields(eForm, strText, fields) && std::abs(fields.nYear) <= 9999;
+    return ReadDateFields(eForm, strText, fields) && std::abs(fields.nYear) <= 9999 &&
+           (fields.nZoneMinutes >= 0 || fields.nZoneMinutes <= -60);
+}
+
+CDateTime MakeDate(CSimpleType::EForm eForm, const SDateFields& fields)
+{
+    const auto nYear = static_cast<short>(fields.nYear);
+    const auto nMonth = static_cast<unsigned char>(fields.nMonth);
+    const auto nDay = static_cast<unsigned char>(fields.nDay);
+    const auto nHour = static_cast<unsigned char>(fields.nHour);
+    const auto nMinute = static_cast<unsigned char>(fields.nMinute);
+    const auto nSecond = static_cast<unsigned char>(fields.nSecond);
+    const auto nMilli = static_cast<unsigned short>(fields.nNanosecond / 1000000);
+    const auto nMicro = static_cast<unsigned short>(fields.nNanosecond / 1000 % 1000);
+    const auto nNano = static_cast<unsigned short>(fields.nNanosecond % 1000);
+    CDateTime value;
+    if (eForm == CSimpleType::Form_DateTime)
+        value.SetDateTime(nYear, nMonth, nDay, nHour, nMinute, nSecond, nMilli, nMicro, nNano);
+    else if (eForm == CSimpleType::Form_Time)
+        value.SetTime(nHour, nMinute, nSecond, nMilli, nMicro, nNano);
+    else if (eForm == CSimpleType::Form_Date)
+        value.SetDate(nYear, nMonth, nDay);
+    else if (eForm == CSimpleType::Form_YearMonth)
+        value.SetGYearMonth(nYear, nMonth);
+    else if (eForm == CSimpleType::Form_Year)
+        value.SetGYear(nYear);
+    else if (eForm == CSimpleType::Form_MonthDay)
+        value.SetGMonthDay(nMonth, nDay);
+    else if (eForm == CSimpleType::Form_Day)
+        value.SetGDay(nDay);
+    else
+        value.SetGMonth(nMonth);
+    return value;
+}
+
+void SetZone(std::wstring_view text, int nMinutes, CDateTime& value)
+{
+    if (text.back() == L'Z')
+        value.SetUTC();
+    else
+        value.SetTimeZone(static_cast<short>(nMinutes / 60), static_cast<unsigned char>(std::abs(nMinutes) % 60));
 }
 
 bool IsDurationThatFits(const std::wstring& strText)
 {
     SDurationFields fields;
-    return ReadDurationFields(strText, fields) && fields.nYears <= std::numeric_limits<unsigned short>::max();
+    constexpr unsigned long long nMost = std::numeric_limits<std::uint32_t>::max();
+    return ReadDurationFields(strText, fields) && fields.nYears <= std::numeric_limits<std::uint16_t>::max() &&
+           fields.nMonths <= nMost && fields.nDays <= nMost && fields.nHours <= nMost;
 }
 
 template <class TNumber>
@@ -192,12 +236,11 @@ void ParseValue(const CSimpleType&, const std::wstring& strText, CBigInteger& va
 
 void ParseValue(const CSimpleType& type, const std::wstring& strText, CDateTime& value)
 {
-    if (type.GetForm() == CSimpleType::Form_DateTime)
-        value.ParseXSDDateTime(strText.c_str());
-    else if (type.GetForm() == CSimpleType::Form_Time)
-        value.ParseXSDTime(strText.c_str());
-    else
-        value.ParseXSDDate(strText.c_str());
+    SDateFields fields;
+    ReadDateFields(type.GetForm(), strText, fields);
+    value = MakeDate(type.GetForm(), fields);
+    if (fields.bZone)
+        SetZone(strText, fields.nZoneMinutes, value);
 }
 
 void ParseValue(const CSimpleType&, const std::wstring& strText, CDateTimeSpan& value)

@@ -164,18 +164,36 @@ typename TType::Value ValueOf(std::wstring strText, const wchar_t* lpctName)
     const CSimpleType& type = TType::Type();
     strText = type.Normalize(std::move(strText));
     type.Check(strText, lpctName);
-    typename TType::Value value{};
-    ParseValue(type, strText, value);
-    return value;
+    if constexpr (std::is_same_v<typename TType::Value, std::wstring>)
+        return strText;
+    else
+    {
+        typename TType::Value value{};
+        ParseValue(type, strText, value);
+        return value;
+    }
 }
 
 /// Checks a value that a program gives.
+/// @return what is to be stored for it: text as its type's white space makes it.
 /// @throws CQvInvalidValueException as CSimpleType::Check does.
-template <class TValue>
-void CheckValue(const CSimpleType& type, const TValue& value, const wchar_t* lpctName)
+template <class TType>
+typename TType::Value CheckedValue(const typename TType::Value& value, const wchar_t* lpctName)
 {
-    if (type.HasChecks() || std::is_enum_v<TValue>)
-        type.Check(ValueText(type, value), lpctName);
+    const CSimpleType& type = TType::Type();
+    if constexpr (std::is_same_v<typename TType::Value, std::wstring>)
+    {
+        std::wstring strText = type.Normalize(value);
+        if (type.HasChecks())
+            type.Check(strText, lpctName);
+        return strText;
+    }
+    else
+    {
+        if (type.HasChecks())
+            type.Check(ValueText(type, value), lpctName);
+        return value;
+    }
 }
 
 /// @name UTF-8 at the accessors, for code generated with `--text utf8`

@@ -1,6 +1,8 @@
 #include "quiver/generated/Wildcard.h"
 
 #include "quiver/collections/Element.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
@@ -32,6 +34,20 @@ void DropLayout(CElement& element)
         for (CElement& child : *spChildren)
             waiting.push_back(&child);
     }
+}
+
+bool SWildcard::Allows(const std::wstring& strNamespace, const std::wstring& strLocalName) const
+{
+    return Allows(strNamespace) && (lpctElementName == nullptr || strLocalName == lpctElementName);
+}
+
+void SWildcard::Throw_IfForbidden(const CElement& element) const
+{
+    const std::wstring strNamespace = element.GetNamespace();
+    const std::wstring strName = element.GetName();
+    if (!Allows(strNamespace, strName))
+        throw CQvValidationException(FormatString(L"The element [%s] of the namespace [%s] may not stand here",
+                                                  strName.c_str(), strNamespace.c_str()));
 }
 
 } // namespace QvXmlLib9

@@ -8,6 +8,8 @@
 namespace QvXmlLib9
 {
 
+class CElement;
+
 /// What a wildcard of a schema lets through (XML Schema Part 1, 3.10): xs:any and xs:anyAttribute. A constant; the
 /// texts it is given are literals.
 struct QVXMLLIB_API SWildcard
@@ -28,6 +30,12 @@ struct QVXMLLIB_API SWildcard
 
     /// Whether a namespace is let through.
     bool Allows(const std::wstring& strNamespace) const;
+    /// Whether an element is let through.
+    bool Allows(const std::wstring& strNamespace, const std::wstring& strLocalName) const;
+
+    /// @throws CQvValidationException "The element [%s] of the namespace [%s] may not stand here", before it is
+    ///         written.
+    void Throw_IfForbidden(const CElement& element) const;
 };
 
 class CElement;
