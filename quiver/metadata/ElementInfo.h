@@ -329,7 +329,7 @@ protected:
                          const std::wstring& strNamespaceRestriction, const std::wstring& strTargetNamespace);
 
     /// Namespace of a new open element until it is read. A list of plain URIs gives an empty one, although one of them
-    /// would satisfy the restriction: that is meant.
+    /// would satisfy the restriction (docs/compatibility.md: Lists of namespaces).
     static std::wstring GetAnyDefaultNamespace(const wchar_t* lpctRestriction, const wchar_t* lpctParentNamespace,
                                                const wchar_t* lpctTargetNamespace);
 

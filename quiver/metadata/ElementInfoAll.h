@@ -132,7 +132,8 @@ public:
 };
 
 /// A mandatory child of a known class, filled in place. With an element of its own and no required content it may be
-/// missing; a pseudo child may not, whatever `bContentRequired` says. That is the reverse of the sequence, and meant.
+/// missing; a pseudo child may not, whatever `bContentRequired` says. That is the reverse of the sequence
+/// (docs/compatibility.md: Required content in an all group).
 class QVXMLLIB_API CElementInfoAllClsMnd : public CElementInfoCls<CElementInfoAllMnd>
 {
 public:

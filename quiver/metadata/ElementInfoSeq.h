@@ -122,7 +122,7 @@ public:
 };
 
 /// A mandatory element whose type is an enumeration. Under a pseudo parent it does not skip unknown elements, unlike
-/// CElementInfoSeqPrimMnd: that is meant.
+/// CElementInfoSeqPrimMnd (docs/compatibility.md: Unknown elements ahead of an enumeration).
 class QVXMLLIB_API CElementInfoSeqEnumMnd : public CElementInfoEnum<CElementInfoSeq>
 {
 public:

@@ -114,7 +114,7 @@ void CXmlTextWriter::WriteProcessingInstruction(std::wstring_view strText)
 
 void CXmlTextWriter::WriteInlineSchema(std::wstring_view strText)
 {
-    // The start tag stays open on purpose: the schema text stands inside it.
+    // The start tag stays open, because the schema text stands inside it.
     AppendLine(L" ");
     AppendLine(strText);
     FlushIfLong();
@@ -195,7 +195,7 @@ void CXmlTextWriter::AppendRootDeclarations()
     }
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
-        // A longer URI that begins like the XML namespace is passed over as well; that is meant.
+        // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
         if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
             continue;
         m_pStream->AppendUnit(L' ');
