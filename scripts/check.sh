@@ -43,6 +43,11 @@ done < <(git ls-files 'quiver/*.cpp')
 # The list of public headers is what the umbrella header reaches.
 diff -u cmake/public_headers.txt <(scripts/list_public_headers.sh) || complain "cmake/public_headers.txt is out of date"
 
+# A behaviour that looks wrong is cited by the name of its entry.
+while IFS= read -r name; do
+    grep -qxF "### $name" docs/compatibility.md || complain "docs/compatibility.md has no entry \"$name\""
+done < <(git grep -ohE 'docs/compatibility\.md: [A-Z][^).:]*' -- '*.h' '*.cpp' | sed -e 's/^[^:]*: //' -e 's/ *$//' | sort -u)
+
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then
     complain "the macros above hold code"

@@ -104,6 +104,14 @@ void CElementInfo::CheckRestriction(const QvVariant& value) const
     QvXmlLib9::CheckRestriction(m_strName.c_str(), value, m_eItemType, m_restrictions);
 }
 
+bool CElementInfo::AllowsEmptyChoice(const CXmlGeneratedClass* pObject) const
+{
+    if (m_eEmptyChoice != EmptyChoice::UpToCollection)
+        return m_eEmptyChoice == EmptyChoice::Allowed;
+    QvVariant value;
+    return ReadCollection(pObject, value).GetMinOccurs() == 0;
+}
+
 bool CElementInfo::IsThisElement(const CXmlSerializationContext& context, const CXmlElement* pElement) const
 {
     return pElement != nullptr && pElement->GetLocalName() == m_strName &&

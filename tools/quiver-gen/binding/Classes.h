@@ -43,7 +43,7 @@ public:
     std::vector<const schema::SComplexType*> Select() const;
 
     /// Makes the classes, once the names of types are chosen.
-    /// @throw CContentTooLarge
+    /// @throws CContentTooLarge
     void Build(const std::vector<const schema::SComplexType*>& types);
 
     /// Names what may stand where a class is declared, by xsi:type and in substitution groups.
