@@ -12,6 +12,7 @@
 #include "quiver/core/XmlGeneratedClass.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/core/XmlSerializationContext.h"
+#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/document/NamespaceAliasMap.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlDocument.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FIOctetWriter.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <array>
