@@ -1,8 +1,8 @@
 // Simple values per second: text to value and back, facets, and what a variant costs; beside each the plain way with
 // the standard library or PCRE. Every benchmark checks its answer before it measures.
 
-#include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/values/ItemTraits.h"
+#include "quiver/values/RestrictionCheck.h"
 
 #include <benchmark/benchmark.h>
 #include <pcre.h>

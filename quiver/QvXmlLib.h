@@ -40,5 +40,6 @@
 #include "quiver/values/DateTimeSpan.h"
 #include "quiver/values/Decimal.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 #include "quiver/values/QvVariant.h"
 #include "quiver/values/WhitespaceUtils.h"

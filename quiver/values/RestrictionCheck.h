@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiver/metadata/PrimitiveRestrictions.h"
 #include "quiver/values/ItemTraits.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 
 /// @file
 /// The facets of a simple type applied to one value. Internal to the library: generated code checks through the
