@@ -1,5 +1,6 @@
 #include "quiver/values/BigInteger.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/Decimal.h"
 #include "quiver/values/WhitespaceUtils.h"
@@ -28,11 +29,6 @@ constexpr std::size_t s_nLimbDigits = 9;
 
 /// Any number of so many digits fits an unsigned 64-bit word.
 constexpr std::size_t s_nWordDigits = 19;
-
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
 
 bool IsZero(const CDigits& digits)
 {
