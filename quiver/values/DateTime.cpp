@@ -1,5 +1,6 @@
 #include "quiver/values/DateTime.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
@@ -181,11 +182,6 @@ T ToField(int nValue)
 
 // --- Text -----------------------------------------------------------------------------------------------------------
 
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
 /// Reads exactly `nCount` digits.
 template <class T>
 bool ReadDigits(const wchar_t* p, int nCount, T& nValue)
@@ -195,7 +191,7 @@ bool ReadDigits(const wchar_t* p, int nCount, T& nValue)
     {
         if (!IsDigit(p[i]))
             return false;
-        nRead = nRead * 10 + (p[i] - L'0');
+        nRead = nRead * 10 + DigitValue(p[i]);
     }
     nValue = static_cast<T>(nRead);
     return true;
@@ -215,8 +211,7 @@ void SetOrClear(CDateTime& dt, TSet set)
     }
 }
 
-template <class T>
-DTCompareResult CompareNumbers(T a, T b)
+DTCompareResult CompareNumbers(double a, double b)
 {
     if (a * b < 0)
         return CDateTime::DTCompareResult_Indeterminate;
@@ -402,7 +397,7 @@ void CDateTime::SetXSDTime(std::wstring_view text)
         {
             if (nDigits == 9)
                 ThrowInvalid(L"Invalid XSD Time [%s] Fraction part too long", text);
-            groups[nDigits / 3] += (text[nAt] - L'0') * weights[nDigits % 3];
+            groups[nDigits / 3] += DigitValue(text[nAt]) * weights[nDigits % 3];
         }
         m_milli = static_cast<std::uint16_t>(groups[0]);
         m_micro = static_cast<std::uint16_t>(groups[1]);
@@ -841,26 +836,56 @@ CDateTime CDateTime::GetNormalized() const
 
 CDateTime::DTCompareResult CDateTime::CompareFields(const CDateTime& a, const CDateTime& b)
 {
+    struct SField
+    {
+        bool STypeTraits::*pbPresent;
+        /// @param first the first operand of the comparison.
+        double (*pfnValueOf)(const CDateTime& date, const CDateTime& first);
+    };
+    // Both sides have the month of the first operand, so that differing months are equal: facets and orders of existing
+    // data were settled by this comparison, and would come out otherwise by another one.
+    static constexpr SField s_fields[] = {
+        {&STypeTraits::bYear,
+         [](const CDateTime& date, const CDateTime&) -> double
+         {
+             return date.m_year;
+         }},
+        {&STypeTraits::bMonth,
+         [](const CDateTime&, const CDateTime& first) -> double
+         {
+             return first.GetMonth();
+         }},
+        {&STypeTraits::bDay,
+         [](const CDateTime& date, const CDateTime&) -> double
+         {
+             return date.m_day;
+         }},
+        {&STypeTraits::bTime,
+         [](const CDateTime& date, const CDateTime&) -> double
+         {
+             return date.m_hour;
+         }},
+        {&STypeTraits::bTime,
+         [](const CDateTime& date, const CDateTime&) -> double
+         {
+             return date.m_minute;
+         }},
+        {&STypeTraits::bTime,
+         [](const CDateTime& date, const CDateTime&)
+         {
+             return date.GetRealSecond();
+         }},
+    };
     const STypeTraits& traitsA = TraitsOf(a.m_type);
     const STypeTraits& traitsB = TraitsOf(b.m_type);
-    DTCompareResult result = CompareNumbers<int>(traitsA.bYear ? a.m_year : -1, traitsB.bYear ? b.m_year : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    // The number of the month is the first operand's on both sides, so that differing months are equal. It has always
-    // been so, and orders that were stored by it must not change.
-    result = CompareNumbers<int>(traitsA.bMonth ? a.m_month : -1, traitsB.bMonth ? a.GetMonth() : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bDay ? a.m_day : -1, traitsB.bDay ? b.m_day : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bTime ? a.m_hour : -1, traitsB.bTime ? b.m_hour : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bTime ? a.m_minute : -1, traitsB.bTime ? b.m_minute : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    return CompareNumbers<double>(traitsA.bTime ? a.GetRealSecond() : -1.0, traitsB.bTime ? b.GetRealSecond() : -1.0);
+    for (const SField& field : s_fields)
+    {
+        const DTCompareResult eResult = CompareNumbers(traitsA.*field.pbPresent ? field.pfnValueOf(a, a) : -1.0,
+                                                       traitsB.*field.pbPresent ? field.pfnValueOf(b, a) : -1.0);
+        if (eResult != DTCompareResult_Equal)
+            return eResult;
+    }
+    return DTCompareResult_Equal;
 }
 
 CDateTime::DTCompareResult CDateTime::CompareTo(const CDateTime& other) const
