@@ -1,9 +1,10 @@
 #pragma once
 
 #include "quiver/values/Conversions.h"
+#include "quiver/values/IntegerText.h"
 #include "quiver/values/ItemType.h"
-#include "quiver/values/NumberText.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/RealWriter.h"
 
 #include <cstdint>
 #include <string>
