@@ -211,7 +211,8 @@ void SetOrClear(CDateTime& dt, TSet set)
     }
 }
 
-DTCompareResult CompareNumbers(double a, double b)
+template <class T>
+DTCompareResult CompareNumbers(T a, T b)
 {
     if (a * b < 0)
         return CDateTime::DTCompareResult_Indeterminate;
@@ -836,56 +837,23 @@ CDateTime CDateTime::GetNormalized() const
 
 CDateTime::DTCompareResult CDateTime::CompareFields(const CDateTime& a, const CDateTime& b)
 {
-    struct SField
+    const STypeTraits& traitsA = TraitsOf(a.m_type);
+    const STypeTraits& traitsB = TraitsOf(b.m_type);
+    DTCompareResult eResult = DTCompareResult_Equal;
+    const auto Differ = [&](bool STypeTraits::*pbPresent, auto ValueOf)
     {
-        bool STypeTraits::*pbPresent;
-        /// @param first the first operand of the comparison.
-        double (*pfnValueOf)(const CDateTime& date, const CDateTime& first);
+        eResult = CompareNumbers(traitsA.*pbPresent ? ValueOf(a) : -1, traitsB.*pbPresent ? ValueOf(b) : -1);
+        return eResult != DTCompareResult_Equal;
     };
     // Both sides have the month of the first operand, so that differing months are equal: facets and orders of existing
     // data were settled by this comparison, and would come out otherwise by another one.
-    static constexpr SField s_fields[] = {
-        {&STypeTraits::bYear,
-         [](const CDateTime& date, const CDateTime&) -> double
-         {
-             return date.m_year;
-         }},
-        {&STypeTraits::bMonth,
-         [](const CDateTime&, const CDateTime& first) -> double
-         {
-             return first.GetMonth();
-         }},
-        {&STypeTraits::bDay,
-         [](const CDateTime& date, const CDateTime&) -> double
-         {
-             return date.m_day;
-         }},
-        {&STypeTraits::bTime,
-         [](const CDateTime& date, const CDateTime&) -> double
-         {
-             return date.m_hour;
-         }},
-        {&STypeTraits::bTime,
-         [](const CDateTime& date, const CDateTime&) -> double
-         {
-             return date.m_minute;
-         }},
-        {&STypeTraits::bTime,
-         [](const CDateTime& date, const CDateTime&)
-         {
-             return date.GetRealSecond();
-         }},
-    };
-    const STypeTraits& traitsA = TraitsOf(a.m_type);
-    const STypeTraits& traitsB = TraitsOf(b.m_type);
-    for (const SField& field : s_fields)
-    {
-        const DTCompareResult eResult = CompareNumbers(traitsA.*field.pbPresent ? field.pfnValueOf(a, a) : -1.0,
-                                                       traitsB.*field.pbPresent ? field.pfnValueOf(b, a) : -1.0);
-        if (eResult != DTCompareResult_Equal)
-            return eResult;
-    }
-    return DTCompareResult_Equal;
+    static_cast<void>(Differ(&STypeTraits::bYear, [](const CDateTime& date) { return date.m_year; }) ||
+                      Differ(&STypeTraits::bMonth, [&](const CDateTime&) { return a.GetMonth(); }) ||
+                      Differ(&STypeTraits::bDay, [](const CDateTime& date) { return date.m_day; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.m_hour; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.m_minute; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.GetRealSecond(); }));
+    return eResult;
 }
 
 CDateTime::DTCompareResult CDateTime::CompareTo(const CDateTime& other) const
