@@ -424,7 +424,7 @@ std::wstring CConversions::stringFromString(const std::wstring& value, CWhitespa
 
 std::wstring CConversions::booleanToString(bool value)
 {
-    return TextBy(&AppendBoolean, value);
+    return std::wstring(WordOf(value));
 }
 
 bool CConversions::booleanFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)

@@ -4,9 +4,10 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// @file
-/// Lexical forms that are appended to a buffer, so that writing a value takes no string of its own. The conversions of
+/// Lexical forms that come without a string of their own, for writing many values into one buffer. The conversions of
 /// CConversions print by these, too. Internal to the library.
 
 namespace QvXmlLib9
@@ -30,16 +31,16 @@ inline void AppendUI4(std::wstring& strOut, unsigned long value)
     AppendUnsigned(strOut, static_cast<std::uint32_t>(value));
 }
 
-/// Appends a text as it stands.
-inline void AppendString(std::wstring& strOut, const std::wstring& strValue)
+/// A text as it stands.
+inline std::wstring_view ViewOf(const std::wstring& strValue)
 {
-    strOut += strValue;
+    return strValue;
 }
 
-/// Appends "true" or "false".
-inline void AppendBoolean(std::wstring& strOut, bool bValue)
+/// "true" or "false".
+inline std::wstring_view WordOf(bool bValue)
 {
-    strOut += bValue ? L"true" : L"false";
+    return bValue ? L"true" : L"false";
 }
 
 } // namespace QvXmlLib9

@@ -34,9 +34,11 @@ TEST(ItemText, TheLow32BitsOfALongPrint)
     EXPECT_TEXT(L"=4294967295", TextBy(&AppendUI4, static_cast<unsigned long>(0x1FFFFFFFFLL)));
 }
 
-TEST(ItemText, WordsAndTextAreAppended)
+TEST(ItemText, WordsAndTextAreSeenAsTheyStand)
 {
-    EXPECT_TEXT(L"=true", TextBy(&AppendBoolean, true));
-    EXPECT_TEXT(L"=false", TextBy(&AppendBoolean, false));
-    EXPECT_TEXT(L"= a ", TextBy(&AppendString, std::wstring(L" a ")));
+    EXPECT_TEXT(L"true", std::wstring(WordOf(true)));
+    EXPECT_TEXT(L"false", std::wstring(WordOf(false)));
+    const std::wstring strText(L" a\0b ", 5);
+    EXPECT_EQ(ViewOf(strText).data(), strText.data());
+    EXPECT_EQ(ViewOf(strText).size(), strText.size());
 }
