@@ -3,12 +3,12 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Export.h"
-#include "quiver/metadata/PrimitiveRestrictions.h"
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/DateTime.h"
 #include "quiver/values/DateTimeSpan.h"
 #include "quiver/values/Decimal.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <cstddef>

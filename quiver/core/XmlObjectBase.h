@@ -1,10 +1,10 @@
 #pragma once
 
 #include "quiver/core/XmlSerializationContext.h"
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/ShortText.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <atomic>
 #include <cstdint>

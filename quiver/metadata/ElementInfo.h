@@ -2,8 +2,8 @@
 
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
-#include "quiver/metadata/PrimitiveRestrictions.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <atomic>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/StringBuffer.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <string>
