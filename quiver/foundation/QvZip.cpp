@@ -138,7 +138,7 @@ void CQvZip::Compress(CBinaryData& data, CompressionType eType)
         return;
     unsigned long ulLength = data.GetLength();
     unsigned char* pData = data.ReleaseData();
-    // Data that cannot be compressed are lost; `data` stays empty then. That is meant.
+    // `data` stays empty then (docs/compatibility.md: Data that cannot be compressed).
     ByteArray pOwner(pData);
     CompressBuffer(&pData, &ulLength, eType);
     static_cast<void>(pOwner.release());
