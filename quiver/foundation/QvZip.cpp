@@ -165,7 +165,8 @@ void CQvZip::CompressBuffer(unsigned char** ppData, unsigned long* pdwLen, Compr
     c_stream.avail_out = dwLen;
     deflate(&c_stream, Z_NO_FLUSH);
     // Input that is left because the output is full is no fault of the program: these data do not shrink.
-    QV_ASSERT_MSG(c_stream.avail_in == 0 || c_stream.avail_out == 0, "c_stream.avail_in == 0");
+    if (c_stream.avail_out != 0)
+        QV_ASSERT(c_stream.avail_in == 0);
     const int nResult = deflate(&c_stream, Z_FINISH);
     if (nResult != Z_STREAM_END)
         throw CQvException(FormatString(L"Failed to compress data. [Error Code: %d]", nResult));
