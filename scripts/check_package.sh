@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
-# static, and by pkg-config. Compares the installed files with the list that is checked in.
+# static, and by pkg-config; and then its sources as a part of another project. Each CMake project has classes made of a
+# schema too. Compares the installed files with the list that is checked in.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,11 +17,39 @@ if ! diff -u cmake/installed_files.txt "$scratch/installed"; then
     exit 1
 fi
 
+# Runs all programs of the foreign project in a folder that it was built in.
+run_programs()
+{
+    local program
+    for program in consumer_QvXmlLib9 consumer_QvXmlLib9_static generated_QvXmlLib9 generated_QvXmlLib9_static; do
+        "$1/$program"
+    done
+}
+
 echo "check_package: find_package"
-cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cp -r tests/package "$scratch/source"
+cmake -S "$scratch/source" -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$scratch/build" >/dev/null
-"$scratch/build/consumer_QvXmlLib9"
-"$scratch/build/consumer_QvXmlLib9_static"
+run_programs "$scratch/build"
+
+echo "check_package: a schema that changes"
+sed -i 's/name="title"/name="heading"/' "$scratch/source/book.xsd"
+if cmake --build "$scratch/build" --target generated_QvXmlLib9 >/dev/null 2>&1; then
+    echo "check_package: the classes were not made anew when an included schema changed" >&2
+    exit 1
+fi
+sed -i 's/name="heading"/name="title"/' "$scratch/source/book.xsd"
+cmake --build "$scratch/build" --target generated_QvXmlLib9 >/dev/null
+"$scratch/build/generated_QvXmlLib9"
+
+echo "check_package: add_subdirectory"
+launcher=()
+if command -v ccache >/dev/null; then
+    launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+cmake -S "$scratch/source" -B "$scratch/part" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUIVER_SUBPROJECT="$PWD" "${launcher[@]}" >/dev/null
+cmake --build "$scratch/part" >/dev/null
+run_programs "$scratch/part"
 
 echo "check_package: pkg-config"
 pc=$(find "$prefix" -name quiver.pc)
