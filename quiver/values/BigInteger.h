@@ -107,7 +107,7 @@ public:
 
     /// The remainder, with the sign of this number: -7 % 2 is -1. Zero for a number that is zero.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator%." if `other` is negative, or zero and this number
-    /// is not.
+    ///         is not.
     CBigInteger operator%(const CBigInteger& other) const;
 
     CBigInteger& operator+=(const CBigInteger& other);
@@ -116,12 +116,12 @@ public:
 
     /// The quotient, cut toward zero. Other than `/` it refuses a negative divisor.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator /=." if `other` is negative, or zero and this
-    /// number is not.
+    ///         number is not.
     CBigInteger& operator/=(const CBigInteger& other);
 
     /// The remainder, as `%` gives it.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator%=." if `other` is negative, or zero and this
-    /// number is not.
+    ///         number is not.
     CBigInteger& operator%=(const CBigInteger& other);
 
     /// Negates this object in place and returns it; use GetNegative where this object must keep its value.
@@ -139,8 +139,8 @@ public:
     /// @throws CQvInvalidValueException "ERROR: Value out of bound of int." beyond MIN_LONG or MAX_LONG.
     operator int() const;
 
-    /// Exact for magnitudes up to 4999999999 only: powers of ten and their products are held in 32 bits and wrap, and
-    /// callers have come to rely on it. Use `CDecimal::ToLongLong` for the whole range.
+    /// Exact for magnitudes up to 4999999999 only: powers of ten and their products are held in 32 bits and wrap
+    /// (docs/compatibility.md: Big integers as 64 bits). Use `CDecimal::ToLongLong` for the whole range.
     /// @throws CQvInvalidValueException "ERROR: Value out of bound of LONGLONG." beyond MIN_LONGLONG or MAX_LONGLONG.
     operator __int64() const;
 

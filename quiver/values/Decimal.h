@@ -19,14 +19,12 @@ namespace QvXmlLib9
 /// A fixed-point number: a whole part of any size, and a fraction whose digits are bounded by a process-wide maximum of
 /// decimal places.
 ///
-/// The rounding rules differ between operations, and documents depend on each of them:
+/// The rounding rules differ between operations (docs/compatibility.md: Rounding of decimals):
 /// - A parsed text, a product and a quotient that has more places than the maximum is rounded to it, a half toward
-/// zero.
-///   A quotient is cut two places behind the maximum before it is rounded.
+///   zero. A quotient is cut two places behind the maximum before it is rounded.
 /// - A sum or a difference keeps all places of its operands.
 /// - Rounding never carries into the whole part: "0.999" with a maximum of two places is 0 and 100 hundredths, and
-/// prints
-///   as "0.100".
+///   prints as "0.100".
 /// - `ToString(int)` rounds a half away from zero, `ToLong` toward zero, and `ToLongLong` cuts.
 ///
 /// Zero may carry a sign, in the whole part and in the fraction. A zero with a sign equals "0" and is `<` it. It is
@@ -116,7 +114,8 @@ public:
     /// a fraction is cut after 1024 characters, that of a whole number is not.
     std::wstring ToString() const;
 
-    /// The number with `nPlaces` decimal places, a half rounded away from zero. Callers rely on these:
+    /// The number with `nPlaces` decimal places, a half rounded away from zero
+    /// (docs/compatibility.md: Printed places of decimals):
     /// - 0 places leave the point, as in "3."; a negative number of places works like 0;
     /// - zeros at the end of the rounded fraction are not printed beyond the first, so 0.995 with two places is "1.0";
     /// - nothing is rounded if `nPlaces` is not below the maximum of decimal places.
@@ -132,7 +131,7 @@ public:
 
     /// The nearest double. A value too small for one gives a zero with the sign of the value.
     /// @throws CQvOverFlowException "The Decimal value if to large to fit into a Double" if the whole part lies beyond
-    /// `CBigInteger::MIN_DOUBLE` or `CBigInteger::MAX_DOUBLE`.
+    ///         `CBigInteger::MIN_DOUBLE` or `CBigInteger::MAX_DOUBLE`.
     double ToDouble() const;
 
     /// The value rounded to a whole number, a half toward zero.
