@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
-# static, and by pkg-config. Compares the installed files with the list that is checked in.
+# static, and by pkg-config; and then its sources as a part of another project. Each CMake project has classes made of a
+# schema too. Compares the installed files with the list that is checked in.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -35,6 +36,16 @@ sed -i 's/31500/40000/' "$scratch/changed/units.xsd"
 cmake --build "$scratch/changed/build" --target parcel_none >/dev/null
 generated=$scratch/changed/build/parcel_none_generated/Parcel.cpp
 grep -q 40000 "$generated" || { echo "check_package: a changed schema leaves its classes as they were" >&2; exit 1; }
+
+echo "check_package: add_subdirectory"
+# The flags of the build that is there, so that a compiler cache has the objects.
+flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON)
+if command -v ccache >/dev/null; then
+    flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+cmake -S tests/package -B "$scratch/part" -G Ninja -DQUIVER_SUBPROJECT="$PWD" "${flags[@]}" >/dev/null
+cmake --build "$scratch/part" --target parcel_none >/dev/null
+"$scratch/part/parcel_none"
 
 echo "check_package: pkg-config"
 pc=$(find "$prefix" -name quiver.pc)

@@ -42,7 +42,7 @@ target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-foreach(_name MessageChains_test Threads_test)
+foreach(_name InvoiceClasses_test MessageChains_test Threads_test)
     target_link_libraries(${_name} PRIVATE quiver_example_classes)
 endforeach()
 

@@ -294,8 +294,10 @@ public:
     /// @throws CQvInvalidParamException for null and for an object under another element name.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        // A new object that is refused has no other owner.
+        const CSmartPtr<TClass> spObject = pObject;
         CheckObject(pObject, lpctName, true);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }
@@ -327,8 +329,9 @@ public:
     /// Sets the object, or takes it away with null. Throws as Check does.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }
@@ -365,8 +368,9 @@ public:
     /// Sets the object, or takes it away with null. Throws as Check does.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }
