@@ -1,8 +1,8 @@
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Encoder.h"
-#include "quiver/foundation/FileTextStream.h"
 #include "quiver/foundation/QvZip.h"
+#include "quiver/output/FileTextStream.h"
 
 #include <benchmark/benchmark.h>
 

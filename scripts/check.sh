@@ -31,6 +31,48 @@ while IFS= read -r source; do
     fi
 done < <(git ls-files 'quiver/*.cpp')
 
+# The layers, from the ground: a unit includes its own and those before it.
+layers=(foundation values output fastinfoset document collections metadata core generated)
+
+# Includes that go up all the same, each list for one reason. One that is gone has to leave its list.
+known_upward_includes=(
+    # A collection is an object, and CXmlObjectBase reads and writes itself as a class of core.
+    "quiver/collections/XmlCollection.h quiver/core/XmlObjectBase.h"
+    # Parsers take what the context of the conversion says, and that context belongs to the objects.
+    "quiver/document/ExpatReader.cpp quiver/core/XmlSerializationContext.h"
+    "quiver/document/XmlDocument.cpp quiver/core/XmlSerializationContext.h"
+    # The reader builds the tree of a document through the document's own operations.
+    "quiver/fastinfoset/FastInfosetReader.cpp quiver/document/XmlDocument.h"
+    # A record reads and writes properties of the class that it describes, under the context of the conversion.
+    "quiver/metadata/AttributeInfo.cpp quiver/core/XmlGeneratedClass.h"
+    "quiver/metadata/AttributeInfo.cpp quiver/core/XmlSerializationContext.h"
+    "quiver/metadata/ElementInfo.cpp quiver/core/XmlGeneratedClass.h"
+    "quiver/metadata/ElementInfo.cpp quiver/core/XmlSerializationContext.h"
+    "quiver/metadata/ElementInfoAll.cpp quiver/core/XmlSerializationContext.h"
+    "quiver/metadata/ElementInfoChoice.cpp quiver/core/XmlSerializationContext.h"
+    "quiver/metadata/ElementInfoSeq.cpp quiver/core/ReadBudget.h"
+    "quiver/metadata/ElementInfoSeq.cpp quiver/core/XmlSerializationContext.h"
+)
+upward_includes()
+{
+    git grep -E '^#include "quiver/[^/"]+/' -- 'quiver/*/*.h' 'quiver/*/*.cpp' |
+        awk -F '[:"]' -v layers="${layers[*]}" '
+            BEGIN { for (n = split(layers, name, " "); n > 0; --n) rank[name[n]] = n }
+            {
+                split($1, unit, "/")
+                split($3, header, "/")
+                if (!(unit[2] in rank) || !(header[2] in rank) || rank[header[2]] > rank[unit[2]])
+                    print $1, $3
+            }'
+}
+layer_changes=$(diff <(printf '%s\n' "${known_upward_includes[@]}" | LC_ALL=C sort) <(upward_includes | LC_ALL=C sort) || true)
+while read -r mark unit header; do
+    case "$mark" in
+    '>') complain "$unit includes $header, which is of a higher layer or of none" ;;
+    '<') complain "$unit no longer includes $header; take it off the known upward includes" ;;
+    esac
+done <<<"$layer_changes"
+
 # Every unit has a test of its stem.
 while IFS= read -r source; do
     stem=$(basename "${source%.cpp}")
@@ -42,6 +84,11 @@ done < <(git ls-files 'quiver/*.cpp')
 
 # The list of public headers is what the umbrella header reaches.
 diff -u cmake/public_headers.txt <(scripts/list_public_headers.sh) || complain "cmake/public_headers.txt is out of date"
+
+# A behaviour that looks wrong is cited by the name of its entry.
+while IFS= read -r name; do
+    grep -qxF "### $name" docs/compatibility.md || complain "docs/compatibility.md has no entry \"$name\""
+done < <(git grep -ohE 'docs/compatibility\.md: [A-Z][^).:]*' -- '*.h' '*.cpp' | sed -e 's/^[^:]*: //' -e 's/ *$//' | sort -u)
 
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then

@@ -85,7 +85,9 @@ endif()
 # Classes as the schema compiler writes them.
 add_library(quiver_sample_classes STATIC "${CMAKE_CURRENT_SOURCE_DIR}/generated/SampleClasses.cpp")
 target_link_libraries(quiver_sample_classes PUBLIC Quiver::QvXmlLib9_static PRIVATE quiver_build_settings)
-target_link_libraries(GeneratedClass_test PRIVATE quiver_sample_classes)
+foreach(_name Alternatives_test ClassDescription_test GeneratedClass_test Member_test Records_test RepeatedCol_test)
+    target_link_libraries(${_name} PRIVATE quiver_sample_classes)
+endforeach()
 
 # --- Code of the documentation --------------------------------------------------------------------------------------
 
@@ -105,7 +107,7 @@ target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DI
 
 # --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
 
-if(TARGET quiver_gen)
+if(TARGET quiver_fi)
     add_library(quiver_gen_test_support STATIC "${CMAKE_CURRENT_SOURCE_DIR}/support/SampleBinding.cpp")
     target_link_libraries(quiver_gen_test_support PUBLIC quiver_gen PRIVATE quiver_build_settings)
     file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")

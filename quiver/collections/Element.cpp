@@ -95,7 +95,7 @@ CElement::~CElement() = default;
 void CElement::Init(const wchar_t* lpctName, const wchar_t* lpctNamespace, const wchar_t* lpctRestriction,
                     const wchar_t* lpctTargetNamespace)
 {
-    // A null namespace passes: callers rely on that.
+    // A null namespace passes (docs/compatibility.md: Elements without a namespace).
     Throw_IfNull(lpctName, L"Element Name must have a value");
     Throw_IfNull(lpctRestriction, L"Namespace Restriction must have a value");
     Throw_IfNull(lpctTargetNamespace, L"Target Namespace must have a value");
@@ -307,7 +307,7 @@ const CElement* CElement::AsPlainElement(const CXmlObjectBase& object)
 }
 
 /// Writes the element with its own default namespace, by a writer of its own whose output is put into the outer one as
-/// it is. The attributes are not written in this way: that is meant.
+/// it is. The attributes are not written in this way (docs/compatibility.md: Attributes of open elements).
 void CElement::WriteSpliced(CXmlWriter* pWriter, bool bOptionalChoice) const
 {
     CXmlTextWriter* const pXmlTextOut = dynamic_cast<CXmlTextWriter*>(pWriter);

@@ -90,7 +90,8 @@ public:
     /// Tests the namespaces of the element, of its attributes, and of everything below it against a restriction.
     /// Nothing is stored.
     /// @throws CQvInvalidNamespaceException "The namespace %s in the class %s is invalid against restriction %s", with
-    ///         the name of this element first and its namespace second, whichever namespace failed. That is meant.
+    ///         the name of this element first and its namespace second, whichever namespace failed
+    ///         (docs/compatibility.md: Names in namespace failures).
     void SetNamespaceRestrictions(const wchar_t* lpctRestriction, const wchar_t* lpctTargetNamespace);
 
     /// Reads the root of a document into this element, on the default context: its name, namespace and text replace
@@ -163,7 +164,8 @@ private:
 };
 
 /// Elements of any name. The restriction given at construction tests the namespace given there and no more: afterwards
-/// the collection takes elements of every namespace, and any number of them. Callers rely on both.
+/// the collection takes elements of every namespace, and any number of them
+/// (docs/compatibility.md: Restrictions of open collections).
 class QVXMLLIB_API CElementCol : public CXmlCollection
 {
 public:
@@ -179,7 +181,7 @@ public:
                 int nMinOccurs, int nMaxOccurs);
     ~CElementCol() override;
 
-    /// The target namespace, not that of the items: that is meant.
+    /// The target namespace, not that of the items (docs/compatibility.md: Namespaces of open collections).
     std::wstring GetNamespace() const override;
 
     /// Adds an element in the namespace of the collection.

@@ -53,7 +53,8 @@ public:
 
     /// Removes the item at a position.
     /// @param nIndex 0 to GetCount() - 1.
-    /// @throws CQvInvalidParamException "Index %d is out of range, use 0 - %d", where the second number is GetCount().
+    /// @throws CQvInvalidParamException "Index %d is out of range, use 0 - %d" with GetCount() as the second number
+    ///         (docs/compatibility.md: Ranges in messages).
     virtual void Remove(int nIndex) = 0;
 
     /// Tests the count of items against the limits, unless the context ignores invalid counts.

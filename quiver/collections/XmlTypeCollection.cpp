@@ -3,9 +3,9 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
-#include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/ItemTraits.h"
+#include "quiver/values/RestrictionCheck.h"
 
 #include <cstdint>
 #include <functional>

@@ -3,12 +3,12 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Export.h"
-#include "quiver/metadata/PrimitiveRestrictions.h"
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/DateTime.h"
 #include "quiver/values/DateTimeSpan.h"
 #include "quiver/values/Decimal.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <cstddef>
@@ -35,8 +35,7 @@
 ///   `lpctMaxExclusive`, `nLength`: the facets, see CPrimitiveRestrictions;
 /// - `eWhitespaceRule`: what is done to the text of an element before it is converted;
 /// - `lpctFormat`: format for `r4ToString`, `r8ToString` or `decimalToString` of CConversions, or null; other classes
-/// do
-///   not look at it. The pointer is kept: pass a string of static lifetime.
+///   do not look at it. The pointer is kept: pass a string of static lifetime.
 ///
 /// All of them share these operations, told in CXmlVectorCollection and CXmlTypeCollectionOf: `Add`, `AddAt`, `Item`,
 /// `Remove`, `Clear`, `GetCount`, `begin`, `end`.
@@ -149,7 +148,8 @@ public:
 
     /// A copy of the value at a position.
     /// @param nIndex 0 to GetCount() - 1.
-    /// @throws CQvInvalidParamException "Index %d is out of range, use 0 - %d", where the second number is GetCount().
+    /// @throws CQvInvalidParamException "Index %d is out of range, use 0 - %d" with GetCount() as the second number
+    ///         (docs/compatibility.md: Ranges in messages).
     TItem Item(int nIndex) const;
 
 protected:
@@ -427,8 +427,8 @@ public:
 /// What the five collections of CDateTime share. A value must be of the date kind of the class; that and the facets are
 /// tested before the addition is announced.
 ///
-/// The writer is told that the items are date-times, whichever of the five kinds they are: that is meant, and decides
-/// what a Fast Infoset document holds.
+/// The writer is told that the items are date-times, whichever of the five kinds they are, which decides what a Fast
+/// Infoset document holds (docs/compatibility.md: Dates of a collection).
 class QVXMLLIB_API CdatetimeBaseCol : public CXmlVectorCollection<CDateTime, const CDateTime&>
 {
 public:

@@ -10,8 +10,6 @@
 #include "quiver/foundation/StackGuard.h"
 #include "quiver/metadata/AttributeInfo.h"
 #include "quiver/metadata/ElementInfo.h"
-#include "quiver/metadata/ElementInfoAll.h"
-#include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
@@ -199,33 +197,12 @@ void CXmlGeneratedClass::ProcessElementChoiceToXml(const CXmlSerializationContex
             L"currently there are none set");
 }
 
-namespace
-{
-
-template <class... TInfo>
-bool IsAnyOf(const CElementInfo* pInfo)
-{
-    return ((dynamic_cast<const TInfo*>(pInfo) != nullptr) || ...);
-}
-
-} // namespace
-
 bool CXmlGeneratedClass::DoesElementContainOptionalElements() const
 {
     for (CElementInfo** ppElements = GetClassElementInfo(); *ppElements != nullptr; ++ppElements)
     {
-        const CElementInfo* const pInfo = *ppElements;
-        if (IsAnyOf<CElementInfoChoicePrimOpt, CElementInfoChoiceClsOpt, CElementInfoChoiceAbsClsOpt,
-                    CElementInfoChoiceEnumOpt, CElementInfoChoiceUntpdOpt>(pInfo))
+        if ((*ppElements)->AllowsEmptyChoice(this))
             return true;
-        if (IsAnyOf<CElementInfoChoicePrimCol, CElementInfoChoiceClsCol, CElementInfoChoiceAbsClsCol,
-                    CElementInfoChoiceEnumCol, CElementInfoChoiceUntpdCol>(pInfo))
-        {
-            QvVariant value;
-            ReadProperty(pInfo->GetPropertyIndex(), value);
-            if (value.GetXmlCollection()->GetMinOccurs() == 0)
-                return true;
-        }
     }
     return false;
 }

@@ -48,8 +48,7 @@ public:
     /// Reads or stores one property.
     /// @param nPropertyIndex the index that was given to the metadata record.
     /// @param bRead true: `value` receives the property, an unset optional one as an invalid variant; false: the
-    /// property
-    ///        takes `value`.
+    ///        property takes `value`.
     virtual void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) = 0;
 
     /// The one record that describes the class.

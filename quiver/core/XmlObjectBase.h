@@ -1,10 +1,10 @@
 #pragma once
 
 #include "quiver/core/XmlSerializationContext.h"
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/ShortText.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <atomic>
 #include <cstdint>
@@ -99,7 +99,7 @@ public:
     /// @param context the options.
     /// @param eCompression none or gzip.
     /// @throws CQvException for zlib compression, and for files that cannot be written, with the path and the error
-    /// code.
+    ///         code.
     virtual void ToXmlFile(const wchar_t* lpctFileName, bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding,
                            EOLType eEOLType, const CXmlSerializationContext& context,
                            CompressionType eCompression) const;
@@ -117,7 +117,7 @@ public:
 
     /// The object as the bytes of an XML document, without a byte order mark.
     /// @throws CQvException for Encoding_None, which has no bytes, and for data that compression would not make
-    /// smaller.
+    ///         smaller.
     virtual CBinaryData ToXmlStream(bool bIncludeDocHeader, bool bFormat, XmlEncoding eEncoding, EOLType eEOLType,
                                     const CXmlSerializationContext& context, CompressionType eCompression) const;
 
@@ -212,7 +212,8 @@ protected:
     /// The first object of the process reports a wrong generator version, once.
     CXmlObjectBase();
 
-    /// Copies the element name, and the reference count too: the copy does not start at 0. That is meant.
+    /// Copies the element name, and the reference count too: the copy does not start at 0.
+    /// (docs/compatibility.md: Copies of counted objects)
     CXmlObjectBase(const CXmlObjectBase& source);
 
     /// @param lpctName the name, copied; null counts as empty.
@@ -240,7 +241,7 @@ protected:
     /// Whether a namespace fits the constraint of a wildcard (XML Schema Part 1, 3.10.1).
     ///
     /// A list of several tokens is served by its first token alone, beyond which only an empty namespace, or one that
-    /// equals the whole list, passes. Callers rely on that.
+    /// equals the whole list, passes (docs/compatibility.md: Lists of namespaces).
     /// @param lpctNamespace the namespace under test.
     /// @param lpctAllowedList "##any", "##other", "##local", "##targetNamespace" or URIs, separated by blanks.
     /// @param lpctTargetNamespace the target namespace of the schema.

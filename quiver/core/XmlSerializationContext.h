@@ -1,10 +1,10 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/document/NamespaceAliasMap.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <atomic>
 #include <string>

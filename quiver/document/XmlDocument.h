@@ -1,8 +1,8 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <cstddef>
 #include <cstdint>

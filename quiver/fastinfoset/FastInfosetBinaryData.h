@@ -50,8 +50,7 @@ public:
     /// together, which is meant. Without bytes the text is empty, whatever the index.
     /// @param ulIndex 1 to 9.
     /// @throws CQvException "Unknown byte encoding." for another index; "Invalid value for SHORT byte encoding." and
-    /// its
-    ///         like (INT, LONG, FLOAT, DOUBLE, UUID) when the bytes are no whole number of values.
+    ///         its like (INT, LONG, FLOAT, DOUBLE, UUID) when the bytes are no whole number of values.
     std::wstring GetAsString(unsigned long ulIndex) const;
 
     /// What SetAsEncodedString does, without a block of its own: appends the octets to `strOctets`.

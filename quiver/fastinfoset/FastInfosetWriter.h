@@ -1,9 +1,9 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FIOctetWriter.h"
 #include "quiver/fastinfoset/FIRepetition.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <array>

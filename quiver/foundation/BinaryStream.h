@@ -1,8 +1,8 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <cstdint>
 #include <string>

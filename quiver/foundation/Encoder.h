@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/BinaryData.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <cstddef>
 #include <string>

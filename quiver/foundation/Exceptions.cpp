@@ -121,131 +121,45 @@ CQvException* CQvException::Clone() const
     return new CQvException(*this);
 }
 
-CQvValidationException::CQvValidationException() = default;
-CQvValidationException::CQvValidationException(std::wstring strMessage)
-    : CQvException(std::move(strMessage))
+template <class TException, class TBase>
+CQvExceptionOf<TException, TBase>::CQvExceptionOf() = default;
+
+template <class TException, class TBase>
+CQvExceptionOf<TException, TBase>::CQvExceptionOf(std::wstring strMessage)
+    : TBase(std::move(strMessage))
 {
 }
-CQvValidationException::CQvValidationException(std::wstring strMessage, const CQvException& inner)
-    : CQvException(std::move(strMessage), inner)
+
+template <class TException, class TBase>
+CQvExceptionOf<TException, TBase>::CQvExceptionOf(std::wstring strMessage, const CQvException& inner)
+    : TBase(std::move(strMessage), inner)
 {
 }
-CQvValidationException::CQvValidationException(const CQvException& source)
-    : CQvException(source)
+
+template <class TException, class TBase>
+CQvExceptionOf<TException, TBase>::CQvExceptionOf(const CQvException& source)
+    : TBase(source)
 {
 }
-CQvValidationException::CQvValidationException(const CQvValidationException& source) = default;
-CQvValidationException& CQvValidationException::operator=(const CQvValidationException& source) = default;
+
+template <class TException, class TBase>
+CQvException* CQvExceptionOf<TException, TBase>::Clone() const
+{
+    return new TException(static_cast<const TException&>(*this));
+}
+
+template class CQvExceptionOf<CQvValidationException, CQvException>;
+template class CQvExceptionOf<CQvInvalidValueException, CQvValidationException>;
+template class CQvExceptionOf<CQvInvalidNamespaceException, CQvValidationException>;
+template class CQvExceptionOf<CQvInvalidStateException, CQvException>;
+template class CQvExceptionOf<CQvInvalidParamException, CQvException>;
+template class CQvExceptionOf<CQvOverFlowException, CQvException>;
+
 CQvValidationException::~CQvValidationException() = default;
-CQvException* CQvValidationException::Clone() const
-{
-    return new CQvValidationException(*this);
-}
-
-CQvInvalidValueException::CQvInvalidValueException() = default;
-CQvInvalidValueException::CQvInvalidValueException(std::wstring strMessage)
-    : CQvValidationException(std::move(strMessage))
-{
-}
-CQvInvalidValueException::CQvInvalidValueException(std::wstring strMessage, const CQvException& inner)
-    : CQvValidationException(std::move(strMessage), inner)
-{
-}
-CQvInvalidValueException::CQvInvalidValueException(const CQvException& source)
-    : CQvValidationException(source)
-{
-}
-CQvInvalidValueException::CQvInvalidValueException(const CQvInvalidValueException& source) = default;
-CQvInvalidValueException& CQvInvalidValueException::operator=(const CQvInvalidValueException& source) = default;
 CQvInvalidValueException::~CQvInvalidValueException() = default;
-CQvException* CQvInvalidValueException::Clone() const
-{
-    return new CQvInvalidValueException(*this);
-}
-
-CQvInvalidNamespaceException::CQvInvalidNamespaceException() = default;
-CQvInvalidNamespaceException::CQvInvalidNamespaceException(std::wstring strMessage)
-    : CQvValidationException(std::move(strMessage))
-{
-}
-CQvInvalidNamespaceException::CQvInvalidNamespaceException(std::wstring strMessage, const CQvException& inner)
-    : CQvValidationException(std::move(strMessage), inner)
-{
-}
-CQvInvalidNamespaceException::CQvInvalidNamespaceException(const CQvException& source)
-    : CQvValidationException(source)
-{
-}
-CQvInvalidNamespaceException::CQvInvalidNamespaceException(const CQvInvalidNamespaceException& source) = default;
-CQvInvalidNamespaceException&
-CQvInvalidNamespaceException::operator=(const CQvInvalidNamespaceException& source) = default;
 CQvInvalidNamespaceException::~CQvInvalidNamespaceException() = default;
-CQvException* CQvInvalidNamespaceException::Clone() const
-{
-    return new CQvInvalidNamespaceException(*this);
-}
-
-CQvInvalidStateException::CQvInvalidStateException() = default;
-CQvInvalidStateException::CQvInvalidStateException(std::wstring strMessage)
-    : CQvException(std::move(strMessage))
-{
-}
-CQvInvalidStateException::CQvInvalidStateException(std::wstring strMessage, const CQvException& inner)
-    : CQvException(std::move(strMessage), inner)
-{
-}
-CQvInvalidStateException::CQvInvalidStateException(const CQvException& source)
-    : CQvException(source)
-{
-}
-CQvInvalidStateException::CQvInvalidStateException(const CQvInvalidStateException& source) = default;
-CQvInvalidStateException& CQvInvalidStateException::operator=(const CQvInvalidStateException& source) = default;
 CQvInvalidStateException::~CQvInvalidStateException() = default;
-CQvException* CQvInvalidStateException::Clone() const
-{
-    return new CQvInvalidStateException(*this);
-}
-
-CQvInvalidParamException::CQvInvalidParamException() = default;
-CQvInvalidParamException::CQvInvalidParamException(std::wstring strMessage)
-    : CQvException(std::move(strMessage))
-{
-}
-CQvInvalidParamException::CQvInvalidParamException(std::wstring strMessage, const CQvException& inner)
-    : CQvException(std::move(strMessage), inner)
-{
-}
-CQvInvalidParamException::CQvInvalidParamException(const CQvException& source)
-    : CQvException(source)
-{
-}
-CQvInvalidParamException::CQvInvalidParamException(const CQvInvalidParamException& source) = default;
-CQvInvalidParamException& CQvInvalidParamException::operator=(const CQvInvalidParamException& source) = default;
 CQvInvalidParamException::~CQvInvalidParamException() = default;
-CQvException* CQvInvalidParamException::Clone() const
-{
-    return new CQvInvalidParamException(*this);
-}
-
-CQvOverFlowException::CQvOverFlowException() = default;
-CQvOverFlowException::CQvOverFlowException(std::wstring strMessage)
-    : CQvException(std::move(strMessage))
-{
-}
-CQvOverFlowException::CQvOverFlowException(std::wstring strMessage, const CQvException& inner)
-    : CQvException(std::move(strMessage), inner)
-{
-}
-CQvOverFlowException::CQvOverFlowException(const CQvException& source)
-    : CQvException(source)
-{
-}
-CQvOverFlowException::CQvOverFlowException(const CQvOverFlowException& source) = default;
-CQvOverFlowException& CQvOverFlowException::operator=(const CQvOverFlowException& source) = default;
 CQvOverFlowException::~CQvOverFlowException() = default;
-CQvException* CQvOverFlowException::Clone() const
-{
-    return new CQvOverFlowException(*this);
-}
 
 } // namespace QvXmlLib9

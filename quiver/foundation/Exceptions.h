@@ -76,100 +76,79 @@ private:
     std::vector<std::shared_ptr<const CQvException>> m_replacedInners;
 };
 
-/// A document or an object breaks its schema: element order, missing mandatory item, occurrence limits.
-class QVXMLLIB_API CQvValidationException : public CQvException
+/// What the classes of the family have in common: the constructors, and a clone of their own type. None of them adds
+/// anything else.
+/// @tparam TException the class that derives from this one.
+/// @tparam TBase the class above it in the family.
+template <class TException, class TBase>
+class QVXMLLIB_API CQvExceptionOf : public TBase
 {
 public:
-    CQvValidationException();
-    explicit CQvValidationException(std::wstring strMessage);
-    CQvValidationException(std::wstring strMessage, const CQvException& inner);
-    CQvValidationException(const CQvException& source);
-    CQvValidationException(const CQvValidationException& source);
-    CQvValidationException& operator=(const CQvValidationException& source);
-    ~CQvValidationException() override;
+    CQvExceptionOf();
+    explicit CQvExceptionOf(std::wstring strMessage);
+    CQvExceptionOf(std::wstring strMessage, const CQvException& inner);
+
+    /// Takes over message and inner exception of any exception of the family.
+    CQvExceptionOf(const CQvException& source);
 
 protected:
     CQvException* Clone() const override;
+};
+
+/// A document or an object breaks its schema: element order, missing mandatory item, occurrence limits.
+class QVXMLLIB_API CQvValidationException : public CQvExceptionOf<CQvValidationException, CQvException>
+{
+public:
+    using CQvExceptionOf::CQvExceptionOf;
+    ~CQvValidationException() override;
 };
 
 /// A single value cannot be what its type says: conversions from text, dates, durations, decimals, integers.
-class QVXMLLIB_API CQvInvalidValueException : public CQvValidationException
+class QVXMLLIB_API CQvInvalidValueException : public CQvExceptionOf<CQvInvalidValueException, CQvValidationException>
 {
 public:
-    CQvInvalidValueException();
-    explicit CQvInvalidValueException(std::wstring strMessage);
-    CQvInvalidValueException(std::wstring strMessage, const CQvException& inner);
-    CQvInvalidValueException(const CQvException& source);
-    CQvInvalidValueException(const CQvInvalidValueException& source);
-    CQvInvalidValueException& operator=(const CQvInvalidValueException& source);
+    using CQvExceptionOf::CQvExceptionOf;
     ~CQvInvalidValueException() override;
-
-protected:
-    CQvException* Clone() const override;
 };
 
 /// A namespace does not fit the element or attribute that it was given to.
-class QVXMLLIB_API CQvInvalidNamespaceException : public CQvValidationException
+class QVXMLLIB_API CQvInvalidNamespaceException
+    : public CQvExceptionOf<CQvInvalidNamespaceException, CQvValidationException>
 {
 public:
-    CQvInvalidNamespaceException();
-    explicit CQvInvalidNamespaceException(std::wstring strMessage);
-    CQvInvalidNamespaceException(std::wstring strMessage, const CQvException& inner);
-    CQvInvalidNamespaceException(const CQvException& source);
-    CQvInvalidNamespaceException(const CQvInvalidNamespaceException& source);
-    CQvInvalidNamespaceException& operator=(const CQvInvalidNamespaceException& source);
+    using CQvExceptionOf::CQvExceptionOf;
     ~CQvInvalidNamespaceException() override;
-
-protected:
-    CQvException* Clone() const override;
 };
 
 /// The present state of an object forbids the operation.
-class QVXMLLIB_API CQvInvalidStateException : public CQvException
+class QVXMLLIB_API CQvInvalidStateException : public CQvExceptionOf<CQvInvalidStateException, CQvException>
 {
 public:
-    CQvInvalidStateException();
-    explicit CQvInvalidStateException(std::wstring strMessage);
-    CQvInvalidStateException(std::wstring strMessage, const CQvException& inner);
-    CQvInvalidStateException(const CQvException& source);
-    CQvInvalidStateException(const CQvInvalidStateException& source);
-    CQvInvalidStateException& operator=(const CQvInvalidStateException& source);
+    using CQvExceptionOf::CQvExceptionOf;
     ~CQvInvalidStateException() override;
-
-protected:
-    CQvException* Clone() const override;
 };
 
 /// A bad argument: an index out of range, an item that is not there, a null where none is allowed.
-class QVXMLLIB_API CQvInvalidParamException : public CQvException
+class QVXMLLIB_API CQvInvalidParamException : public CQvExceptionOf<CQvInvalidParamException, CQvException>
 {
 public:
-    CQvInvalidParamException();
-    explicit CQvInvalidParamException(std::wstring strMessage);
-    CQvInvalidParamException(std::wstring strMessage, const CQvException& inner);
-    CQvInvalidParamException(const CQvException& source);
-    CQvInvalidParamException(const CQvInvalidParamException& source);
-    CQvInvalidParamException& operator=(const CQvInvalidParamException& source);
+    using CQvExceptionOf::CQvExceptionOf;
     ~CQvInvalidParamException() override;
-
-protected:
-    CQvException* Clone() const override;
 };
 
 /// A decimal does not fit the number type that it is converted to.
-class QVXMLLIB_API CQvOverFlowException : public CQvException
+class QVXMLLIB_API CQvOverFlowException : public CQvExceptionOf<CQvOverFlowException, CQvException>
 {
 public:
-    CQvOverFlowException();
-    explicit CQvOverFlowException(std::wstring strMessage);
-    CQvOverFlowException(std::wstring strMessage, const CQvException& inner);
-    CQvOverFlowException(const CQvException& source);
-    CQvOverFlowException(const CQvOverFlowException& source);
-    CQvOverFlowException& operator=(const CQvOverFlowException& source);
+    using CQvExceptionOf::CQvExceptionOf;
     ~CQvOverFlowException() override;
-
-protected:
-    CQvException* Clone() const override;
 };
+
+extern template class CQvExceptionOf<CQvValidationException, CQvException>;
+extern template class CQvExceptionOf<CQvInvalidValueException, CQvValidationException>;
+extern template class CQvExceptionOf<CQvInvalidNamespaceException, CQvValidationException>;
+extern template class CQvExceptionOf<CQvInvalidStateException, CQvException>;
+extern template class CQvExceptionOf<CQvInvalidParamException, CQvException>;
+extern template class CQvExceptionOf<CQvOverFlowException, CQvException>;
 
 } // namespace QvXmlLib9

@@ -1,6 +1,7 @@
 #include "quiver/foundation/Functions.h"
 
 #include "quiver/foundation/Assert.h"
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/platform/Platform.h"
 
@@ -49,8 +50,8 @@ struct SArguments
 int ReadNumber(const wchar_t*& p)
 {
     long long nNumber = 0;
-    for (; *p >= L'0' && *p <= L'9'; ++p)
-        nNumber = std::min<long long>(nNumber * 10 + (*p - L'0'), INT_MAX);
+    for (; IsDigit(*p); ++p)
+        nNumber = std::min<long long>(nNumber * 10 + DigitValue(*p), INT_MAX);
     return static_cast<int>(nNumber);
 }
 
@@ -491,7 +492,7 @@ wchar_t* WritePadded(wchar_t* p, unsigned long long nValue, int nWidth)
         ++nDigits;
     wchar_t* const pEnd = p + std::max(nDigits, nWidth);
     for (wchar_t* pDigit = pEnd; pDigit != p; nValue /= 10)
-        *--pDigit = static_cast<wchar_t>(L'0' + nValue % 10);
+        *--pDigit = DigitOf(static_cast<unsigned int>(nValue % 10));
     return pEnd;
 }
 

@@ -10,12 +10,11 @@ namespace QvXmlLib9
 
 /// Formats like `printf`, with the wide meaning of the conversions, whatever the platform and the locale: `%s` and `%c`
 /// take wide text, `%S` and `%C` narrow text; ahead of any of them `h` means narrow and `l` wide. Flags, width,
-/// precision,
-/// `*` and the conversions `d i u o x X c C s S e E f F g G p n %` are understood; `%n` takes its pointer and writes
-/// nothing through it. `%d` and its kin print 32-bit values, also with `l`, and 16-bit values with `h`; 64-bit values
-/// are turned into text by `CConversions` instead. The size prefixes `F`, `L` and `N` are skipped. A null string prints
-/// as
-/// "(null)". The result has no length limit and holds UTF-16 code units only. Any other format is a programming error.
+/// precision, `*` and the conversions `d i u o x X c C s S e E f F g G p n %` are understood; `%n` takes its pointer
+/// and writes nothing through it. `%d` and its kin print 32-bit values, also with `l`, and 16-bit values with `h`;
+/// 64-bit values are turned into text by `CConversions` instead. The size prefixes `F`, `L` and `N` are skipped. A null
+/// string prints as "(null)". The result has no length limit and holds UTF-16 code units only. Any other format is a
+/// programming error.
 ///
 ///     FormatString(L"Failed to find a required element [%s]", strName.c_str());
 QVXMLLIB_API std::wstring FormatString(const wchar_t* format, ...);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <cstdint>
 
@@ -28,8 +28,7 @@ public:
     /// @param pdwLen its length in bytes; receives the new one.
     /// @param eType for anything but gzip and zlib nothing happens.
     /// @throws CQvException "Failed to compress data. [Error Code: %d]" with zlib's code. The result is never allowed
-    /// to
-    ///         be longer than the input, so data that do not shrink, very short ones above all, end here. The array
+    ///         to be longer than the input, so data that do not shrink, very short ones above all, end here. The array
     ///         stays as it was then.
     static void CompressBuffer(unsigned char** ppData, unsigned long* pdwLen, CompressionType eType);
 

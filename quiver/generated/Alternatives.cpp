@@ -44,10 +44,10 @@ const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_vi
     return it == types.end() ? nullptr : it;
 }
 
-void TellType(const CSmartPtr<CXmlObjectBase>& spObject, bool bTell)
+void TellType(const CXmlObjectBase& object)
 {
-    if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(static_cast<CXmlObjectBase*>(spObject)))
-        pGenerated->TellType(bTell);
+    if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(&object))
+        pGenerated->TellType(true);
 }
 
 /// The element of that name in any namespace.
@@ -57,6 +57,18 @@ const SAlternative* FindElementName(const SAlternatives& alternatives, std::wstr
                                  [name](const SAlternative& alternative)
                                  { return alternative.bElement && name == alternative.lpctName; });
     return it == alternatives.end() ? nullptr : it;
+}
+
+/// The element of an object's name. Where two namespaces have one, the object's class decides.
+const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName,
+                                  PfnCreateObject pfnCreator)
+{
+    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
+                                 [&strName, pfnCreator](const SAlternative& alternative) {
+                                     return alternative.bElement && alternative.pfnCreate == pfnCreator &&
+                                            strName == alternative.lpctName;
+                                 });
+    return it != alternatives.end() ? it : FindElementName(alternatives, strName);
 }
 
 } // namespace
@@ -93,7 +105,9 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
         spObject = CreateByType(pElement, *pAlternatives, pfnDeclared);
     else
     {
-        const SAlternative* const pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
+        const SAlternative* pFound = FindElement(*pAlternatives, pElement->GetLocalName(), pElement->GetNamespaceURI());
+        if (pFound == nullptr) // the context ignores namespaces
+            pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
         spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : *pAlternatives,
                                 pFound->pfnCreate);
     }
@@ -105,10 +119,11 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
 
 const wchar_t* SPlace::Prepare(const CXmlObjectBase& object) const
 {
+    // What stands at such a place is of a generated class, so there is no need to ask.
+    const auto& generated = static_cast<const CGeneratedObject&>(object);
     const SAlternative* const pFound =
-        bSubstitution ? FindElementName(*pAlternatives, object.GetElementName()) : nullptr;
-    if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(&object))
-        pGenerated->TellType(pGenerated->GetCreator() != (pFound != nullptr ? pFound->pfnCreate : pfnDeclared));
+        bSubstitution ? FindElementOf(*pAlternatives, object.GetElementName(), generated.GetCreator()) : nullptr;
+    generated.TellType(generated.GetCreator() != (pFound != nullptr ? pFound->pfnCreate : pfnDeclared));
     return pFound != nullptr ? pFound->lpctUri : lpctUri;
 }
 
@@ -139,7 +154,8 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
     if (pfnCreate == nullptr)
         return nullptr;
     CSmartPtr<CXmlObjectBase> spObject = pfnCreate(0, pElement->GetLocalName().c_str());
-    TellType(spObject, pfnCreate != pfnDeclared);
+    if (pfnCreate != pfnDeclared)
+        TellType(*spObject);
     return spObject;
 }
 
@@ -150,7 +166,7 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
         return nullptr;
     if (pRoot->pfnTypes != nullptr)
         return CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
-    return pRoot->pfnCreate(0, pElement->GetLocalName().c_str());
+    return pRoot->pfnCreate != nullptr ? pRoot->pfnCreate(0, pElement->GetLocalName().c_str()) : nullptr;
 }
 
 } // namespace QvXmlLib9

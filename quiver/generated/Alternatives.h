@@ -67,7 +67,7 @@ struct SPlace
     /// @throws CQvValidationException "Failed to find a suitable substitution element for [%s]" if its type may not.
     CSmartPtr<CXmlObjectBase> Create(CXmlElement* pElement) const;
 
-    /// Makes an object say its type if it has to there.
+    /// Makes an object of a generated class say its type if it has to there.
     /// @return the namespace that its element is in.
     const wchar_t* Prepare(const CXmlObjectBase& object) const;
 };

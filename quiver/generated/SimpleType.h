@@ -174,8 +174,7 @@ public:
     /// @param strText the text, normalised.
     /// @param lpctName name of the element or attribute, for the message.
     /// @throws CQvInvalidValueException "Invalid Value for %s [%s]" with the name and the text; its inner exception
-    /// says
-    ///         what is wrong.
+    ///         says what is wrong.
     void Check(const std::wstring& strText, const wchar_t* lpctName) const;
 
     /// Whether Check passes.

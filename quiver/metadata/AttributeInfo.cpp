@@ -7,11 +7,11 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/RestrictionCheck.h"
 
 namespace QvXmlLib9Data
 {

@@ -89,7 +89,8 @@ protected:
 
 /// An attribute of a simple type.
 ///
-/// It compares namespaces even where the context ignores them, unlike CAttributeInfoEnum: documents rely on that.
+/// It compares namespaces even where the context ignores them, unlike CAttributeInfoEnum
+/// (docs/compatibility.md: Namespaces of attributes).
 class QVXMLLIB_API CAttributeInfoPrimitive : public CAttributeInfo
 {
 public:

@@ -9,10 +9,10 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/metadata/RestrictionCheck.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/RestrictionCheck.h"
 
 #include <string_view>
 
@@ -102,6 +102,14 @@ void CElementInfo::CheckRestriction(const QvVariant& value) const
     if (!m_bPrimitive)
         throw CQvException(L"Cannot CheckRestriction for type: " + value.GetType());
     QvXmlLib9::CheckRestriction(m_strName.c_str(), value, m_eItemType, m_restrictions);
+}
+
+bool CElementInfo::AllowsEmptyChoice(const CXmlGeneratedClass* pObject) const
+{
+    if (m_eEmptyChoice != EmptyChoice::UpToCollection)
+        return m_eEmptyChoice == EmptyChoice::Allowed;
+    QvVariant value;
+    return ReadCollection(pObject, value).GetMinOccurs() == 0;
 }
 
 bool CElementInfo::IsThisElement(const CXmlSerializationContext& context, const CXmlElement* pElement) const

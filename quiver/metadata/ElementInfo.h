@@ -2,8 +2,8 @@
 
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
-#include "quiver/metadata/PrimitiveRestrictions.h"
 #include "quiver/values/ItemType.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <atomic>
@@ -207,6 +207,22 @@ public:
 protected:
     friend class QvXmlLib9::CXmlGeneratedClass;
 
+    /// Whether a choice with this record among its alternatives may stay empty.
+    enum class EmptyChoice : unsigned char
+    {
+        /// Not on account of this one. So answers every record whose constructor says nothing else.
+        Refused,
+        Allowed,
+        /// It may if the collection may have no items.
+        UpToCollection
+    };
+
+    /// For constructors.
+    void SetEmptyChoice(EmptyChoice eEmptyChoice) { m_eEmptyChoice = eEmptyChoice; }
+
+    /// @throws CQvException if the record asks a collection and the property holds none.
+    bool AllowsEmptyChoice(const CXmlGeneratedClass* pObject) const;
+
     /// A member that is not of a primitive kind.
     /// @param lpctName local name of the element, or "AnyElement" for a wildcard that takes any name.
     /// @param lpctNamespace namespace URI of the element, empty for none.
@@ -313,7 +329,7 @@ protected:
                          const std::wstring& strNamespaceRestriction, const std::wstring& strTargetNamespace);
 
     /// Namespace of a new open element until it is read. A list of plain URIs gives an empty one, although one of them
-    /// would satisfy the restriction: that is meant.
+    /// would satisfy the restriction (docs/compatibility.md: Lists of namespaces).
     static std::wstring GetAnyDefaultNamespace(const wchar_t* lpctRestriction, const wchar_t* lpctParentNamespace,
                                                const wchar_t* lpctTargetNamespace);
 
@@ -333,8 +349,8 @@ protected:
     /// Moves the cursor behind the element under it.
     static void Consume(CXmlElement** ppCurrent);
 
-    /// Throws CQvValidationException.
     /// @param lpctFormat the text, with one %s for the name.
+    /// @throws CQvValidationException with that text.
     [[noreturn]] static void ThrowMissing(const wchar_t* lpctFormat, const std::wstring& strName);
 
 private:
@@ -353,6 +369,7 @@ private:
     const wchar_t* m_pszFormat = nullptr;
     CWhitespaceUtils::WhitespaceRule m_eWhitespaceRule = CWhitespaceUtils::WhitespaceRule_None;
     bool m_bPrimitive;
+    EmptyChoice m_eEmptyChoice = EmptyChoice::Refused;
 };
 
 } // namespace QvXmlLib9Data

@@ -3,7 +3,6 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
-#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Product.h"
 #include "quiver/values/QvVariant.h"
@@ -12,7 +11,6 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
-using QvXmlLib9::ToUtf16Units;
 
 namespace
 {
@@ -38,11 +36,17 @@ CElementInfoAll::CElementInfoAll(const wchar_t* lpctName, const wchar_t* lpctNam
 {
 }
 
-bool CElementInfoAll::ValidateMandatory(bool bFound, bool bThrowIfMissing) const
+bool CElementInfoAllMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
+                                  bool bThrowIfMissing) const
 {
     if (!bFound && bThrowIfMissing)
         ThrowMissing(L"Failed to find the mandatory element [%s]", GetElementName());
     return bFound;
+}
+
+bool CElementInfoAllOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
+{
+    return true;
 }
 
 CElementInfoAllNonCol::CElementInfoAllNonCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
@@ -80,44 +84,10 @@ bool CElementInfoAllCol::Validate(const CXmlSerializationContext&, const CXmlGen
     throw CQvException(L"Not implemented, should never be called");
 }
 
-CElementInfoAllPrimMnd::CElementInfoAllPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
-                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                                               const CPrimitiveRestrictions& restrictions)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
-{
-}
-
-bool CElementInfoAllPrimMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlPrim(context, pObject, pWriter);
-}
-
 bool CElementInfoAllPrimMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                             CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
     return TakePrim(context, pObject, ppCurrent);
-}
-
-bool CElementInfoAllPrimMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                      bool bThrowIfMissing) const
-{
-    return ValidateMandatory(bFound, bThrowIfMissing);
-}
-
-CElementInfoAllPrimOpt::CElementInfoAllPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
-                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                                               const CPrimitiveRestrictions& restrictions)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
-{
-}
-
-bool CElementInfoAllPrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlPrimOpt(context, pObject, pWriter);
 }
 
 bool CElementInfoAllPrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -126,51 +96,10 @@ bool CElementInfoAllPrimOpt::ElementFromXml(const CXmlSerializationContext& cont
     return TakePrim(context, pObject, ppCurrent);
 }
 
-bool CElementInfoAllPrimOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
-{
-    return true;
-}
-
-CElementInfoAllEnumMnd::CElementInfoAllEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, PfnEnumToString pfnToString,
-                                               PfnEnumFromString pfnFromString)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_pfnToString(pfnToString)
-    , m_pfnFromString(pfnFromString)
-{
-}
-
-bool CElementInfoAllEnumMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlEnum(context, pObject, pWriter, m_pfnToString);
-}
-
 bool CElementInfoAllEnumMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                             CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
     return TakeEnum(context, pObject, ppCurrent, m_pfnFromString);
-}
-
-bool CElementInfoAllEnumMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                      bool bThrowIfMissing) const
-{
-    return ValidateMandatory(bFound, bThrowIfMissing);
-}
-
-CElementInfoAllEnumOpt::CElementInfoAllEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, PfnEnumToString pfnToString,
-                                               PfnEnumFromString pfnFromString)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_pfnToString(pfnToString)
-    , m_pfnFromString(pfnFromString)
-{
-}
-
-bool CElementInfoAllEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlEnumOpt(context, pObject, pWriter, m_pfnToString);
 }
 
 bool CElementInfoAllEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -179,26 +108,12 @@ bool CElementInfoAllEnumOpt::ElementFromXml(const CXmlSerializationContext& cont
     return TakeEnum(context, pObject, ppCurrent, m_pfnFromString);
 }
 
-bool CElementInfoAllEnumOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
-{
-    return true;
-}
-
 CElementInfoAllClsMnd::CElementInfoAllClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                                              XmlElementType eElementType, PfnCreate pfnCreate, int nClassId,
                                              bool bContentRequired)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreate(pfnCreate)
-    , m_nClassId(nClassId)
+    : CElementInfoCls(lpctName, lpctNamespace, nPropertyIndex, eElementType, pfnCreate, nClassId)
     , m_bContentRequired(bContentRequired)
 {
-}
-
-bool CElementInfoAllClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                         CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoAllClsMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -215,33 +130,12 @@ bool CElementInfoAllClsMnd::ElementFromXml(const CXmlSerializationContext& conte
     return true;
 }
 
-bool CElementInfoAllClsMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                     bool bThrowIfMissing) const
+bool CElementInfoAllClsMnd::Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
+                                     bool bFound, bool bThrowIfMissing) const
 {
     if (!bFound && bThrowIfMissing && m_eElementType != ElementType_Pseudo && !m_bContentRequired)
         return true;
-    return ValidateMandatory(bFound, bThrowIfMissing);
-}
-
-void CElementInfoAllClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoAllClsOpt::CElementInfoAllClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreate(pfnCreate)
-    , m_nClassId(nClassId)
-{
-}
-
-bool CElementInfoAllClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                         CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
+    return CElementInfoAllMnd::Validate(context, pObject, bFound, bThrowIfMissing);
 }
 
 bool CElementInfoAllClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -251,31 +145,12 @@ bool CElementInfoAllClsOpt::ElementFromXml(const CXmlSerializationContext& conte
     return TakeNewChild(context, pObject, pParent, ppCurrent, m_eElementType, m_pfnCreate, m_nClassId);
 }
 
-bool CElementInfoAllClsOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
-{
-    return true;
-}
-
-void CElementInfoAllClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
 CElementInfoAllAbsClsMnd::CElementInfoAllAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
                                                    int nPropertyIndex, XmlElementType eElementType,
                                                    PfnCreateFromElement pfnCreateFromElement, int nReserved)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreateFromElement(pfnCreateFromElement)
+    : CElementInfoAbsCls(lpctName, lpctNamespace, nPropertyIndex, eElementType, pfnCreateFromElement)
     , m_nReserved(nReserved)
 {
-}
-
-bool CElementInfoAllAbsClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                            CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoAllAbsClsMnd::ElementFromXml(const CXmlSerializationContext&, CXmlGeneratedClass*, CXmlElement*,
@@ -284,63 +159,10 @@ bool CElementInfoAllAbsClsMnd::ElementFromXml(const CXmlSerializationContext&, C
     ThrowNotImplemented(L"CElementInfoAllAbsClsMnd");
 }
 
-bool CElementInfoAllAbsClsMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                        bool bThrowIfMissing) const
-{
-    return ValidateMandatory(bFound, bThrowIfMissing);
-}
-
-void CElementInfoAllAbsClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoAllAbsClsOpt::CElementInfoAllAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType,
-                                                   PfnCreateFromElement pfnCreateFromElement)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreateFromElement(pfnCreateFromElement)
-{
-}
-
-bool CElementInfoAllAbsClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                            CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoAllAbsClsOpt::ElementFromXml(const CXmlSerializationContext&, CXmlGeneratedClass*, CXmlElement*,
                                               CXmlElement**, const wchar_t*, XmlElementType)
 {
     ThrowNotImplemented(L"CElementInfoAllAbsClsOpt");
-}
-
-bool CElementInfoAllAbsClsOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
-{
-    return true;
-}
-
-void CElementInfoAllAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoAllUntpdMnd::CElementInfoAllUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
-                                                 const wchar_t* lpctTargetNamespace)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
-    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
-{
-}
-
-bool CElementInfoAllUntpdMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                           CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoAllUntpdMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -355,76 +177,12 @@ bool CElementInfoAllUntpdMnd::ElementFromXml(const CXmlSerializationContext& con
     return *ppCurrent != pStart;
 }
 
-bool CElementInfoAllUntpdMnd::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool bFound,
-                                       bool bThrowIfMissing) const
-{
-    return ValidateMandatory(bFound, bThrowIfMissing);
-}
-
-CElementInfoAllUntpdOpt::CElementInfoAllUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
-                                                 const wchar_t* lpctTargetNamespace)
-    : CElementInfoAll(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
-    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
-{
-}
-
-bool CElementInfoAllUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                           CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoAllUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                              CXmlElement* pParent, CXmlElement** ppCurrent,
                                              const wchar_t* lpctParentNamespace, XmlElementType)
 {
     return TakeNewWildcard(context, pObject, pParent, ppCurrent, lpctParentNamespace, m_strNamespaceRestriction,
                            m_strTargetNamespace);
-}
-
-bool CElementInfoAllUntpdOpt::Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const
-{
-    return true;
-}
-
-CElementInfoAllPrimCol::CElementInfoAllPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex)
-    : CElementInfoAllCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoAllUntpdCol::CElementInfoAllUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex)
-    : CElementInfoAllCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoAllClsCol::CElementInfoAllClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                             XmlElementType eElementType)
-    : CElementInfoAllCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoAllClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoAllAbsClsCol::CElementInfoAllAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType)
-    : CElementInfoAllCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoAllAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
 }
 
 } // namespace QvXmlLib9Data

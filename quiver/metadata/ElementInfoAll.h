@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/metadata/ElementInfo.h"
+#include "quiver/metadata/ElementInfoKinds.h"
 
 /// @file
 /// The members of an all group: each child at most once, in any order. The walk passes over the members until the
@@ -8,7 +8,7 @@
 /// element. Validate decides afterwards whether a member that was not found is a failure.
 /// IgnoreMissingMandatoryElements does not excuse one.
 ///
-/// The arguments of the constructors are those of ElementInfoSeq.h.
+/// What the kinds of members have in common, and the arguments of the constructors: ElementInfoKinds.h.
 
 namespace QvXmlLib9Data
 {
@@ -21,12 +21,6 @@ public:
     CElementInfoAll(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex, ItemType eItemType,
                     const wchar_t* lpctFormat, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                     const CPrimitiveRestrictions& restrictions);
-
-protected:
-    /// The verdict on a mandatory member.
-    /// @throws CQvValidationException "Failed to find the mandatory element [%s]" if the member was not found and
-    ///         `bThrowIfMissing` is set.
-    bool ValidateMandatory(bool bFound, bool bThrowIfMissing) const;
 };
 
 /// A member of an all group that is no collection. Nothing in the library derives from it.
@@ -41,6 +35,28 @@ class QVXMLLIB_API CElementInfoAllEnumCol : public CElementInfoAll
 {
 public:
     CElementInfoAllEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+};
+
+/// A member that an all group has to have.
+class QVXMLLIB_API CElementInfoAllMnd : public CElementInfoAll
+{
+public:
+    using CElementInfoAll::CElementInfoAll;
+
+    /// @throws CQvValidationException "Failed to find the mandatory element [%s]" if the member was not found and
+    ///         `bThrowIfMissing` is set.
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override;
+};
+
+/// A member that an all group may lack.
+class QVXMLLIB_API CElementInfoAllOpt : public CElementInfoAll
+{
+public:
+    using CElementInfoAll::CElementInfoAll;
+
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
+                  bool bThrowIfMissing) const override;
 };
 
 /// A repeating member of an all group. It can be written; reading a class that has one ends in the exception of
@@ -59,255 +75,166 @@ public:
                   bool bThrowIfMissing) const override;
 };
 
+extern template class CElementInfoPrim<CElementInfoAllMnd>;
+extern template class CElementInfoEnum<CElementInfoAllMnd>;
+extern template class CElementInfoCls<CElementInfoAllMnd>;
+extern template class CElementInfoAbsCls<CElementInfoAllMnd>;
+extern template class CElementInfoUntpd<CElementInfoAllMnd>;
+extern template class CElementInfoPrim<CElementInfoAllOpt>;
+extern template class CElementInfoEnum<CElementInfoAllOpt>;
+extern template class CElementInfoCls<CElementInfoAllOpt>;
+extern template class CElementInfoAbsCls<CElementInfoAllOpt>;
+extern template class CElementInfoUntpd<CElementInfoAllOpt>;
+extern template class CElementInfoClsCol<CElementInfoAllCol>;
+
 /// A mandatory element of a simple type.
-class QVXMLLIB_API CElementInfoAllPrimMnd : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllPrimMnd : public CElementInfoPrim<CElementInfoAllMnd>
 {
 public:
-    CElementInfoAllPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           ItemType eItemType, const wchar_t* lpctFormat,
-                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                           const CPrimitiveRestrictions& restrictions);
+    using CElementInfoPrim::CElementInfoPrim;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
 };
 
 /// An optional element of a simple type.
-class QVXMLLIB_API CElementInfoAllPrimOpt : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllPrimOpt : public CElementInfoPrim<CElementInfoAllOpt>
 {
 public:
-    CElementInfoAllPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           ItemType eItemType, const wchar_t* lpctFormat,
-                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                           const CPrimitiveRestrictions& restrictions);
+    using CElementInfoPrim::CElementInfoPrim;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
 };
 
 /// A mandatory element whose type is an enumeration.
-class QVXMLLIB_API CElementInfoAllEnumMnd : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllEnumMnd : public CElementInfoEnum<CElementInfoAllMnd>
 {
 public:
-    CElementInfoAllEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+    using CElementInfoEnum::CElementInfoEnum;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-
-private:
-    PfnEnumToString m_pfnToString;
-    PfnEnumFromString m_pfnFromString;
 };
 
 /// An optional element whose type is an enumeration.
-class QVXMLLIB_API CElementInfoAllEnumOpt : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllEnumOpt : public CElementInfoEnum<CElementInfoAllOpt>
 {
 public:
-    CElementInfoAllEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+    using CElementInfoEnum::CElementInfoEnum;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-
-private:
-    PfnEnumToString m_pfnToString;
-    PfnEnumFromString m_pfnFromString;
 };
 
 /// A mandatory child of a known class, filled in place. With an element of its own and no required content it may be
-/// missing; a pseudo child may not, whatever `bContentRequired` says. That is the reverse of the sequence, and meant.
-class QVXMLLIB_API CElementInfoAllClsMnd : public CElementInfoAll
+/// missing; a pseudo child may not, whatever `bContentRequired` says. That is the reverse of the sequence
+/// (docs/compatibility.md: Required content in an all group).
+class QVXMLLIB_API CElementInfoAllClsMnd : public CElementInfoCls<CElementInfoAllMnd>
 {
 public:
     CElementInfoAllClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                           XmlElementType eElementType, PfnCreate pfnCreate, int nClassId, bool bContentRequired);
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
     bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
                   bool bThrowIfMissing) const override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
 
 private:
-    XmlElementType m_eElementType;
-    [[maybe_unused]] PfnCreate m_pfnCreate;
-    [[maybe_unused]] int m_nClassId;
     bool m_bContentRequired;
 };
 
 /// An optional child of a known class.
-class QVXMLLIB_API CElementInfoAllClsOpt : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllClsOpt : public CElementInfoCls<CElementInfoAllOpt>
 {
 public:
-    CElementInfoAllClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                          XmlElementType eElementType, PfnCreate pfnCreate, int nClassId);
+    using CElementInfoCls::CElementInfoCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
-    PfnCreate m_pfnCreate;
-    int m_nClassId;
 };
 
 /// A mandatory child whose class follows from the element found. It can be written; reading it always throws.
-class QVXMLLIB_API CElementInfoAllAbsClsMnd : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllAbsClsMnd : public CElementInfoAbsCls<CElementInfoAllMnd>
 {
 public:
     CElementInfoAllAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                              XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement, int nReserved);
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
 
 private:
-    XmlElementType m_eElementType;
-    [[maybe_unused]] PfnCreateFromElement m_pfnCreateFromElement;
     [[maybe_unused]] int m_nReserved;
 };
 
 /// An optional child whose class follows from the element found. It can be written; reading it always throws.
-class QVXMLLIB_API CElementInfoAllAbsClsOpt : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllAbsClsOpt : public CElementInfoAbsCls<CElementInfoAllOpt>
 {
 public:
-    CElementInfoAllAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+    using CElementInfoAbsCls::CElementInfoAbsCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
-    [[maybe_unused]] PfnCreateFromElement m_pfnCreateFromElement;
 };
 
 /// `xs:any` that occurs once. Names work as in CElementInfoSeqUntpdMnd.
-class QVXMLLIB_API CElementInfoAllUntpdMnd : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllUntpdMnd : public CElementInfoUntpd<CElementInfoAllMnd>
 {
 public:
-    CElementInfoAllUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+    using CElementInfoUntpd::CElementInfoUntpd;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-
-private:
-    std::wstring m_strNamespaceRestriction;
-    std::wstring m_strTargetNamespace;
 };
 
 /// `xs:any` that occurs at most once.
-class QVXMLLIB_API CElementInfoAllUntpdOpt : public CElementInfoAll
+class QVXMLLIB_API CElementInfoAllUntpdOpt : public CElementInfoUntpd<CElementInfoAllOpt>
 {
 public:
-    CElementInfoAllUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+    using CElementInfoUntpd::CElementInfoUntpd;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
-                  bool bThrowIfMissing) const override;
-
-private:
-    std::wstring m_strNamespaceRestriction;
-    std::wstring m_strTargetNamespace;
 };
 
 /// A repeating element of a simple type.
 class QVXMLLIB_API CElementInfoAllPrimCol : public CElementInfoAllCol
 {
 public:
-    CElementInfoAllPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoAllCol::CElementInfoAllCol;
 };
 
 /// A repeating `xs:any`.
 class QVXMLLIB_API CElementInfoAllUntpdCol : public CElementInfoAllCol
 {
 public:
-    CElementInfoAllUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoAllCol::CElementInfoAllCol;
 };
 
 /// A repeating child of a known class.
-class QVXMLLIB_API CElementInfoAllClsCol : public CElementInfoAllCol
+class QVXMLLIB_API CElementInfoAllClsCol : public CElementInfoClsCol<CElementInfoAllCol>
 {
 public:
-    CElementInfoAllClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                          XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 /// A repeating child whose class follows from the element found.
-class QVXMLLIB_API CElementInfoAllAbsClsCol : public CElementInfoAllCol
+class QVXMLLIB_API CElementInfoAllAbsClsCol : public CElementInfoClsCol<CElementInfoAllCol>
 {
 public:
-    CElementInfoAllAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 } // namespace QvXmlLib9Data

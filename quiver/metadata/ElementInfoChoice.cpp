@@ -3,7 +3,6 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
-#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 
@@ -11,7 +10,6 @@ namespace QvXmlLib9Data
 {
 
 using QvXmlLib9::CQvException;
-using QvXmlLib9::ToUtf16Units;
 
 CElementInfoChoice::CElementInfoChoice(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
@@ -31,9 +29,25 @@ bool CElementInfoChoice::Validate(const CXmlSerializationContext&, const CXmlGen
     throw CQvException(L"Not implemented, should never be called");
 }
 
+CElementInfoChoiceOpt::CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
+{
+    SetEmptyChoice(EmptyChoice::Allowed);
+}
+
+CElementInfoChoiceOpt::CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
+                                             ItemType eItemType, const wchar_t* lpctFormat,
+                                             CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                                             const CPrimitiveRestrictions& restrictions)
+    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
+{
+    SetEmptyChoice(EmptyChoice::Allowed);
+}
+
 CElementInfoChoiceCol::CElementInfoChoiceCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
 {
+    SetEmptyChoice(EmptyChoice::UpToCollection);
 }
 
 bool CElementInfoChoiceCol::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
@@ -65,55 +79,16 @@ bool CElementInfoChoiceCol::AcceptRun(const CXmlCollectionBase& collection, CXml
     return true;
 }
 
-CElementInfoChoicePrimOpt::CElementInfoChoicePrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                     int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
-                                                     CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                                                     const CPrimitiveRestrictions& restrictions)
-    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
-{
-}
-
-bool CElementInfoChoicePrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                             CXmlWriter* pWriter) const
-{
-    return ElementToXmlPrimOpt(context, pObject, pWriter);
-}
-
 bool CElementInfoChoicePrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                                CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
     return TakePrim(context, pObject, ppCurrent);
 }
 
-CElementInfoChoiceEnumOpt::CElementInfoChoiceEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                     int nPropertyIndex, PfnEnumToString pfnToString,
-                                                     PfnEnumFromString pfnFromString)
-    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
-    , m_pfnToString(pfnToString)
-    , m_pfnFromString(pfnFromString)
-{
-}
-
-bool CElementInfoChoiceEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                             CXmlWriter* pWriter) const
-{
-    return ElementToXmlEnumOpt(context, pObject, pWriter, m_pfnToString);
-}
-
 bool CElementInfoChoiceEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                                CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
     return TakeEnum(context, pObject, ppCurrent, m_pfnFromString);
-}
-
-CElementInfoChoiceClsOpt::CElementInfoChoiceClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType, PfnCreate pfnCreate,
-                                                   int nClassId)
-    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreate(pfnCreate)
-    , m_nClassId(nClassId)
-{
 }
 
 bool CElementInfoChoiceClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
@@ -150,27 +125,6 @@ bool CElementInfoChoiceClsOpt::PseudoFromXml(const CXmlSerializationContext& con
     return false;
 }
 
-void CElementInfoChoiceClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoChoiceAbsClsOpt::CElementInfoChoiceAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                         int nPropertyIndex, XmlElementType eElementType,
-                                                         PfnCreateFromElement pfnCreateFromElement)
-    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreateFromElement(pfnCreateFromElement)
-{
-}
-
-bool CElementInfoChoiceAbsClsOpt::ElementToXml(const CXmlSerializationContext& context,
-                                               const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoChoiceAbsClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                                  CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
@@ -185,28 +139,6 @@ bool CElementInfoChoiceAbsClsOpt::ElementFromXml(const CXmlSerializationContext&
     return true;
 }
 
-void CElementInfoChoiceAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                            const CXmlGeneratedClass* pObject,
-                                                            CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoChoiceUntpdOpt::CElementInfoChoiceUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                       int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
-                                                       const wchar_t* lpctTargetNamespace)
-    : CElementInfoChoice(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
-    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
-{
-}
-
-bool CElementInfoChoiceUntpdOpt::ElementToXml(const CXmlSerializationContext& context,
-                                              const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoChoiceUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                                 CXmlElement* pParent, CXmlElement** ppCurrent,
                                                 const wchar_t* lpctParentNamespace, XmlElementType)
@@ -218,51 +150,6 @@ bool CElementInfoChoiceUntpdOpt::ElementFromXml(const CXmlSerializationContext& 
         return true;
     StoreChild(pObject, nullptr);
     return false;
-}
-
-CElementInfoChoicePrimCol::CElementInfoChoicePrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                     int nPropertyIndex)
-    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoChoiceEnumCol::CElementInfoChoiceEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                     int nPropertyIndex)
-    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoChoiceClsCol::CElementInfoChoiceClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType)
-    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoChoiceClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoChoiceAbsClsCol::CElementInfoChoiceAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                         int nPropertyIndex, XmlElementType eElementType)
-    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoChoiceAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                            const CXmlGeneratedClass* pObject,
-                                                            CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoChoiceUntpdCol::CElementInfoChoiceUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                       int nPropertyIndex)
-    : CElementInfoChoiceCol(lpctName, lpctNamespace, nPropertyIndex)
-{
 }
 
 bool CElementInfoChoiceUntpdCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,

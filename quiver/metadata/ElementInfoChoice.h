@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/metadata/ElementInfo.h"
+#include "quiver/metadata/ElementInfoKinds.h"
 
 /// @file
 /// The alternatives of a choice. The walk offers them the element under the cursor in table order, and the first that
@@ -10,12 +10,13 @@
 /// An alternative stores its child before it reads it, so that the object knows at once which alternative was taken,
 /// and clears it again if it turns out empty. No alternative skips unknown elements.
 ///
-/// The arguments of the constructors are those of ElementInfoSeq.h.
+/// What the kinds of members have in common, and the arguments of the constructors: ElementInfoKinds.h.
 
 namespace QvXmlLib9Data
 {
 
-/// An alternative of a choice.
+/// An alternative of a choice. One that derives from this class itself does not allow the choice to stay empty; the
+/// others say so by their bases, CElementInfoChoiceOpt and CElementInfoChoiceCol.
 class QVXMLLIB_API CElementInfoChoice : public CElementInfo
 {
 public:
@@ -26,6 +27,16 @@ public:
 
     bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject, bool bFound,
                   bool bThrowIfMissing) const override;
+};
+
+/// An alternative that occurs once if it is the one taken. A choice that has such an alternative may stay empty.
+class QVXMLLIB_API CElementInfoChoiceOpt : public CElementInfoChoice
+{
+public:
+    CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    CElementInfoChoiceOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex, ItemType eItemType,
+                          const wchar_t* lpctFormat, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
+                          const CPrimitiveRestrictions& restrictions);
 };
 
 /// A repeating alternative. The occurrence count is checked after reading; on writing the collection checks it itself.
@@ -48,151 +59,109 @@ protected:
                           const CXmlSerializationContext& context, XmlElementType eParentType);
 };
 
+extern template class CElementInfoPrim<CElementInfoChoiceOpt>;
+extern template class CElementInfoEnum<CElementInfoChoiceOpt>;
+extern template class CElementInfoCls<CElementInfoChoiceOpt>;
+extern template class CElementInfoAbsCls<CElementInfoChoiceOpt>;
+extern template class CElementInfoUntpd<CElementInfoChoiceOpt>;
+extern template class CElementInfoClsCol<CElementInfoChoiceCol>;
+
 /// An alternative of a simple type.
-class QVXMLLIB_API CElementInfoChoicePrimOpt : public CElementInfoChoice
+class QVXMLLIB_API CElementInfoChoicePrimOpt : public CElementInfoPrim<CElementInfoChoiceOpt>
 {
 public:
-    CElementInfoChoicePrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                              ItemType eItemType, const wchar_t* lpctFormat,
-                              CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                              const CPrimitiveRestrictions& restrictions);
+    using CElementInfoPrim::CElementInfoPrim;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
 };
 
 /// An alternative whose type is an enumeration.
-class QVXMLLIB_API CElementInfoChoiceEnumOpt : public CElementInfoChoice
+class QVXMLLIB_API CElementInfoChoiceEnumOpt : public CElementInfoEnum<CElementInfoChoiceOpt>
 {
 public:
-    CElementInfoChoiceEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                              PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+    using CElementInfoEnum::CElementInfoEnum;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    PfnEnumToString m_pfnToString;
-    PfnEnumFromString m_pfnFromString;
 };
 
 /// An alternative of a known class. With an element of its own it lets the child, should that be a choice itself, be
 /// empty without complaint, for this alternative has been selected already.
-class QVXMLLIB_API CElementInfoChoiceClsOpt : public CElementInfoChoice
+class QVXMLLIB_API CElementInfoChoiceClsOpt : public CElementInfoCls<CElementInfoChoiceOpt>
 {
 public:
-    CElementInfoChoiceClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId);
+    using CElementInfoCls::CElementInfoCls;
 
     bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
                       CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
 
 private:
     bool PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                        CXmlElement** ppCurrent);
-
-    XmlElementType m_eElementType;
-    PfnCreate m_pfnCreate;
-    int m_nClassId;
 };
 
 /// An alternative whose class follows from the element found. Where no class fits, null is stored and the next
 /// alternative is offered the element.
-class QVXMLLIB_API CElementInfoChoiceAbsClsOpt : public CElementInfoChoice
+class QVXMLLIB_API CElementInfoChoiceAbsClsOpt : public CElementInfoAbsCls<CElementInfoChoiceOpt>
 {
 public:
-    CElementInfoChoiceAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+    using CElementInfoAbsCls::CElementInfoAbsCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
-    PfnCreateFromElement m_pfnCreateFromElement;
 };
 
 /// `xs:any` as an alternative. If it consumes nothing, the property is cleared, whatever it held.
-class QVXMLLIB_API CElementInfoChoiceUntpdOpt : public CElementInfoChoice
+class QVXMLLIB_API CElementInfoChoiceUntpdOpt : public CElementInfoUntpd<CElementInfoChoiceOpt>
 {
 public:
-    CElementInfoChoiceUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                               const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+    using CElementInfoUntpd::CElementInfoUntpd;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    std::wstring m_strNamespaceRestriction;
-    std::wstring m_strTargetNamespace;
 };
 
 /// A repeating alternative of a simple type.
 class QVXMLLIB_API CElementInfoChoicePrimCol : public CElementInfoChoiceCol
 {
 public:
-    CElementInfoChoicePrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoChoiceCol::CElementInfoChoiceCol;
 };
 
 /// A repeating alternative whose type is an enumeration.
 class QVXMLLIB_API CElementInfoChoiceEnumCol : public CElementInfoChoiceCol
 {
 public:
-    CElementInfoChoiceEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoChoiceCol::CElementInfoChoiceCol;
 };
 
 /// A repeating alternative of a known class.
-class QVXMLLIB_API CElementInfoChoiceClsCol : public CElementInfoChoiceCol
+class QVXMLLIB_API CElementInfoChoiceClsCol : public CElementInfoClsCol<CElementInfoChoiceCol>
 {
 public:
-    CElementInfoChoiceClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 /// A repeating alternative whose class follows from the element found.
-class QVXMLLIB_API CElementInfoChoiceAbsClsCol : public CElementInfoChoiceCol
+class QVXMLLIB_API CElementInfoChoiceAbsClsCol : public CElementInfoClsCol<CElementInfoChoiceCol>
 {
 public:
-    CElementInfoChoiceAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 /// A repeating `xs:any` as an alternative; its property is a CElementCol. Names work as in CElementInfoSeqUntpdCol.
 class QVXMLLIB_API CElementInfoChoiceUntpdCol : public CElementInfoChoiceCol
 {
 public:
-    CElementInfoChoiceUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoChoiceCol::CElementInfoChoiceCol;
 
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,

@@ -4,7 +4,6 @@
 #include "quiver/core/ReadBudget.h"
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
-#include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 
@@ -13,7 +12,6 @@ namespace QvXmlLib9Data
 
 using QvXmlLib9::CQvException;
 using QvXmlLib9::CReadBudget;
-using QvXmlLib9::ToUtf16Units;
 
 CElementInfoSeq::CElementInfoSeq(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex)
     : CElementInfo(lpctName, lpctNamespace, nPropertyIndex)
@@ -99,30 +97,16 @@ bool CElementInfoSeqCol::ElementFromXml(const CXmlSerializationContext& context,
     QvVariant value;
     CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
     *ppCurrent = FromXml_Int(pCollection, pParent, *ppCurrent, context, false);
-    return CheckCount(*pCollection, context, eParentType);
+    return AcceptCount(*pCollection, context, eParentType);
 }
 
-bool CElementInfoSeqCol::CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
-                                    XmlElementType eParentType)
+bool CElementInfoSeqCol::AcceptCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                                     XmlElementType eParentType)
 {
     if (eParentType != ElementType_Element)
         return collection.IsValidCount(context);
     collection.ValidateCount(context);
     return true;
-}
-
-CElementInfoSeqPrimMnd::CElementInfoSeqPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
-                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                                               const CPrimitiveRestrictions& restrictions)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
-{
-}
-
-bool CElementInfoSeqPrimMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlPrim(context, pObject, pWriter);
 }
 
 bool CElementInfoSeqPrimMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -136,40 +120,11 @@ bool CElementInfoSeqPrimMnd::ElementFromXml(const CXmlSerializationContext& cont
     return true;
 }
 
-CElementInfoSeqPrimOpt::CElementInfoSeqPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, ItemType eItemType, const wchar_t* lpctFormat,
-                                               CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                                               const CPrimitiveRestrictions& restrictions)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex, eItemType, lpctFormat, eWhitespaceRule, restrictions)
-{
-}
-
-bool CElementInfoSeqPrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlPrimOpt(context, pObject, pWriter);
-}
-
 bool CElementInfoSeqPrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                             CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
     TakePrim(context, pObject, ppCurrent);
     return true;
-}
-
-CElementInfoSeqEnumMnd::CElementInfoSeqEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, PfnEnumToString pfnToString,
-                                               PfnEnumFromString pfnFromString)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_pfnToString(pfnToString)
-    , m_pfnFromString(pfnFromString)
-{
-}
-
-bool CElementInfoSeqEnumMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlEnum(context, pObject, pWriter, m_pfnToString);
 }
 
 bool CElementInfoSeqEnumMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -183,21 +138,6 @@ bool CElementInfoSeqEnumMnd::ElementFromXml(const CXmlSerializationContext& cont
     return true;
 }
 
-CElementInfoSeqEnumOpt::CElementInfoSeqEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex, PfnEnumToString pfnToString,
-                                               PfnEnumFromString pfnFromString)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_pfnToString(pfnToString)
-    , m_pfnFromString(pfnFromString)
-{
-}
-
-bool CElementInfoSeqEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                          CXmlWriter* pWriter) const
-{
-    return ElementToXmlEnumOpt(context, pObject, pWriter, m_pfnToString);
-}
-
 bool CElementInfoSeqEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                             CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
@@ -208,18 +148,9 @@ bool CElementInfoSeqEnumOpt::ElementFromXml(const CXmlSerializationContext& cont
 CElementInfoSeqClsMnd::CElementInfoSeqClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                                              XmlElementType eElementType, PfnCreate pfnCreate, int nClassId,
                                              bool bContentRequired)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreate(pfnCreate)
-    , m_nClassId(nClassId)
+    : CElementInfoCls(lpctName, lpctNamespace, nPropertyIndex, eElementType, pfnCreate, nClassId)
     , m_bContentRequired(bContentRequired)
 {
-}
-
-bool CElementInfoSeqClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                         CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoSeqClsMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -254,54 +185,12 @@ bool CElementInfoSeqClsMnd::PseudoFromXml(const CXmlSerializationContext& contex
     return bAtEnd || eParentType != ElementType_Element || !context.GetIgnoreUnknownElements();
 }
 
-void CElementInfoSeqClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqClsOpt::CElementInfoSeqClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                             XmlElementType eElementType, PfnCreate pfnCreate, int nClassId)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreate(pfnCreate)
-    , m_nClassId(nClassId)
-{
-}
-
-bool CElementInfoSeqClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                         CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoSeqClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                            CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
                                            XmlElementType)
 {
     TakeNewChild(context, pObject, pParent, ppCurrent, m_eElementType, m_pfnCreate, m_nClassId);
     return true;
-}
-
-void CElementInfoSeqClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqAbsClsMnd::CElementInfoSeqAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType,
-                                                   PfnCreateFromElement pfnCreateFromElement)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreateFromElement(pfnCreateFromElement)
-{
-}
-
-bool CElementInfoSeqAbsClsMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                            CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoSeqAbsClsMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -321,27 +210,6 @@ bool CElementInfoSeqAbsClsMnd::ElementFromXml(const CXmlSerializationContext& co
     return false;
 }
 
-void CElementInfoSeqAbsClsMnd::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqAbsClsOpt::CElementInfoSeqAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType,
-                                                   PfnCreateFromElement pfnCreateFromElement)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-    , m_pfnCreateFromElement(pfnCreateFromElement)
-{
-}
-
-bool CElementInfoSeqAbsClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                            CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoSeqAbsClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                               CXmlElement*, CXmlElement** ppCurrent, const wchar_t*, XmlElementType)
 {
@@ -351,27 +219,6 @@ bool CElementInfoSeqAbsClsOpt::ElementFromXml(const CXmlSerializationContext& co
     if (spChild != nullptr)
         ReadThenStoreChild(context, pObject, ppCurrent, spChild);
     return true;
-}
-
-void CElementInfoSeqAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoObjectAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqUntpdMnd::CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
-                                                 const wchar_t* lpctTargetNamespace)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
-    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
-{
-}
-
-bool CElementInfoSeqUntpdMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                           CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
 }
 
 bool CElementInfoSeqUntpdMnd::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
@@ -393,21 +240,6 @@ bool CElementInfoSeqUntpdMnd::ElementFromXml(const CXmlSerializationContext& con
     return true;
 }
 
-CElementInfoSeqUntpdOpt::CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex, const wchar_t* lpctNamespaceRestriction,
-                                                 const wchar_t* lpctTargetNamespace)
-    : CElementInfoSeq(lpctName, lpctNamespace, nPropertyIndex)
-    , m_strNamespaceRestriction(ToUtf16Units(lpctNamespaceRestriction))
-    , m_strTargetNamespace(ToUtf16Units(lpctTargetNamespace))
-{
-}
-
-bool CElementInfoSeqUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                           CXmlWriter* pWriter) const
-{
-    return ElementToXmlCls(context, pObject, pWriter, false);
-}
-
 bool CElementInfoSeqUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                              CXmlElement* pParent, CXmlElement** ppCurrent,
                                              const wchar_t* lpctParentNamespace, XmlElementType)
@@ -417,50 +249,6 @@ bool CElementInfoSeqUntpdOpt::ElementFromXml(const CXmlSerializationContext& con
     return true;
 }
 
-CElementInfoSeqPrimCol::CElementInfoSeqPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex)
-    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoSeqEnumCol::CElementInfoSeqEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                               int nPropertyIndex)
-    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
-CElementInfoSeqClsCol::CElementInfoSeqClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                                             XmlElementType eElementType)
-    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoSeqClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                      const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqAbsClsCol::CElementInfoSeqAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                   int nPropertyIndex, XmlElementType eElementType)
-    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
-    , m_eElementType(eElementType)
-{
-}
-
-void CElementInfoSeqAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
-                                                         const CXmlGeneratedClass* pObject, CXmlWriter* pWriter) const
-{
-    PseudoColAttributesToXml(context, pObject, pWriter, m_eElementType);
-}
-
-CElementInfoSeqUntpdCol::CElementInfoSeqUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace,
-                                                 int nPropertyIndex)
-    : CElementInfoSeqCol(lpctName, lpctNamespace, nPropertyIndex)
-{
-}
-
 bool CElementInfoSeqUntpdCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                                              CXmlElement* pParent, CXmlElement** ppCurrent, const wchar_t*,
                                              XmlElementType eParentType)
@@ -468,7 +256,7 @@ bool CElementInfoSeqUntpdCol::ElementFromXml(const CXmlSerializationContext& con
     QvVariant value;
     CXmlCollectionBase* const pCollection = ExistingCollection(pObject, value);
     *ppCurrent = ReadWildcardCol(pCollection, pParent, *ppCurrent, context);
-    return CheckCount(*pCollection, context, eParentType);
+    return AcceptCount(*pCollection, context, eParentType);
 }
 
 } // namespace QvXmlLib9Data

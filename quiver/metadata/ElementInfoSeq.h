@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/metadata/ElementInfo.h"
+#include "quiver/metadata/ElementInfoKinds.h"
 
 /// @file
 /// The members of a sequence. The walk asks them once, in table order, over the children of an element.
@@ -10,17 +10,7 @@
 /// missing ones. If it is a pseudo class, the member returns false and leaves it to the enclosing group to try
 /// something else. An optional member is satisfied in any case.
 ///
-/// The constructors of all records take, in this order and as far as they have them:
-/// - `lpctName`, `lpctNamespace`, `nPropertyIndex`: local name and namespace URI of the element, key of the property;
-/// - `eItemType`, `lpctFormat`, `eWhitespaceRule`, `restrictions`: the simple type, see CElementInfo;
-/// - `pfnToString`, `pfnFromString`: the enumeration's conversions;
-/// - `eElementType`: whether the child has an element of its own;
-/// - `pfnCreate`, `nClassId`, or `pfnCreateFromElement`: how a child is made;
-/// - `bContentRequired`: a pseudo child must consume something;
-/// - `lpctNamespaceRestriction`, `lpctTargetNamespace`: which namespaces a wildcard admits, as told at
-///   `CXmlObjectBase::IsNamespaceValid`.
-///
-/// Texts are copied, but for `lpctFormat`.
+/// What the kinds of members have in common, and the arguments of the constructors: ElementInfoKinds.h.
 
 namespace QvXmlLib9Data
 {
@@ -96,250 +86,166 @@ public:
                         XmlElementType eParentType) override;
 
 protected:
-    /// Checks the occurrence count after reading.
-    /// @return whether it is valid; with a parent that has an element of its own, an invalid one throws.
-    static bool CheckCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
-                           XmlElementType eParentType);
+    /// Whether the occurrence count after reading is valid; where the parent has an element of its own, an invalid one
+    /// throws.
+    static bool AcceptCount(const CXmlCollectionBase& collection, const CXmlSerializationContext& context,
+                            XmlElementType eParentType);
 };
 
+extern template class CElementInfoPrim<CElementInfoSeq>;
+extern template class CElementInfoEnum<CElementInfoSeq>;
+extern template class CElementInfoCls<CElementInfoSeq>;
+extern template class CElementInfoAbsCls<CElementInfoSeq>;
+extern template class CElementInfoUntpd<CElementInfoSeq>;
+extern template class CElementInfoClsCol<CElementInfoSeqCol>;
+
 /// A mandatory element of a simple type.
-class QVXMLLIB_API CElementInfoSeqPrimMnd : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqPrimMnd : public CElementInfoPrim<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqPrimMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           ItemType eItemType, const wchar_t* lpctFormat,
-                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                           const CPrimitiveRestrictions& restrictions);
+    using CElementInfoPrim::CElementInfoPrim;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
 };
 
 /// An optional element of a simple type.
-class QVXMLLIB_API CElementInfoSeqPrimOpt : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqPrimOpt : public CElementInfoPrim<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqPrimOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           ItemType eItemType, const wchar_t* lpctFormat,
-                           CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                           const CPrimitiveRestrictions& restrictions);
+    using CElementInfoPrim::CElementInfoPrim;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
 };
 
 /// A mandatory element whose type is an enumeration. Under a pseudo parent it does not skip unknown elements, unlike
-/// CElementInfoSeqPrimMnd: that is meant.
-class QVXMLLIB_API CElementInfoSeqEnumMnd : public CElementInfoSeq
+/// CElementInfoSeqPrimMnd (docs/compatibility.md: Unknown elements ahead of an enumeration).
+class QVXMLLIB_API CElementInfoSeqEnumMnd : public CElementInfoEnum<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqEnumMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+    using CElementInfoEnum::CElementInfoEnum;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    PfnEnumToString m_pfnToString;
-    PfnEnumFromString m_pfnFromString;
 };
 
 /// An optional element whose type is an enumeration.
-class QVXMLLIB_API CElementInfoSeqEnumOpt : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqEnumOpt : public CElementInfoEnum<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqEnumOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                           PfnEnumToString pfnToString, PfnEnumFromString pfnFromString);
+    using CElementInfoEnum::CElementInfoEnum;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    PfnEnumToString m_pfnToString;
-    PfnEnumFromString m_pfnFromString;
 };
 
 /// A mandatory child of a known class. The generated constructor makes the child, and reading fills it in place.
-class QVXMLLIB_API CElementInfoSeqClsMnd : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqClsMnd : public CElementInfoCls<CElementInfoSeq>
 {
 public:
     CElementInfoSeqClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
                           XmlElementType eElementType, PfnCreate pfnCreate, int nClassId, bool bContentRequired);
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
 
 private:
-    friend class QvXmlLib9::CXmlGeneratedClass;
-
     bool PseudoFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                        CXmlElement** ppCurrent, XmlElementType eParentType);
 
-    XmlElementType m_eElementType;
-    [[maybe_unused]] PfnCreate m_pfnCreate;
-    [[maybe_unused]] int m_nClassId;
     bool m_bContentRequired;
 };
 
 /// An optional child of a known class. It is read first and stored afterwards; a pseudo child that consumes nothing is
 /// not stored.
-class QVXMLLIB_API CElementInfoSeqClsOpt : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqClsOpt : public CElementInfoCls<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                          XmlElementType eElementType, PfnCreate pfnCreate, int nClassId);
+    using CElementInfoCls::CElementInfoCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    friend class QvXmlLib9::CXmlGeneratedClass;
-
-    XmlElementType m_eElementType;
-    PfnCreate m_pfnCreate;
-    int m_nClassId;
 };
 
 /// A mandatory child whose class follows from the element found. It always has an element of its own on reading, skips
 /// no unknown elements, and is not excused by IgnoreMissingMandatoryElements.
-class QVXMLLIB_API CElementInfoSeqAbsClsMnd : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqAbsClsMnd : public CElementInfoAbsCls<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqAbsClsMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+    using CElementInfoAbsCls::CElementInfoAbsCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
-    PfnCreateFromElement m_pfnCreateFromElement;
 };
 
 /// An optional child whose class follows from the element found. An element for which no class fits stays unread.
-class QVXMLLIB_API CElementInfoSeqAbsClsOpt : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqAbsClsOpt : public CElementInfoAbsCls<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqAbsClsOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType, PfnCreateFromElement pfnCreateFromElement);
+    using CElementInfoAbsCls::CElementInfoAbsCls;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
-    PfnCreateFromElement m_pfnCreateFromElement;
 };
 
 /// `xs:any` that occurs once. The generated constructor makes the CElement. The name "AnyElement" admits any local
 /// name; any other name admits that name alone.
-class QVXMLLIB_API CElementInfoSeqUntpdMnd : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqUntpdMnd : public CElementInfoUntpd<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqUntpdMnd(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+    using CElementInfoUntpd::CElementInfoUntpd;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    std::wstring m_strNamespaceRestriction;
-    std::wstring m_strTargetNamespace;
 };
 
 /// `xs:any` that occurs at most once.
-class QVXMLLIB_API CElementInfoSeqUntpdOpt : public CElementInfoSeq
+class QVXMLLIB_API CElementInfoSeqUntpdOpt : public CElementInfoUntpd<CElementInfoSeq>
 {
 public:
-    CElementInfoSeqUntpdOpt(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                            const wchar_t* lpctNamespaceRestriction, const wchar_t* lpctTargetNamespace);
+    using CElementInfoUntpd::CElementInfoUntpd;
 
-    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                      CXmlWriter* pWriter) const override;
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
                         XmlElementType eParentType) override;
-
-private:
-    std::wstring m_strNamespaceRestriction;
-    std::wstring m_strTargetNamespace;
 };
 
 /// A repeating element of a simple type.
 class QVXMLLIB_API CElementInfoSeqPrimCol : public CElementInfoSeqCol
 {
 public:
-    CElementInfoSeqPrimCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoSeqCol::CElementInfoSeqCol;
 };
 
 /// A repeating element whose type is an enumeration.
 class QVXMLLIB_API CElementInfoSeqEnumCol : public CElementInfoSeqCol
 {
 public:
-    CElementInfoSeqEnumCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoSeqCol::CElementInfoSeqCol;
 };
 
 /// A repeating child of a known class.
-class QVXMLLIB_API CElementInfoSeqClsCol : public CElementInfoSeqCol
+class QVXMLLIB_API CElementInfoSeqClsCol : public CElementInfoClsCol<CElementInfoSeqCol>
 {
 public:
-    CElementInfoSeqClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                          XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 /// A repeating child whose class follows from the element found.
-class QVXMLLIB_API CElementInfoSeqAbsClsCol : public CElementInfoSeqCol
+class QVXMLLIB_API CElementInfoSeqAbsClsCol : public CElementInfoClsCol<CElementInfoSeqCol>
 {
 public:
-    CElementInfoSeqAbsClsCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex,
-                             XmlElementType eElementType);
-
-    void PseudoChildAttributeToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* pObject,
-                                   CXmlWriter* pWriter) const override;
-
-private:
-    XmlElementType m_eElementType;
+    using CElementInfoClsCol::CElementInfoClsCol;
 };
 
 /// `xs:any` that may repeat; its property is a CElementCol. With a name other than "AnyElement" it takes the run of
@@ -347,7 +253,7 @@ private:
 class QVXMLLIB_API CElementInfoSeqUntpdCol : public CElementInfoSeqCol
 {
 public:
-    CElementInfoSeqUntpdCol(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nPropertyIndex);
+    using CElementInfoSeqCol::CElementInfoSeqCol;
 
     bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
                         CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,

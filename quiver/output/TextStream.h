@@ -1,8 +1,8 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/StringBuffer.h"
 
 #include <cstddef>
@@ -62,7 +62,7 @@ public:
     /// The buffered text in the byte form of the stream's encoding: UTF-8, or UTF-16 little-endian without a byte order
     /// mark. The text ends at its first zero unit, and UTF-8 also at an unpaired surrogate.
     ///
-    /// @exception CQvException "Unknown Encoding, select UTF-8 (contact ... for support)" without a byte form.
+    /// @throws CQvException "Unknown Encoding, select UTF-8 (contact ... for support)" without a byte form.
     CBinaryData GetBinaryData() const;
 
     /// The appends of `CStringBuffer`.

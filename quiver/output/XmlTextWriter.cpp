@@ -84,7 +84,7 @@ void CXmlTextWriter::WriteXmlDeclaration()
         m_pStream->AppendUnits(L" encoding=\"UTF-16\"");
     m_pStream->AppendUnits(L"?>");
     m_pStream->AppendUnits(m_strEOL);
-    FlushCheck();
+    FlushIfLong();
     QV_ASSERT_MSG(m_pContext == nullptr, "m_pContext == NULL");
 }
 
@@ -93,7 +93,7 @@ void CXmlTextWriter::WriteHeadedDirective(std::wstring_view strText)
     if (m_pContext != nullptr)
         throw CQvException(L"Headed directives must appear before an Element has been added.");
     AppendLine(strText);
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::WriteComment(std::wstring_view strText)
@@ -102,22 +102,22 @@ void CXmlTextWriter::WriteComment(std::wstring_view strText)
     WriteEscaped<false>(strText);
     m_pStream->AppendUnits(L"-->");
     m_pStream->AppendUnits(m_strEOL);
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::WriteProcessingInstruction(std::wstring_view strText)
 {
     AppendLine(strText);
     m_pStream->AppendUnits(m_strEOL);
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::WriteInlineSchema(std::wstring_view strText)
 {
-    // The start tag stays open on purpose: the schema text stands inside it.
+    // The start tag stays open, because the schema text stands inside it.
     AppendLine(L" ");
     AppendLine(strText);
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::WriteRaw(std::wstring_view strText)
@@ -150,7 +150,7 @@ void CXmlTextWriter::StartElement(std::wstring_view strName, std::wstring_view s
     AppendQualifiedStart(context);
     if (m_pContext == nullptr)
         AppendRootDeclarations();
-    FlushCheck();
+    FlushIfLong();
     m_pContext = &context;
 }
 
@@ -195,7 +195,7 @@ void CXmlTextWriter::AppendRootDeclarations()
     }
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
-        // A longer URI that begins like the XML namespace is passed over as well; that is meant.
+        // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
         if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
             continue;
         m_pStream->AppendUnit(L' ');
@@ -217,7 +217,7 @@ void CXmlTextWriter::WriteText(std::wstring_view strValue, ItemType /*eType*/)
         m_pStream->Append(UpToZero(strValue));
     else
         WriteEscaped<false>(strValue);
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::EndElement()
@@ -244,7 +244,7 @@ void CXmlTextWriter::EndElement()
     }
     if (m_bFormatted)
         m_pStream->AppendUnits(m_strEOL);
-    FlushCheck();
+    FlushIfLong();
     PopContext();
 }
 
@@ -271,7 +271,7 @@ void CXmlTextWriter::WriteAttribute(std::wstring_view strName, std::wstring_view
     m_pStream->AppendUnits(L"=\"");
     WriteEscaped<true>(strValue);
     m_pStream->AppendUnit(L'"');
-    FlushCheck();
+    FlushIfLong();
 }
 
 void CXmlTextWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType)
@@ -364,7 +364,7 @@ void CXmlTextWriter::AppendEscape(wchar_t c)
     }
 }
 
-void CXmlTextWriter::FlushCheck()
+void CXmlTextWriter::FlushIfLong()
 {
     if (m_pStream->GetLength() >= s_nFlushThreshold)
         m_pStream->Flush();

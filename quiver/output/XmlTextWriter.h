@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/foundation/Export.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <string>
@@ -43,7 +43,7 @@ public:
     void Open() override;
 
     /// Closes the stream, so that a file is complete, and then checks that no element is open.
-    /// @exception CQvException "An Element has not been closed."
+    /// @throws CQvException "An Element has not been closed."
     void Close() override;
 
     /// Writes the comment on a line of its own. It is escaped like text; "--" is not looked for.
@@ -69,7 +69,7 @@ public:
     bool GetFormatted() const { return m_bFormatted; }
 
     /// The line ending; initially a line feed.
-    /// @exception CQvException "Invalid EOL type." for anything but the two enumerators; nothing is changed then.
+    /// @throws CQvException "Invalid EOL type." for anything but the two enumerators; nothing is changed then.
     void SetEOLType(EOLType eEOLType);
     EOLType GetEOLType() const { return m_eEOLType; }
 
@@ -78,7 +78,7 @@ public:
     void WriteXmlDeclaration();
 
     /// Writes a line that must precede the root, such as a document type declaration, as it is.
-    /// @exception CQvException "Headed directives must appear before an Element has been added."
+    /// @throws CQvException "Headed directives must appear before an Element has been added."
     void WriteHeadedDirective(std::wstring_view strText);
 
     /// Writes text as it is, and a line ending behind it if output is formatted. To put the output of another writer
@@ -99,7 +99,7 @@ private:
     void WriteEscaped(std::wstring_view strText);
     template <bool bAttribute>
     void AppendEscape(wchar_t c);
-    void FlushCheck();
+    void FlushIfLong();
 
     std::wstring m_strEOL = L"\n";
     EOLType m_eEOLType = EOLType_LF;

@@ -52,7 +52,7 @@ public:
     virtual void Open();
 
     /// Ends output.
-    /// @exception CQvException "An Element has not been closed."
+    /// @throws CQvException "An Element has not been closed."
     virtual void Close();
 
     /// Sets the default namespace: of the document before the root is started, of the open element's scope afterwards.
@@ -89,18 +89,18 @@ public:
     /// Writes an attribute of the open element.
     /// @param strNamespace the namespace URI, empty for none.
     /// @param eType as for WriteText.
-    /// @exception CQvException "Attributes must be added before elements" once the element has text or a child.
+    /// @throws CQvException "Attributes must be added before elements" once the element has text or a child.
     virtual void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
                                 ItemType eType) = 0;
 
     /// Writes the attribute `xsi:type` of the open element.
     /// @param strTypeNamespace the namespace of the type, empty for none.
     /// @param strTypeName the local name of the type.
-    /// @exception CQvException as for WriteAttribute.
+    /// @throws CQvException as for WriteAttribute.
     virtual void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) = 0;
 
     /// Writes the attribute `xsi:nil` of the open element, with the value "true".
-    /// @exception CQvException as for WriteAttribute.
+    /// @throws CQvException as for WriteAttribute.
     virtual void WriteXsiNil() = 0;
 
     /// Prefixes by namespace, in the order of the URIs.
@@ -168,7 +168,7 @@ protected:
     CXmlWriterContext& GetOpenElement() const;
 
     /// The open element, to which attributes can still be added.
-    /// @exception CQvException "Attributes must be added before elements"
+    /// @throws CQvException "Attributes must be added before elements"
     CXmlWriterContext& GetOpenStartTag() const;
 
     /// Default namespace set before the root was started.

@@ -1,5 +1,6 @@
 #include "quiver/values/BigInteger.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/Decimal.h"
 #include "quiver/values/WhitespaceUtils.h"
@@ -28,11 +29,6 @@ constexpr std::size_t s_nLimbDigits = 9;
 
 /// Any number of so many digits fits an unsigned 64-bit word.
 constexpr std::size_t s_nWordDigits = 19;
-
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
 
 bool IsZero(const CDigits& digits)
 {
@@ -224,15 +220,17 @@ void DivideDigits(const wchar_t* pA, std::size_t nA, const wchar_t* pB, std::siz
 }
 
 /// Whether the text is made of digits, signs and white space alone.
-bool IsPlainInteger(const wchar_t* lpctValue)
+bool IsPlainInteger(const wchar_t* p)
 {
-    for (; *lpctValue != 0; ++lpctValue)
+    for (;; ++p)
     {
-        if (!IsDigit(*lpctValue) && *lpctValue != L'-' && *lpctValue != L'+' &&
-            !CWhitespaceUtils::IsWhiteSpace(*lpctValue))
+        while (IsDigit(*p))
+            ++p;
+        if (*p == 0)
+            return true;
+        if (*p != L'-' && *p != L'+' && !CWhitespaceUtils::IsWhiteSpace(*p))
             return false;
     }
-    return true;
 }
 
 } // namespace
@@ -630,7 +628,7 @@ void CBigInteger::Build(const std::wstring& strValue, std::vector<wchar_t>& digi
 
 void CBigInteger::BuildFromEnd(std::wstring_view text, std::vector<wchar_t>& digits)
 {
-    const auto itRun = std::find_if_not(text.rbegin(), text.rend(), IsDigit);
+    const auto itRun = std::find_if_not(text.rbegin(), text.rend(), [](wchar_t c) { return IsDigit(c); });
     const auto nCount = static_cast<std::size_t>(itRun - text.rbegin());
     BuildDigits(text.data() + (text.size() - nCount), nCount, digits);
 }

@@ -107,7 +107,7 @@ public:
 
     /// The remainder, with the sign of this number: -7 % 2 is -1. Zero for a number that is zero.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator%." if `other` is negative, or zero and this number
-    /// is not.
+    ///         is not.
     CBigInteger operator%(const CBigInteger& other) const;
 
     CBigInteger& operator+=(const CBigInteger& other);
@@ -116,12 +116,12 @@ public:
 
     /// The quotient, cut toward zero. Other than `/` it refuses a negative divisor.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator /=." if `other` is negative, or zero and this
-    /// number is not.
+    ///         number is not.
     CBigInteger& operator/=(const CBigInteger& other);
 
     /// The remainder, as `%` gives it.
     /// @throws CQvInvalidValueException "ERROR: Overflow in operator%=." if `other` is negative, or zero and this
-    /// number is not.
+    ///         number is not.
     CBigInteger& operator%=(const CBigInteger& other);
 
     /// Negates this object in place and returns it; use GetNegative where this object must keep its value.

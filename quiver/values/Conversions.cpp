@@ -3,7 +3,10 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/values/NumberText.h"
+#include "quiver/values/IntegerText.h"
+#include "quiver/values/ItemText.h"
+#include "quiver/values/RealReader.h"
+#include "quiver/values/RealWriter.h"
 
 #include <cstdint>
 #include <limits>
@@ -129,17 +132,12 @@ double RealFromString(const std::wstring& strValue, CWhitespaceUtils::Whitespace
     return number.value;
 }
 
-std::wstring SignedToString(std::int64_t nValue)
+/// The text that an appending function makes of a value.
+template <class TAppend, class... TArguments>
+std::wstring TextBy(TAppend pfnAppend, TArguments... arguments)
 {
     std::wstring strText;
-    AppendInteger(strText, nValue);
-    return strText;
-}
-
-std::wstring UnsignedToString(std::uint64_t nValue)
-{
-    std::wstring strText;
-    AppendUnsigned(strText, nValue);
+    pfnAppend(strText, arguments...);
     return strText;
 }
 
@@ -205,7 +203,7 @@ CBinaryData CConversions::base64BinaryFromString(const std::wstring& value, CWhi
 
 std::wstring CConversions::i1ToString(char value)
 {
-    return SignedToString(static_cast<signed char>(value));
+    return TextBy(&AppendI1, value);
 }
 
 char CConversions::i1FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -215,7 +213,7 @@ char CConversions::i1FromString(const std::wstring& value, CWhitespaceUtils::Whi
 
 std::wstring CConversions::i2ToString(short value)
 {
-    return SignedToString(value);
+    return TextBy(&AppendInteger, value);
 }
 
 short CConversions::i2FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -225,7 +223,7 @@ short CConversions::i2FromString(const std::wstring& value, CWhitespaceUtils::Wh
 
 std::wstring CConversions::i4ToString(long value)
 {
-    return SignedToString(static_cast<std::int32_t>(value));
+    return TextBy(&AppendI4, value);
 }
 
 long CConversions::i4FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -235,7 +233,7 @@ long CConversions::i4FromString(const std::wstring& value, CWhitespaceUtils::Whi
 
 std::wstring CConversions::i8ToString(__int64 value)
 {
-    return SignedToString(value);
+    return TextBy(&AppendInteger, value);
 }
 
 __int64 CConversions::i8FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -245,7 +243,7 @@ __int64 CConversions::i8FromString(const std::wstring& value, CWhitespaceUtils::
 
 std::wstring CConversions::ui1ToString(unsigned char value)
 {
-    return UnsignedToString(value);
+    return TextBy(&AppendUnsigned, value);
 }
 
 unsigned char CConversions::ui1FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -255,7 +253,7 @@ unsigned char CConversions::ui1FromString(const std::wstring& value, CWhitespace
 
 std::wstring CConversions::ui2ToString(unsigned short value)
 {
-    return UnsignedToString(value);
+    return TextBy(&AppendUnsigned, value);
 }
 
 unsigned short CConversions::ui2FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -265,7 +263,7 @@ unsigned short CConversions::ui2FromString(const std::wstring& value, CWhitespac
 
 std::wstring CConversions::ui4ToString(unsigned long value)
 {
-    return UnsignedToString(static_cast<std::uint32_t>(value));
+    return TextBy(&AppendUI4, value);
 }
 
 unsigned long CConversions::ui4FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -275,7 +273,7 @@ unsigned long CConversions::ui4FromString(const std::wstring& value, CWhitespace
 
 std::wstring CConversions::ui8ToString(unsigned __int64 value)
 {
-    return UnsignedToString(value);
+    return TextBy(&AppendUnsigned, value);
 }
 
 unsigned __int64 CConversions::ui8FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -285,9 +283,7 @@ unsigned __int64 CConversions::ui8FromString(const std::wstring& value, CWhitesp
 
 std::wstring CConversions::r4ToString(float value, const wchar_t* format)
 {
-    std::wstring strText;
-    AppendR4(strText, value, format);
-    return strText;
+    return TextBy(&AppendR4, value, format);
 }
 
 float CConversions::r4FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -299,9 +295,7 @@ float CConversions::r4FromString(const std::wstring& value, CWhitespaceUtils::Wh
 
 std::wstring CConversions::r8ToString(double value, const wchar_t* format)
 {
-    std::wstring strText;
-    AppendR8(strText, value, format);
-    return strText;
+    return TextBy(&AppendR8, value, format);
 }
 
 double CConversions::r8FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -374,7 +368,7 @@ CDateTime CConversions::timeFromString(const std::wstring& value, CWhitespaceUti
 
 std::wstring CConversions::yearToString(unsigned short value)
 {
-    return UnsignedToString(value);
+    return TextBy(&AppendUnsigned, value);
 }
 
 unsigned short CConversions::yearFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
@@ -430,7 +424,7 @@ std::wstring CConversions::stringFromString(const std::wstring& value, CWhitespa
 
 std::wstring CConversions::booleanToString(bool value)
 {
-    return value ? L"true" : L"false";
+    return std::wstring(WordOf(value));
 }
 
 bool CConversions::booleanFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)

@@ -1,5 +1,6 @@
 #include "quiver/values/DateTime.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
@@ -181,11 +182,6 @@ T ToField(int nValue)
 
 // --- Text -----------------------------------------------------------------------------------------------------------
 
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
 /// Reads exactly `nCount` digits.
 template <class T>
 bool ReadDigits(const wchar_t* p, int nCount, T& nValue)
@@ -195,7 +191,7 @@ bool ReadDigits(const wchar_t* p, int nCount, T& nValue)
     {
         if (!IsDigit(p[i]))
             return false;
-        nRead = nRead * 10 + (p[i] - L'0');
+        nRead = nRead * 10 + DigitValue(p[i]);
     }
     nValue = static_cast<T>(nRead);
     return true;
@@ -402,7 +398,7 @@ void CDateTime::SetXSDTime(std::wstring_view text)
         {
             if (nDigits == 9)
                 ThrowInvalid(L"Invalid XSD Time [%s] Fraction part too long", text);
-            groups[nDigits / 3] += (text[nAt] - L'0') * weights[nDigits % 3];
+            groups[nDigits / 3] += DigitValue(text[nAt]) * weights[nDigits % 3];
         }
         m_milli = static_cast<std::uint16_t>(groups[0]);
         m_micro = static_cast<std::uint16_t>(groups[1]);
@@ -843,24 +839,21 @@ CDateTime::DTCompareResult CDateTime::CompareFields(const CDateTime& a, const CD
 {
     const STypeTraits& traitsA = TraitsOf(a.m_type);
     const STypeTraits& traitsB = TraitsOf(b.m_type);
-    DTCompareResult result = CompareNumbers<int>(traitsA.bYear ? a.m_year : -1, traitsB.bYear ? b.m_year : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    // The number of the month is the first operand's on both sides, so that differing months are equal. It has always
-    // been so, and orders that were stored by it must not change.
-    result = CompareNumbers<int>(traitsA.bMonth ? a.m_month : -1, traitsB.bMonth ? a.GetMonth() : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bDay ? a.m_day : -1, traitsB.bDay ? b.m_day : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bTime ? a.m_hour : -1, traitsB.bTime ? b.m_hour : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    result = CompareNumbers<int>(traitsA.bTime ? a.m_minute : -1, traitsB.bTime ? b.m_minute : -1);
-    if (result != DTCompareResult_Equal)
-        return result;
-    return CompareNumbers<double>(traitsA.bTime ? a.GetRealSecond() : -1.0, traitsB.bTime ? b.GetRealSecond() : -1.0);
+    DTCompareResult eResult = DTCompareResult_Equal;
+    const auto Differ = [&](bool STypeTraits::*pbPresent, auto ValueOf)
+    {
+        eResult = CompareNumbers(traitsA.*pbPresent ? ValueOf(a) : -1, traitsB.*pbPresent ? ValueOf(b) : -1);
+        return eResult != DTCompareResult_Equal;
+    };
+    // Both sides have the month of the first operand, so that differing months are equal: facets and orders of existing
+    // data were settled by this comparison, and would come out otherwise by another one.
+    static_cast<void>(Differ(&STypeTraits::bYear, [](const CDateTime& date) { return date.m_year; }) ||
+                      Differ(&STypeTraits::bMonth, [&](const CDateTime&) { return a.GetMonth(); }) ||
+                      Differ(&STypeTraits::bDay, [](const CDateTime& date) { return date.m_day; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.m_hour; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.m_minute; }) ||
+                      Differ(&STypeTraits::bTime, [](const CDateTime& date) { return date.GetRealSecond(); }));
+    return eResult;
 }
 
 CDateTime::DTCompareResult CDateTime::CompareTo(const CDateTime& other) const

@@ -260,7 +260,7 @@ public:
 
     /// The lexical form, with as many fraction digits as are needed.
     /// @throws CQvInvalidValueException "Date Not Set" when the object is empty, or is no `time` and all its fields are
-    /// 0.
+    ///         0.
     std::wstring ToString() const;
 
     /// @param lpctFormat "s" gives the lexical form; null and "G" the empty string; any other format the text "Unknown

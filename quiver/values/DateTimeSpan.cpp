@@ -1,5 +1,6 @@
 #include "quiver/values/DateTimeSpan.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 
@@ -11,17 +12,12 @@ namespace QvXmlLib9
 namespace
 {
 
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
 /// Reads digits, possibly none, into a number that wraps.
 std::uint32_t ReadNumber(const wchar_t*& p)
 {
     std::uint32_t nNumber = 0;
     for (; IsDigit(*p); ++p)
-        nNumber = nNumber * 10 + static_cast<std::uint32_t>(*p - L'0');
+        nNumber = nNumber * 10 + static_cast<std::uint32_t>(DigitValue(*p));
     return nNumber;
 }
 
@@ -182,7 +178,7 @@ int CDateTimeSpan::ReadFraction(const wchar_t* lpctText, const wchar_t*& p)
     constexpr unsigned weights[] = {100, 10, 1};
     for (std::size_t nDigits = 0; IsDigit(*p); ++p, ++nDigits)
     {
-        const auto nDigit = static_cast<unsigned>(*p - L'0');
+        const auto nDigit = static_cast<unsigned>(DigitValue(*p));
         if (nDigits < 3)
             m_milliSeconds = static_cast<std::uint16_t>(m_milliSeconds + nDigit * weights[nDigits]);
         else if (nDigits < 6)

@@ -84,8 +84,7 @@ public:
     /// to ninth fraction digit each replace the nanoseconds by the bare digit. Callers rely on all of it.
     ///
     /// @throws CQvInvalidValueException for a null or an empty text, any other form, or a tenth fraction digit. The
-    /// object
-    ///         then holds what was read up to the failure.
+    ///         object then holds what was read up to the failure.
     void ParseXSDDuration(const wchar_t* lpctText);
 
     /// The lexical form, fields that are 0 left out. A zero span gives "P".

@@ -1,5 +1,6 @@
 #include "quiver/values/Decimal.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/values/WhitespaceUtils.h"
@@ -47,11 +48,6 @@ struct SPart
         return std::all_of(sz, sz + nCount, [](wchar_t c) { return c == L'0'; });
     }
 };
-
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
 
 bool IsSign(wchar_t c)
 {
@@ -136,7 +132,7 @@ private:
         }
         for (; IsDigit(*m_pAt); ++m_pAt)
         {
-            m_nExponent = std::min(m_nExponent * 10 + static_cast<int>(*m_pAt - L'0'), s_nZeroExponent);
+            m_nExponent = std::min(m_nExponent * 10 + DigitValue(*m_pAt), s_nZeroExponent);
             const bool bTooLarge = m_nExponent > CDecimal::MAX_EXPONENT && !m_bExponentNegative && !IsZero();
             if (++m_nExponentDigits > s_nMaxExponentDigits || bTooLarge)
                 Fail();

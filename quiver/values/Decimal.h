@@ -21,12 +21,10 @@ namespace QvXmlLib9
 ///
 /// The rounding rules differ between operations, and documents depend on each of them:
 /// - A parsed text, a product and a quotient that has more places than the maximum is rounded to it, a half toward
-/// zero.
-///   A quotient is cut two places behind the maximum before it is rounded.
+///   zero. A quotient is cut two places behind the maximum before it is rounded.
 /// - A sum or a difference keeps all places of its operands.
 /// - Rounding never carries into the whole part: "0.999" with a maximum of two places is 0 and 100 hundredths, and
-/// prints
-///   as "0.100".
+///   prints as "0.100".
 /// - `ToString(int)` rounds a half away from zero, `ToLong` toward zero, and `ToLongLong` cuts.
 ///
 /// Zero may carry a sign, in the whole part and in the fraction. A zero with a sign equals "0" and is `<` it. It is
@@ -132,7 +130,7 @@ public:
 
     /// The nearest double. A value too small for one gives a zero with the sign of the value.
     /// @throws CQvOverFlowException "The Decimal value if to large to fit into a Double" if the whole part lies beyond
-    /// `CBigInteger::MIN_DOUBLE` or `CBigInteger::MAX_DOUBLE`.
+    ///         `CBigInteger::MIN_DOUBLE` or `CBigInteger::MAX_DOUBLE`.
     double ToDouble() const;
 
     /// The value rounded to a whole number, a half toward zero.

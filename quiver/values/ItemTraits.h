@@ -1,18 +1,20 @@
 #pragma once
 
 #include "quiver/values/Conversions.h"
+#include "quiver/values/ItemText.h"
 #include "quiver/values/ItemType.h"
-#include "quiver/values/NumberText.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/RealWriter.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
 /// @file
-/// What belongs to each kind of simple value, in one table: its C++ type, its conversions, its place in a QvVariant.
-/// Whatever is done for every kind is written once over this table. Internal to the library.
+/// What belongs to each kind of simple value, in one list: its name, its conversions, its place in a QvVariant. A new
+/// kind is a row of it, and whatever is done for every kind is written once over it. Internal to the library.
 ///
 ///     const auto value = SItemTraits<ItemType_i4>::FromString(strText, rule); // a long
 ///     VisitItemType(eType, [&](auto traits) { ...decltype(traits)::s_eType... });
@@ -20,319 +22,188 @@
 namespace QvXmlLib9
 {
 
+/// A row of the list.
+template <class TPrint, class TRead, class TGet, class THeld>
+struct SItemKind
+{
+    ItemType eType;
+    /// What QvVariant::GetType calls the kind.
+    const wchar_t* lpctName;
+    /// Appends the lexical form to a buffer, or returns it as a string or a view; takes the format behind the value if
+    /// the kind has one.
+    TPrint pfnPrint;
+    TRead pfnRead;
+    /// The getter of QvVariant; the one by reference where there is one.
+    TGet pfnGet;
+    /// The member of the union in QvVariant; objects are pointed to.
+    THeld pHeld;
+};
+template <class TPrint, class TRead, class TGet, class THeld>
+SItemKind(ItemType, const wchar_t*, TPrint, TRead, TGet, THeld) -> SItemKind<TPrint, TRead, TGet, THeld>;
+
+/// Every kind, in the order of the numbers.
+inline constexpr std::tuple s_itemKinds = {
+    SItemKind{ItemType_hexBinary, L"hexBinary", &CConversions::hexBinaryToString, &CConversions::hexBinaryFromString,
+              &QvVariant::HexBinaryRef, &QvVariant::m_pBinaryData},
+    SItemKind{ItemType_base64Binary, L"base64Binary", &CConversions::base64BinaryToString,
+              &CConversions::base64BinaryFromString, &QvVariant::Base64BinaryRef, &QvVariant::m_pBinaryData},
+    SItemKind{ItemType_i1, L"i1", &AppendI1, &CConversions::i1FromString, &QvVariant::GetI1, &QvVariant::m_i1},
+    SItemKind{ItemType_i2, L"i2", &AppendInteger, &CConversions::i2FromString, &QvVariant::GetI2, &QvVariant::m_i2},
+    SItemKind{ItemType_i4, L"i4", &AppendI4, &CConversions::i4FromString, &QvVariant::GetI4, &QvVariant::m_i4},
+    SItemKind{ItemType_i8, L"i8", &AppendInteger, &CConversions::i8FromString, &QvVariant::GetI8, &QvVariant::m_i8},
+    SItemKind{ItemType_ui1, L"ui1", &AppendUnsigned, &CConversions::ui1FromString, &QvVariant::GetUI1,
+              &QvVariant::m_ui1},
+    SItemKind{ItemType_ui2, L"ui2", &AppendUnsigned, &CConversions::ui2FromString, &QvVariant::GetUI2,
+              &QvVariant::m_ui2},
+    SItemKind{ItemType_ui4, L"ui4", &AppendUI4, &CConversions::ui4FromString, &QvVariant::GetUI4, &QvVariant::m_ui4},
+    SItemKind{ItemType_ui8, L"ui8", &AppendUnsigned, &CConversions::ui8FromString, &QvVariant::GetUI8,
+              &QvVariant::m_ui8},
+    SItemKind{ItemType_r4, L"r4", &AppendR4, &CConversions::r4FromString, &QvVariant::GetR4, &QvVariant::m_r4},
+    SItemKind{ItemType_r8, L"r8", &AppendR8, &CConversions::r8FromString, &QvVariant::GetR8, &QvVariant::m_r8},
+    SItemKind{ItemType_duration, L"duration", &CConversions::durationToString, &CConversions::durationFromString,
+              &QvVariant::GetDuration, &QvVariant::m_pDateTimeSpan},
+    SItemKind{ItemType_yearMonth, L"yearMonth", &CConversions::yearMonthToString, &CConversions::yearMonthFromString,
+              &QvVariant::GetYearMonth, &QvVariant::m_pDateTime},
+    SItemKind{ItemType_monthDay, L"monthDay", &CConversions::monthDayToString, &CConversions::monthDayFromString,
+              &QvVariant::GetMonthDay, &QvVariant::m_pDateTime},
+    SItemKind{ItemType_year, L"year", &AppendUnsigned, &CConversions::yearFromString, &QvVariant::GetYear,
+              &QvVariant::m_year},
+    SItemKind{ItemType_month, L"month", &CConversions::monthToString, &CConversions::monthFromString,
+              &QvVariant::GetMonth, &QvVariant::m_month},
+    SItemKind{ItemType_day, L"day", &CConversions::dayToString, &CConversions::dayFromString, &QvVariant::GetDay,
+              &QvVariant::m_day},
+    SItemKind{ItemType_date, L"date", &CConversions::dateToString, &CConversions::dateFromString, &QvVariant::GetDate,
+              &QvVariant::m_pDateTime},
+    SItemKind{ItemType_datetime, L"datetime", &CConversions::datetimeToString, &CConversions::datetimeFromString,
+              &QvVariant::GetDateTime, &QvVariant::m_pDateTime},
+    SItemKind{ItemType_time, L"time", &CConversions::timeToString, &CConversions::timeFromString, &QvVariant::GetTime,
+              &QvVariant::m_pDateTime},
+    SItemKind{ItemType_char, L"char", &CConversions::charToString, &CConversions::charFromString, &QvVariant::GetChar,
+              &QvVariant::m_char},
+    SItemKind{ItemType_string, L"string", &ViewOf, &CConversions::stringFromString, &QvVariant::StringRef,
+              &QvVariant::m_pString},
+    SItemKind{ItemType_boolean, L"boolean", &WordOf, &CConversions::booleanFromString, &QvVariant::GetBoolean,
+              &QvVariant::m_boolean},
+    SItemKind{ItemType_decimal, L"decimal", &CConversions::decimalToString, &CConversions::decimalFromString,
+              &QvVariant::DecimalRef, &QvVariant::m_pDecimal},
+    SItemKind{ItemType_integer, L"integer", &CConversions::integerToString, &CConversions::integerFromString,
+              &QvVariant::IntegerRef, &QvVariant::m_pBigInteger},
+};
+
+/// One number for each row.
+using ItemKindIndexes = std::make_index_sequence<std::tuple_size_v<decltype(s_itemKinds)>>;
+
 namespace ItemTraitsDetail
 {
 
-template <ItemType eType, auto pfnToString, auto pfnFromString, auto pfnGet, auto pfnSet>
-struct SRow
+template <std::size_t... nIndex>
+constexpr bool IsInOrder(std::index_sequence<nIndex...>)
+{
+    return ((std::get<nIndex>(s_itemKinds).eType == static_cast<int>(nIndex) + 1) && ...);
+}
+
+template <class TMember>
+struct SHeld;
+template <class T>
+struct SHeld<T QvVariant::*>
+{
+    using Value = std::remove_pointer_t<T>;
+    static constexpr bool s_bIsObject = std::is_pointer_v<T>;
+};
+
+} // namespace ItemTraitsDetail
+
+static_assert(std::tuple_size_v<decltype(s_itemKinds)> == ItemType_integer, "every kind has a row");
+static_assert(ItemTraitsDetail::IsInOrder(ItemKindIndexes()), "rows are found by the number of their kind");
+
+/// One kind, as its row of the list tells it.
+template <ItemType eType>
+struct SItemTraits
 {
     static constexpr ItemType s_eType = eType;
+    static constexpr const auto& s_kind = std::get<static_cast<std::size_t>(eType) - 1>(s_itemKinds);
+    static constexpr auto s_pHeld = s_kind.pHeld;
 
     /// The C++ type of the kind.
-    using Value = std::invoke_result_t<decltype(pfnFromString), const std::wstring&, CWhitespaceUtils::WhitespaceRule>;
+    using Value = typename ItemTraitsDetail::SHeld<std::remove_const_t<decltype(s_pHeld)>>::Value;
+
+    /// Whether a QvVariant holds an object of this kind, and not bits.
+    static constexpr bool s_bIsObject = ItemTraitsDetail::SHeld<std::remove_const_t<decltype(s_pHeld)>>::s_bIsObject;
 
     /// How a function takes a value: objects by reference.
     using Argument = std::conditional_t<std::is_class_v<Value>, const Value&, Value>;
 
     static Value FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule)
     {
-        return pfnFromString(value, rule);
+        return s_kind.pfnRead(value, rule);
     }
 
-    /// `format` matters to the kinds that have one; see CConversions.
-    static std::wstring ToString(Argument value, const wchar_t* format)
+    /// Appends the lexical form of a value, so that one buffer can serve many values.
+    /// @param format matters to the kinds that have one; see CConversions.
+    static void AppendText(std::wstring& strOut, Argument value, [[maybe_unused]] const wchar_t* format)
     {
-        if constexpr (std::is_invocable_v<decltype(pfnToString), Argument, const wchar_t*>)
-            return pfnToString(value, format);
+        using TPrint = decltype(s_kind.pfnPrint);
+        if constexpr (std::is_invocable_v<TPrint, std::wstring&, Argument, const wchar_t*>)
+            s_kind.pfnPrint(strOut, value, format);
+        else if constexpr (std::is_invocable_v<TPrint, std::wstring&, Argument>)
+            s_kind.pfnPrint(strOut, value);
+        else if constexpr (std::is_invocable_v<TPrint, Argument, const wchar_t*>)
+            strOut += s_kind.pfnPrint(value, format);
         else
-            return static_cast<void>(format), pfnToString(value);
+            strOut += s_kind.pfnPrint(value);
+    }
+
+    /// The same text as a string.
+    static std::wstring ToString(Argument value, [[maybe_unused]] const wchar_t* format)
+    {
+        using TPrint = decltype(s_kind.pfnPrint);
+        if constexpr (std::is_invocable_v<TPrint, Argument, const wchar_t*>)
+            return s_kind.pfnPrint(value, format);
+        else if constexpr (std::is_invocable_v<TPrint, Argument>)
+            return std::wstring(s_kind.pfnPrint(value));
+        else
+            return AppendedText(value, format);
     }
 
     /// The value of a variant that holds this kind; asserted there. Large objects are not copied.
-    static decltype(auto) Get(const QvVariant& value) { return (value.*pfnGet)(); }
+    static decltype(auto) Get(const QvVariant& value) { return (value.*s_kind.pfnGet)(); }
 
-    static void Set(QvVariant& target, Value&& value) { (target.*pfnSet)(std::move(value)); }
+private:
+    static std::wstring AppendedText(Argument value, const wchar_t* format)
+    {
+        std::wstring strText;
+        AppendText(strText, value, format);
+        return strText;
+    }
 };
+
+namespace ItemTraitsDetail
+{
+
+template <class TVisitor, std::size_t... nIndex>
+bool Visit(ItemType eType, TVisitor& visitor, std::index_sequence<nIndex...>)
+{
+    // Compilers make a switch of this.
+    return ((eType == static_cast<ItemType>(nIndex + 1) &&
+             (visitor(SItemTraits<static_cast<ItemType>(nIndex + 1)>()), true)) ||
+            ...);
+}
 
 } // namespace ItemTraitsDetail
 
-/// The row of one kind; see ItemTraitsDetail::SRow for its members.
-template <ItemType eType>
-struct SItemTraits;
-
-template <>
-struct SItemTraits<ItemType_hexBinary>
-    : ItemTraitsDetail::SRow<ItemType_hexBinary, &CConversions::hexBinaryToString, &CConversions::hexBinaryFromString,
-                             &QvVariant::HexBinaryRef, &QvVariant::SetHexBinary>
-{
-};
-template <>
-struct SItemTraits<ItemType_base64Binary>
-    : ItemTraitsDetail::SRow<ItemType_base64Binary, &CConversions::base64BinaryToString,
-                             &CConversions::base64BinaryFromString, &QvVariant::Base64BinaryRef,
-                             &QvVariant::SetBase64Binary>
-{
-};
-template <>
-struct SItemTraits<ItemType_i1>
-    : ItemTraitsDetail::SRow<ItemType_i1, &CConversions::i1ToString, &CConversions::i1FromString, &QvVariant::GetI1,
-                             &QvVariant::SetI1>
-{
-};
-template <>
-struct SItemTraits<ItemType_i2>
-    : ItemTraitsDetail::SRow<ItemType_i2, &CConversions::i2ToString, &CConversions::i2FromString, &QvVariant::GetI2,
-                             &QvVariant::SetI2>
-{
-};
-template <>
-struct SItemTraits<ItemType_i4>
-    : ItemTraitsDetail::SRow<ItemType_i4, &CConversions::i4ToString, &CConversions::i4FromString, &QvVariant::GetI4,
-                             &QvVariant::SetI4>
-{
-};
-template <>
-struct SItemTraits<ItemType_i8>
-    : ItemTraitsDetail::SRow<ItemType_i8, &CConversions::i8ToString, &CConversions::i8FromString, &QvVariant::GetI8,
-                             &QvVariant::SetI8>
-{
-};
-template <>
-struct SItemTraits<ItemType_ui1>
-    : ItemTraitsDetail::SRow<ItemType_ui1, &CConversions::ui1ToString, &CConversions::ui1FromString, &QvVariant::GetUI1,
-                             &QvVariant::SetUI1>
-{
-};
-template <>
-struct SItemTraits<ItemType_ui2>
-    : ItemTraitsDetail::SRow<ItemType_ui2, &CConversions::ui2ToString, &CConversions::ui2FromString, &QvVariant::GetUI2,
-                             &QvVariant::SetUI2>
-{
-};
-template <>
-struct SItemTraits<ItemType_ui4>
-    : ItemTraitsDetail::SRow<ItemType_ui4, &CConversions::ui4ToString, &CConversions::ui4FromString, &QvVariant::GetUI4,
-                             &QvVariant::SetUI4>
-{
-};
-template <>
-struct SItemTraits<ItemType_ui8>
-    : ItemTraitsDetail::SRow<ItemType_ui8, &CConversions::ui8ToString, &CConversions::ui8FromString, &QvVariant::GetUI8,
-                             &QvVariant::SetUI8>
-{
-};
-template <>
-struct SItemTraits<ItemType_r4>
-    : ItemTraitsDetail::SRow<ItemType_r4, &CConversions::r4ToString, &CConversions::r4FromString, &QvVariant::GetR4,
-                             &QvVariant::SetR4>
-{
-};
-template <>
-struct SItemTraits<ItemType_r8>
-    : ItemTraitsDetail::SRow<ItemType_r8, &CConversions::r8ToString, &CConversions::r8FromString, &QvVariant::GetR8,
-                             &QvVariant::SetR8>
-{
-};
-template <>
-struct SItemTraits<ItemType_duration>
-    : ItemTraitsDetail::SRow<ItemType_duration, &CConversions::durationToString, &CConversions::durationFromString,
-                             &QvVariant::GetDuration, &QvVariant::SetDuration>
-{
-};
-template <>
-struct SItemTraits<ItemType_yearMonth>
-    : ItemTraitsDetail::SRow<ItemType_yearMonth, &CConversions::yearMonthToString, &CConversions::yearMonthFromString,
-                             &QvVariant::GetYearMonth, &QvVariant::SetYearMonth>
-{
-};
-template <>
-struct SItemTraits<ItemType_monthDay>
-    : ItemTraitsDetail::SRow<ItemType_monthDay, &CConversions::monthDayToString, &CConversions::monthDayFromString,
-                             &QvVariant::GetMonthDay, &QvVariant::SetMonthDay>
-{
-};
-template <>
-struct SItemTraits<ItemType_year>
-    : ItemTraitsDetail::SRow<ItemType_year, &CConversions::yearToString, &CConversions::yearFromString,
-                             &QvVariant::GetYear, &QvVariant::SetYear>
-{
-};
-template <>
-struct SItemTraits<ItemType_month>
-    : ItemTraitsDetail::SRow<ItemType_month, &CConversions::monthToString, &CConversions::monthFromString,
-                             &QvVariant::GetMonth, &QvVariant::SetMonth>
-{
-};
-template <>
-struct SItemTraits<ItemType_day>
-    : ItemTraitsDetail::SRow<ItemType_day, &CConversions::dayToString, &CConversions::dayFromString, &QvVariant::GetDay,
-                             &QvVariant::SetDay>
-{
-};
-template <>
-struct SItemTraits<ItemType_date>
-    : ItemTraitsDetail::SRow<ItemType_date, &CConversions::dateToString, &CConversions::dateFromString,
-                             &QvVariant::GetDate, &QvVariant::SetDate>
-{
-};
-template <>
-struct SItemTraits<ItemType_datetime>
-    : ItemTraitsDetail::SRow<ItemType_datetime, &CConversions::datetimeToString, &CConversions::datetimeFromString,
-                             &QvVariant::GetDateTime, &QvVariant::SetDateTime>
-{
-};
-template <>
-struct SItemTraits<ItemType_time>
-    : ItemTraitsDetail::SRow<ItemType_time, &CConversions::timeToString, &CConversions::timeFromString,
-                             &QvVariant::GetTime, &QvVariant::SetTime>
-{
-};
-template <>
-struct SItemTraits<ItemType_char>
-    : ItemTraitsDetail::SRow<ItemType_char, &CConversions::charToString, &CConversions::charFromString,
-                             &QvVariant::GetChar, &QvVariant::SetChar>
-{
-};
-template <>
-struct SItemTraits<ItemType_string>
-    : ItemTraitsDetail::SRow<ItemType_string, &CConversions::stringToString, &CConversions::stringFromString,
-                             &QvVariant::StringRef, &QvVariant::SetString>
-{
-};
-template <>
-struct SItemTraits<ItemType_boolean>
-    : ItemTraitsDetail::SRow<ItemType_boolean, &CConversions::booleanToString, &CConversions::booleanFromString,
-                             &QvVariant::GetBoolean, &QvVariant::SetBoolean>
-{
-};
-template <>
-struct SItemTraits<ItemType_decimal>
-    : ItemTraitsDetail::SRow<ItemType_decimal, &CConversions::decimalToString, &CConversions::decimalFromString,
-                             &QvVariant::DecimalRef, &QvVariant::SetDecimal>
-{
-};
-template <>
-struct SItemTraits<ItemType_integer>
-    : ItemTraitsDetail::SRow<ItemType_integer, &CConversions::integerToString, &CConversions::integerFromString,
-                             &QvVariant::IntegerRef, &QvVariant::SetInteger>
-{
-};
-
-/// Calls `visitor` with the row of `eType`, an SItemTraits by value, and returns true. A number that names no simple
+/// Calls `visitor` with the traits of `eType`, an SItemTraits by value, and returns true. A number that names no simple
 /// value (invalid, object, collection, unknown) returns false without a call.
 template <class TVisitor>
 bool VisitItemType(ItemType eType, TVisitor&& visitor)
 {
-    switch (eType)
-    {
-    case ItemType_hexBinary:
-        visitor(SItemTraits<ItemType_hexBinary>());
-        return true;
-    case ItemType_base64Binary:
-        visitor(SItemTraits<ItemType_base64Binary>());
-        return true;
-    case ItemType_i1:
-        visitor(SItemTraits<ItemType_i1>());
-        return true;
-    case ItemType_i2:
-        visitor(SItemTraits<ItemType_i2>());
-        return true;
-    case ItemType_i4:
-        visitor(SItemTraits<ItemType_i4>());
-        return true;
-    case ItemType_i8:
-        visitor(SItemTraits<ItemType_i8>());
-        return true;
-    case ItemType_ui1:
-        visitor(SItemTraits<ItemType_ui1>());
-        return true;
-    case ItemType_ui2:
-        visitor(SItemTraits<ItemType_ui2>());
-        return true;
-    case ItemType_ui4:
-        visitor(SItemTraits<ItemType_ui4>());
-        return true;
-    case ItemType_ui8:
-        visitor(SItemTraits<ItemType_ui8>());
-        return true;
-    case ItemType_r4:
-        visitor(SItemTraits<ItemType_r4>());
-        return true;
-    case ItemType_r8:
-        visitor(SItemTraits<ItemType_r8>());
-        return true;
-    case ItemType_duration:
-        visitor(SItemTraits<ItemType_duration>());
-        return true;
-    case ItemType_yearMonth:
-        visitor(SItemTraits<ItemType_yearMonth>());
-        return true;
-    case ItemType_monthDay:
-        visitor(SItemTraits<ItemType_monthDay>());
-        return true;
-    case ItemType_year:
-        visitor(SItemTraits<ItemType_year>());
-        return true;
-    case ItemType_month:
-        visitor(SItemTraits<ItemType_month>());
-        return true;
-    case ItemType_day:
-        visitor(SItemTraits<ItemType_day>());
-        return true;
-    case ItemType_date:
-        visitor(SItemTraits<ItemType_date>());
-        return true;
-    case ItemType_datetime:
-        visitor(SItemTraits<ItemType_datetime>());
-        return true;
-    case ItemType_time:
-        visitor(SItemTraits<ItemType_time>());
-        return true;
-    case ItemType_char:
-        visitor(SItemTraits<ItemType_char>());
-        return true;
-    case ItemType_string:
-        visitor(SItemTraits<ItemType_string>());
-        return true;
-    case ItemType_boolean:
-        visitor(SItemTraits<ItemType_boolean>());
-        return true;
-    case ItemType_decimal:
-        visitor(SItemTraits<ItemType_decimal>());
-        return true;
-    case ItemType_integer:
-        visitor(SItemTraits<ItemType_integer>());
-        return true;
-    case ItemType_Invalid:
-    case ItemType_XmlObjectBase:
-    case ItemType_XmlCollection:
-        break;
-    }
-    return false;
+    return ItemTraitsDetail::Visit(eType, visitor, ItemKindIndexes());
 }
 
-/// Appends the lexical form of a value, so that one buffer can serve many values. The same text as ToString of the row.
+/// The same as AppendText of the traits.
 template <ItemType eType>
 void AppendItemText(std::wstring& strOut, typename SItemTraits<eType>::Argument value, const wchar_t* format)
 {
-    if constexpr (eType == ItemType_string)
-        strOut += value;
-    else if constexpr (eType == ItemType_r4)
-        AppendR4(strOut, value, format);
-    else if constexpr (eType == ItemType_r8)
-        AppendR8(strOut, value, format);
-    else if constexpr (eType == ItemType_i2 || eType == ItemType_i8)
-        AppendInteger(strOut, value);
-    else if constexpr (eType == ItemType_ui1 || eType == ItemType_ui2 || eType == ItemType_ui8)
-        AppendUnsigned(strOut, value);
-    else if constexpr (eType == ItemType_i4)
-        AppendInteger(strOut, static_cast<std::int32_t>(value));
-    else if constexpr (eType == ItemType_ui4)
-        AppendUnsigned(strOut, static_cast<std::uint32_t>(value));
-    else if constexpr (eType == ItemType_boolean)
-        strOut += value ? L"true" : L"false";
-    else
-        strOut += SItemTraits<eType>::ToString(value, format);
+    SItemTraits<eType>::AppendText(strOut, value, format);
 }
 
 } // namespace QvXmlLib9

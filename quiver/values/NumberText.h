@@ -1,11 +1,13 @@
 #pragma once
 
-#include <cstdint>
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 /// @file
-/// Numbers to and from text, the way the C library's `wcsto...` and `printf` do it in the C locale, whatever the locale
-/// of the process and the width of `long`. Internal to the library.
+/// What reading and printing of numbers share. Numbers pass to and from text the way the C library's `wcsto...` and
+/// `printf` do it in the C locale, whatever the locale of the process and the width of `long`: see IntegerText.h,
+/// RealReader.h and RealWriter.h. Internal to the library.
 
 namespace QvXmlLib9
 {
@@ -21,23 +23,33 @@ struct SNumberText
     const wchar_t* pStop;
 };
 
-/// Reads a decimal integer as `wcstol` and its kin do: blanks (blank, tab, line feed, vertical tab, form feed, carriage
-/// return), one sign, digits. No digit gives 0. For unsigned types a minus sign negates modulo the width of the type.
-/// @tparam TInteger std::int32_t, std::uint32_t, std::int64_t or std::uint64_t.
-template <class TInteger>
-SNumberText<TInteger> ReadInteger(const wchar_t* lpctText);
+/// Skips what may stand ahead of a number: blanks, tabs, line feeds, vertical tabs, form feeds, carriage returns.
+inline const wchar_t* SkipBlanks(const wchar_t* p)
+{
+    while (*p == L' ' || (*p >= L'\t' && *p <= L'\r'))
+        ++p;
+    return p;
+}
 
-/// Reads a decimal number as `wcstod` does: blanks, one sign, digits with at most one point, an exponent if one is
-/// complete. No digit gives 0. Words ("inf", "nan") and hexadecimal numbers are none. What is too large gives an
-/// infinity, out of range; what is too small gives 0 or a denormal number, in range.
-SNumberText<double> ReadReal(const wchar_t* lpctText);
+/// Moves behind one sign, if there is one.
+/// @return whether it is a minus sign.
+inline bool ReadSign(const wchar_t*& p)
+{
+    const bool bNegative = *p == L'-';
+    if (bNegative || *p == L'+')
+        ++p;
+    return bNegative;
+}
 
-/// Appends decimal digits, with a minus sign if negative.
-void AppendInteger(std::wstring& strOut, std::int64_t nValue);
-void AppendUnsigned(std::wstring& strOut, std::uint64_t nValue);
-
-/// Appends the lexical form of a floating point number; see CConversions::r4ToString and r8ToString.
-void AppendR4(std::wstring& strOut, float fValue, const wchar_t* lpctFormat);
-void AppendR8(std::wstring& strOut, double dValue, const wchar_t* lpctFormat);
+/// Appends ASCII characters.
+/// @tparam nRoom the most characters that there can be.
+template <std::size_t nRoom>
+void AppendAscii(std::wstring& strOut, const char* pBegin, const char* pEnd)
+{
+    wchar_t szWide[nRoom];
+    const auto nLength = static_cast<std::size_t>(pEnd - pBegin);
+    std::transform(pBegin, pEnd, szWide, [](char c) { return static_cast<wchar_t>(c); });
+    strOut.append(szWide, nLength);
+}
 
 } // namespace QvXmlLib9

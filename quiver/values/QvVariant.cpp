@@ -1,7 +1,5 @@
 #include "quiver/values/QvVariant.h"
 
-#include "quiver/collections/XmlCollection.h"
-#include "quiver/core/XmlObjectBase.h"
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
@@ -10,7 +8,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -21,88 +18,40 @@ namespace QvXmlLib9
 namespace
 {
 
-template <class TMember>
-struct SObjectOf;
-template <class T>
-struct SObjectOf<T * QvVariant::*>
+bool IsCounted(ItemType eType)
 {
-    using Type = T;
-};
-/// The class that a pointer in the union points to.
-template <class TMember>
-using ObjectOf = typename SObjectOf<TMember>::Type;
+    return eType == ItemType_XmlObjectBase || eType == ItemType_XmlCollection;
+}
 
-template <class T>
-constexpr bool s_bIsCounted = std::is_same_v<T, CXmlObjectBase> || std::is_same_v<T, CXmlCollectionBase>;
+template <std::size_t... nIndex>
+constexpr unsigned int GetObjectTypes(std::index_sequence<nIndex...>)
+{
+    constexpr unsigned int nCounted = 1U << ItemType_XmlObjectBase | 1U << ItemType_XmlCollection;
+    return ((SItemTraits<static_cast<ItemType>(nIndex + 1)>::s_bIsObject ? 2U << nIndex : 0U) | ...) | nCounted;
+}
 
-/// Calls `visitor` with the member of the union that holds the object of a kind; does nothing for the other kinds.
+/// Calls `visitor` with the member of the union that holds the object of a kind, if the kind has one that the variant
+/// owns by itself.
 template <class TVisitor>
 void VisitObjectMember(ItemType eType, TVisitor&& visitor)
 {
-    switch (eType)
-    {
-    case ItemType_hexBinary:
-    case ItemType_base64Binary:
-        return visitor(&QvVariant::m_pBinaryData);
-    case ItemType_duration:
-        return visitor(&QvVariant::m_pDateTimeSpan);
-    case ItemType_yearMonth:
-    case ItemType_monthDay:
-    case ItemType_date:
-    case ItemType_datetime:
-    case ItemType_time:
-        return visitor(&QvVariant::m_pDateTime);
-    case ItemType_string:
-        return visitor(&QvVariant::m_pString);
-    case ItemType_decimal:
-        return visitor(&QvVariant::m_pDecimal);
-    case ItemType_integer:
-        return visitor(&QvVariant::m_pBigInteger);
-    case ItemType_XmlObjectBase:
-        return visitor(&QvVariant::m_pXmlObject);
-    case ItemType_XmlCollection:
-        return visitor(&QvVariant::m_pXmlCol);
-    case ItemType_Invalid:
-    case ItemType_i1:
-    case ItemType_i2:
-    case ItemType_i4:
-    case ItemType_i8:
-    case ItemType_ui1:
-    case ItemType_ui2:
-    case ItemType_ui4:
-    case ItemType_ui8:
-    case ItemType_r4:
-    case ItemType_r8:
-    case ItemType_year:
-    case ItemType_month:
-    case ItemType_day:
-    case ItemType_char:
-    case ItemType_boolean:
-        break;
-    }
+    VisitItemType(eType,
+                  [&](auto traits)
+                  {
+                      if constexpr (decltype(traits)::s_bIsObject)
+                          visitor(traits.s_pHeld);
+                      else
+                          static_cast<void>(traits);
+                  });
 }
 
-/// The member of the union for the objects of a class.
 template <class T>
-constexpr T* QvVariant::*s_pMemberFor = nullptr;
-template <>
-constexpr CBinaryData* QvVariant::*s_pMemberFor<CBinaryData> = &QvVariant::m_pBinaryData;
-template <>
-constexpr CDateTimeSpan* QvVariant::*s_pMemberFor<CDateTimeSpan> = &QvVariant::m_pDateTimeSpan;
-template <>
-constexpr CDateTime* QvVariant::*s_pMemberFor<CDateTime> = &QvVariant::m_pDateTime;
-template <>
-constexpr std::wstring* QvVariant::*s_pMemberFor<std::wstring> = &QvVariant::m_pString;
-template <>
-constexpr CDecimal* QvVariant::*s_pMemberFor<CDecimal> = &QvVariant::m_pDecimal;
-template <>
-constexpr CBigInteger* QvVariant::*s_pMemberFor<CBigInteger> = &QvVariant::m_pBigInteger;
-
-constexpr const wchar_t* s_typeNames[] = {
-    nullptr, L"hexBinary", L"base64Binary", L"i1",   L"i2",       L"i4",        L"i8",       L"ui1",     L"ui2",
-    L"ui4",  L"ui8",       L"r4",           L"r8",   L"duration", L"yearMonth", L"monthDay", L"year",    L"month",
-    L"day",  L"date",      L"datetime",     L"time", L"char",     L"string",    L"boolean",  L"decimal", L"integer"};
-static_assert(std::size(s_typeNames) == ItemType_integer + 1);
+const T& EmptyOf()
+{
+    // Never destroyed: static objects may read values while they die.
+    static const T& s_empty = *new const T;
+    return s_empty;
+}
 
 [[noreturn]] void ThrowNoText(ItemType eType)
 {
@@ -112,47 +61,28 @@ static_assert(std::size(s_typeNames) == ItemType_integer + 1);
 } // namespace
 
 /// Takes the value by value, as it may be the very object that Clear destroys.
-template <class T>
-void QvVariant::Hold(ItemType eType, T* QvVariant::*pMember, T value)
+template <ItemType eType, class T>
+void QvVariant::Hold(T value)
 {
+    using Traits = SItemTraits<eType>;
+    static_assert(std::is_same_v<T, typename Traits::Value>);
     Clear();
-    this->*pMember = ::new (static_cast<void*>(&m_storage)) T(std::move(value));
+    if constexpr (Traits::s_bIsObject)
+        this->*Traits::s_pHeld = ::new (static_cast<void*>(&m_storage)) T(std::move(value));
+    else
+        this->*Traits::s_pHeld = value;
     m_type = eType;
 }
 
-template <class T>
-void QvVariant::HoldCounted(ItemType eType, T* QvVariant::*pMember, T* pObject)
+template <ItemType eType>
+decltype(auto) QvVariant::Held() const
 {
-    // The reference comes first: the object may live by this variant alone.
-    if (pObject != nullptr)
-        pObject->AddRef();
-    Clear();
-    this->*pMember = pObject;
-    m_type = eType;
-}
-
-template <class T>
-void QvVariant::HoldBits(ItemType eType, T QvVariant::*pMember, T value)
-{
-    Clear();
-    this->*pMember = value;
-    m_type = eType;
-}
-
-template <class T>
-T QvVariant::Bits(ItemType eType, T QvVariant::*pMember) const
-{
-    return m_type == eType ? this->*pMember : T();
-}
-
-template <class T>
-const T& QvVariant::Object(ItemType eType, T* QvVariant::*pMember) const
-{
-    if (m_type == eType && this->*pMember != nullptr)
-        return *(this->*pMember);
-    // Never destroyed: static objects may read values while they die.
-    static const T& s_empty = *new const T;
-    return s_empty;
+    using Traits = SItemTraits<eType>;
+    using Value = typename Traits::Value;
+    if constexpr (Traits::s_bIsObject)
+        return m_type == eType && this->*Traits::s_pHeld != nullptr ? *(this->*Traits::s_pHeld) : EmptyOf<Value>();
+    else
+        return m_type == eType ? this->*Traits::s_pHeld : Value();
 }
 
 const QvVariant& QvVariant::operator=(const QvVariant& source)
@@ -162,17 +92,16 @@ const QvVariant& QvVariant::operator=(const QvVariant& source)
     if (static_cast<unsigned int>(eType) > ItemType_XmlCollection)
         throw CQvException(L"Unknown Type");
     std::memcpy(&m_i8, &source.m_i8, sizeof(m_i8));
-    VisitObjectMember(eType,
-                      [&](auto pMember)
-                      {
-                          using T = ObjectOf<decltype(pMember)>;
-                          if (source.*pMember == nullptr)
-                              return;
-                          if constexpr (s_bIsCounted<T>)
-                              (source.*pMember)->AddRef();
-                          else
-                              this->*pMember = ::new (static_cast<void*>(&m_storage)) T(*(source.*pMember));
-                      });
+    if (IsCounted(eType))
+        source.AddReference();
+    else if (source.OwnsObject())
+        VisitObjectMember(eType,
+                          [&](auto pMember)
+                          {
+                              using T = std::remove_pointer_t<std::remove_reference_t<decltype(this->*pMember)>>;
+                              if (source.*pMember != nullptr)
+                                  this->*pMember = ::new (static_cast<void*>(&m_storage)) T(*(source.*pMember));
+                          });
     m_type = eType;
     return *this;
 }
@@ -186,15 +115,11 @@ void QvVariant::Take(QvVariant& source) noexcept
         VisitObjectMember(m_type,
                           [&](auto pMember)
                           {
-                              using T = ObjectOf<decltype(pMember)>;
-                              if constexpr (!s_bIsCounted<T>)
-                              {
-                                  if (!source.IsInside(source.*pMember))
-                                      return;
-                                  this->*pMember =
-                                      ::new (static_cast<void*>(&m_storage)) T(std::move(*(source.*pMember)));
-                                  (source.*pMember)->T::~T();
-                              }
+                              using T = std::remove_pointer_t<std::remove_reference_t<decltype(this->*pMember)>>;
+                              if (!source.IsInside(source.*pMember))
+                                  return;
+                              this->*pMember = ::new (static_cast<void*>(&m_storage)) T(std::move(*(source.*pMember)));
+                              (source.*pMember)->T::~T();
                           });
     }
     source.m_type = ItemType_Invalid;
@@ -202,16 +127,15 @@ void QvVariant::Take(QvVariant& source) noexcept
 
 void QvVariant::Release() noexcept
 {
+    static_assert(s_nObjectTypes == GetObjectTypes(ItemKindIndexes()));
+    if (IsCounted(m_type))
+        return ReleaseReference();
     VisitObjectMember(m_type,
                       [&](auto pMember)
                       {
-                          using T = ObjectOf<decltype(pMember)>;
+                          using T = std::remove_pointer_t<std::remove_reference_t<decltype(this->*pMember)>>;
                           T* const pObject = std::exchange(this->*pMember, nullptr);
-                          if (pObject == nullptr)
-                              return;
-                          if constexpr (s_bIsCounted<T>)
-                              pObject->Release();
-                          else if (IsInside(pObject))
+                          if (IsInside(pObject))
                               pObject->T::~T();
                           else
                               delete pObject;
@@ -220,14 +144,15 @@ void QvVariant::Release() noexcept
 
 std::wstring QvVariant::GetType() const
 {
-    if (m_type < ItemType_hexBinary || m_type > ItemType_integer)
+    const wchar_t* lpctName = nullptr;
+    if (!VisitItemType(m_type, [&](auto traits) { lpctName = decltype(traits)::s_kind.lpctName; }))
         throw CQvException(FormatString(L"Invalid Type %d", static_cast<int>(m_type)));
-    return s_typeNames[m_type];
+    return lpctName;
 }
 
 void QvVariant::SetHexBinary(const CBinaryData& value)
 {
-    Hold(ItemType_hexBinary, s_pMemberFor<CBinaryData>, value);
+    Hold<ItemType_hexBinary>(value);
 }
 
 CBinaryData QvVariant::GetHexBinary() const
@@ -237,7 +162,7 @@ CBinaryData QvVariant::GetHexBinary() const
 
 void QvVariant::SetBase64Binary(const CBinaryData& value)
 {
-    Hold(ItemType_base64Binary, s_pMemberFor<CBinaryData>, value);
+    Hold<ItemType_base64Binary>(value);
 }
 
 CBinaryData QvVariant::GetBase64Binary() const
@@ -247,227 +172,227 @@ CBinaryData QvVariant::GetBase64Binary() const
 
 void QvVariant::SetI1(char value)
 {
-    HoldBits(ItemType_i1, &QvVariant::m_i1, value);
+    Hold<ItemType_i1>(value);
 }
 
 char QvVariant::GetI1() const
 {
     QV_ASSERT(m_type == ItemType_i1);
-    return Bits(ItemType_i1, &QvVariant::m_i1);
+    return Held<ItemType_i1>();
 }
 
 void QvVariant::SetI2(short value)
 {
-    HoldBits(ItemType_i2, &QvVariant::m_i2, value);
+    Hold<ItemType_i2>(value);
 }
 
 short QvVariant::GetI2() const
 {
     QV_ASSERT(m_type == ItemType_i2);
-    return Bits(ItemType_i2, &QvVariant::m_i2);
+    return Held<ItemType_i2>();
 }
 
 void QvVariant::SetI4(long value)
 {
-    HoldBits(ItemType_i4, &QvVariant::m_i4, static_cast<long>(static_cast<std::int32_t>(value)));
+    Hold<ItemType_i4>(static_cast<long>(static_cast<std::int32_t>(value)));
 }
 
 long QvVariant::GetI4() const
 {
     QV_ASSERT(m_type == ItemType_i4);
-    return Bits(ItemType_i4, &QvVariant::m_i4);
+    return Held<ItemType_i4>();
 }
 
 void QvVariant::SetI8(__int64 value)
 {
-    HoldBits(ItemType_i8, &QvVariant::m_i8, value);
+    Hold<ItemType_i8>(value);
 }
 
 __int64 QvVariant::GetI8() const
 {
     QV_ASSERT(m_type == ItemType_i8);
-    return Bits(ItemType_i8, &QvVariant::m_i8);
+    return Held<ItemType_i8>();
 }
 
 void QvVariant::SetUI1(unsigned char value)
 {
-    HoldBits(ItemType_ui1, &QvVariant::m_ui1, value);
+    Hold<ItemType_ui1>(value);
 }
 
 unsigned char QvVariant::GetUI1() const
 {
     QV_ASSERT(m_type == ItemType_ui1);
-    return Bits(ItemType_ui1, &QvVariant::m_ui1);
+    return Held<ItemType_ui1>();
 }
 
 void QvVariant::SetUI2(unsigned short value)
 {
-    HoldBits(ItemType_ui2, &QvVariant::m_ui2, value);
+    Hold<ItemType_ui2>(value);
 }
 
 unsigned short QvVariant::GetUI2() const
 {
     QV_ASSERT(m_type == ItemType_ui2);
-    return Bits(ItemType_ui2, &QvVariant::m_ui2);
+    return Held<ItemType_ui2>();
 }
 
 void QvVariant::SetUI4(unsigned long value)
 {
-    HoldBits(ItemType_ui4, &QvVariant::m_ui4, static_cast<unsigned long>(static_cast<std::uint32_t>(value)));
+    Hold<ItemType_ui4>(static_cast<unsigned long>(static_cast<std::uint32_t>(value)));
 }
 
 unsigned long QvVariant::GetUI4() const
 {
     QV_ASSERT(m_type == ItemType_ui4);
-    return Bits(ItemType_ui4, &QvVariant::m_ui4);
+    return Held<ItemType_ui4>();
 }
 
 void QvVariant::SetUI8(unsigned __int64 value)
 {
-    HoldBits(ItemType_ui8, &QvVariant::m_ui8, value);
+    Hold<ItemType_ui8>(value);
 }
 
 unsigned __int64 QvVariant::GetUI8() const
 {
     QV_ASSERT(m_type == ItemType_ui8);
-    return Bits(ItemType_ui8, &QvVariant::m_ui8);
+    return Held<ItemType_ui8>();
 }
 
 void QvVariant::SetR4(float value)
 {
-    HoldBits(ItemType_r4, &QvVariant::m_r4, value);
+    Hold<ItemType_r4>(value);
 }
 
 float QvVariant::GetR4() const
 {
     QV_ASSERT(m_type == ItemType_r4);
-    return Bits(ItemType_r4, &QvVariant::m_r4);
+    return Held<ItemType_r4>();
 }
 
 void QvVariant::SetR8(double value)
 {
-    HoldBits(ItemType_r8, &QvVariant::m_r8, value);
+    Hold<ItemType_r8>(value);
 }
 
 double QvVariant::GetR8() const
 {
     QV_ASSERT(m_type == ItemType_r8);
-    return Bits(ItemType_r8, &QvVariant::m_r8);
+    return Held<ItemType_r8>();
 }
 
 void QvVariant::SetDuration(const CDateTimeSpan& value)
 {
-    Hold(ItemType_duration, s_pMemberFor<CDateTimeSpan>, value);
+    Hold<ItemType_duration>(value);
 }
 
 CDateTimeSpan QvVariant::GetDuration() const
 {
     QV_ASSERT(m_type == ItemType_duration);
-    return Object(ItemType_duration, &QvVariant::m_pDateTimeSpan);
+    return Held<ItemType_duration>();
 }
 
 void QvVariant::SetYearMonth(const CDateTime& value)
 {
-    Hold(ItemType_yearMonth, s_pMemberFor<CDateTime>, value);
+    Hold<ItemType_yearMonth>(value);
 }
 
 CDateTime QvVariant::GetYearMonth() const
 {
     QV_ASSERT(m_type == ItemType_yearMonth);
-    return Object(ItemType_yearMonth, &QvVariant::m_pDateTime);
+    return Held<ItemType_yearMonth>();
 }
 
 void QvVariant::SetMonthDay(const CDateTime& value)
 {
-    Hold(ItemType_monthDay, s_pMemberFor<CDateTime>, value);
+    Hold<ItemType_monthDay>(value);
 }
 
 CDateTime QvVariant::GetMonthDay() const
 {
     QV_ASSERT(m_type == ItemType_monthDay);
-    return Object(ItemType_monthDay, &QvVariant::m_pDateTime);
+    return Held<ItemType_monthDay>();
 }
 
 void QvVariant::SetYear(unsigned short value)
 {
-    HoldBits(ItemType_year, &QvVariant::m_year, value);
+    Hold<ItemType_year>(value);
 }
 
 unsigned short QvVariant::GetYear() const
 {
     QV_ASSERT(m_type == ItemType_year);
-    return Bits(ItemType_year, &QvVariant::m_year);
+    return Held<ItemType_year>();
 }
 
 void QvVariant::SetMonth(unsigned char value)
 {
-    HoldBits(ItemType_month, &QvVariant::m_month, value);
+    Hold<ItemType_month>(value);
 }
 
 unsigned char QvVariant::GetMonth() const
 {
     QV_ASSERT(m_type == ItemType_month);
-    return Bits(ItemType_month, &QvVariant::m_month);
+    return Held<ItemType_month>();
 }
 
 void QvVariant::SetDay(unsigned char value)
 {
-    HoldBits(ItemType_day, &QvVariant::m_day, value);
+    Hold<ItemType_day>(value);
 }
 
 unsigned char QvVariant::GetDay() const
 {
     QV_ASSERT(m_type == ItemType_day);
-    return Bits(ItemType_day, &QvVariant::m_day);
+    return Held<ItemType_day>();
 }
 
 void QvVariant::SetDate(const CDateTime& value)
 {
-    Hold(ItemType_date, s_pMemberFor<CDateTime>, value);
+    Hold<ItemType_date>(value);
 }
 
 CDateTime QvVariant::GetDate() const
 {
     QV_ASSERT(m_type == ItemType_date);
-    return Object(ItemType_date, &QvVariant::m_pDateTime);
+    return Held<ItemType_date>();
 }
 
 void QvVariant::SetDateTime(const CDateTime& value)
 {
-    Hold(ItemType_datetime, s_pMemberFor<CDateTime>, value);
+    Hold<ItemType_datetime>(value);
 }
 
 CDateTime QvVariant::GetDateTime() const
 {
     QV_ASSERT(m_type == ItemType_datetime);
-    return Object(ItemType_datetime, &QvVariant::m_pDateTime);
+    return Held<ItemType_datetime>();
 }
 
 void QvVariant::SetTime(const CDateTime& value)
 {
-    Hold(ItemType_time, s_pMemberFor<CDateTime>, value);
+    Hold<ItemType_time>(value);
 }
 
 CDateTime QvVariant::GetTime() const
 {
     QV_ASSERT(m_type == ItemType_time);
-    return Object(ItemType_time, &QvVariant::m_pDateTime);
+    return Held<ItemType_time>();
 }
 
 void QvVariant::SetChar(wchar_t value)
 {
-    HoldBits(ItemType_char, &QvVariant::m_char, value);
+    Hold<ItemType_char>(value);
 }
 
 wchar_t QvVariant::GetChar() const
 {
     QV_ASSERT(m_type == ItemType_char);
-    return Bits(ItemType_char, &QvVariant::m_char);
+    return Held<ItemType_char>();
 }
 
 void QvVariant::SetString(std::wstring value)
 {
-    Hold(ItemType_string, s_pMemberFor<std::wstring>, ToUtf16Units(std::move(value)));
+    Hold<ItemType_string>(ToUtf16Units(std::move(value)));
 }
 
 std::wstring QvVariant::GetString() const
@@ -487,18 +412,18 @@ std::wstring QvVariant::TakeString()
 
 void QvVariant::SetBoolean(bool value)
 {
-    HoldBits(ItemType_boolean, &QvVariant::m_boolean, value);
+    Hold<ItemType_boolean>(value);
 }
 
 bool QvVariant::GetBoolean() const
 {
     QV_ASSERT(m_type == ItemType_boolean);
-    return Bits(ItemType_boolean, &QvVariant::m_boolean);
+    return Held<ItemType_boolean>();
 }
 
 void QvVariant::SetDecimal(const CDecimal& value)
 {
-    Hold(ItemType_decimal, s_pMemberFor<CDecimal>, value);
+    Hold<ItemType_decimal>(value);
 }
 
 CDecimal QvVariant::GetDecimal() const
@@ -508,32 +433,12 @@ CDecimal QvVariant::GetDecimal() const
 
 void QvVariant::SetInteger(const CBigInteger& value)
 {
-    Hold(ItemType_integer, s_pMemberFor<CBigInteger>, value);
+    Hold<ItemType_integer>(value);
 }
 
 CBigInteger QvVariant::GetInteger() const
 {
     return IntegerRef();
-}
-
-void QvVariant::SetXmlObject(CXmlObjectBase* pObject)
-{
-    HoldCounted(ItemType_XmlObjectBase, &QvVariant::m_pXmlObject, pObject);
-}
-
-CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const
-{
-    return XmlObjectPtr();
-}
-
-void QvVariant::SetXmlCollection(CXmlCollectionBase* pCollection)
-{
-    HoldCounted(ItemType_XmlCollection, &QvVariant::m_pXmlCol, pCollection);
-}
-
-CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const
-{
-    return XmlCollectionPtr();
 }
 
 std::wstring QvVariant::ToString(const wchar_t* format) const
@@ -545,79 +450,54 @@ std::wstring QvVariant::ToString(const wchar_t* format) const
 
 void QvVariant::FromString(const std::wstring& value, ItemType type, CWhitespaceUtils::WhitespaceRule rule)
 {
-    const bool bHasText = VisitItemType(type,
-                                        [&](auto traits)
-                                        {
-                                            using Traits = decltype(traits);
-                                            using Value = typename Traits::Value;
-                                            // The setters of objects would copy them.
-                                            if constexpr (std::is_class_v<Value>)
-                                                Hold<Value>(type, s_pMemberFor<Value>, Traits::FromString(value, rule));
-                                            else
-                                                Traits::Set(*this, Traits::FromString(value, rule));
-                                        });
-    if (!bHasText)
+    const auto fnRead = [&](auto traits)
+    {
+        Hold<traits.s_eType>(traits.FromString(value, rule));
+    };
+    if (!VisitItemType(type, fnRead))
         ThrowNoText(type);
 }
 
 void QvVariant::AppendText(std::wstring& strOut, const wchar_t* format) const
 {
-    const bool bHasText = VisitItemType(m_type,
-                                        [&](auto traits)
-                                        {
-                                            using Traits = decltype(traits);
-                                            AppendItemText<Traits::s_eType>(strOut, Traits::Get(*this), format);
-                                        });
-    if (!bHasText)
+    const auto fnAppend = [&](auto traits)
+    {
+        traits.AppendText(strOut, traits.Get(*this), format);
+    };
+    if (!VisitItemType(m_type, fnAppend))
         ThrowNoText(m_type);
 }
 
 const CBinaryData& QvVariant::HexBinaryRef() const
 {
     QV_ASSERT(m_type == ItemType_hexBinary);
-    return Object(ItemType_hexBinary, &QvVariant::m_pBinaryData);
+    return Held<ItemType_hexBinary>();
 }
 
 const CBinaryData& QvVariant::Base64BinaryRef() const
 {
     QV_ASSERT(m_type == ItemType_base64Binary);
-    return Object(ItemType_base64Binary, &QvVariant::m_pBinaryData);
+    return Held<ItemType_base64Binary>();
 }
 
 const std::wstring& QvVariant::StringRef() const
 {
     QV_ASSERT_MSG(m_type == ItemType_string && m_pString != nullptr, "m_type == ItemType_string && m_pString != NULL");
-    return Object(ItemType_string, &QvVariant::m_pString);
+    return Held<ItemType_string>();
 }
 
 const CDecimal& QvVariant::DecimalRef() const
 {
     QV_ASSERT_MSG(m_type == ItemType_decimal && m_pDecimal != nullptr,
                   "m_type == ItemType_decimal && m_pDecimal != NULL");
-    return Object(ItemType_decimal, &QvVariant::m_pDecimal);
+    return Held<ItemType_decimal>();
 }
 
 const CBigInteger& QvVariant::IntegerRef() const
 {
     QV_ASSERT_MSG(m_type == ItemType_integer && m_pBigInteger != nullptr,
                   "m_type == ItemType_integer && m_pBigInteger != NULL");
-    return Object(ItemType_integer, &QvVariant::m_pBigInteger);
-}
-
-CXmlObjectBase* QvVariant::XmlObjectPtr() const
-{
-    QV_ASSERT_MSG(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection,
-                  "m_type == ItemType_XmlObjectBase");
-    if (m_type == ItemType_XmlCollection)
-        return m_pXmlCol;
-    return m_type == ItemType_XmlObjectBase ? m_pXmlObject : nullptr;
-}
-
-CXmlCollectionBase* QvVariant::XmlCollectionPtr() const
-{
-    QV_ASSERT_MSG(m_type == ItemType_XmlCollection && m_pXmlCol != nullptr,
-                  "m_type == ItemType_XmlCollection && m_pXmlCol != NULL");
-    return m_type == ItemType_XmlCollection ? m_pXmlCol : nullptr;
+    return Held<ItemType_integer>();
 }
 
 } // namespace QvXmlLib9

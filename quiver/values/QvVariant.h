@@ -258,16 +258,17 @@ private:
     void Release() noexcept;
     void Take(QvVariant& source) noexcept;
 
-    template <class T>
-    void Hold(ItemType eType, T* QvVariant::*pMember, T value);
-    template <class T>
-    void HoldCounted(ItemType eType, T* QvVariant::*pMember, T* pObject);
-    template <class T>
-    void HoldBits(ItemType eType, T QvVariant::*pMember, T value);
-    template <class T>
-    T Bits(ItemType eType, T QvVariant::*pMember) const;
-    template <class T>
-    const T& Object(ItemType eType, T* QvVariant::*pMember) const;
+    /// @name The count of the object or collection that is held
+    /// Beside the classes that count: this layer does not know them.
+    /// @{
+    void AddReference() const noexcept;
+    void ReleaseReference() noexcept;
+    /// @}
+
+    template <ItemType eType, class T>
+    void Hold(T value);
+    template <ItemType eType>
+    decltype(auto) Held() const;
 
     UStorage m_storage;
 };

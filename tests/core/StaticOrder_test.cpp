@@ -4,7 +4,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/metadata/RestrictionCheck.h"
+#include "quiver/values/RestrictionCheck.h"
 #include "tests/support/Expect.h"
 
 #include <cstdio>

@@ -58,6 +58,36 @@ TEST(XmlText, Utf8BecomesTextWhenItIsAskedFor)
     EXPECT_EQ(&owner.Get(), &owner.Get());
 }
 
+TEST(XmlText, TellsWhiteSpaceInBothForms)
+{
+    const struct
+    {
+        std::string strText;
+        bool bEmpty;
+        bool bWhiteSpace;
+    } cases[] = {{"", true, true},
+                 {" ", false, true},
+                 {"\n\t \r", false, true},
+                 {"\n  x  \n", false, false},
+                 {"!", false, false},
+                 {"\xC2\xA0", false, false},
+                 {std::string(20000, ' '), false, true},
+                 {std::string(20000, ' ') + "x", false, false}};
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(c.strText.substr(0, 20));
+        CXmlTextArena arena;
+        CTextOwner owner(arena);
+        owner.Append(U8(c.strText));
+        for (int nTurn = 0; nTurn < 2; ++nTurn)
+        {
+            EXPECT_EQ(owner.m_pText->IsEmpty(), c.bEmpty) << "turn " << nTurn;
+            EXPECT_EQ(owner.m_pText->IsWhiteSpace(), c.bWhiteSpace) << "turn " << nTurn;
+            owner.Get(); // converts
+        }
+    }
+}
+
 TEST(XmlText, TheReferenceHoldsWhileTheTextGrows)
 {
     CXmlTextArena arena;

@@ -353,7 +353,26 @@ protected:
     CQvException* Clone() const override { return new CTwofoldException(*this); }
 };
 
+/// A class of an application's own, which takes over the constructors of the family and nothing else.
+class CDerivedException : public CQvInvalidValueException
+{
+public:
+    using CQvInvalidValueException::CQvInvalidValueException;
+};
+
 } // namespace
+
+TEST(ExceptionsTest, DerivedClassMayTakeOverTheConstructors)
+{
+    const CDerivedException derived(L"outer", CQvInvalidStateException(L"inner"));
+    EXPECT_TEXT(L"outer\ninner", derived.GetFullMessage());
+    EXPECT_TEXT(L"outer\ninner", CDerivedException(static_cast<const CQvException&>(derived)).GetFullMessage());
+    EXPECT_TEXT(L"", CDerivedException().GetFullMessage());
+
+    // Without a clone of its own it travels as the class of the family that it derives from.
+    const CQvException wrapped(L"wrapped", derived);
+    EXPECT_EQ(typeid(CQvInvalidValueException), typeid(*wrapped.GetInnerException()));
+}
 
 TEST(ExceptionsTest, DerivedClassMayHoldFurtherExceptions)
 {

@@ -1,11 +1,15 @@
 #include "quiver/generated/GeneratedClass.h"
 
 #include "quiver/QvXmlLib.h"
-#include "tests/generated/SampleClasses.h"
+#include "tests/generated/SmallClasses.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <string>
+#include <thread>
+#include <vector>
 
 using namespace QvXmlLib9;
 using namespace sample;
@@ -17,16 +21,11 @@ const std::wstring s_strStart = L"<order xmlns=\"urn:sample\" xmlns:xsi=\"http:/
                                 L"xmlns:s=\"urn:sample\" number=\"7\">";
 
 /// A document with the members given between those that have to be there.
-std::wstring Document(const std::wstring& strOptional, const std::wstring& strPayment = L"<card>ABC-1</card>",
-                      const std::wstring& strRest = L"<price>1.5</price>")
+std::wstring OrderDocument(const std::wstring& strOptional, const std::wstring& strPayment = L"<card>ABC-1</card>",
+                           const std::wstring& strRest = L"<price>1.5</price>")
 {
     return s_strStart + L"<sku>XYZ-12</sku><quantity>3</quantity>" + strOptional +
            L"<address><city>Bonn</city></address><payment>" + strPayment + L"</payment>" + strRest + L"</order>";
-}
-
-std::wstring Write(const COrder& order)
-{
-    return order.ToXml(false, false, EOLType_LF, CXmlSerializationContext::GetDefaultContext());
 }
 
 void Read(COrder& order, const std::wstring& strXml)
@@ -34,20 +33,25 @@ void Read(COrder& order, const std::wstring& strXml)
     order.FromXml(strXml.c_str(), CXmlSerializationContext::GetDefaultContext());
 }
 
-/// The messages of a failed read, outermost first, or "read".
-std::wstring Refusal(const std::wstring& strXml)
+/// Lives from before the program's start to behind its end, and is written while statics die.
+struct SEarlyAndLate
 {
-    COrder order;
-    try
+    SEarlyAndLate()
+        : spPrice(new CPrice)
     {
-        Read(order, strXml);
+        spPrice->SetValue(1);
+        strEarly = sample::Write(*spPrice);
     }
-    catch (const CQvException& ex)
+    ~SEarlyAndLate()
     {
-        return ex.GetFullMessage();
+        spPrice->SetTag(EColour::Red);
+        if (sample::Write(*spPrice) != L"<price xmlns=\"urn:sample\" tag=\"red\">1</price>")
+            std::abort();
     }
-    return L"read";
-}
+    CSmartPtr<CPrice> spPrice;
+    std::wstring strEarly;
+};
+const SEarlyAndLate s_earlyAndLate;
 
 } // namespace
 
@@ -55,11 +59,11 @@ TEST(GeneratedClass, ReadsEveryKindOfMember)
 {
     COrder order;
     Read(order,
-         Document(L"<colour> dark  blue </colour><sizes> 1 2\n3</sizes><shipped xsi:nil=\"true\"/>",
-                  L"<note>5</note><note> 10 </note>",
-                  L"<key>a</key><amount>1.50</amount><key>b</key><amount>2</amount><price tag=\"red\">1e2</price>"
-                  L"<via xsi:type=\"s:ForeignAddress\" urgent=\"1\"><city>Rom</city><country>I</country></via>"
-                  L"<o:x xmlns:o=\"urn:other\">text</o:x>"));
+         OrderDocument(L"<colour> dark  blue </colour><sizes> 1 2\n3</sizes><shipped xsi:nil=\"true\"/>",
+                       L"<note>5</note><note> 10 </note>",
+                       L"<key>a</key><amount>1.50</amount><key>b</key><amount>2</amount><price tag=\"red\">1e2</price>"
+                       L"<via xsi:type=\"s:ForeignAddress\" urgent=\"1\"><city>Rom</city><country>I</country></via>"
+                       L"<o:x xmlns:o=\"urn:other\">text</o:x>"));
     EXPECT_EQ(order.GetSku(), L"XYZ-12");
     EXPECT_EQ(order.GetQuantity(), 3);
     EXPECT_EQ(order.GetColour(), EColour::DarkBlue);
@@ -105,14 +109,15 @@ TEST(GeneratedClass, WritesWhatItReads)
 TEST(GeneratedClass, SaysTheTypeWhereAnotherIsDeclared)
 {
     COrder order;
-    Read(order, Document(L""));
+    Read(order, OrderDocument(L""));
     const CSmartPtr<CForeignAddress> spForeign = new CForeignAddress(L"address");
     spForeign->SetCity(L"Rom");
     spForeign->SetCountry(L"I");
     order.SetAddress(spForeign);
-    EXPECT_NE(Write(order).find(L":ForeignAddress\">"), std::wstring::npos) << ::testing::PrintToString(Write(order));
+    EXPECT_NE(sample::Write(order).find(L"ForeignAddress\">"), std::wstring::npos)
+        << ::testing::PrintToString(sample::Write(order));
     COrder second;
-    Read(second, Write(order));
+    Read(second, sample::Write(order));
     EXPECT_NE(dynamic_cast<CForeignAddress*>(static_cast<CAddress*>(second.GetAddress())), nullptr);
 }
 
@@ -124,8 +129,8 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
         std::wstring strXml;
         const wchar_t* lpctMessage; ///< what the chain ends in
     } s_cases[] = {
-        {"an empty choice", Document(L"", L""), L"The element contained no sutable child elements"},
-        {"two members of a choice", Document(L"", L"<card>ABC-1</card><note>1</note>"),
+        {"an empty choice", OrderDocument(L"", L""), L"The element contained no sutable child elements"},
+        {"two members of a choice", OrderDocument(L"", L"<card>ABC-1</card><note>1</note>"),
          L"The unexpected element [note] remains un processed"},
         {"a missing address", s_strStart + L"<sku>XYZ-12</sku><quantity>3</quantity></order>",
          L"Failed to find a suitable substitution element for [address]"},
@@ -135,23 +140,23 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
          L"Invalid Value for quantity []\nThe value is no xs:int"},
         {"a number below its bound", s_strStart + L"<sku>XYZ-12</sku><quantity>0</quantity></order>",
          L"Invalid Value for quantity [0]\nThe value is below 1"},
-        {"a value that is not in the enumeration", Document(L"<colour>green</colour>"),
+        {"a value that is not in the enumeration", OrderDocument(L"<colour>green</colour>"),
          L"Invalid Value for colour [green]\nThe value is none of the enumeration"},
-        {"too many items of a list", Document(L"<sizes>1 2 3 4</sizes>"),
+        {"too many items of a list", OrderDocument(L"<sizes>1 2 3 4</sizes>"),
          L"Invalid Value for sizes [1 2 3 4]\nThe value is longer than 3"},
         {"too many pairs",
-         Document(L"", L"<card>ABC-1</card>",
-                  L"<key>a</key><amount>1</amount><key>a</key><amount>1</amount><key>a</key><amount>1</amount>"),
+         OrderDocument(L"", L"<card>ABC-1</card>",
+                       L"<key>a</key><amount>1</amount><key>a</key><amount>1</amount><key>a</key><amount>1</amount>"),
          L"The Maximum number of [key] elements allowed in this collection is 2"},
-        {"half a pair", Document(L"", L"<card>ABC-1</card>", L"<key>a</key><price>1</price>"),
+        {"half a pair", OrderDocument(L"", L"<card>ABC-1</card>", L"<key>a</key><price>1</price>"),
          L"The Minimum number of [price] elements allowed in this collection is 1"},
-        {"an unknown type", Document(L"", L"<card>ABC-1</card>", L"<price>1</price><via xsi:type=\"s:Nowhere\"/>"),
+        {"an unknown type", OrderDocument(L"", L"<card>ABC-1</card>", L"<price>1</price><via xsi:type=\"s:Nowhere\"/>"),
          L"Failed to find a suitable substitution element for [via]"},
         {"too much open content",
-         Document(L"", L"<card>ABC-1</card>",
-                  L"<price>1</price><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/>"),
+         OrderDocument(L"", L"<card>ABC-1</card>",
+                       L"<price>1</price><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/>"),
          L"The Maximum number of [AnyElement] elements allowed in this collection is 2"},
-        {"an element of the wrong namespace", Document(L"", L"<card>ABC-1</card>", L"<price>1</price><x/>"),
+        {"an element of the wrong namespace", OrderDocument(L"", L"<card>ABC-1</card>", L"<price>1</price><x/>"),
          L"The unexpected element [x] remains un processed"},
         {"an attribute of the wrong namespace", L"<order xmlns=\"urn:sample\" number=\"7\" extra=\"1\"/>",
          L"Unexpected Attribute [extra] found."},
@@ -159,10 +164,222 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
     for (const auto& c : s_cases)
     {
         SCOPED_TRACE(c.lpcWhat);
-        const std::wstring strRefusal = Refusal(c.strXml);
+        const std::wstring strRefusal = Refusal<COrder>(c.strXml);
         const std::wstring strEnd = c.lpctMessage;
         EXPECT_TRUE(strRefusal.size() >= strEnd.size() &&
                     strRefusal.compare(strRefusal.size() - strEnd.size(), strEnd.size(), strEnd) == 0)
             << ::testing::PrintToString(strRefusal);
     }
+}
+
+TEST(GeneratedClass, HasObjectsBeforeMain)
+{
+    EXPECT_EQ(s_earlyAndLate.strEarly, L"<price xmlns=\"urn:sample\" tag=\"dark blue\">1</price>");
+}
+
+TEST(GeneratedClass, BuildsItsMetadataOnceForManyThreads)
+{
+    std::atomic<int> nReady{0};
+    std::vector<std::thread> threads;
+    std::vector<std::wstring> texts(16);
+    for (std::wstring& strText : texts)
+    {
+        threads.emplace_back(
+            [&nReady, &strText]
+            {
+                const CSmartPtr<CDrawing> spDrawing = new CDrawing;
+                ++nReady;
+                while (nReady < 16)
+                    std::this_thread::yield();
+                spDrawing->FromXml(Document(L"drawing", L"", L"<title>t</title><circle/><middle>m</middle>").c_str(),
+                                   CXmlSerializationContext::GetDefaultContext());
+                strText = sample::Write(*spDrawing);
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::wstring& strText : texts)
+        EXPECT_EQ(strText, L"<drawing xmlns=\"urn:sample\"><title>t</title><circle/><middle>m</middle></drawing>");
+}
+
+TEST(GeneratedClass, RefusesTextWhereNoneMayBe)
+{
+    const std::wstring strPrefix = L"Unexpected text found within the element ";
+    const std::wstring strFull = L"<title>t</title><circle/><middle>m</middle>";
+    const struct
+    {
+        const char* lpcWhat;
+        std::wstring strRefusal;
+        std::wstring strEnd;
+    } cases[] = {
+        {"indentation",
+         Refusal<CDrawing>(
+             Document(L"drawing", L"", L"\n\t <title>t</title>\r\n<circle>\n</circle> <middle>m</middle> ")),
+         L"done"},
+        {"text in front", Refusal<CDrawing>(Document(L"drawing", L"", L"x" + strFull)),
+         L"Failed to process the element [drawing]\n" + strPrefix + L"[drawing]"},
+        {"text behind", Refusal<CDrawing>(Document(L"drawing", L"", strFull + L"\n\u00E9")),
+         L"Failed to process the element [drawing]\n" + strPrefix + L"[drawing]"},
+        {"long text", Refusal<CDrawing>(Document(L"drawing", L"", strFull + std::wstring(20000, L' ') + L"x")),
+         strPrefix + L"[drawing]"},
+        {"text in a child", Refusal<CDrawing>(Document(L"drawing", L"", L"<title>t</title><circle>x</circle>")),
+         L"Failed to process the element [drawing]\nFailed to process the element [circle]\n" + strPrefix +
+             L"[circle]"},
+        {"text beside a nested group",
+         Refusal<CEnvelope>(Document(L"envelope", L"", L"<head>h</head><m:a/><price>1</price>x<tail>t</tail>")),
+         strPrefix + L"[envelope]"},
+        {"text in a choice", Refusal<CAnswer>(Document(L"answer", L"", L"<number>1</number>x")),
+         strPrefix + L"[answer]"},
+        {"mixed content", Refusal<COpen>(Document(L"open", L"", L"x<id>1</id>y")), L"done"},
+        {"simple content", Refusal<CPrice>(Document(L"price", L"", L"1")), L"done"},
+        {"a nil element with text", Refusal<CAnswer>(Document(L"answer", L"xsi:nil='true'", L"x")),
+         strPrefix + L"[answer]"},
+        {"a nil element with a blank", Refusal<CAnswer>(Document(L"answer", L"xsi:nil='true'", L" ")),
+         strPrefix + L"[answer]"},
+        {"a nil value with text",
+         Refusal<CEverything>(Document(L"everything", L"", L"<day xsi:nil='true'>2001-01-01</day>")),
+         strPrefix + L"[day]"},
+        {"a nil element with a child", Refusal<CAnswer>(Document(L"answer", L"xsi:nil='true'", L"<number>1</number>")),
+         L"The element [answer] is nil, so it may not hold the element [number]"}};
+    for (const auto& c : cases)
+        EXPECT_TRUE(EndsWith(c.strRefusal, c.strEnd)) << c.lpcWhat << ": " << ::testing::PrintToString(c.strRefusal);
+}
+
+TEST(GeneratedClass, ReadsNilAndWritesIt)
+{
+    const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext();
+    CAnswer answer;
+    answer.FromXml(Document(L"answer", L"xsi:nil='true'", L"").c_str(), context);
+    EXPECT_TRUE(answer.IsNil());
+    const std::wstring strXml = sample::Write(answer);
+    EXPECT_NE(strXml.find(L"nil=\"true\""), std::wstring::npos) << ::testing::PrintToString(strXml);
+    CAnswer second;
+    second.FromXml(strXml.c_str(), context);
+    EXPECT_TRUE(second.IsNil());
+    second.FromXml(Document(L"answer", L"xsi:nil='false'", L"<number>1</number>").c_str(), context);
+    EXPECT_FALSE(second.IsNil());
+
+    CNillable<xs::Int> value(L"value");
+    EXPECT_TRUE(EndsWith(MessagesOf([&] { sample::Write(value); }), L"The required value [value] has not been set"));
+    value.SetNil(true);
+    EXPECT_NE(sample::Write(value).find(L"nil=\"true\""), std::wstring::npos);
+    value.SetValue(3);
+    EXPECT_FALSE(value.IsNil());
+    EXPECT_EQ(value.GetValue(), 3);
+}
+
+TEST(GeneratedClass, HasOneMemberOfAChoice)
+{
+    const std::wstring strTaken =
+        L"The Property [number] is already set. Only one element within this class bay be set at a time";
+    CAnswer answer;
+    answer.SetNumber(1);
+    EXPECT_EQ(MessagesOf([&] { answer.SetTwin(2); }), strTaken);
+    EXPECT_EQ(MessagesOf([&] { answer.GetName()->Add(L"a"); }), strTaken);
+    EXPECT_EQ(MessagesOf([&] { answer.GetPair()->AddNew(); }), strTaken);
+    const CSmartPtr<CAddress> spAddress = new CForeignAddress;
+    EXPECT_EQ(MessagesOf([&] { answer.SetAddress(spAddress); }), strTaken);
+    const CSmartPtr<CElement> spOther = new CElement(L"x", L"urn:other");
+    EXPECT_EQ(MessagesOf([&] { answer.SetOther(spOther); }), strTaken);
+    EXPECT_EQ(answer.GetName()->GetCount(), 0);
+    EXPECT_EQ(answer.GetPair()->GetCount(), 0);
+    answer.SetTwin(std::nullopt);
+    EXPECT_EQ(answer.GetSelected(), L"number");
+    answer.SetNumber(std::nullopt);
+    EXPECT_EQ(answer.GetSelected(), L"");
+
+    const CSmartPtr<CValueCol<xs::NCName>> spNames = answer.GetName();
+    EXPECT_THROW(spNames->Add(L"a:b"), CQvInvalidValueException);
+    EXPECT_EQ(answer.GetSelected(), L"") << "a value that is refused selects nothing";
+    spNames->Add(L"a");
+    spNames->Add(L"b");
+    EXPECT_EQ(answer.GetSelected(), L"name");
+    EXPECT_THROW(answer.SetNumber(1), CQvInvalidStateException);
+    spNames->Remove(0);
+    EXPECT_EQ(answer.GetSelected(), L"name");
+    spNames->Clear();
+    EXPECT_EQ(answer.GetSelected(), L"");
+    answer.GetPair()->AddNew();
+    EXPECT_EQ(answer.GetSelected(), L"key");
+    answer.GetPair()->Clear();
+    answer.SetTwin(2);
+    EXPECT_EQ(answer.m_Number.Get(), std::nullopt);
+    answer.SetTwin(std::nullopt);
+    EXPECT_TRUE(EndsWith(MessagesOf([&] { sample::Write(answer); }), L"currently there are none set"));
+    CXmlSerializationContext lenient;
+    lenient.SetIgnoreMissingChoice(true);
+    EXPECT_EQ(sample::Write(answer, lenient), L"<answer xmlns=\"urn:sample\"/>");
+    EXPECT_EQ(Refusal<CAnswer>(Document(L"answer", L"", L""), lenient), L"done");
+}
+
+TEST(GeneratedClass, ReadsEveryMemberOfAChoice)
+{
+    const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext();
+    const std::wstring contents[] = {
+        L"<number>1</number>",
+        L"<t:number>1</t:number>",
+        L"<name>a</name><name>b</name>",
+        L"<key>a</key><amount>1</amount><key>b</key><amount>2</amount>",
+        L"<address xsi:type='s:ForeignAddress'><city>a</city><country>b</country></address>",
+        L"<o:anything/>"};
+    CAnswer answer;
+    for (const std::wstring& strContent : contents)
+    {
+        SCOPED_TRACE(::testing::PrintToString(strContent));
+        answer.FromXml(Document(L"answer", L"", strContent).c_str(), context);
+        const std::wstring strXml = sample::Write(answer);
+        CAnswer second;
+        second.FromXml(strXml.c_str(), context);
+        EXPECT_EQ(sample::Write(second), strXml);
+        EXPECT_EQ(second.GetSelected(), answer.GetSelected());
+        second.FromXmlStream(answer.ToFastInfosetStream(FInfoDecl_None, context, Compression_None), context);
+        EXPECT_EQ(sample::Write(second), strXml);
+    }
+    EXPECT_EQ(answer.m_Other.Get()->GetName(), L"anything");
+}
+
+TEST(GeneratedClass, LetsACollectionOutliveItsObject)
+{
+    CSmartPtr<CValueCol<xs::NCName>> spNames;
+    {
+        CAnswer answer;
+        spNames = answer.GetName();
+        spNames->Add(L"a");
+    }
+    spNames->Add(L"b");
+    EXPECT_EQ(spNames->GetCount(), 2);
+
+    CAnswer answer;
+    spNames = answer.GetName();
+    answer.FromXml(Document(L"answer", L"", L"<number>1</number>").c_str(),
+                   CXmlSerializationContext::GetDefaultContext());
+    spNames->Add(L"c");
+    EXPECT_EQ(answer.GetSelected(), L"number") << "the collection belongs to nobody any more";
+}
+
+TEST(GeneratedClass, AppliesDefaultAndFixedValues)
+{
+    CRules rules;
+    rules.FromXml(Document(L"rules", L"", L"<size/><unit/>").c_str(), CXmlSerializationContext::GetDefaultContext());
+    EXPECT_EQ(rules.m_Size.Get(), 5);
+    EXPECT_EQ(rules.m_Unit.Get(), L"kg");
+    EXPECT_FALSE(rules.m_Lang.IsSet());
+    EXPECT_EQ(sample::Write(rules),
+              L"<rules xmlns=\"urn:sample\" lang=\"en\" version=\"1\"><size>5</size><unit>kg</unit></rules>");
+    CXmlSerializationContext terse;
+    terse.SetNoOptionalAttributeDefaultOutput(true);
+    const std::wstring strTerse = sample::Write(rules, terse);
+    EXPECT_EQ(strTerse.find(L"lang"), std::wstring::npos) << ::testing::PrintToString(strTerse);
+    EXPECT_TRUE(
+        EndsWith(Refusal<CRules>(Document(L"rules", L"version='2'", L"<size/>")), L"The value is fixed to 1.0"));
+    EXPECT_TRUE(
+        EndsWith(Refusal<CRules>(Document(L"rules", L"", L"<size/><unit>g</unit>")), L"The value is fixed to kg"));
+}
+
+TEST(GeneratedClass, EndsAMandatoryRecursion)
+{
+    EXPECT_TRUE(EndsWith(Refusal<CEndless>(Document(L"endless", L"", L"<endless><endless/></endless>")),
+                         L"Failed to find a required element [endless]"));
+    CEndless endless;
+    EXPECT_THROW(sample::Write(endless), CQvException);
 }

@@ -906,6 +906,55 @@ TEST_P(Validation, GivesTheVerdictsOfItsRow)
 
 INSTANTIATE_TEST_SUITE_P(ElementInfo, Validation, testing::ValuesIn(ValidationRows), RowName<SValidationRow>);
 
+// --- Empty choices -------------------------------------------------------------------------------
+
+/// A choice of one alternative, which owns its record.
+class COneAlternative : public CRecordingObject
+{
+public:
+    explicit COneAlternative(RecordMaker Make)
+        : CInstanceMonitor(L"COneAlternative")
+        , m_pRecord(Make())
+    {
+    }
+    CElementInfo** GetClassElementInfo() const override { return m_apElements; }
+
+    using CXmlGeneratedClass::DoesElementContainOptionalElements;
+
+private:
+    std::unique_ptr<CElementInfo> m_pRecord;
+    mutable CElementInfo* m_apElements[2] = {m_pRecord.get(), nullptr};
+};
+
+bool EndsWith(const std::string& strText, const std::string& strEnd)
+{
+    return strText.size() >= strEnd.size() && strText.substr(strText.size() - strEnd.size()) == strEnd;
+}
+
+class EmptyChoices : public testing::TestWithParam<SWritingRow>
+{
+};
+
+TEST_P(EmptyChoices, AreAllowedByOptionalAlternativesAndByCollectionsThatMayBeEmpty)
+{
+    const SWritingRow& row = GetParam();
+    const std::string strName(row.lpcName);
+    const std::string strRecord = strName.substr(0, strName.find(','));
+    const bool bChoice = strRecord.compare(0, 6, "Choice") == 0;
+
+    for (const int nMinOccurs : {0, 1})
+    {
+        COneAlternative object(row.Make);
+        if (EndsWith(strRecord, "Col"))
+            object.m_value.SetXmlCollection(new CRecordingCol(L"own", nMinOccurs, 3));
+        const bool bExpected =
+            bChoice && (EndsWith(strRecord, "Opt") || (EndsWith(strRecord, "Col") && nMinOccurs == 0));
+        EXPECT_EQ(object.DoesElementContainOptionalElements(), bExpected) << "minOccurs " << nMinOccurs;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(ElementInfo, EmptyChoices, testing::ValuesIn(WritingRows), RowName<SWritingRow>);
+
 // --- Completeness --------------------------------------------------------------------------------
 
 /// The records that rows are about: what stands ahead of the first comma of their names.
@@ -924,7 +973,10 @@ TEST(ElementInfoFamilies, EveryConcreteClassHasRowsInBothDirections)
     static_assert(std::is_abstract_v<CElementInfoChoice>);
     static_assert(std::is_abstract_v<CElementInfoAll> && std::is_abstract_v<CElementInfoAllNonCol>);
     static_assert(std::is_abstract_v<CElementInfoAllEnumCol>);
-    const std::set<std::string> abstracts{"Seq", "SeqNonCol", "Choice", "All", "AllNonCol", "AllEnumCol"};
+    static_assert(std::is_abstract_v<CElementInfoChoiceOpt>);
+    static_assert(std::is_abstract_v<CElementInfoAllMnd> && std::is_abstract_v<CElementInfoAllOpt>);
+    const std::set<std::string> abstracts{"Seq",    "SeqNonCol", "Choice",    "ChoiceOpt", "All",
+                                          "AllMnd", "AllOpt",    "AllNonCol", "AllEnumCol"};
 
     std::set<std::string> concretes;
     for (const char* lpcUnit : {"ElementInfoSeq", "ElementInfoChoice", "ElementInfoAll"})

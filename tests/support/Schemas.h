@@ -60,7 +60,7 @@ public:
 
     std::string PathOf(const std::string& strName) const { return m_dir.PathOf(strName).u8string(); }
 
-private:
+    /// A text without the folder's name.
     std::string WithoutFolder(std::string strText) const
     {
         const std::string strFolder = PathOf("");
@@ -69,6 +69,7 @@ private:
         return strText;
     }
 
+private:
     CTempDir m_dir;
     quiver_gen::schema::SSchemaSet m_set;
     quiver_gen::schema::CDiagnostics m_diagnostics;

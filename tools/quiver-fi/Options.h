@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationTypes.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <cstdint>
 #include <string>

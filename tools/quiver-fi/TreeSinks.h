@@ -3,8 +3,8 @@
 #include "tools/quiver-fi/NamespacePlan.h"
 #include "tools/quiver-fi/TreeWriter.h"
 
-#include "quiver/core/XmlSerializationTypes.h"
 #include "quiver/fastinfoset/FastInfosetWriter.h"
+#include "quiver/foundation/XmlSerializationTypes.h"
 
 #include <string>
 #include <vector>

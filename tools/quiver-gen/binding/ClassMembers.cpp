@@ -42,13 +42,22 @@ void CClasses::AddMembers(SDraft& draft, const SNode& group, SCounterparts* pCou
     if (group.IsEmptyGroup())
         return;
     const bool bOneOnly = group.eKind == SNode::EKind::Sequence && group.IsOnce() && group.children.size() == 1;
-    if (!bOneOnly && !IsContentOf(draft.pClass->eGroup, group))
-        return AddMember(draft, group, pCounterparts);
-    for (const SNode& child : group.children)
-        AddMember(draft, child, pCounterparts);
+    std::vector<const SNode*> nodes;
+    if (bOneOnly || IsContentOf(draft.pClass->eGroup, group))
+        for (const SNode& child : group.children)
+            nodes.push_back(&child);
+    else
+        nodes.push_back(&group);
+    std::vector<SMember> members(nodes.size());
+    // Elements choose their names first, as wildcards and groups have none of their own.
+    for (const bool bElements : {true, false})
+        for (std::size_t n = 0; n < nodes.size(); ++n)
+            if ((nodes[n]->eKind == SNode::EKind::Element) == bElements)
+                members[n] = MakeMemberOf(draft, *nodes[n], pCounterparts);
+    draft.pClass->members = std::move(members);
 }
 
-void CClasses::AddMember(SDraft& draft, const SNode& node, SCounterparts* pCounterparts)
+SMember CClasses::MakeMemberOf(SDraft& draft, const SNode& node, SCounterparts* pCounterparts)
 {
     SMember member = MakeMember(node);
     SetOccurrence(member, node, draft.pClass->eGroup == SClass::EGroup::Choice);
@@ -59,7 +68,7 @@ void CClasses::AddMember(SDraft& draft, const SNode& node, SCounterparts* pCount
         member.strName = ChooseMemberName(draft, node);
     if (member.eMember == EMember::Group)
         member.pClass = &GetGroupClass(draft, node, member.strName, pCounterpart);
-    draft.pClass->members.push_back(std::move(member));
+    return member;
 }
 
 SMember CClasses::MakeMember(const SNode& node)

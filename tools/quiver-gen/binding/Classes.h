@@ -43,7 +43,7 @@ public:
     std::vector<const schema::SComplexType*> Select() const;
 
     /// Makes the classes, once the names of types are chosen.
-    /// @throw CContentTooLarge
+    /// @throws CContentTooLarge
     void Build(const std::vector<const schema::SComplexType*>& types);
 
     /// Names what may stand where a class is declared, by xsi:type and in substitution groups.
@@ -113,7 +113,7 @@ private:
 
     // Members
     void AddMembers(SDraft& draft, const SNode& group, SCounterparts* pCounterparts);
-    void AddMember(SDraft& draft, const SNode& node, SCounterparts* pCounterparts);
+    SMember MakeMemberOf(SDraft& draft, const SNode& node, SCounterparts* pCounterparts);
     SMember MakeMember(const SNode& node);
     void SetOccurrence(SMember& member, const SNode& node, bool bInChoice);
     void SetElement(SMember& member, const schema::SElement& element, const SNode& node);

@@ -94,7 +94,7 @@ public:
 
     /// @param particle null for empty content.
     /// @return a group; an empty sequence if nothing may stand there.
-    /// @throw CContentTooLarge if groups within groups multiply beyond measure.
+    /// @throws CContentTooLarge if groups within groups multiply beyond measure.
     SNode Simplify(const schema::SParticle* pParticle);
 
     /// One sequence of several contents, as extensions add them.

@@ -365,7 +365,7 @@ void CSimpleTypes::FillPatterns(const schema::SEffectiveFacets& facets, SSimpleT
             const std::optional<std::string> strPattern = TranslatePattern(pattern.strValue);
             if (strPattern)
                 translated.push_back(*strPattern);
-            else
+            else if (m_warned.insert(&pattern).second)
                 m_warnings.Add(EWarning::Pattern, pattern.position, pattern.strValue);
             bComplete = bComplete && strPattern.has_value();
         }
@@ -378,7 +378,7 @@ void CSimpleTypes::FillPatterns(const schema::SEffectiveFacets& facets, SSimpleT
         return;
     if (IsUsable(strCombined))
         target.strPattern = std::move(strCombined);
-    else
+    else if (m_warned.insert(pLast).second)
         m_warnings.Add(EWarning::Pattern, pLast->position, pLast->strValue);
 }
 

@@ -60,6 +60,7 @@ private:
     std::unordered_map<const schema::SSimpleType*, SSimpleType*> m_types;
     std::unordered_map<std::string, SSimpleType*> m_variants;
     std::unordered_set<const SSimpleType*> m_listed;
+    std::unordered_set<const schema::SPattern*> m_warned;
 
     SSimpleType& GetBuiltin(schema::EBuiltin eBuiltin);
     void Fill(const schema::SSimpleType& type, SSimpleType& target);

@@ -67,8 +67,10 @@ std::string DeclareTextsOfAccessors(const std::vector<SField>& fields)
 
 std::string DeclareConstruction(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
 {
-    const std::string strDefault = type.strElement.empty() ? std::string() : " = " + WideLiteral(type.strElement);
-    std::string strText = Line("explicit " + type.strName + "(const wchar_t* lpctElementName" + strDefault + ");");
+    std::string strParameter = "const wchar_t* lpctElementName";
+    if (!type.strElement.empty())
+        strParameter += " = " + WideLiteral(type.strElement);
+    std::string strText = Arrange(4, "explicit " + type.strName + '(', {strParameter}, ");") + '\n';
     if (NeedsDestructor(fields, place))
         strText += Line('~' + type.strName + "() override;");
     if (!type.alternatives.empty())

@@ -179,7 +179,7 @@ void CDefinition::PrintConstruction()
     const bool bChoice = m_type.eGroup == SClass::EGroup::Choice;
     if (!m_strText.empty())
         m_strText += '\n';
-    m_strText += Own(m_type.strName) + "(const wchar_t* lpctElementName)\n";
+    m_strText += Arrange(0, Own(m_type.strName) + '(', {"const wchar_t* lpctElementName"}, ")") + '\n';
     Line(": CInstanceMonitor(" + WideLiteral(m_type.strName) + ')');
     Line(std::string(bChoice ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
     m_strText += "{\n}\n";

@@ -126,6 +126,9 @@ SFactory FindFactory(const SBinding& binding, const SWriteOptions& options, cons
         factory.strName = "CFactory";
         for (int n = 2; names.Declares(factory.strNamespace, factory.strName); ++n)
             factory.strName = "CFactory" + std::to_string(n);
+        // A build knows this name whatever the schema declares.
+        factory.strStem = stems.Claim("Factory");
+        return factory;
     }
     if (names.Declares(factory.strNamespace, factory.strName))
         throw CNameTaken{factory.strName};

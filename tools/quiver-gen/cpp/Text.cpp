@@ -166,6 +166,15 @@ bool FitsFrom(std::size_t nColumn, const std::vector<std::string>& items, std::s
     return true;
 }
 
+/// Columns of a list on one line.
+std::size_t GetColumns(const std::vector<std::string>& items)
+{
+    std::size_t nColumns = 0;
+    for (const std::string& strItem : items)
+        nColumns += CountColumns(strItem) + (nColumns == 0 ? 0 : 2);
+    return nColumns;
+}
+
 } // namespace
 
 std::string WideLiteral(std::string_view strText)
@@ -264,7 +273,11 @@ std::string Arrange(std::size_t nIndent, std::string_view strHead, const std::ve
 {
     std::string strLines = std::string(nIndent, ' ').append(strHead);
     std::size_t nFirst = nIndent + CountColumns(strHead.substr(strHead.rfind('\n') + 1));
-    if (!FitsFrom(nFirst, items, strTail) && FitsFrom(nIndent + 4, items, strTail))
+    // A braced list rather begins on a line of its own than that it goes on in a narrow column.
+    const bool bBraces = !strHead.empty() && strHead.back() == '{';
+    const std::size_t nAll = GetColumns(items) + strTail.size();
+    const bool bTogether = bBraces && nFirst + nAll > s_nColumns && nIndent + 4 + nAll <= s_nColumns;
+    if (bTogether || (!FitsFrom(nFirst, items, strTail) && nFirst > nIndent + 4))
     {
         nFirst = nIndent + 4;
         strLines.append("\n").append(nFirst, ' ');

@@ -20,8 +20,7 @@ struct SLoadOptions
 
 /// Loads schema documents and all that they include, import and redefine, from files only.
 /// @param set empty on entry. Complete if the result is true; otherwise good for nothing but the list of files, which
-/// the
-///            diagnostics refer to.
+///            the diagnostics refer to.
 /// @param diagnostics gets every error and warning. Nothing is thrown for a bad schema.
 /// @return whether there was no error.
 bool LoadSchemas(const SLoadOptions& options, SSchemaSet& set, CDiagnostics& diagnostics);

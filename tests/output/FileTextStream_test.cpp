@@ -1,4 +1,4 @@
-#include "quiver/foundation/FileTextStream.h"
+#include "quiver/output/FileTextStream.h"
 
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Encoder.h"

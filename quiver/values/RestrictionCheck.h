@@ -1,21 +1,52 @@
-#include "quiver/metadata/RestrictionCheck.h"
+#pragma once
 
 #include "quiver/foundation/Encoder.h"
-#include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/foundation/Pattern.h"
-#include "quiver/values/NumberText.h"
+#include "quiver/values/ItemTraits.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
+
+/// @file
+/// The facets of a simple type applied to one value. Internal to the library: generated code checks through the
+/// metadata records.
+///
+/// The name of the element or attribute goes into messages only. A value that passes returns silently; one that breaks
+/// a facet throws `CQvException` "Invalid Value for %s [%s]", once, however many facets it breaks. A bound that the
+/// kind cannot read throws what its conversion throws, and a pattern that cannot be used throws `CQvException` with the
+/// text of that failure ahead of the words above. Any thread may check.
 
 namespace QvXmlLib9
 {
 
-namespace
+/// The bounds of a CPrimitiveRestrictions as values of one kind.
+class CParsedBounds
+{
+public:
+    virtual ~CParsedBounds();
+    CParsedBounds(const CParsedBounds&) = delete;
+    CParsedBounds& operator=(const CParsedBounds&) = delete;
+
+    /// The kind that the bounds were read as.
+    ItemType GetItemType() const { return m_eItemType; }
+
+    /// The bound on decimal places when they were read: decimals and integers are rounded to it.
+    int GetMaxDecimalPlaces() const { return m_nMaxDecimalPlaces; }
+
+protected:
+    explicit CParsedBounds(ItemType eItemType);
+
+private:
+    const ItemType m_eItemType;
+    const int m_nMaxDecimalPlaces;
+};
+
+namespace RestrictionCheckDetail
 {
 
 /// In the order in which they are tested.
@@ -28,22 +59,7 @@ enum EBound
     Bound_Count
 };
 
-const std::wstring& TextOf(const CPrimitiveRestrictions& restrictions, EBound eBound)
-{
-    switch (eBound)
-    {
-    case Bound_MinInclusive:
-        return restrictions.GetMinInclusive();
-    case Bound_MaxInclusive:
-        return restrictions.GetMaxInclusive();
-    case Bound_MinExclusive:
-        return restrictions.GetMinExclusive();
-    case Bound_MaxExclusive:
-    case Bound_Count:
-        break;
-    }
-    return restrictions.GetMaxExclusive();
-}
+const std::wstring& TextOf(const CPrimitiveRestrictions& restrictions, EBound eBound);
 
 template <class T>
 constexpr bool s_bIsOrdered = std::is_same_v<T, CDateTime> || std::is_same_v<T, CDateTimeSpan>;
@@ -177,20 +193,7 @@ bool HasValidLength(TLength fnLength, const CPrimitiveRestrictions& restrictions
            (nExact < 0 || nLength == static_cast<std::uint64_t>(nExact));
 }
 
-bool MatchesPattern(const wchar_t* lpctName, const std::wstring& strValue, const CPrimitiveRestrictions& restrictions)
-{
-    if (restrictions.GetPattern().empty())
-        return true;
-    try
-    {
-        return PatternMatch(restrictions.GetPatternUtf8(), strValue);
-    }
-    catch (const CQvException& ex)
-    {
-        throw CQvException(
-            FormatString(L"%s\nInvalid Value for %s [%s]", ex.GetFullMessage().c_str(), lpctName, strValue.c_str()));
-    }
-}
+bool MatchesPattern(const wchar_t* lpctName, const std::wstring& strValue, const CPrimitiveRestrictions& restrictions);
 
 template <ItemType eType>
 bool IsValid(const wchar_t* lpctName, typename SItemTraits<eType>::Argument value,
@@ -225,74 +228,34 @@ std::wstring Describe(typename SItemTraits<eType>::Argument value)
         return SItemTraits<eType>::ToString(value, nullptr);
 }
 
-[[noreturn]] void ThrowUnknownType(const QvVariant& value)
-{
-    throw CQvInvalidValueException(L"unknown type [" + value.GetType() + L"]");
-}
+[[noreturn]] void ThrowInvalid(const wchar_t* lpctName, const std::wstring& strValue);
 
-} // namespace
+} // namespace RestrictionCheckDetail
 
-CParsedBounds::CParsedBounds(ItemType eItemType)
-    : m_eItemType(eItemType)
-    , m_nMaxDecimalPlaces(CDecimal::GetMaxDecimalPlaces())
-{
-}
+/// Whether a value of the kind can be checked at all.
+template <ItemType eType>
+inline constexpr bool s_bHasFacets = eType != ItemType_char;
 
-CParsedBounds::~CParsedBounds() = default;
-
+/// Checks a value of one kind:
+///
+///     CheckRestriction<ItemType_i4>(GetElementName().c_str(), lValue, m_restrictions);
+///
+/// There is a check for every kind of SItemTraits except ItemType_char, which has no facets. Binary kinds know lengths,
+/// strings lengths and the pattern, booleans nothing, all others the bounds.
 template <ItemType eType>
 void CheckRestriction(const wchar_t* name, typename SItemTraits<eType>::Argument value,
                       const CPrimitiveRestrictions& restrictions)
 {
+    static_assert(s_bHasFacets<eType>);
+    using namespace RestrictionCheckDetail;
     if (!IsValid<eType>(name, value, restrictions))
-        throw CQvException(FormatString(L"Invalid Value for %s [%s]", name, Describe<eType>(value).c_str()));
+        ThrowInvalid(name, Describe<eType>(value));
 }
 
+/// Checks the value of a variant as one of kind `type`, which it must hold.
+/// @throws CQvInvalidValueException "unknown type [%s]", with the kind that the variant holds, when `type` has no
+///         facets.
 void CheckRestriction(const wchar_t* name, const QvVariant& value, ItemType type,
-                      const CPrimitiveRestrictions& restrictions)
-{
-    const bool bKnown = VisitItemType(type,
-                                      [&](auto traits)
-                                      {
-                                          using Traits = decltype(traits);
-                                          if constexpr (Traits::s_eType == ItemType_char)
-                                              ThrowUnknownType(value);
-                                          else
-                                              CheckRestriction<Traits::s_eType>(name, Traits::Get(value), restrictions);
-                                      });
-    if (!bKnown)
-        ThrowUnknownType(value);
-}
-
-template <ItemType eType>
-using Argument = typename SItemTraits<eType>::Argument;
-using Name = const wchar_t*;
-using Facets = const CPrimitiveRestrictions&;
-
-template void CheckRestriction<ItemType_hexBinary>(Name, Argument<ItemType_hexBinary>, Facets);
-template void CheckRestriction<ItemType_base64Binary>(Name, Argument<ItemType_base64Binary>, Facets);
-template void CheckRestriction<ItemType_i1>(Name, Argument<ItemType_i1>, Facets);
-template void CheckRestriction<ItemType_i2>(Name, Argument<ItemType_i2>, Facets);
-template void CheckRestriction<ItemType_i4>(Name, Argument<ItemType_i4>, Facets);
-template void CheckRestriction<ItemType_i8>(Name, Argument<ItemType_i8>, Facets);
-template void CheckRestriction<ItemType_ui1>(Name, Argument<ItemType_ui1>, Facets);
-template void CheckRestriction<ItemType_ui2>(Name, Argument<ItemType_ui2>, Facets);
-template void CheckRestriction<ItemType_ui4>(Name, Argument<ItemType_ui4>, Facets);
-template void CheckRestriction<ItemType_ui8>(Name, Argument<ItemType_ui8>, Facets);
-template void CheckRestriction<ItemType_r4>(Name, Argument<ItemType_r4>, Facets);
-template void CheckRestriction<ItemType_r8>(Name, Argument<ItemType_r8>, Facets);
-template void CheckRestriction<ItemType_duration>(Name, Argument<ItemType_duration>, Facets);
-template void CheckRestriction<ItemType_yearMonth>(Name, Argument<ItemType_yearMonth>, Facets);
-template void CheckRestriction<ItemType_monthDay>(Name, Argument<ItemType_monthDay>, Facets);
-template void CheckRestriction<ItemType_year>(Name, Argument<ItemType_year>, Facets);
-template void CheckRestriction<ItemType_month>(Name, Argument<ItemType_month>, Facets);
-template void CheckRestriction<ItemType_day>(Name, Argument<ItemType_day>, Facets);
-template void CheckRestriction<ItemType_date>(Name, Argument<ItemType_date>, Facets);
-template void CheckRestriction<ItemType_datetime>(Name, Argument<ItemType_datetime>, Facets);
-template void CheckRestriction<ItemType_time>(Name, Argument<ItemType_time>, Facets);
-template void CheckRestriction<ItemType_string>(Name, Argument<ItemType_string>, Facets);
-template void CheckRestriction<ItemType_boolean>(Name, Argument<ItemType_boolean>, Facets);
-template void CheckRestriction<ItemType_decimal>(Name, Argument<ItemType_decimal>, Facets);
-template void CheckRestriction<ItemType_integer>(Name, Argument<ItemType_integer>, Facets);
+                      const CPrimitiveRestrictions& restrictions);
 
 } // namespace QvXmlLib9

@@ -1,7 +1,7 @@
-#include "quiver/metadata/PrimitiveRestrictions.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 
 #include "quiver/foundation/Exceptions.h"
-#include "quiver/metadata/RestrictionCheck.h"
+#include "quiver/values/RestrictionCheck.h"
 #include "tests/support/Expect.h"
 
 #include <gtest/gtest.h>

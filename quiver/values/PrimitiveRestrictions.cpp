@@ -1,7 +1,7 @@
-#include "quiver/metadata/PrimitiveRestrictions.h"
+#include "quiver/values/PrimitiveRestrictions.h"
 
 #include "quiver/foundation/Encoder.h"
-#include "quiver/metadata/RestrictionCheck.h"
+#include "quiver/values/RestrictionCheck.h"
 
 namespace QvXmlLib9
 {

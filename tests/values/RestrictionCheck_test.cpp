@@ -1,4 +1,4 @@
-#include "quiver/metadata/RestrictionCheck.h"
+#include "quiver/values/RestrictionCheck.h"
 
 #include "quiver/foundation/Exceptions.h"
 #include "tests/support/Expect.h"

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "quiver/values/NumberText.h"
+
+#include <cstdint>
+#include <string>
+
+/// @file
+/// Whole numbers of up to 64 bits to and from text; see NumberText.h. Internal to the library.
+
+namespace QvXmlLib9
+{
+
+/// Reads a decimal integer as `wcstol` and its kin do: blanks (blank, tab, line feed, vertical tab, form feed, carriage
+/// return), one sign, digits. No digit gives 0. For unsigned types a minus sign negates modulo the width of the type.
+/// @tparam TInteger std::int32_t, std::uint32_t, std::int64_t or std::uint64_t.
+template <class TInteger>
+SNumberText<TInteger> ReadInteger(const wchar_t* lpctText);
+
+/// Appends decimal digits, with a minus sign if negative.
+void AppendInteger(std::wstring& strOut, std::int64_t nValue);
+void AppendUnsigned(std::wstring& strOut, std::uint64_t nValue);
+
+} // namespace QvXmlLib9
