@@ -249,7 +249,7 @@ TEST_P(HostileSchemas, EndInAMessageOrInCode)
     const SHostile& hostile = GetParam();
     const SRun run = Generate(hostile.strSchema);
     const std::string strMessages = run.strMessages.substr(0, 500);
-    RecordProperty("status", run.nStatus);
+    RecordProperty("exit_status", run.nStatus);
     if (hostile.nStatus >= 0)
     {
         EXPECT_EQ(run.nStatus, hostile.nStatus) << strMessages;
