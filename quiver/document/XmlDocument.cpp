@@ -302,8 +302,8 @@ bool CXmlDocument::GetChunk(bool bWait, std::uint32_t& dwRead)
     SFileInput& file = *m_pFileInput;
     if (Platform::GetOverlappedResult(file.hFile.Get(), &file.overlapped, &dwRead, bWait))
         return true;
-    // Turned around, and meant so: an end of file that is reported only here is the failure, while any other error
-    // counts as the end of the file.
+    // An end of file that is reported only here is the failure, while any other error counts as the end of the file
+    // (docs/compatibility.md: End of an overlapped file).
     dwRead = 0;
     return Platform::GetLastError() != Platform::Error_HandleEof;
 }

@@ -85,7 +85,7 @@ public:
 
     /// The URI that a prefix was bound to, or an empty string; the empty prefix stands for the default namespace. There
     /// is one flat list for the whole document, in which the last declaration of a prefix in document order counts,
-    /// whatever its scope. That is meant: the list serves the prefixes of `xsi:type` values.
+    /// whatever its scope (docs/compatibility.md: Prefixes of a document).
     std::wstring LookupNamespaceFromAlias(const wchar_t* lpctAlias) const;
 
 protected:

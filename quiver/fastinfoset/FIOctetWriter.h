@@ -39,7 +39,8 @@ public:
         else
             WriteLargeIntegerBit2(byCurrent, dwValue);
     }
-    /// Of values from 526369 on one too little is taken off, so that they read back one too high; that is meant.
+    /// Of values from 526369 on one too little is taken off, so that they read back one too high
+    /// (docs/compatibility.md: Integers from 526369 on).
     void WriteIntegerBit3(unsigned char byCurrent, std::uint32_t dwValue)
     {
         if (dwValue - 1 < 32)

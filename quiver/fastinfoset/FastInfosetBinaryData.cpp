@@ -175,7 +175,7 @@ std::wstring DecodeBooleans(std::string_view strOctets)
     const int nUnused = static_cast<unsigned char>(strOctets.front()) >> 4;
     for (std::size_t n = 0; n < strOctets.size(); ++n)
     {
-        // No blank between the words of one octet: that is meant.
+        // No blank between the words of one octet (docs/compatibility.md: Words of booleans).
         if (n != 0)
             strText += L' ';
         const int nLast = n + 1 == strOctets.size() ? nUnused : 0;

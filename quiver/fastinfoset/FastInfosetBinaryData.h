@@ -47,7 +47,7 @@ public:
 
     /// The text of the values that the bytes hold, in the lexical forms of CConversions. Several values of a fixed
     /// width are divided by one blank. Booleans are divided by a blank only between octets: the words of one octet run
-    /// together, which is meant. Without bytes the text is empty, whatever the index.
+    /// together (docs/compatibility.md: Words of booleans). Without bytes the text is empty, whatever the index.
     /// @param ulIndex 1 to 9.
     /// @throws CQvException "Unknown byte encoding." for another index; "Invalid value for SHORT byte encoding." and
     ///         its like (INT, LONG, FLOAT, DOUBLE, UUID) when the bytes are no whole number of values.

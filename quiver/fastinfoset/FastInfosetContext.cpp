@@ -32,7 +32,7 @@ const SSuggestion s_suggestions[] = {
     {ItemType_r4, {s_dwAlgorithm, 7}},
     {ItemType_r8, {s_dwAlgorithm, 8}},
     {ItemType_boolean, {s_dwAlgorithm, 6}},
-    // A duration holds letters that the alphabet lacks, so writing one fails; that is meant.
+    // It lacks the letters of a duration (docs/compatibility.md: Durations in an alphabet).
     {ItemType_duration, {s_dwAlphabet, 2}},
     {ItemType_yearMonth, {s_dwAlphabet, 2}},
     {ItemType_monthDay, {s_dwAlphabet, 2}},

@@ -709,8 +709,8 @@ CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view strOc
 
 void CFastInfosetReader::DecodeUtf16Octets(std::string_view strOctets)
 {
-    // The count of octets counts as a count of units, of which half lie behind the item; that is meant. Where they
-    // would lie behind the buffer, the document ends too early.
+    // The count of octets counts as a count of units, of which half lie behind the item
+    // (docs/compatibility.md: Lengths of UTF-16). Where they would lie behind the buffer, the document ends too early.
     if (strOctets.size() > m_in.GetOctetsLeft())
         CFIOctetReader::ThrowEndOfFile();
     m_strUnits = DecodeUtf16(reinterpret_cast<const unsigned char*>(strOctets.data()),

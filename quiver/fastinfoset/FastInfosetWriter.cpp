@@ -186,7 +186,7 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
     }
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
-        // A longer URI that begins like the XML namespace is passed over as well; that is meant.
+        // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
         if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
             continue;
         m_out.WriteOctet(s_byPrefixedNamespaceItem);
@@ -279,7 +279,7 @@ void CFastInfosetWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::w
     std::wstring strValue;
     if (const std::wstring* const pstrPrefix = FindPrefix(strNamespace); pstrPrefix == nullptr)
     {
-        // The name of the attribute is the type itself here, unlike below; that is meant.
+        // docs/compatibility.md: Type attributes without a prefix
         strValue = BindGeneratedPrefix(context, strNamespace);
         WriteAttributeName({strValue, strNamespace, strName});
     }

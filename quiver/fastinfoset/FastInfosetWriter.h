@@ -57,7 +57,7 @@ public:
                         ItemType eType) override;
 
     /// Writes the type of the open element. If the namespace of the type is not known yet, the attribute bears the name
-    /// of the type itself in place of `xsi:type`; that is meant.
+    /// of the type itself in place of `xsi:type` (docs/compatibility.md: Type attributes without a prefix).
     void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) override;
 
     void WriteXsiNil() override;

@@ -6,6 +6,9 @@
 /// Assertions for programming errors. They are active in diagnostic builds only (`QUIVER_DIAGNOSTICS`); elsewhere the
 /// condition is not evaluated. No document may reach one on a normal path, and code behind an assertion must stay
 /// inside its memory where assertions are off.
+///
+/// The text of an assertion is part of what a report shows and is pinned by a test, apart from the condition, which may
+/// follow the source (docs/compatibility.md: Texts of assertions).
 
 namespace QvXmlLib9
 {

@@ -103,7 +103,7 @@ int GetHexValue(wchar_t c)
     throw CQvException(FormatString(L"Invalid char in hex string [%c]", static_cast<int>(cUnit)));
 }
 
-/// Only the low 7 bits count, so other characters pass for ASCII ones. That is meant.
+/// Only the low 7 bits count, so other characters pass for ASCII ones (docs/compatibility.md: Letters of Base64).
 int GetBase64Value(wchar_t c)
 {
     return s_base64Values[static_cast<std::size_t>(c) & 0x7F];
@@ -343,7 +343,7 @@ unsigned char& CBinaryData::operator[](unsigned long ulIndex)
     return ulIndex < m_pRep->GetLengthOrZero() ? m_pRep->GetData()[ulIndex] : m_pRep->GetByteBehind();
 }
 
-/// The bound is one behind the end. That is meant.
+/// docs/compatibility.md: Index behind the end
 void CBinaryData::Throw_IfOutOfRange(unsigned long ulIndex) const
 {
     if (m_pRep == nullptr || ulIndex > m_pRep->GetLengthOrZero())

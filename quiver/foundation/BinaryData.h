@@ -115,7 +115,7 @@ public:
     virtual ~CBinaryData();
 
     /// Lets go of the own block, then shares the other. There is no test for assignment to itself: `a = a` leaves `a`
-    /// empty. That is meant.
+    /// empty (docs/compatibility.md: Assignment to itself).
     CBinaryData& operator=(const CBinaryData& source);
     CBinaryData& operator=(CBinaryData&& source) noexcept;
 
@@ -123,7 +123,8 @@ public:
     bool operator==(const CBinaryData& other) const;
     bool operator!=(const CBinaryData& other) const;
 
-    /// One byte. The bound is one behind the end: an index equal to the length gives a byte of no meaning.
+    /// One byte. The bound is one behind the end: an index equal to the length gives a byte of no meaning
+    /// (docs/compatibility.md: Index behind the end).
     /// @throws CQvException "Index Out of range [%d]" for an index above the length, and for any on an empty handle.
     const unsigned char& operator[](unsigned long ulIndex) const;
     /// The same for writing; makes the block private first. The reference is good until the next change, and is not to

@@ -17,7 +17,7 @@ class CInstanceClass;
 ///
 /// Objects may be made and destroyed on any thread. Each thread counts for itself, and the report adds up, so an object
 /// costs no lock, and the same however many classes there are. A copy shares the record of its source and is not
-/// counted, but its destruction is: that asymmetry is meant.
+/// counted, but its destruction is (docs/compatibility.md: Copies of counted objects).
 class QVXMLLIB_API CInstanceMonitor
 {
 public:

@@ -26,7 +26,8 @@ namespace
 
 /// Translates an expression from the dialect of XML Schema to that of PCRE, by replacements in this order. An escaped
 /// backslash is sheltered first, so that what follows it is no class, and put back last. The name classes of XML are
-/// only approximated. The range of LatinExtended-B is one that PCRE refuses, and the refusal is what callers know.
+/// only approximated. The range of LatinExtended-B is one that PCRE refuses
+/// (docs/compatibility.md: Patterns that are refused).
 std::string Translate(std::string strPattern)
 {
     struct SReplacement

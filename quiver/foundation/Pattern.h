@@ -10,7 +10,7 @@ namespace QvXmlLib9
 /// The expression is translated to the dialect of PCRE: `\i`, `\I`, `\c` and `\C` and the blocks `\p{IsBasicLatin}`,
 /// `\p{IsLatin-1Supplement}`, `\p{IsLatinExtended-A}` and `\p{IsLatinExtended-B}` by approximations, everything else as
 /// it stands. Only the first match that PCRE finds at the start of the value counts, and it must reach the value's end:
-/// the order of alternatives matters, `a|ab` does not match "ab". That is how matching works here, and it stays so.
+/// the order of alternatives matters, `a|ab` does not match "ab" (docs/compatibility.md: First match of a pattern).
 ///
 /// A match that PCRE gives up (its limit on backtracking) is no match. The answer for a value is the same in every
 /// thread and at every time.

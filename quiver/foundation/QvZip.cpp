@@ -138,7 +138,7 @@ void CQvZip::Compress(CBinaryData& data, CompressionType eType)
         return;
     unsigned long ulLength = data.GetLength();
     unsigned char* pData = data.ReleaseData();
-    // Data that cannot be compressed are lost; `data` stays empty then. That is meant.
+    // `data` stays empty then (docs/compatibility.md: Data that cannot be compressed).
     ByteArray pOwner(pData);
     CompressBuffer(&pData, &ulLength, eType);
     static_cast<void>(pOwner.release());
@@ -165,7 +165,8 @@ void CQvZip::CompressBuffer(unsigned char** ppData, unsigned long* pdwLen, Compr
     c_stream.avail_out = dwLen;
     deflate(&c_stream, Z_NO_FLUSH);
     // Input that is left because the output is full is no fault of the program: these data do not shrink.
-    QV_ASSERT_MSG(c_stream.avail_in == 0 || c_stream.avail_out == 0, "c_stream.avail_in == 0");
+    if (c_stream.avail_out != 0)
+        QV_ASSERT(c_stream.avail_in == 0);
     const int nResult = deflate(&c_stream, Z_FINISH);
     if (nResult != Z_STREAM_END)
         throw CQvException(FormatString(L"Failed to compress data. [Error Code: %d]", nResult));

@@ -1,5 +1,6 @@
 #include "quiver/generated/LexicalForm.h"
 
+#include "quiver/foundation/Digits.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
@@ -9,11 +10,6 @@ namespace QvXmlLib9
 
 namespace
 {
-
-bool IsDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
 
 bool IsLetter(wchar_t c)
 {

@@ -20,8 +20,8 @@ using PfnSimpleType = const CSimpleType& (*)();
 ///
 ///     const CSimpleType& SSku::Type()
 ///     {
-///         static constexpr CSimpleType s_type =
-///         CSimpleType(xs::String::s_type).Pattern(L"\\d{3}-[A-Z]{2}").MaxLength(6); return s_type;
+///         static constexpr auto s_type = CSimpleType(xs::String::s_type).Pattern(L"[A-Z]{2}").MaxLength(6);
+///         return s_type;
 ///     }
 ///
 /// An object is a constant without a destructor: it can be used before `main` and after it, by any number of threads.
@@ -31,6 +31,15 @@ using PfnSimpleType = const CSimpleType& (*)();
 /// sign has none, lengths count characters.
 class QVXMLLIB_API CSimpleType
 {
+    // Ahead of the constants that are made with it: a compiler may need it while it still reads the class.
+    template <class T>
+    constexpr CSimpleType With(T CSimpleType::*pField, T value) const
+    {
+        CSimpleType type = *this;
+        type.*pField = value;
+        return type;
+    }
+
 public:
     /// The lexical form of an atomic value, or how the type is made of others.
     enum EForm : unsigned char

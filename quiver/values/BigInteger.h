@@ -139,8 +139,8 @@ public:
     /// @throws CQvInvalidValueException "ERROR: Value out of bound of int." beyond MIN_LONG or MAX_LONG.
     operator int() const;
 
-    /// Exact for magnitudes up to 4999999999 only: powers of ten and their products are held in 32 bits and wrap, and
-    /// callers have come to rely on it. Use `CDecimal::ToLongLong` for the whole range.
+    /// Exact for magnitudes up to 4999999999 only: powers of ten and their products are held in 32 bits and wrap
+    /// (docs/compatibility.md: Big integers as 64 bits). Use `CDecimal::ToLongLong` for the whole range.
     /// @throws CQvInvalidValueException "ERROR: Value out of bound of LONGLONG." beyond MIN_LONGLONG or MAX_LONGLONG.
     operator __int64() const;
 

@@ -59,8 +59,8 @@ public:
     /// @}
 
     /// @name Unsigned integers
-    /// As the signed ones; the narrow types are read as an ui4 first. A minus sign is accepted on purpose and wraps
-    /// around: "-1" is 4294967295 for an ui4.
+    /// As the signed ones; the narrow types are read as an ui4 first. A minus sign is accepted and wraps around:
+    /// "-1" is 4294967295 for an ui4 (docs/compatibility.md: Unsigned numbers with a minus).
     /// @{
     static std::wstring ui1ToString(unsigned char value);
     static unsigned char ui1FromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule);
@@ -95,7 +95,8 @@ public:
     static CDateTimeSpan durationFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule);
 
     /// @name Dates and times
-    /// The text alone decides the kind of the result: `dateFromString` of L"2001" gives a `dt_gYear`, on purpose.
+    /// The text alone decides the kind of the result: `dateFromString` of L"2001" gives a `dt_gYear`
+    /// (docs/compatibility.md: The text decides the kind).
     /// @{
     static std::wstring yearMonthToString(const CDateTime& value);
     static CDateTime yearMonthFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule);
@@ -134,7 +135,7 @@ public:
 
     /// "true" or "false".
     static std::wstring booleanToString(bool value);
-    /// "true", "false", "1" or "0"; the case of letters does not count, on purpose.
+    /// "true", "false", "1" or "0" in any case (docs/compatibility.md: Booleans in any case).
     static bool booleanFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule);
 
     /// @param format null, or the number of fraction digits as decimal text, for instance L"2"; no `printf` format.

@@ -132,9 +132,9 @@ SDate DateFromDays(std::int64_t nDays)
 
 // --- Arithmetic -----------------------------------------------------------------------------------------------------
 
-/// Splits what a field has grown to into the carry and the field's new value. Both come from single precision, as
-/// callers know them: beyond 2^24 they are rounded. Each step goes through double and back, which rounds to the same
-/// float and keeps compilers from fusing the multiplication with the subtraction.
+/// Splits what a field has grown to into the carry and the field's new value. Both come from single precision:
+/// beyond 2^24 they are rounded (docs/compatibility.md: Sums of dates and spans). Each step goes through double and
+/// back, which rounds to the same float and keeps compilers from fusing the multiplication with the subtraction.
 class CCarry
 {
 public:
@@ -416,7 +416,7 @@ void CDateTime::SetZone(std::wstring_view text)
         SetUTC();
         return;
     }
-    // What is no zone at all passes without one. Callers rely on it.
+    // docs/compatibility.md: Text that is no zone
     if (text[0] != L'+' && text[0] != L'-')
         return;
     short nHour = 0;
@@ -478,7 +478,7 @@ void CDateTime::ValidateDay() const
     }
     else if (m_type == dt_gDay)
     {
-        // There is no upper bound, whatever the text says: "---45" is valid, and stays so.
+        // docs/compatibility.md: Days without an upper bound
         if (m_day < 1)
             throw CQvInvalidValueException(FormatString(L"Invalid Day [%d] (1 <= day <= 31)", m_day));
     }
@@ -489,7 +489,7 @@ void CDateTime::ValidateDay() const
     }
     else if (m_day < 1 || m_day > DaysInMonth(m_year, m_month))
     {
-        // This text has always lacked its closing bracket.
+        // docs/compatibility.md: Messages as they are spelt
         throw CQvInvalidValueException(FormatString(L"Invalid Day [%d] (1 <= day <= days in month", m_day));
     }
 }
@@ -864,7 +864,8 @@ CDateTime::DTCompareResult CDateTime::CompareTo(const CDateTime& other) const
         return CompareFields(a, b);
 
     // The side without a zone is tried at 14 hours ahead of the other one. The second step takes off what the first one
-    // moved it by, so it is tried at its own fields then, and not at 14 hours behind: that is meant.
+    // moved it by, so it is tried at its own fields then, and not at 14 hours behind
+    // (docs/compatibility.md: Dates without a zone).
     CDateTime& zoneless = a.m_bUTC ? b : a;
     const DTCompareResult eFirst = a.m_bUTC ? DTCompareResult_LessThan : DTCompareResult_GreaterThan;
     const DTCompareResult eSecond = a.m_bUTC ? DTCompareResult_GreaterThan : DTCompareResult_LessThan;

@@ -22,8 +22,8 @@ class CDateTimeSpan;
 ///     dt += QvXmlLib9::CDateTimeSpan(36, 0, 0);
 ///     std::wcout << dt.ToString();               // 2001-03-07T00:30:00.5+01:00
 ///
-/// Several behaviours differ from the calendar or from XML Schema. Callers rely on them, and each is said where it
-/// belongs.
+/// Several behaviours differ from the calendar or from XML Schema. Each is said where it belongs, with its entry in
+/// docs/compatibility.md, which tells why it stands.
 ///
 /// A value is copied freely; one object is used by one thread at a time. Fraction digits are held in groups: `milli`,
 /// `micro` and `nano`, each 0 to 999, together give up to nine digits.

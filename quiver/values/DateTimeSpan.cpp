@@ -184,7 +184,7 @@ int CDateTimeSpan::ReadFraction(const wchar_t* lpctText, const wchar_t*& p)
         else if (nDigits < 6)
             m_microSeconds = static_cast<std::uint16_t>(m_microSeconds + nDigit * weights[nDigits - 3]);
         else if (nDigits < 9)
-            // The last digit read is all that stays, and callers know it so.
+            // docs/compatibility.md: Durations as they are read
             m_nanoSeconds = static_cast<std::uint16_t>(nDigit);
         else
             throw CQvInvalidValueException(FormatString(L"Invalid XSD Duration [%s] Fraction part too long", lpctText));

@@ -81,7 +81,8 @@ public:
 
     /// Reads `[-]P[nY][nM][nD][T[nH][nM][nS.ff]]` with up to nine fraction digits. Beyond that form, years may be
     /// given more than once and anywhere, the last one winning; a number wraps at 32 bits, years at 16; and the seventh
-    /// to ninth fraction digit each replace the nanoseconds by the bare digit. Callers rely on all of it.
+    /// to ninth fraction digit each replace the nanoseconds by the bare digit
+    /// (docs/compatibility.md: Durations as they are read).
     ///
     /// @throws CQvInvalidValueException for a null or an empty text, any other form, or a tenth fraction digit. The
     ///         object then holds what was read up to the failure.

@@ -308,7 +308,7 @@ void CDecimal::ChangeFractionalDivider(int nDivider)
     digits.erase(digits.begin(), digits.begin() + static_cast<std::ptrdiff_t>(std::min(nCut, digits.size())));
     CBigInteger::Clean(digits);
     m_divider = std::max(nDivider, 0);
-    // A fraction that becomes a whole unit here is not carried over; callers know the number as it is.
+    // A fraction that becomes a whole unit here is not carried over (docs/compatibility.md: Rounding of decimals).
     if (bRoundUp)
         (m_divider == 0 ? m_whole : m_fraction) += CBigInteger(m_whole.m_sign);
 }

@@ -19,7 +19,7 @@ namespace QvXmlLib9
 /// A fixed-point number: a whole part of any size, and a fraction whose digits are bounded by a process-wide maximum of
 /// decimal places.
 ///
-/// The rounding rules differ between operations, and documents depend on each of them:
+/// The rounding rules differ between operations (docs/compatibility.md: Rounding of decimals):
 /// - A parsed text, a product and a quotient that has more places than the maximum is rounded to it, a half toward
 ///   zero. A quotient is cut two places behind the maximum before it is rounded.
 /// - A sum or a difference keeps all places of its operands.
@@ -114,7 +114,8 @@ public:
     /// a fraction is cut after 1024 characters, that of a whole number is not.
     std::wstring ToString() const;
 
-    /// The number with `nPlaces` decimal places, a half rounded away from zero. Callers rely on these:
+    /// The number with `nPlaces` decimal places, a half rounded away from zero
+    /// (docs/compatibility.md: Printed places of decimals):
     /// - 0 places leave the point, as in "3."; a negative number of places works like 0;
     /// - zeros at the end of the rounded fraction are not printed beyond the first, so 0.995 with two places is "1.0";
     /// - nothing is rounded if `nPlaces` is not below the maximum of decimal places.

@@ -30,7 +30,8 @@ class CXmlCollectionBase;
 ///             break;
 ///         ...
 ///
-/// A plain value, used by one thread at a time. There is no comparison on purpose: compare what the getters return.
+/// A plain value, used by one thread at a time. There is no comparison, because values of different kinds
+/// have no order: compare what the getters return.
 ///
 /// Each `Set...` forgets the former value. Each `Get...` may be called only while the variant holds that kind, which is
 /// asserted; where assertions are off, the getter of another kind returns 0, an empty object or null.
@@ -60,7 +61,7 @@ struct QVXMLLIB_API QvVariant
     virtual ~QvVariant() { Clear(); }
 
     /// Copies the value; objects with a count are shared. The present value is dropped before the source is read, so
-    /// assigning a variant to itself makes it invalid, on purpose.
+    /// assigning a variant to itself makes it invalid (docs/compatibility.md: Assignment to itself).
     /// @throws CQvException "Unknown Type" when the type of `source` is none of ItemType; the target is invalid then.
     const QvVariant& operator=(const QvVariant& source);
 
