@@ -98,17 +98,6 @@ public:
         return type;
     }
 
-private:
-    // In front of its callers: clang calculates a constant only with templates whose bodies it has seen.
-    template <class T>
-    constexpr CSimpleType With(T CSimpleType::*pField, T value) const
-    {
-        CSimpleType type = *this;
-        type.*pField = value;
-        return type;
-    }
-
-public:
     /// @name Facets (XML Schema Part 2, 4.3). Each gives a type that has one more.
     /// @{
 
