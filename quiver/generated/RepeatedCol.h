@@ -45,11 +45,44 @@ private:
     IEventSink* m_pSink = nullptr;
 };
 
+/// How many items a collection may have. A class that restricts another one may narrow it.
+class QVXMLLIB_API CCollectionCounts
+{
+public:
+    /// @param nMax -1 for unbounded.
+    void RestrictCounts(int nMin, int nMax)
+    {
+        m_nMin = nMin;
+        m_nMax = nMax;
+    }
+
+protected:
+    CCollectionCounts(int nMin, int nMax)
+        : m_nMin(nMin)
+        , m_nMax(nMax)
+    {
+    }
+    virtual ~CCollectionCounts();
+
+    bool IsAllowed(int nCount, const CXmlSerializationContext& context) const;
+    /// @throws CQvValidationException as CXmlCollectionBase::ValidateCount does.
+    void Throw_IfNotAllowed(int nCount, const std::wstring& strName, const CXmlSerializationContext& context) const;
+
+private:
+    int m_nMin;
+    int m_nMax;
+};
+
+/// Narrows how many items the collection in a property may have, for a class that restricts the one that holds it.
+QVXMLLIB_API void RestrictCounts(const QvVariant& value, int nMin, int nMax);
+
 /// The body of the collections of objects.
-class QVXMLLIB_API CObjectColBase : public CXmlCollection
+class QVXMLLIB_API CObjectColBase : public CXmlCollection, public CCollectionCounts
 {
 public:
     void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
+    void ValidateCount(const CXmlSerializationContext& context) const override;
+    bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
     CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
@@ -192,7 +225,7 @@ public:
 };
 
 /// Repeated elements that the schema does not describe.
-class QVXMLLIB_API CAnyCol : public CElementCol
+class QVXMLLIB_API CAnyCol : public CElementCol, public CCollectionCounts
 {
 public:
     explicit CAnyCol(const SWildcard& wildcard);
@@ -242,10 +275,12 @@ private:
 // --- Simple values ---------------------------------------------------------------------------------------------------
 
 /// The body of the collections of simple values.
-class QVXMLLIB_API CValueColBase : public CXmlCollectionBase
+class QVXMLLIB_API CValueColBase : public CXmlCollectionBase, public CCollectionCounts
 {
 public:
     void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
+    void ValidateCount(const CXmlSerializationContext& context) const override;
+    bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
     explicit CValueColBase(const SRepeatedElement& element);

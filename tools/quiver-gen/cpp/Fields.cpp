@@ -356,6 +356,13 @@ std::string GetLabel(const SField& field)
     return field.IsText() ? "ElementName().c_str()" : WideLiteral(field.strLabel);
 }
 
+bool IsRestricted(const SField& field)
+{
+    const bool bValue = field.pMember == nullptr || field.pMember->eMember == EMember::Value;
+    return field.bInherited && field.pOwner->bRestriction &&
+           (field.eStorage == EStorage::Repeated || (field.pType != nullptr && bValue && !field.pOwner->bMixed));
+}
+
 std::string GetRuleName(const SField& field)
 {
     const bool bDefault = field.pRule->eKind == SValueRule::EKind::Default;
