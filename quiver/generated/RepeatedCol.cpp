@@ -268,11 +268,13 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    QvVariant text;
     std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        AddText(pCurrent->GetText(strBuffer));
+        text.SetString(pCurrent->GetText(strBuffer));
+        AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }
     return pCurrent;

@@ -7,6 +7,7 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/Member.h"
 #include "quiver/generated/Value.h"
 #include "quiver/generated/Wildcard.h"
 
@@ -292,7 +293,7 @@ protected:
                              bool bOptionalChoice) override;
 
     /// Adds what a document's text stands for.
-    virtual void AddText(const std::wstring& strText) = 0;
+    virtual void AddText(QvVariant& text) = 0;
     virtual void StoreItem(std::size_t nIndex, QvVariant& value) const = 0;
 
     void Throw_IfNoPlace(int nIndex) const;
@@ -305,8 +306,9 @@ private:
 
 /// Repeated elements with values of a simple type.
 /// @tparam TType the struct of the type.
-template <class TType>
-class CValueCol : public CValueColBase
+/// @tparam TRule a default or fixed value.
+template <class TType, class TRule = SNoRule>
+class CValueCol : public CValueColBase, private CValueMember<TType, TRule>
 {
 public:
     using Value = typename TType::Value;
@@ -339,7 +341,7 @@ public:
     void AddAt(int nIndex, const Value& value)
     {
         Throw_IfNoPlace(nIndex);
-        Insert(nIndex, CheckedValue<TType>(value, Name()));
+        Insert(nIndex, CValueMember<TType, TRule>::Checked(value, Name()));
     }
 
     /// The value at a position, 0 to GetCount() - 1.
@@ -373,7 +375,7 @@ public:
     auto end() const { return m_values.end(); }
 
 protected:
-    void AddText(const std::wstring& strText) override { Insert(GetCount(), ValueOf<TType>(strText, Name())); }
+    void AddText(QvVariant& text) override { Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name())); }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {

@@ -15,6 +15,7 @@ void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CCl
     if (const schema::SSimpleType* pSimple = std::as_const(*element.pType).AsSimple())
     {
         root.pType = &build.simpleTypes.Get(*pSimple);
+        root.value = build.simpleTypes.MakeRule(element.value ? &*element.value : nullptr, *pSimple);
         return;
     }
     const schema::SComplexType& type = *std::as_const(*element.pType).AsComplex();

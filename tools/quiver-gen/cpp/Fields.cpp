@@ -130,7 +130,8 @@ std::string GetCollectionType(const SField& field, const SPlace& place)
     if (field.IsWildcard())
         return place.scope.Library("CAnyCol");
     if (field.pMember->eMember == EMember::Value)
-        return place.scope.Library("CValueCol") + '<' + place.scope.Name(*field.pType) + '>';
+        return place.scope.Library("CValueCol") + '<' + place.scope.Name(*field.pType) +
+               GetRuleArgument(field, place.scope) + '>';
     const SClass* const pItem = GetCollectionItem(field);
     const std::string strName = pItem == nullptr ? std::string() : place.names.GetCollectionName(*pItem);
     if (!strName.empty() && place.IsCollectionNamed(*pItem))
