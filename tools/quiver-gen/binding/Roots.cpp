@@ -20,6 +20,8 @@ void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CCl
     }
     const schema::SComplexType& type = *std::as_const(*element.pType).AsComplex();
     const bool bAnything = type.eBuiltin == schema::EBuiltin::AnyType;
+    if (element.value && classes.IsFirstWarning(element))
+        build.warnings.Add(EWarning::SharedValue, element.position, element.name.strLocal);
     root.pClass = bAnything ? &classes.GetAnyType(*root.pNamespace) : &classes.Get(type);
     if (bAnything)
         build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);

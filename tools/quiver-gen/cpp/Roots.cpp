@@ -36,6 +36,12 @@ bool IsForeign(const SRoot& root)
     return root.pClass == nullptr || root.pClass->strUri != root.strUri;
 }
 
+/// Whether the element has a simple value in any case.
+bool IsNeverNil(const SRoot& root)
+{
+    return root.pClass == nullptr && !root.bNillable;
+}
+
 bool IsAbstract(const SRoot& root)
 {
     return root.pClass != nullptr && root.pClass->bAbstract;
@@ -105,8 +111,8 @@ std::string PrintRows(const SProject& project, const SFactory& factory, const CS
         if (IsAbstract(root))
             parts.push_back("nullptr");
         else if (IsForeign(root))
-            parts.push_back('&' + scope.Library("CreateForeignRoot") + '<' + strType + ", " +
-                            uris.UseConstant(root.strUri) + '>');
+            parts.push_back('&' + scope.Library(IsNeverNil(root) ? "CreateValueRoot" : "CreateForeignRoot") + '<' +
+                            strType + ", " + uris.UseConstant(root.strUri) + '>');
         else
             parts.push_back('&' + scope.Library("CreateObject") + '<' + strType + '>');
         if (root.pClass != nullptr && !root.pClass->alternatives.empty())
@@ -133,9 +139,9 @@ std::string PrintCreateRoot(const SProject& project, const SFactory& factory, co
 std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
 {
     const std::string strType = GetRootType(root, factory, scope);
-    const std::string strMade =
-        IsForeign(root) ? scope.Library("CRootIn") + '<' + strType + ", " + uris.UseConstant(root.strUri) + '>'
-                        : strType;
+    const std::string strMade = IsForeign(root) ? scope.Library(IsNeverNil(root) ? "CValueRootIn" : "CRootIn") + '<' +
+                                                      strType + ", " + uris.UseConstant(root.strUri) + '>'
+                                                : strType;
     return '\n' + scope.Pointer(strType) + ' ' + factory.strName + "::" + root.strName + "()\n{\n" +
            Arrange(4, "return new " + strMade + '(', {WideLiteral(root.strElement)}, ");") + "\n}\n";
 }
