@@ -21,6 +21,20 @@ cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -
 cmake --build "$scratch/build" >/dev/null
 "$scratch/build/consumer_QvXmlLib9"
 "$scratch/build/consumer_QvXmlLib9_static"
+"$scratch/build/parcel_none"
+"$scratch/build/parcel_namespace"
+
+echo "check_package: quiver_generate"
+stays=$(cmake --build "$scratch/build")
+[[ $stays == *"no work to do"* ]] || { echo "check_package: the classes are generated for no reason: $stays" >&2; exit 1; }
+cp -r tests/package "$scratch/changed"
+cmake -S "$scratch/changed" -B "$scratch/changed/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$scratch/changed/build" --target parcel_none >/dev/null
+# The schema that changes is one that the given one imports.
+sed -i 's/31500/40000/' "$scratch/changed/units.xsd"
+cmake --build "$scratch/changed/build" --target parcel_none >/dev/null
+generated=$scratch/changed/build/parcel_none_generated/Parcel.cpp
+grep -q 40000 "$generated" || { echo "check_package: a changed schema leaves its classes as they were" >&2; exit 1; }
 
 echo "check_package: pkg-config"
 pc=$(find "$prefix" -name quiver.pc)

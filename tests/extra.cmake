@@ -115,6 +115,23 @@ if(TARGET quiver_fi)
         get_filename_component(_name "${_source}" NAME_WE)
         target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
     endforeach()
+    add_dependencies(Generator_test quiver_gen_tool)
+    target_compile_definitions(Generator_test PRIVATE
+        QUIVER_VERSION="${PROJECT_VERSION}"
+        QUIVER_GEN_PROGRAM="$<TARGET_FILE:quiver_gen_tool>")
+
+    # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
+    # machine has it.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        find_program(QUIVER_OTHER_CXX g++)
+    else()
+        find_program(QUIVER_OTHER_CXX NAMES clang++ clang++-14)
+    endif()
+    mark_as_advanced(QUIVER_OTHER_CXX)
+    target_compile_definitions(CppCompiles_test PRIVATE
+        QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        QUIVER_CXX="${CMAKE_CXX_COMPILER}"
+        QUIVER_OTHER_CXX="$<IF:$<BOOL:${QUIVER_OTHER_CXX}>,${QUIVER_OTHER_CXX},${CMAKE_CXX_COMPILER}>")
 endif()
 
 # --- Generated classes of our own schemas ---------------------------------------------------------------------------
