@@ -133,3 +133,25 @@ if(TARGET quiver_fi)
         QUIVER_CXX="${CMAKE_CXX_COMPILER}"
         QUIVER_OTHER_CXX="$<IF:$<BOOL:${QUIVER_OTHER_CXX}>,${QUIVER_OTHER_CXX},${CMAKE_CXX_COMPILER}>")
 endif()
+
+# --- Generated classes of our own schemas ---------------------------------------------------------------------------
+
+if(TARGET quiver_gen_tool)
+    set(_constructs "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/constructs")
+    set(_generated "${CMAKE_CURRENT_BINARY_DIR}/generated/constructs")
+    file(GLOB _schemas CONFIGURE_DEPENDS "${_constructs}/*.xsd")
+    file(GLOB _parts CONFIGURE_DEPENDS "${_constructs}/parts/*.xsd")
+    # Few files, since each has to be compiled with the headers of the library.
+    set(_sources "${_generated}/Constructs_1.cpp" "${_generated}/Constructs_2.cpp" "${_generated}/Roots.cpp")
+    add_custom_command(OUTPUT ${_sources} "${_generated}/Constructs.h" "${_generated}/Roots.h"
+        COMMAND quiver_gen_tool ${_schemas} -o "${_generated}" --factory constructs::CRoots
+            --split none --stem Constructs --parts 2 2> "${CMAKE_CURRENT_BINARY_DIR}/constructs.warnings"
+        DEPENDS ${_schemas} ${_parts} quiver_gen_tool
+        COMMENT "Generating the classes of tests/tools/gen/constructs"
+        VERBATIM)
+    target_sources(Constructs_test PRIVATE ${_sources})
+    target_include_directories(Constructs_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/generated")
+    target_link_libraries(Constructs_test PRIVATE EXPAT::EXPAT)
+    target_compile_definitions(Constructs_test PRIVATE QUIVER_CONSTRUCTS="${_constructs}")
+    target_compile_definitions(Golden_test PRIVATE QUIVER_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/golden")
+endif()

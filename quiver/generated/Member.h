@@ -252,6 +252,26 @@ private:
     std::optional<Value> m_value;
 };
 
+// --- Restriction -----------------------------------------------------------------------------------------------------
+
+/// The text of a value on its way between a member and a document.
+QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
+
+/// What a class says of a member that it inherits and whose values it restricts: values that pass through are checked
+/// by the narrower type too.
+/// @param variant what `AccessProperty` of the base takes or gave.
+/// @throws CQvInvalidValueException
+template <class TType, class TRule = SNoRule>
+void CheckRestricted(const QvVariant& variant, const wchar_t* lpctName)
+{
+    if (!variant.IsValid())
+        return;
+    std::wstring strText = PropertyText(variant);
+    if (const wchar_t* const lpctReplacement = TRule::Replacement(strText))
+        strText = lpctReplacement;
+    TRule::template Check<TType>(ValueOf<TType>(std::move(strText), lpctName), lpctName);
+}
+
 // --- Objects ---------------------------------------------------------------------------------------------------------
 
 /// Checks an object that a program gives to a property, with the words of the setters' checks of CXmlObjectBase.

@@ -45,10 +45,11 @@ TEST(CppLayout, GivesEachNamespaceAHeaderBehindThoseThatItNeeds)
 {
     SBinding binding;
     MakeSampleBinding(binding);
-    EXPECT_EQ(Describe(binding, ESplit::Namespace),
-              "Common: SCurrency SSku CParty CCompany CNobody CShortNamed\n"
-              "Order: <Common> SSizes SCurrencies SEither SQuantity CItem CPayment COrderPair CNote CRemark CNothing "
-              "COrder CAttachment\n");
+    EXPECT_EQ(
+        Describe(binding, ESplit::Namespace),
+        "Common: SCurrency SSku CParty CCompany CNobody CShortNamed\n"
+        "Order: <Common> SSizes SCurrencies SNames SEither SQuantity CItem CPayment COrderPair CNote CRemark CNothing "
+        "COrder CAttachment\n");
 }
 
 TEST(CppLayout, OrdersNamespacesByNeedNotByDeclaration)
