@@ -136,7 +136,7 @@ endif()
 
 # --- Generated classes of our own schemas ---------------------------------------------------------------------------
 
-if(TARGET quiver_gen_tool)
+if(TARGET Constructs_test)
     set(_constructs "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/constructs")
     set(_generated "${CMAKE_CURRENT_BINARY_DIR}/generated/constructs")
     file(GLOB _schemas CONFIGURE_DEPENDS "${_constructs}/*.xsd")
