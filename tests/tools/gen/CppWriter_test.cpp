@@ -142,7 +142,7 @@ public:
     static constexpr SAlternative s_roots[] = {
         {true, s_lpctNamespace, L"order", &CreateObject<order::COrder>},
         {true, s_lpctNamespace, L"party", nullptr, &acme::common::CParty::Alternatives},
-        {true, s_lpctNamespace, L"quantity", &CreateForeignRoot<CNillable<order::SQuantity>, s_lpctNamespace>},
+        {true, s_lpctNamespace, L"quantity", &CreateValueRoot<CNillable<order::SQuantity>, s_lpctNamespace>},
         {true, L"", L"note", &CreateForeignRoot<order::CNote, s_lpctNoNamespace>},
     };
     static constexpr SAlternatives s_all{s_roots, sizeof s_roots / sizeof *s_roots};
