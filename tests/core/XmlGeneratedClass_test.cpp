@@ -7,6 +7,7 @@
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "tests/support/Contexts.h"
 #include "tests/support/Expect.h"
 #include "tests/support/FlexClass.h"
 
@@ -24,7 +25,8 @@ namespace
 {
 
 const CPrimitiveRestrictions s_noFacets(L"", -1, -1, L"", L"", L"", L"", -1);
-const CXmlSerializationContext s_context;
+const QvTest::SLastingContext s_lasting;
+const CXmlSerializationContext& s_context = s_lasting.context;
 
 template <class TInfo>
 TInfo* Prim(const wchar_t* lpctName, int nProperty, ItemType eType = ItemType_string)
