@@ -18,7 +18,7 @@
 
 /// @file
 /// One object with a value of every kind at its extremes, each as an attribute and as an element, for the tests that
-/// send it through the forms of a document. Single characters are left out: they have no written form as a QvVariant.
+/// send it through the forms of a document. Single characters are left out: no record takes them.
 ///
 ///     const CEveryKindShape shape;
 ///     CFlexClass object(shape);
