@@ -190,7 +190,10 @@ TEST(AttributeCol, AListOfTwoUrisDoesNotAllowTheFirstOfThem)
     const CSmartPtr<CAttributeCol> spCol = new CAttributeCol(L"", L"urn:a urn:b", L"");
     EXPECT_THROW(spCol->Add(L"x"), CQvInvalidNamespaceException);
     EXPECT_THROW(spCol->Add(L"x", L"", L"urn:b"), CQvInvalidNamespaceException);
-    EXPECT_NO_THROW(spCol->Add(L"x", L"", L""));
+    EXPECT_EQ(0, spCol->GetCount());
+    spCol->Add(L"x", L"", L"");
+    ASSERT_EQ(1, spCol->GetCount());
+    EXPECT_TEXT(L"", spCol->Item(0)->GetNamespace());
 }
 
 TEST(AttributeCol, TakesAnExistingAttributeOfAnyNamespace)

@@ -7,6 +7,7 @@
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "tests/support/Contexts.h"
 #include "tests/support/Expect.h"
 #include "tests/support/Files.h"
 #include "tests/support/FlexClass.h"
@@ -28,7 +29,8 @@ using QvTest::OctetsOf;
 namespace
 {
 
-const CXmlSerializationContext s_context;
+const QvTest::SLastingContext s_lasting;
+const CXmlSerializationContext& s_context = s_lasting.context;
 
 /// A class with an attribute and a repeated text.
 const CShape& SampleShape()

@@ -76,9 +76,26 @@ std::wstring ReadAndWrite(const std::string& strXml, const CXmlSerializationCont
     return strAll;
 }
 
+const wchar_t s_lpctOrderItem[] = L"<AA:item part=\"103-BX\"><AA:product>Rain gauge &lt;metric&gt;</AA:product>"
+                                  L"<AA:quantity>12</AA:quantity><AA:price>4.5</AA:price></AA:item>";
+const wchar_t s_lpctTrackHead[] = L"<AA:time>2026-05-17T06:58:12Z</AA:time><AA:keywords>hike, ridge</AA:keywords>"
+                                  L"<AA:trk><AA:name>Ridge walk \x2014 H\u00F6henweg</AA:name>";
+const wchar_t s_lpctBuyersName[] = L"<AA:name>M\u00FCller &amp; S\u00F6hne</AA:name>"
+                                   L"<AA:contact>Frau Wei\u00DF</AA:contact>";
+const wchar_t s_lpctNote[] = L"<AC:note xmlns:AC=\"urn:example:notes\">Do not touch the sync account.</AC:note>";
+
+int CountOf(const std::wstring& strPart, const std::wstring& strText)
+{
+    int nCount = 0;
+    for (std::size_t n = strText.find(strPart); n != std::wstring::npos; n = strText.find(strPart, n + 1))
+        ++nCount;
+    return nCount;
+}
+
 /// Eight threads do the same; the main thread does it last, so that nobody has used the classes before them.
+/// @param lpctPart what each of the three documents has once.
 template <class TRoot>
-void ExpectThreadsToAgree(const std::string& strXml)
+void ExpectThreadsToAgree(const std::string& strXml, const wchar_t* lpctPart)
 {
     CXmlSerializationContext prepared;
     prepared.GetFIContext().GetVocabulary()->AddElement(L"", L"urn:example:order", L"item");
@@ -93,28 +110,29 @@ void ExpectThreadsToAgree(const std::string& strXml)
                 results[static_cast<std::size_t>(nThread)] = ReadAndWrite<TRoot>(strXml, context);
         });
     const std::wstring strExpected = ReadAndWrite<TRoot>(strXml, context);
+    EXPECT_EQ(3, CountOf(lpctPart, strExpected)) << Show(strExpected);
     for (const std::wstring& strResult : results)
         EXPECT_TEXT(strExpected, strResult);
 }
 
 TEST(Threads, MayBeTheFirstToUseTheClassesOfAnOrder)
 {
-    ExpectThreadsToAgree<order::CPurchaseOrder>(Sample("purchase_order/order.xml"));
+    ExpectThreadsToAgree<order::CPurchaseOrder>(Sample("purchase_order/order.xml"), s_lpctOrderItem);
 }
 
 TEST(Threads, MayBeTheFirstToUseTheClassesOfATrack)
 {
-    ExpectThreadsToAgree<gpx::CGpx>(Sample("gpx_track/track.gpx"));
+    ExpectThreadsToAgree<gpx::CGpx>(Sample("gpx_track/track.gpx"), s_lpctTrackHead);
 }
 
 TEST(Threads, MayBeTheFirstToUseTheClassesOfAnInvoice)
 {
-    ExpectThreadsToAgree<invoice::CInvoice>(Sample("invoice/invoice.xml"));
+    ExpectThreadsToAgree<invoice::CInvoice>(Sample("invoice/invoice.xml"), s_lpctBuyersName);
 }
 
 TEST(Threads, MayBeTheFirstToUseTheClassesOfOpenContent)
 {
-    ExpectThreadsToAgree<settings::CSettings>(Sample("open_content/settings.xml"));
+    ExpectThreadsToAgree<settings::CSettings>(Sample("open_content/settings.xml"), s_lpctNote);
 }
 
 TEST(Threads, ShareAContextWithRootAttributesAliasesAndInstructions)
@@ -164,6 +182,7 @@ TEST(Threads, ReadObjectsOutOfOneFinishedDocument)
                 spInvoice->FromXmlElement(pRoot, context);
             results[static_cast<std::size_t>(nThread)] = spInvoice->ToXml(false, false, EOLType_LF, context);
         });
+    EXPECT_EQ(1, CountOf(s_lpctBuyersName, results[0])) << Show(results[0]);
     for (const std::wstring& strResult : results)
         EXPECT_TEXT(results[0], strResult);
 }

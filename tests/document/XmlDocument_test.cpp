@@ -6,6 +6,7 @@
 #include "quiver/foundation/platform/Platform.h"
 #include "tests/support/DocumentTree.h"
 #include "tests/support/Expect.h"
+#include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
 #include "tests/support/InstanceCounts.h"
 
@@ -23,6 +24,7 @@ namespace
 
 namespace Platform = QvXmlLib9::Platform;
 
+using QvTest::CFileFault;
 using QvTest::CountInstances;
 using QvTest::CountOpenFiles;
 using QvTest::CTempDir;
@@ -77,33 +79,6 @@ void LoadOverlapped(CXmlDocument& document, const std::wstring& strFileName)
     } const flag;
     document.Load(strFileName.c_str());
 }
-
-/// Makes one file operation fail for as long as it lives.
-class CFault
-{
-public:
-    /// @param nCall which call of the operation fails, the first being 1.
-    CFault(Platform::EFileOperation eOperation, int nCall, std::uint32_t dwError)
-    {
-        s_eOperation = eOperation;
-        s_nCallsLeft = nCall;
-        s_dwError = dwError;
-        Platform::SetFileFault(OnOperation);
-    }
-    ~CFault() { Platform::SetFileFault(nullptr); }
-    CFault(const CFault&) = delete;
-    CFault& operator=(const CFault&) = delete;
-
-private:
-    static std::uint32_t OnOperation(Platform::EFileOperation eOperation)
-    {
-        return eOperation == s_eOperation && --s_nCallsLeft == 0 ? s_dwError : Platform::Error_Success;
-    }
-
-    static inline Platform::EFileOperation s_eOperation;
-    static inline int s_nCallsLeft;
-    static inline std::uint32_t s_dwError;
-};
 
 // --- Strings and streams --------------------------------------------------------------------------------------------
 
@@ -569,46 +544,47 @@ struct SFaultRow
     /// Length of the document in bytes.
     std::size_t nBytes;
     Platform::EFileOperation eOperation;
-    int nCall;
+    /// Which call of the operation fails, counted from 0.
+    int nth;
     std::uint32_t dwError;
     /// The message, `%` standing for the file name; null where the load succeeds.
     const wchar_t* lpctMessage;
 };
 
 const SFaultRow s_faultRows[] = {
-    {"opening", false, 100, Platform::FileOperation_Open, 1, 32, L"Failed to open the file [%] Error [0x00000020]"},
-    {"the size", false, 100, Platform::FileOperation_Size, 1, 6,
+    {"opening", false, 100, Platform::FileOperation_Open, 0, 32, L"Failed to open the file [%] Error [0x00000020]"},
+    {"the size", false, 100, Platform::FileOperation_Size, 0, 6,
      L"Failed to get the size of the file [%] Error [0x00000006]"},
-    {"reading", false, 100, Platform::FileOperation_Read, 1, 23,
+    {"reading", false, 100, Platform::FileOperation_Read, 0, 23,
      L"Failed to read the contents of the file [%] Error [0x00000017]"},
-    {"closing", false, 100, Platform::FileOperation_Close, 1, 6, nullptr},
-    {"opening", true, 100, Platform::FileOperation_Open, 1, 32, L"Failed to open the file [%] Error [0x00000020]"},
-    {"the event, whose null handle is no failure", true, 3 * s_nChunk, Platform::FileOperation_CreateEvent, 1, 8,
+    {"closing", false, 100, Platform::FileOperation_Close, 0, 6, nullptr},
+    {"opening", true, 100, Platform::FileOperation_Open, 0, 32, L"Failed to open the file [%] Error [0x00000020]"},
+    {"the event, whose null handle is no failure", true, 3 * s_nChunk, Platform::FileOperation_CreateEvent, 0, 8,
      nullptr},
-    {"the first read", true, 100, Platform::FileOperation_Read, 1, 23,
+    {"the first read", true, 100, Platform::FileOperation_Read, 0, 23,
      L"Failed to read the contents of the file. Error [0x00000017]"},
-    {"the first read, at the end", true, 100, Platform::FileOperation_Read, 1, 38, L"no element found at line 1"},
-    {"the second read", true, 2 * s_nChunk, Platform::FileOperation_Read, 2, 23,
+    {"the first read, at the end", true, 100, Platform::FileOperation_Read, 0, 38, L"no element found at line 1"},
+    {"the second read", true, 2 * s_nChunk, Platform::FileOperation_Read, 1, 23,
      L"Failed to read the contents of the file. Error [0x00000017]"},
-    {"the second read, at the end", true, 2 * s_nChunk, Platform::FileOperation_Read, 2, 38,
+    {"the second read, at the end", true, 2 * s_nChunk, Platform::FileOperation_Read, 1, 38,
      L"no element found at line 1"},
-    {"the read behind the last chunk", true, s_nChunk, Platform::FileOperation_Read, 2, 38, nullptr},
-    {"the read behind the last chunk", true, s_nChunk, Platform::FileOperation_Read, 2, 23,
+    {"the read behind the last chunk", true, s_nChunk, Platform::FileOperation_Read, 1, 38, nullptr},
+    {"the read behind the last chunk", true, s_nChunk, Platform::FileOperation_Read, 1, 23,
      L"Failed to read the contents of the file. Error [0x00000017]"},
-    {"the first result, which ends the file", true, 100, Platform::FileOperation_Result, 1, 23,
+    {"the first result, which ends the file", true, 100, Platform::FileOperation_Result, 0, 23,
      L"no element found at line 1"},
-    {"the first result, turned around", true, 100, Platform::FileOperation_Result, 1, 38,
+    {"the first result, turned around", true, 100, Platform::FileOperation_Result, 0, 38,
      L"Failed to read the contents of the file [%] Error [0x00000026]"},
-    {"the second result, which ends the file", true, 2 * s_nChunk, Platform::FileOperation_Result, 2, 23,
+    {"the second result, which ends the file", true, 2 * s_nChunk, Platform::FileOperation_Result, 1, 23,
      L"no element found at line 1"},
-    {"the second result, turned around", true, 2 * s_nChunk, Platform::FileOperation_Result, 2, 38,
+    {"the second result, turned around", true, 2 * s_nChunk, Platform::FileOperation_Result, 1, 38,
      L"Failed to read the contents of the file. Error [0x00000026]"},
-    {"the result behind the last chunk, which ends the file", true, s_nChunk, Platform::FileOperation_Result, 2, 23,
+    {"the result behind the last chunk, which ends the file", true, s_nChunk, Platform::FileOperation_Result, 1, 23,
      nullptr},
-    {"the result behind the last chunk, turned around", true, s_nChunk, Platform::FileOperation_Result, 2, 38,
+    {"the result behind the last chunk, turned around", true, s_nChunk, Platform::FileOperation_Result, 1, 38,
      L"Failed to read the contents of the file. Error [0x00000026]"},
-    {"closing the file", true, 2 * s_nChunk, Platform::FileOperation_Close, 1, 6, nullptr},
-    {"closing the event", true, 2 * s_nChunk, Platform::FileOperation_Close, 2, 6, nullptr},
+    {"closing the file", true, 2 * s_nChunk, Platform::FileOperation_Close, 0, 6, nullptr},
+    {"closing the event", true, 2 * s_nChunk, Platform::FileOperation_Close, 1, 6, nullptr},
 };
 
 TEST(XmlDocument, FailuresOfFileOperationsEndAsTold)
@@ -622,7 +598,7 @@ TEST(XmlDocument, FailuresOfFileOperationsEndAsTold)
                      std::to_string(row.dwError));
         WriteFileBytes(dir.PathOf("a.xml"), MakeDocument(row.nBytes));
         CXmlDocument document;
-        const CFault fault(row.eOperation, row.nCall, row.dwError);
+        const CFileFault fault(row.eOperation, row.nth, row.dwError);
         const auto Load = [&]
         {
             row.bOverlapped ? LoadOverlapped(document, strName) : document.Load(strName.c_str());
@@ -641,6 +617,7 @@ TEST(XmlDocument, FailuresOfFileOperationsEndAsTold)
             ExpectThrows<CQvException>(strMessage, Load);
             EXPECT_EQ(nullptr, document.GetDocumentElement());
         }
+        EXPECT_TRUE(fault.WasMet());
         EXPECT_EQ(nOpenFiles, CountOpenFiles());
     }
 }

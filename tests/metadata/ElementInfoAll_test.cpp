@@ -200,7 +200,9 @@ TEST_F(ElementInfoAll, AbstractMemberThatTheWalkNeverReachesDoesNoHarm)
     CShape shape(GroupType_All, ElementType_Element, L"flex", Namespace);
     shape.Add(new CElementInfoAllAbsClsOpt(L"own", Namespace, 1, ElementType_Element, &CreateChildFromElement));
     CFlexClass object(shape);
-    EXPECT_NO_THROW(object.FromXml(Document(L"").c_str(), CXmlSerializationContext()));
+    object.FromXml(Document(L"").c_str(), CXmlSerializationContext());
+    EXPECT_EQ(g_creations.nCount, 0);
+    EXPECT_TEXT(L"(unset)", object.Text(1));
 }
 
 TEST_F(ElementInfoAll, AbstractMandatoryMemberCannotBeReadButWritten)

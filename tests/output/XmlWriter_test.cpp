@@ -1,7 +1,7 @@
 #include "quiver/output/XmlWriter.h"
 
-#include "quiver/foundation/MemoryLeakHelp.h"
 #include "tests/support/Expect.h"
+#include "tests/support/InstanceCounts.h"
 #include "tests/support/RecordingWriter.h"
 
 #include <memory>
@@ -266,10 +266,13 @@ TEST(XmlWriter, ClosingWithAnElementOpenIsRefused)
 
 TEST(XmlWriter, AnAbandonedWriterGivesUpAllItsRecords)
 {
+    const auto before = QvTest::CountInstances(L"CXmlWriterContext");
     {
         CScopeWriter writer;
         for (int n = 0; n < 1000; ++n)
             writer.StartElement(L"a", L"urn:a");
+        EXPECT_EQ(before.nLiving + 1000, QvTest::CountInstances(L"CXmlWriterContext").nLiving);
     }
-    EXPECT_EQ(CInstanceMonitor::DumpState().find(L"--> CXmlWriterContext"), std::wstring::npos);
+    EXPECT_EQ(before.nLiving, QvTest::CountInstances(L"CXmlWriterContext").nLiving);
+    EXPECT_EQ(before.nTotal + 1000, QvTest::CountInstances(L"CXmlWriterContext").nTotal);
 }

@@ -3,6 +3,8 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <cwchar>
+#include <map>
+#include <sstream>
 #include <string>
 
 namespace QvTest
@@ -15,19 +17,33 @@ struct SInstanceCounts
     long nTotal = 0;
 };
 
+/// The counts of every class, by its name. A class appears with its first instance.
+inline std::map<std::wstring, SInstanceCounts> CountAllInstances()
+{
+    std::map<std::wstring, SInstanceCounts> all;
+    std::wistringstream lines(CInstanceMonitor::DumpState());
+    std::wstring strLine;
+    std::getline(lines, strLine); // the header
+    constexpr std::size_t nMark = 4;
+    while (std::getline(lines, strLine))
+    {
+        const std::size_t nAt = strLine.rfind(L" = ");
+        if (nAt == std::wstring::npos)
+            continue;
+        wchar_t* pEnd = nullptr;
+        SInstanceCounts& counts = all[strLine.substr(nMark, nAt - nMark)];
+        counts.nLiving = std::wcstol(strLine.c_str() + nAt + 3, &pEnd, 10);
+        counts.nTotal = std::wcstol(pEnd + 1, nullptr, 10);
+    }
+    return all;
+}
+
 /// The counts of a class; zeros for one that nobody instantiated yet.
 inline SInstanceCounts CountInstances(const std::wstring& strClassName)
 {
-    const std::wstring strState = CInstanceMonitor::DumpState();
-    const std::wstring strLine = L" " + strClassName + L" = ";
-    SInstanceCounts counts;
-    const std::size_t nAt = strState.find(strLine);
-    if (nAt == std::wstring::npos)
-        return counts;
-    wchar_t* pEnd = nullptr;
-    counts.nLiving = std::wcstol(strState.c_str() + nAt + strLine.size(), &pEnd, 10);
-    counts.nTotal = std::wcstol(pEnd + 1, nullptr, 10);
-    return counts;
+    const auto all = CountAllInstances();
+    const auto it = all.find(strClassName);
+    return it == all.end() ? SInstanceCounts() : it->second;
 }
 
 } // namespace QvTest

@@ -27,6 +27,14 @@ inline Octets OctetsOf(const QvXmlLib9::CBinaryData& data)
     return OctetsOf(data.GetView());
 }
 
+/// A buffer of its own with these bytes.
+inline QvXmlLib9::CBinaryData BinaryOf(std::string_view bytes)
+{
+    QvXmlLib9::CBinaryData data;
+    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned long>(bytes.size()));
+    return data;
+}
+
 inline std::string BytesOf(const Octets& octets)
 {
     std::string strBytes;

@@ -964,7 +964,7 @@ TEST(DateTimeTest, OnlyDatesHaveATimeInSeconds)
     for (const CDateTime& dt : OneOfEachKind())
     {
         if (dt.GetType() == CDateTime::dt_dateTime || dt.GetType() == CDateTime::dt_date)
-            EXPECT_NO_THROW(dt.GetTime());
+            EXPECT_EQ(dt.GetType() == CDateTime::dt_date ? 983750400LL : 983795415LL, dt.GetTime());
         else
             ExpectThrows<CQvInvalidValueException>(
                 L"Failed to GetTime, Date Status must be dateTime or date. Invalid Date Type: " + dt.GetTypeAsString() +
