@@ -1,6 +1,6 @@
 #pragma once
 
-#include "examples/purchase_order/PurchaseOrder.h"
+#include "Order.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -72,7 +72,7 @@ void ReadObjects(benchmark::State& state)
     const CXmlSerializationContext context = Context();
     CPurchaseOrder purchaseOrder;
     Read(purchaseOrder, strXml, context);
-    if (purchaseOrder.GetItems()->Item(0)->GetProduct() != L"Article number 0")
+    if (purchaseOrder.GetItem()->Item(0)->GetProduct() != L"Article number 0")
         Fail("the document was not read");
     for (auto _ : state)
         Read(purchaseOrder, strXml, context);

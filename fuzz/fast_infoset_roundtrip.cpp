@@ -1,10 +1,9 @@
 // What can be read from text, as an invoice or as open content, can be written as Fast Infoset under the options that
 // the first byte picks, and comes back the same.
 
+#include "Invoice.h"
+#include "Settings.h"
 #include "fuzz/FuzzInput.h"
-
-#include "examples/invoice/Invoice.h"
-#include "examples/open_content/Settings.h"
 
 using namespace QvXmlLib9;
 

@@ -1,9 +1,8 @@
 // Any document read into generated classes, under the options that the first byte picks. What could be read can be
 // written, and is read as it was written.
 
+#include "Invoice.h"
 #include "fuzz/FuzzInput.h"
-
-#include "examples/invoice/Invoice.h"
 
 #include <vector>
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
-# static, and by pkg-config. Compares the installed files with the list that is checked in.
+# static, and by pkg-config; and then its sources as a part of another project. Each CMake project has classes made of a
+# schema too. Compares the installed files with the list that is checked in.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,6 +22,30 @@ cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -
 cmake --build "$scratch/build" >/dev/null
 "$scratch/build/consumer_QvXmlLib9"
 "$scratch/build/consumer_QvXmlLib9_static"
+"$scratch/build/parcel_none"
+"$scratch/build/parcel_namespace"
+
+echo "check_package: quiver_generate"
+stays=$(cmake --build "$scratch/build")
+[[ $stays == *"no work to do"* ]] || { echo "check_package: the classes are generated for no reason: $stays" >&2; exit 1; }
+cp -r tests/package "$scratch/changed"
+cmake -S "$scratch/changed" -B "$scratch/changed/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$scratch/changed/build" --target parcel_none >/dev/null
+# The schema that changes is one that the given one imports.
+sed -i 's/31500/40000/' "$scratch/changed/units.xsd"
+cmake --build "$scratch/changed/build" --target parcel_none >/dev/null
+generated=$scratch/changed/build/parcel_none_generated/Parcel.cpp
+grep -q 40000 "$generated" || { echo "check_package: a changed schema leaves its classes as they were" >&2; exit 1; }
+
+echo "check_package: add_subdirectory"
+# The flags of the build that is there, so that a compiler cache has the objects.
+flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON)
+if command -v ccache >/dev/null; then
+    flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+cmake -S tests/package -B "$scratch/part" -G Ninja -DQUIVER_SUBPROJECT="$PWD" "${flags[@]}" >/dev/null
+cmake --build "$scratch/part" --target parcel_none >/dev/null
+"$scratch/part/parcel_none"
 
 echo "check_package: pkg-config"
 pc=$(find "$prefix" -name quiver.pc)

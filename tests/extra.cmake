@@ -42,7 +42,7 @@ target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-foreach(_name MessageChains_test Threads_test)
+foreach(_name InvoiceClasses_test MessageChains_test Threads_test)
     target_link_libraries(${_name} PRIVATE quiver_example_classes)
 endforeach()
 
@@ -115,4 +115,43 @@ if(TARGET quiver_fi)
         get_filename_component(_name "${_source}" NAME_WE)
         target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
     endforeach()
+    add_dependencies(Generator_test quiver_gen_tool)
+    target_compile_definitions(Generator_test PRIVATE
+        QUIVER_VERSION="${PROJECT_VERSION}"
+        QUIVER_GEN_PROGRAM="$<TARGET_FILE:quiver_gen_tool>")
+
+    # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
+    # machine has it.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        find_program(QUIVER_OTHER_CXX g++)
+    else()
+        find_program(QUIVER_OTHER_CXX NAMES clang++ clang++-14)
+    endif()
+    mark_as_advanced(QUIVER_OTHER_CXX)
+    target_compile_definitions(CppCompiles_test PRIVATE
+        QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        QUIVER_CXX="${CMAKE_CXX_COMPILER}"
+        QUIVER_OTHER_CXX="$<IF:$<BOOL:${QUIVER_OTHER_CXX}>,${QUIVER_OTHER_CXX},${CMAKE_CXX_COMPILER}>")
+endif()
+
+# --- Generated classes of our own schemas ---------------------------------------------------------------------------
+
+if(TARGET quiver_gen_tool)
+    set(_constructs "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/constructs")
+    set(_generated "${CMAKE_CURRENT_BINARY_DIR}/generated/constructs")
+    file(GLOB _schemas CONFIGURE_DEPENDS "${_constructs}/*.xsd")
+    file(GLOB _parts CONFIGURE_DEPENDS "${_constructs}/parts/*.xsd")
+    # Few files, since each has to be compiled with the headers of the library.
+    set(_sources "${_generated}/Constructs_1.cpp" "${_generated}/Constructs_2.cpp" "${_generated}/Roots.cpp")
+    add_custom_command(OUTPUT ${_sources} "${_generated}/Constructs.h" "${_generated}/Roots.h"
+        COMMAND quiver_gen_tool ${_schemas} -o "${_generated}" --factory constructs::CRoots
+            --split none --stem Constructs --parts 2 2> "${CMAKE_CURRENT_BINARY_DIR}/constructs.warnings"
+        DEPENDS ${_schemas} ${_parts} quiver_gen_tool
+        COMMENT "Generating the classes of tests/tools/gen/constructs"
+        VERBATIM)
+    target_sources(Constructs_test PRIVATE ${_sources})
+    target_include_directories(Constructs_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/generated")
+    target_link_libraries(Constructs_test PRIVATE EXPAT::EXPAT)
+    target_compile_definitions(Constructs_test PRIVATE QUIVER_CONSTRUCTS="${_constructs}")
+    target_compile_definitions(Golden_test PRIVATE QUIVER_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/golden")
 endif()

@@ -2,7 +2,7 @@
 //
 //     gpx_track IN.gpx [OUT.gpx]
 
-#include "Gpx.h"
+#include "Factory.h"
 
 #include "examples/common/Console.h"
 
@@ -40,7 +40,7 @@ struct STotals
 void Add(STotals& totals, const CSegment& segment)
 {
     const CPoint* pLast = nullptr;
-    for (const CPoint& point : *segment.GetPoints())
+    for (const CPoint& point : *segment.GetTrkpt())
     {
         ++totals.nPoints;
         if (pLast != nullptr)
@@ -50,7 +50,7 @@ void Add(STotals& totals, const CSegment& segment)
                 totals.ascent += CDecimal(*point.GetEle()) - *pLast->GetEle();
         }
         if (point.GetExtensions() != nullptr)
-            totals.nReadings += point.GetExtensions()->GetElements()->GetCount();
+            totals.nReadings += point.GetExtensions()->GetAny()->GetCount();
         pLast = &point;
     }
 }
@@ -58,13 +58,13 @@ void Add(STotals& totals, const CSegment& segment)
 void Report(const CGpx& document)
 {
     std::printf("GPX %s by %s\n", Narrow(document.GetVersion()).c_str(), Narrow(document.GetCreator()).c_str());
-    for (const CTrack& track : *document.GetTracks())
+    for (const CTrack& track : *document.GetTrk())
     {
         STotals totals;
-        for (const CSegment& segment : *track.GetSegments())
+        for (const CSegment& segment : *track.GetTrkseg())
             Add(totals, segment);
         std::printf("  %s: %d segments, %d points, %.0f m, %s m ascent, %d readings of other vocabularies\n",
-                    Narrow(track.GetName().value_or(L"(no name)")).c_str(), track.GetSegments()->GetCount(),
+                    Narrow(track.GetName().value_or(L"(no name)")).c_str(), track.GetTrkseg()->GetCount(),
                     totals.nPoints, totals.dMetres, Narrow(totals.ascent.ToString()).c_str(), totals.nReadings);
     }
 }
@@ -72,17 +72,16 @@ void Report(const CGpx& document)
 /// Names the track anew and puts a last point behind its last segment.
 void Change(CGpx& document)
 {
-    const CSmartPtr<CTrack> spTrack = document.GetTracks()->Item(0);
+    const CSmartPtr<CTrack> spTrack = document.GetTrk()->Item(0);
     spTrack->SetName(spTrack->GetName().value_or(L"Track") + L" (edited)");
 
-    const CSmartPtr<CSegment> spLast = spTrack->GetSegments()->Item(spTrack->GetSegments()->GetCount() - 1);
-    const CSmartPtr<CPoint> spPoint = new CPoint;
+    const CSmartPtr<CSegment> spLast = spTrack->GetTrkseg()->Item(spTrack->GetTrkseg()->GetCount() - 1);
+    const CSmartPtr<CPoint> spPoint = spLast->GetTrkpt()->AddNew();
     spPoint->SetLat(CDecimal(L"46.6"));
     spPoint->SetLon(CDecimal(L"8.43"));
     spPoint->SetName(L"Finish");
-    spPoint->SetFix(EFix::Differential);
+    spPoint->SetFix(EFix::Dgps);
     spPoint->SetTime(CDateTime(L"2026-05-17T07:20:00Z"));
-    spLast->GetPoints()->Add(spPoint);
 }
 
 int Work(const std::wstring& strIn, const std::wstring& strOut)
@@ -91,14 +90,14 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     context.SetDefaultNamespaceURI(L"http://www.topografix.com/GPX/1/1");
     context.GetNamespaceAliases().Add(L"sensor", L"urn:example:sensor");
 
-    const CSmartPtr<CGpx> spDocument = new CGpx;
+    const CSmartPtr<CGpx> spDocument = CFactory::Gpx();
     spDocument->FromXmlFile(strIn.c_str(), context);
     Report(*spDocument);
     Change(*spDocument);
 
     // Not formatted: in open content white space counts, so indenting it would change it.
     const std::wstring strXml = spDocument->ToXml(true, false, EOLType_LF, context);
-    const CSmartPtr<CGpx> spAgain = new CGpx;
+    const CSmartPtr<CGpx> spAgain = CFactory::Gpx();
     spAgain->FromXml(strXml.c_str(), context);
     if (spAgain->ToXml(true, false, EOLType_LF, context) != strXml)
     {

@@ -3,7 +3,7 @@
 //
 //     invoice IN.xml [OUT.xml]
 
-#include "Invoice.h"
+#include "Factory.h"
 
 #include "examples/common/Console.h"
 
@@ -40,7 +40,7 @@ CDecimal Price(const CLine& line, std::wstring& strText)
 CDecimal Sum(const CInvoice& document, bool bPrint)
 {
     CDecimal sum;
-    for (const CLine& line : *document.GetLines())
+    for (const CLine& line : *document.GetLine())
     {
         std::wstring strText;
         const CDecimal price = Price(line, strText);
@@ -79,7 +79,7 @@ void Change(CInvoice& document)
     spLine->SetText(L"Seal ring <set>");
     spLine->SetQuantity(4);
     spLine->SetUnitPrice(CDecimal(L"2.20"));
-    document.GetLines()->Add(spLine);
+    document.GetLine()->Add(spLine);
     document.SetTotal(Sum(document, false));
 }
 
@@ -89,13 +89,13 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     context.SetDefaultNamespaceURI(L"urn:example:invoice");
     context.GetNamespaceAliases().Add(L"xsi", L"http://www.w3.org/2001/XMLSchema-instance");
 
-    const CSmartPtr<CInvoice> spDocument = new CInvoice;
+    const CSmartPtr<CInvoice> spDocument = CFactory::Invoice();
     spDocument->FromXmlFile(strIn.c_str(), context);
     Report(*spDocument);
     Change(*spDocument);
 
     const std::wstring strXml = spDocument->ToXml(true, true, EOLType_LF, context);
-    const CSmartPtr<CInvoice> spAgain = new CInvoice;
+    const CSmartPtr<CInvoice> spAgain = CFactory::Invoice();
     spAgain->FromXml(strXml.c_str(), context);
     if (spAgain->ToXml(true, true, EOLType_LF, context) != strXml)
     {

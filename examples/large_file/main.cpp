@@ -32,7 +32,7 @@ const int s_nDefaultMegabytes = 200;
 const int s_nMaxMegabytes = 100000;
 
 /// What is kept of a station's readings.
-struct SStation
+struct STotals
 {
     int nReadings = 0;
     int nRemarks = 0;
@@ -76,7 +76,7 @@ public:
             std::fprintf(stderr, "\n");
     }
 
-    const std::map<std::wstring, SStation>& GetStations() const { return m_stations; }
+    const std::map<std::wstring, STotals>& GetStations() const { return m_stations; }
 
 private:
     /// The filter of the document: called with every complete element, innermost first. What it returns true for is
@@ -111,7 +111,7 @@ private:
 
     CXmlSerializationContext m_context;
     const CSmartPtr<CReading> m_spReading = new CReading;
-    std::map<std::wstring, SStation> m_stations;
+    std::map<std::wstring, STotals> m_stations;
     int m_nReadings = 0;
     int m_nExpected;
     const bool m_bTerminal = ::isatty(STDERR_FILENO) != 0;
@@ -179,9 +179,9 @@ private:
 };
 
 /// Prints what was kept, and the sum of it all.
-SStation Report(const CLogReader& reader)
+STotals Report(const CLogReader& reader)
 {
-    SStation total;
+    STotals total;
     for (const auto& [strName, station] : reader.GetStations())
     {
         CDecimal sum(station.sum);
@@ -207,7 +207,7 @@ int ReadFile(const std::string& strFile)
 {
     CLogReader reader(0);
     reader.Read(Widen(strFile));
-    const SStation total = Report(reader);
+    const STotals total = Report(reader);
     std::printf("%d readings in all\n", total.nReadings);
     ReportMemory(static_cast<long long>(std::filesystem::file_size(strFile)));
     return 0;
@@ -218,7 +218,7 @@ int Generate(int nMegabytes)
     const CGeneratedLog log(nMegabytes);
     CLogReader reader(log.GetCount());
     reader.Read(log.GetName());
-    const SStation total = Report(reader);
+    const STotals total = Report(reader);
     if (total.nReadings != log.GetCount() || total.sum != CDecimal(log.GetSum()) / CDecimal(100))
     {
         std::fprintf(stderr, "the readings are not those that were written\n");

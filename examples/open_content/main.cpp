@@ -3,7 +3,7 @@
 //
 //     open_content IN.xml [OUT.xml]
 
-#include "Settings.h"
+#include "Factory.h"
 
 #include "examples/common/Console.h"
 
@@ -34,11 +34,11 @@ void Visit(const CElement& element, TVisitor&& visitor, int nDepth = 0)
 template <class TVisitor>
 void VisitAll(const CSettings& document, TVisitor&& visitor)
 {
-    if (document.GetAnyElement() != nullptr)
-        Visit(*document.GetAnyElement(), visitor);
-    for (const CPlugin& plugin : *document.GetPlugins())
-        Visit(*plugin.GetAnyElement(), visitor);
-    for (const CElement& element : *document.GetAnyElements())
+    if (document.GetAny() != nullptr)
+        Visit(*document.GetAny(), visitor);
+    for (const CPlugin& plugin : *document.GetPlugin())
+        Visit(*plugin.GetAny(), visitor);
+    for (const CElement& element : *document.GetAny2())
         Visit(element, visitor);
 }
 
@@ -95,7 +95,7 @@ void Report(const CSettings& document)
     VisitAll(document, [&](const CElement& element, int) { ++elementsByNamespace[element.GetNamespace()]; });
 
     std::printf("%s, version %d, %d plug-ins, %d unknown attributes\n", Narrow(document.GetTitle()).c_str(),
-                document.GetVersion(), document.GetPlugins()->GetCount(), document.GetAnyAttributes()->GetCount());
+                document.GetVersion(), document.GetPlugin()->GetCount(), document.GetAnyAttribute()->GetCount());
     for (const auto& [strNamespace, nCount] : elementsByNamespace)
         std::printf("  %d unknown elements of [%s]\n", nCount, Narrow(strNamespace).c_str());
     std::printf("%s", Unknown(document).c_str());
@@ -105,15 +105,15 @@ void Report(const CSettings& document)
 void Change(CSettings& document)
 {
     document.SetVersion(document.GetVersion() + 1);
-    document.GetAnyAttributes()->Add(L"checked", L"yes", L"urn:example:audit");
+    document.GetAnyAttribute()->Add(L"checked", L"yes", L"urn:example:audit");
 
-    const CSmartPtr<CPlugin> spPlugin = document.GetPlugins()->Item(0);
+    const CSmartPtr<CPlugin> spPlugin = document.GetPlugin()->Item(0);
     spPlugin->SetPriority(20);
-    const CSmartPtr<CElement> spFolder = spPlugin->GetAnyElement()->GetChildElements()->Add(
-        L"folder", spPlugin->GetAnyElement()->GetNamespace().c_str());
+    const CSmartPtr<CElement> spFolder =
+        spPlugin->GetAny()->GetChildElements()->Add(L"folder", spPlugin->GetAny()->GetNamespace().c_str());
     spFolder->GetAttributes()->Add(L"path", L"/scraps & \"notes\"", L"");
 
-    const CSmartPtr<CElement> spNote = document.GetAnyElements()->Add(L"note", L"urn:example:notes");
+    const CSmartPtr<CElement> spNote = document.GetAny2()->Add(L"note", L"urn:example:notes");
     spNote->SetText(L"Checked: 2 < 3");
 }
 
@@ -133,14 +133,14 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     context.GetNamespaceAliases().Add(L"s", s_lpctSettings);
     context.GetNamespaceAliases().Add(L"xsi", s_lpctXsi);
 
-    const CSmartPtr<CSettings> spDocument = new CSettings;
+    const CSmartPtr<CSettings> spDocument = CFactory::Settings();
     Read(strIn, *spDocument, context);
     Report(*spDocument);
     Change(*spDocument);
 
     // Not formatted: in open content white space counts, so indenting it would change it.
     const std::wstring strXml = spDocument->ToXml(true, false, EOLType_LF, context);
-    const CSmartPtr<CSettings> spAgain = new CSettings;
+    const CSmartPtr<CSettings> spAgain = CFactory::Settings();
     spAgain->FromXml(strXml.c_str(), context);
     if (Unknown(*spAgain) != Unknown(*spDocument) || spAgain->ToXml(true, false, EOLType_LF, context) != strXml)
     {

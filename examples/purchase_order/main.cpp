@@ -1,11 +1,12 @@
-// Reads a purchase order, prints what it holds, changes a quantity, adds a billing address, and writes it formatted.
+// The classes of this program are made of order.xsd during the build. It reads a purchase order, prints what it holds,
+// changes a quantity, adds a billing address, and writes it formatted.
 //
 //     purchase_order IN.xml [OUT.xml]
 //
 // Without OUT.xml the document goes to standard output. A file that breaks the schema ends in the chain of messages on
 // standard error, outermost element first, and exit status 1.
 
-#include "PurchaseOrder.h"
+#include "Factory.h"
 
 #include "examples/common/Console.h"
 
@@ -26,36 +27,33 @@ std::string Column(const std::wstring& strText, std::size_t nWidth)
     return Narrow(strText) + std::string(strText.size() < nWidth ? nWidth - strText.size() : 0, ' ');
 }
 
-void PrintAddress(const char* lpcLabel, const CAddress* pAddress)
+void PrintAddress(const char* lpcLabel, const CAddress& address)
 {
-    if (pAddress == nullptr)
-        return;
-    std::printf("%s %s, %s, %s %s\n", lpcLabel, Narrow(pAddress->GetName()).c_str(),
-                Narrow(pAddress->GetStreet()).c_str(), Narrow(pAddress->GetPostcode().value_or(L"")).c_str(),
-                Narrow(pAddress->GetCity()).c_str());
+    std::printf("%s %s, %s, %s %s\n", lpcLabel, Narrow(address.GetName()).c_str(), Narrow(address.GetStreet()).c_str(),
+                Narrow(address.GetPostcode().value_or(L"")).c_str(), Narrow(address.GetCity()).c_str());
 }
 
 void PrintOrder(const CPurchaseOrder& purchaseOrder)
 {
     std::printf("Order %d%s\n", purchaseOrder.GetNumber(),
                 purchaseOrder.GetExpress().value_or(false) ? ", express" : "");
-    PrintAddress("Ship to:", purchaseOrder.GetShipTo());
-    PrintAddress("Bill to:", purchaseOrder.GetBillTo());
+    PrintAddress("Ship to:", *purchaseOrder.GetShipTo());
+    if (purchaseOrder.GetBillTo() != nullptr)
+        PrintAddress("Bill to:", *purchaseOrder.GetBillTo());
     std::printf("%-8s %s %8s %10s\n", "part", Column(L"product", 26).c_str(), "quantity", "price");
     double dTotal = 0;
-    for (const CItem& item : *purchaseOrder.GetItems())
+    for (const CItem& item : *purchaseOrder.GetItem())
     {
         std::printf("%-8s %s %8d %10.2f\n", Narrow(item.GetPart()).c_str(), Column(item.GetProduct(), 26).c_str(),
                     item.GetQuantity(), item.GetPrice());
         dTotal += item.GetQuantity() * item.GetPrice();
     }
-    std::printf("%-8s %26s %8s %10.2f %s\n\n", "total", "", "", dTotal,
-                Narrow(purchaseOrder.GetCurrency().value_or(L"")).c_str());
+    std::printf("%-8s %26s %8s %10.2f %s\n\n", "total", "", "", dTotal, Narrow(purchaseOrder.GetCurrency()).c_str());
 }
 
 void ChangeOrder(CPurchaseOrder& purchaseOrder)
 {
-    const CSmartPtr<CItem> spFirst = purchaseOrder.GetItems()->Item(0);
+    const CSmartPtr<CItem> spFirst = purchaseOrder.GetItem()->Item(0);
     spFirst->SetQuantity(spFirst->GetQuantity() + 1);
 
     const CSmartPtr<CAddress> spBillTo = new CAddress(L"billTo");
@@ -70,7 +68,7 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     CXmlSerializationContext context;
     context.SetDefaultNamespaceURI(L"urn:example:order");
 
-    const CSmartPtr<CPurchaseOrder> spOrder = new CPurchaseOrder;
+    const CSmartPtr<CPurchaseOrder> spOrder = CFactory::PurchaseOrder();
     spOrder->FromXmlFile(strIn.c_str(), context);
     PrintOrder(*spOrder);
     ChangeOrder(*spOrder);

@@ -62,10 +62,10 @@ CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const
 
 CXmlObjectBase* QvVariant::XmlObjectPtr() const
 {
-    QV_ASSERT_MSG(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection,
-                  "m_type == ItemType_XmlObjectBase");
+    // A collection is an object too.
     if (m_type == ItemType_XmlCollection)
         return m_pXmlCol;
+    QV_ASSERT(m_type == ItemType_XmlObjectBase);
     return m_type == ItemType_XmlObjectBase ? m_pXmlObject : nullptr;
 }
 

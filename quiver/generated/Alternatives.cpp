@@ -23,6 +23,13 @@ class CTypeReader : public CClassfactoryBase
 public:
     static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
     static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
+
+    /// Whether it is known which namespace the type's name belongs to: its prefix says so, where the declarations are.
+    static bool IsQualified(CXmlElement* pElement)
+    {
+        const std::wstring& strType = pElement->GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance");
+        return strType.find(L':') != std::wstring::npos && pElement->GetDocument() != nullptr;
+    }
 };
 
 const SAlternative* FindType(const SAlternatives& types, std::wstring_view name, std::wstring_view uri)
@@ -145,7 +152,7 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
     if (!strType.empty())
     {
         const SAlternative* pType = FindType(types, strType, CTypeReader::Uri(pElement));
-        if (pType == nullptr)
+        if (pType == nullptr && !CTypeReader::IsQualified(pElement))
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
             return nullptr;

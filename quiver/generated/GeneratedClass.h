@@ -164,7 +164,7 @@ public:
 
     void Reset() { Select(nullptr, L""); }
 
-    /// Sets a value or object, or clears it.
+    /// Sets a value, or clears it.
     /// @throws CQvInvalidStateException if another member is set.
     template <class TMember, class TValue>
     void Set(TMember& member, const TValue& value, const wchar_t* lpctName)
@@ -174,6 +174,14 @@ public:
             Throw_IfOtherIsSelected(&member);
         member.Set(value, lpctName);
         Select(&member, lpctName, TMember::IsGiven(value));
+    }
+
+    /// Sets an object, or clears it. One that is refused and has no other owner is deleted.
+    template <class TMember, class TObject>
+    void Set(TMember& member, TObject* pObject, const wchar_t* lpctName)
+    {
+        const CSmartPtr<TObject> spObject = pObject;
+        Set<TMember, TObject*>(member, pObject, lpctName);
     }
 
     /// `AccessProperty` of a value or object.

@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/metadata/ValueText.h"
 
 #include <algorithm>
 
@@ -17,6 +18,12 @@ void ThrowNotFixed(const std::wstring& strText, const wchar_t* lpctName, const w
 void ThrowNotSet(const wchar_t* lpctName)
 {
     throw CQvValidationException(FormatString(L"The required value [%s] has not been set", lpctName));
+}
+
+std::wstring PropertyText(const QvVariant& variant)
+{
+    std::wstring strBuffer;
+    return QvXmlLib9Data::TextOf(variant, nullptr, strBuffer);
 }
 
 namespace

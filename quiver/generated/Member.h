@@ -252,6 +252,26 @@ private:
     std::optional<Value> m_value;
 };
 
+// --- Restriction -----------------------------------------------------------------------------------------------------
+
+/// The text of a value on its way between a member and a document.
+QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
+
+/// What a class says of a member that it inherits and whose values it restricts: values that pass through are checked
+/// by the narrower type too.
+/// @param variant what `AccessProperty` of the base takes or gave.
+/// @throws CQvInvalidValueException
+template <class TType, class TRule = SNoRule>
+void CheckRestricted(const QvVariant& variant, const wchar_t* lpctName)
+{
+    if (!variant.IsValid())
+        return;
+    std::wstring strText = PropertyText(variant);
+    if (const wchar_t* const lpctReplacement = TRule::Replacement(strText))
+        strText = lpctReplacement;
+    TRule::template Check<TType>(ValueOf<TType>(std::move(strText), lpctName), lpctName);
+}
+
 // --- Objects ---------------------------------------------------------------------------------------------------------
 
 /// Checks an object that a program gives to a property, with the words of the setters' checks of CXmlObjectBase.
@@ -294,8 +314,10 @@ public:
     /// @throws CQvInvalidParamException for null and for an object under another element name.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        // A new object that is refused has no other owner.
+        const CSmartPtr<TClass> spObject = pObject;
         CheckObject(pObject, lpctName, true);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }
@@ -327,8 +349,9 @@ public:
     /// Sets the object, or takes it away with null. Throws as Check does.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }
@@ -365,8 +388,9 @@ public:
     /// Sets the object, or takes it away with null. Throws as Check does.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
+        const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = pObject;
+        m_spObject = spObject;
     }
 
     void Reset() { m_spObject = nullptr; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/foundation/Exceptions.h"
 #include "quiver/generated/GeneratedClass.h"
 #include "quiver/generated/Member.h"
 
@@ -31,7 +32,7 @@ public:
     void SetValue(const Value& value)
     {
         m_value.Set(value, this->ElementName().c_str());
-        SetNil(false);
+        ResetNil();
     }
 
 protected:
@@ -73,6 +74,30 @@ public:
 protected:
     std::wstring GetTargetNamespace() const override { return lpctNamespace; }
 };
+
+/// Makes the object for a root element with a simple value that may not be nil.
+template <class TClass, const wchar_t* lpctNamespace>
+class CValueRootIn final : public TClass
+{
+public:
+    explicit CValueRootIn(const wchar_t* lpctElementName)
+        : CInstanceMonitor(L"CValueRootIn")
+        , TClass(lpctElementName)
+    {
+    }
+
+    /// @throws CQvValidationException "Unexpected Attribute [nil] found." in any case.
+    void SetNil(bool) override { throw CQvValidationException(L"Unexpected Attribute [nil] found."); }
+
+protected:
+    std::wstring GetTargetNamespace() const override { return lpctNamespace; }
+};
+
+template <class TClass, const wchar_t* lpctNamespace>
+CSmartPtr<CXmlObjectBase> CreateValueRoot(int, const wchar_t* lpctElementName)
+{
+    return CSmartPtr<CXmlObjectBase>(new CValueRootIn<TClass, lpctNamespace>(lpctElementName));
+}
 
 /// Makes a root whose element is in another namespace than its type, or whose type has none.
 template <class TClass, const wchar_t* lpctNamespace>

@@ -22,11 +22,68 @@ void CCollectionOwner::Set(CXmlCollectionBase& collection, IEventSink* pSink)
         collection.AddEventListener(pSink);
 }
 
+// --- Counts ------------------------------------------------------------------------------------------
+
+CCollectionCounts::~CCollectionCounts() = default;
+
+bool CCollectionCounts::IsAllowed(int nCount, const CXmlSerializationContext& context) const
+{
+    return context.GetIgnoreInvalidCollectionCounts() || (nCount >= m_nMin && (m_nMax == -1 || nCount <= m_nMax));
+}
+
+void CCollectionCounts::Throw_IfNotAllowed(int nCount, const std::wstring& strName,
+                                           const CXmlSerializationContext& context) const
+{
+    if (IsAllowed(nCount, context))
+        return;
+    const bool bMany = m_nMax != -1 && nCount > m_nMax;
+    throw CQvValidationException(FormatString(L"The %s number of [%s] elements allowed in this collection is %d",
+                                              bMany ? L"Maximum" : L"Minimum", strName.c_str(),
+                                              bMany ? m_nMax : m_nMin));
+}
+
+void RestrictCounts(const QvVariant& value, int nMin, int nMax)
+{
+    if (auto* const pCounts = dynamic_cast<CCollectionCounts*>(value.XmlCollectionPtr()))
+        pCounts->RestrictCounts(nMin, nMax);
+}
+
+bool CObjectColBase::IsValidCount(const CXmlSerializationContext& context) const
+{
+    return IsAllowed(GetCount(), context);
+}
+
+void CObjectColBase::ValidateCount(const CXmlSerializationContext& context) const
+{
+    Throw_IfNotAllowed(GetCount(), GetElementName(), context);
+}
+
+bool CAnyCol::IsValidCount(const CXmlSerializationContext& context) const
+{
+    return IsAllowed(GetCount(), context);
+}
+
+void CAnyCol::ValidateCount(const CXmlSerializationContext& context) const
+{
+    Throw_IfNotAllowed(GetCount(), GetElementName(), context);
+}
+
+bool CValueColBase::IsValidCount(const CXmlSerializationContext& context) const
+{
+    return IsAllowed(GetCount(), context);
+}
+
+void CValueColBase::ValidateCount(const CXmlSerializationContext& context) const
+{
+    Throw_IfNotAllowed(GetCount(), GetElementName(), context);
+}
+
 // --- Objects -----------------------------------------------------------------------------------------
 
 CObjectColBase::CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
     , CXmlCollection(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
+    , CCollectionCounts(element.nMin, element.nMax)
     , m_element(element)
     , m_pfnCreate(pfnCreate)
 {
@@ -138,28 +195,13 @@ void CPolymorphicColBase::CheckItem(const CXmlObjectBase* pItem) const
 CAnyCol::CAnyCol(const SWildcard& wildcard)
     : CInstanceMonitor(L"CAnyCol")
     , CElementCol(L"", L"##any", L"", 0, -1)
+    , CCollectionCounts(wildcard.nMin, wildcard.nMax)
     , m_wildcard(wildcard)
 {
     SetElementName(wildcard.lpctElementName != nullptr ? wildcard.lpctElementName : L"AnyElement");
 }
 
 CAnyCol::~CAnyCol() = default;
-
-bool CAnyCol::IsValidCount(const CXmlSerializationContext& context) const
-{
-    return context.GetIgnoreInvalidCollectionCounts() ||
-           (GetCount() >= m_wildcard.nMin && (m_wildcard.nMax == -1 || GetCount() <= m_wildcard.nMax));
-}
-
-void CAnyCol::ValidateCount(const CXmlSerializationContext& context) const
-{
-    if (IsValidCount(context))
-        return;
-    const bool bMany = GetCount() > m_wildcard.nMin;
-    throw CQvValidationException(FormatString(L"The %s number of [%s] elements allowed in this collection is %d",
-                                              bMany ? L"Maximum" : L"Minimum", ElementName().c_str(),
-                                              bMany ? m_wildcard.nMax : m_wildcard.nMin));
-}
 
 void CAnyCol::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
                         const CXmlSerializationContext& context, bool bOptionalChoice) const
@@ -189,6 +231,7 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
 CValueColBase::CValueColBase(const SRepeatedElement& element)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
     , CXmlCollectionBase(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
+    , CCollectionCounts(element.nMin, element.nMax)
     , m_element(element)
 {
 }
@@ -225,11 +268,13 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    QvVariant text;
     std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        AddText(pCurrent->GetText(strBuffer));
+        text.SetString(pCurrent->GetText(strBuffer));
+        AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }
     return pCurrent;

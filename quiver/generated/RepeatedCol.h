@@ -7,6 +7,7 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/Member.h"
 #include "quiver/generated/Value.h"
 #include "quiver/generated/Wildcard.h"
 
@@ -45,11 +46,44 @@ private:
     IEventSink* m_pSink = nullptr;
 };
 
+/// How many items a collection may have. A class that restricts another one may narrow it.
+class QVXMLLIB_API CCollectionCounts
+{
+public:
+    /// @param nMax -1 for unbounded.
+    void RestrictCounts(int nMin, int nMax)
+    {
+        m_nMin = nMin;
+        m_nMax = nMax;
+    }
+
+protected:
+    CCollectionCounts(int nMin, int nMax)
+        : m_nMin(nMin)
+        , m_nMax(nMax)
+    {
+    }
+    virtual ~CCollectionCounts();
+
+    bool IsAllowed(int nCount, const CXmlSerializationContext& context) const;
+    /// @throws CQvValidationException as CXmlCollectionBase::ValidateCount does.
+    void Throw_IfNotAllowed(int nCount, const std::wstring& strName, const CXmlSerializationContext& context) const;
+
+private:
+    int m_nMin;
+    int m_nMax;
+};
+
+/// Narrows how many items the collection in a property may have, for a class that restricts the one that holds it.
+QVXMLLIB_API void RestrictCounts(const QvVariant& value, int nMin, int nMax);
+
 /// The body of the collections of objects.
-class QVXMLLIB_API CObjectColBase : public CXmlCollection
+class QVXMLLIB_API CObjectColBase : public CXmlCollection, public CCollectionCounts
 {
 public:
     void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
+    void ValidateCount(const CXmlSerializationContext& context) const override;
+    bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
     CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
@@ -192,7 +226,7 @@ public:
 };
 
 /// Repeated elements that the schema does not describe.
-class QVXMLLIB_API CAnyCol : public CElementCol
+class QVXMLLIB_API CAnyCol : public CElementCol, public CCollectionCounts
 {
 public:
     explicit CAnyCol(const SWildcard& wildcard);
@@ -242,10 +276,12 @@ private:
 // --- Simple values ---------------------------------------------------------------------------------------------------
 
 /// The body of the collections of simple values.
-class QVXMLLIB_API CValueColBase : public CXmlCollectionBase
+class QVXMLLIB_API CValueColBase : public CXmlCollectionBase, public CCollectionCounts
 {
 public:
     void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
+    void ValidateCount(const CXmlSerializationContext& context) const override;
+    bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
     explicit CValueColBase(const SRepeatedElement& element);
@@ -257,7 +293,7 @@ protected:
                              bool bOptionalChoice) override;
 
     /// Adds what a document's text stands for.
-    virtual void AddText(const std::wstring& strText) = 0;
+    virtual void AddText(QvVariant& text) = 0;
     virtual void StoreItem(std::size_t nIndex, QvVariant& value) const = 0;
 
     void Throw_IfNoPlace(int nIndex) const;
@@ -270,8 +306,9 @@ private:
 
 /// Repeated elements with values of a simple type.
 /// @tparam TType the struct of the type.
-template <class TType>
-class CValueCol : public CValueColBase
+/// @tparam TRule a default or fixed value.
+template <class TType, class TRule = SNoRule>
+class CValueCol : public CValueColBase, private CValueMember<TType, TRule>
 {
 public:
     using Value = typename TType::Value;
@@ -304,7 +341,7 @@ public:
     void AddAt(int nIndex, const Value& value)
     {
         Throw_IfNoPlace(nIndex);
-        Insert(nIndex, CheckedValue<TType>(value, Name()));
+        Insert(nIndex, CValueMember<TType, TRule>::Checked(value, Name()));
     }
 
     /// The value at a position, 0 to GetCount() - 1.
@@ -338,7 +375,7 @@ public:
     auto end() const { return m_values.end(); }
 
 protected:
-    void AddText(const std::wstring& strText) override { Insert(GetCount(), ValueOf<TType>(strText, Name())); }
+    void AddText(QvVariant& text) override { Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name())); }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {

@@ -530,4 +530,14 @@ std::vector<std::wstring> FromUtf8(const std::vector<std::string>& texts)
     return out;
 }
 
+std::optional<std::vector<std::string>> ToUtf8(const std::optional<std::vector<std::wstring>>& texts)
+{
+    return texts ? std::optional(ToUtf8(*texts)) : std::nullopt;
+}
+
+std::optional<std::vector<std::wstring>> FromUtf8(const std::optional<std::vector<std::string>>& texts)
+{
+    return texts ? std::optional(FromUtf8(*texts)) : std::nullopt;
+}
+
 } // namespace QvXmlLib9

@@ -216,6 +216,8 @@ QVXMLLIB_API std::optional<std::string> ToUtf8(const std::optional<std::wstring>
 QVXMLLIB_API std::optional<std::wstring> FromUtf8(const std::optional<std::string>& bytes);
 QVXMLLIB_API std::vector<std::string> ToUtf8(const std::vector<std::wstring>& texts);
 QVXMLLIB_API std::vector<std::wstring> FromUtf8(const std::vector<std::string>& texts);
+QVXMLLIB_API std::optional<std::vector<std::string>> ToUtf8(const std::optional<std::vector<std::wstring>>& texts);
+QVXMLLIB_API std::optional<std::vector<std::wstring>> FromUtf8(const std::optional<std::vector<std::string>>& texts);
 /// @}
 
 } // namespace QvXmlLib9

@@ -449,12 +449,12 @@ void CDateTime::Validate() const
 {
     if (m_type == dt_yearZero)
         throw CQvInvalidValueException(L"Invalid Year Zero");
-    ValidateYearAndMonth();
-    ValidateDay();
-    ValidateTime();
+    CheckYearAndMonth();
+    CheckDay();
+    CheckTime();
 }
 
-void CDateTime::ValidateYearAndMonth() const
+void CDateTime::CheckYearAndMonth() const
 {
     const STypeTraits& traits = TraitsOf(m_type);
     if (traits.bMonth ? m_month < 1 || m_month > 12 : m_month != 0)
@@ -468,7 +468,7 @@ void CDateTime::ValidateYearAndMonth() const
                 : FormatString(L"Invalid Year [%d] for type %s", m_year, traits.lpctName));
 }
 
-void CDateTime::ValidateDay() const
+void CDateTime::CheckDay() const
 {
     const STypeTraits& traits = TraitsOf(m_type);
     if (!traits.bDay)
@@ -494,7 +494,7 @@ void CDateTime::ValidateDay() const
     }
 }
 
-void CDateTime::ValidateTime() const
+void CDateTime::CheckTime() const
 {
     const SFieldRule rules[] = {
         {m_hour, 23, L"Invalid Hour [%d] (0 <= hour <= 23)", L"Invalid Hour [%d] for type %s"},
@@ -845,8 +845,7 @@ CDateTime::DTCompareResult CDateTime::CompareFields(const CDateTime& a, const CD
         eResult = CompareNumbers(traitsA.*pbPresent ? ValueOf(a) : -1, traitsB.*pbPresent ? ValueOf(b) : -1);
         return eResult != DTCompareResult_Equal;
     };
-    // Both sides have the month of the first operand, so that differing months are equal: facets and orders of existing
-    // data were settled by this comparison, and would come out otherwise by another one.
+    // Both sides have the month of the first operand (docs/compatibility.md: Differing months).
     static_cast<void>(Differ(&STypeTraits::bYear, [](const CDateTime& date) { return date.m_year; }) ||
                       Differ(&STypeTraits::bMonth, [&](const CDateTime&) { return a.GetMonth(); }) ||
                       Differ(&STypeTraits::bDay, [](const CDateTime& date) { return date.m_day; }) ||

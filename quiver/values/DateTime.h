@@ -283,9 +283,9 @@ private:
     void SetXSDTime(std::wstring_view text);
     void SetZone(std::wstring_view text);
     void Validate() const;
-    void ValidateYearAndMonth() const;
-    void ValidateDay() const;
-    void ValidateTime() const;
+    void CheckYearAndMonth() const;
+    void CheckDay() const;
+    void CheckTime() const;
     void AddDateTimeSpan(const CDateTimeSpan& span);
     void AddDays(std::int64_t nDays);
     static DTCompareResult CompareFields(const CDateTime& a, const CDateTime& b);

@@ -2,6 +2,7 @@
 
 #include "quiver/QvXmlLib.h"
 #include "tests/generated/SmallClasses.h"
+#include "tests/support/InstanceCounts.h"
 
 #include <gtest/gtest.h>
 
@@ -152,6 +153,11 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
          L"The Minimum number of [price] elements allowed in this collection is 1"},
         {"an unknown type", OrderDocument(L"", L"<card>ABC-1</card>", L"<price>1</price><via xsi:type=\"s:Nowhere\"/>"),
          L"Failed to find a suitable substitution element for [via]"},
+        {"a type of another namespace",
+         OrderDocument(L"", L"<card>ABC-1</card>",
+                       L"<price>1</price><via xmlns:f=\"urn:f\" xsi:type=\"f:ForeignAddress\"><city>Rom</city>"
+                       L"<country>I</country></via>"),
+         L"Failed to find a suitable substitution element for [via]"},
         {"too much open content",
          OrderDocument(L"", L"<card>ABC-1</card>",
                        L"<price>1</price><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/><o:a xmlns:o=\"o\"/>"),
@@ -170,6 +176,15 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
                     strRefusal.compare(strRefusal.size() - strEnd.size(), strEnd.size(), strEnd) == 0)
             << ::testing::PrintToString(strRefusal);
     }
+}
+
+TEST(GeneratedClass, DeletesANewObjectThatItRefuses)
+{
+    // The counts of the classes stay what they were; the address sanitizer says the same.
+    const long nBefore = QvTest::CountInstances(L"CForeignAddress").nLiving;
+    COrder order;
+    EXPECT_THROW(order.SetAddress(new CForeignAddress(L"nowhere")), CQvInvalidParamException);
+    EXPECT_EQ(nBefore, QvTest::CountInstances(L"CForeignAddress").nLiving);
 }
 
 TEST(GeneratedClass, HasObjectsBeforeMain)

@@ -183,3 +183,28 @@ TEST(Member, LetsACollectionGo)
     spKept->Add(1);
     EXPECT_EQ(spKept->GetCount(), 1);
 }
+
+constexpr wchar_t s_lpctSeven[] = L"7";
+
+TEST(Member, ChecksWhatARestrictionNarrows)
+{
+    const auto check = [](auto fnCheck, const QvVariant& value)
+    {
+        return MessagesOf([&] { fnCheck(value, L"x"); });
+    };
+    QvVariant value;
+    EXPECT_EQ(check(&CheckRestricted<xs::Byte>, value), L"done") << "nothing is there";
+    value.SetString(L" 127 ");
+    EXPECT_EQ(check(&CheckRestricted<xs::Byte>, value), L"done");
+    value.SetI4(127);
+    EXPECT_EQ(check(&CheckRestricted<xs::Byte>, value), L"done");
+    value.SetI4(128);
+    EXPECT_NE(check(&CheckRestricted<xs::Byte>, value), L"done");
+    value.SetString(L"128");
+    EXPECT_NE(check(&CheckRestricted<xs::Byte>, value), L"done");
+    EXPECT_NE(check(&CheckRestricted<xs::Int, SFixed<s_lpctSeven>>, value), L"done");
+    value.SetString(L"+7");
+    EXPECT_EQ(check(&CheckRestricted<xs::Int, SFixed<s_lpctSeven>>, value), L"done");
+    value.SetString(L"");
+    EXPECT_EQ(check(&CheckRestricted<xs::Int, SFixed<s_lpctSeven>>, value), L"done") << "an empty element has it";
+}

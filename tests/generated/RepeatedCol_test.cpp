@@ -240,3 +240,31 @@ TEST(RepeatedCol, CountsOpenContent)
               L"The Maximum number of [AnyElement] elements allowed in this collection is 2");
     EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(lenient); }), L"done");
 }
+
+TEST(RepeatedCol, MayHaveItsCountsNarrowed)
+{
+    const CSmartPtr<CValueCol<xs::Int>> spCol = new CValueCol<xs::Int>(s_number);
+    const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext();
+    EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(context); }), L"done");
+    QvVariant value;
+    value.SetXmlCollection(spCol);
+    RestrictCounts(value, 1, 2);
+    EXPECT_FALSE(spCol->IsValidCount(context));
+    EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(context); }),
+              L"The Minimum number of [n] elements allowed in this collection is 1");
+    for (int n = 0; n < 3; ++n)
+        spCol->Add(n);
+    EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(context); }),
+              L"The Maximum number of [n] elements allowed in this collection is 2");
+}
+
+constexpr wchar_t s_lpctSeven[] = L"7";
+
+TEST(RepeatedCol, HoldsToAFixedValue)
+{
+    const CSmartPtr<CValueCol<xs::Int, SFixed<s_lpctSeven>>> spCol =
+        new CValueCol<xs::Int, SFixed<s_lpctSeven>>(s_number);
+    spCol->Add(7);
+    EXPECT_NE(MessagesOf([&] { spCol->Add(8); }), L"done");
+    EXPECT_EQ(spCol->GetCount(), 1);
+}

@@ -243,6 +243,10 @@ TEST(Value, ConvertsToUtf8AndBack)
     EXPECT_EQ(*FromUtf8(std::optional<std::string>("a")), L"a");
     EXPECT_EQ(ToUtf8(std::vector<std::wstring>{L"a", L""}), (std::vector<std::string>{"a", ""}));
     EXPECT_EQ(FromUtf8(std::vector<std::string>{"a", ""}), (std::vector<std::wstring>{L"a", L""}));
+    EXPECT_EQ(ToUtf8(std::optional<std::vector<std::wstring>>()), std::nullopt);
+    EXPECT_EQ(FromUtf8(std::optional<std::vector<std::string>>()), std::nullopt);
+    EXPECT_EQ(*ToUtf8(std::optional<std::vector<std::wstring>>({L"a", L"b"})), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(*FromUtf8(std::optional<std::vector<std::string>>({"a", "b"})), (std::vector<std::wstring>{L"a", L"b"}));
     try
     {
         ToUtf8(std::wstring(L"\xD800"));

@@ -4,9 +4,9 @@
 #include "tests/support/Files.h"
 #include "tests/support/ToolRun.h"
 
-#include "examples/gpx_track/Gpx.h"
-#include "examples/invoice/Invoice.h"
-#include "examples/purchase_order/PurchaseOrder.h"
+#include "Gpx.h"
+#include "Invoice.h"
+#include "Order.h"
 
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlDocument.h"

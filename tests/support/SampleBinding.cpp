@@ -177,6 +177,7 @@ private:
         m_pSizes = &m_make.List("SSizes", *m_pInt);
         m_pSizes->nMinLength = 1;
         m_pCurrencies = &m_make.List("SCurrencies", *m_pCurrency);
+        m_pNames = &m_make.List("SNames", *m_pToken);
         m_pEither = &m_make.Type("SEither", *m_pToken);
         m_pEither->strBuiltin.clear();
         m_pEither->memberTypes = {m_pInt, m_pSku};
@@ -204,6 +205,8 @@ private:
                                                                                          "EUR"};
         m_make.Attribute(*m_pItem, "Version", "version", *m_pToken, false).value = {SValueRule::EKind::Fixed, "1"};
         m_make.Attribute(*m_pItem, "Sizes", "sizes", *m_pSizes, false);
+        m_make.Attribute(*m_pItem, "Names", "names", *m_pNames, false);
+        m_make.Attribute(*m_pItem, "Aliases", "aliases", *m_pNames, true);
         m_make.Attribute(*m_pItem, "Currencies", "currencies", *m_pCurrencies, true);
     }
 
@@ -283,6 +286,7 @@ private:
     SSimpleType* m_pSku = nullptr;
     SSimpleType* m_pSizes = nullptr;
     SSimpleType* m_pCurrencies = nullptr;
+    SSimpleType* m_pNames = nullptr;
     SSimpleType* m_pEither = nullptr;
     SSimpleType* m_pQuantity = nullptr;
     SClass* m_pParty = nullptr;

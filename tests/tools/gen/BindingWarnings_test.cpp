@@ -68,6 +68,13 @@ const std::map<std::string, std::pair<std::string, std::string>> s_places = {
       "<xs:complexType name='r'><xs:complexContent><xs:restriction base='t'>\n"
       "<xs:attribute name='a' type='xs:int'/></xs:restriction></xs:complexContent></xs:complexType>",
       "s.xsd:5:1: warning: values of a are checked as in the base class only\n"}},
+    {"shared-value",
+     {"<xs:complexType name='u'><xs:simpleContent><xs:extension base='xs:int'/></xs:simpleContent></xs:complexType>\n"
+      "<xs:element name='r' type='u' default='1'/>\n"
+      "<xs:complexType name='t'><xs:sequence><xs:element ref='r'/>\n"
+      "<xs:element name='a' type='u' fixed='2'/></xs:sequence></xs:complexType>",
+      "s.xsd:3:1: warning: the default or fixed value of r is not looked at, since the element may have attributes\n"
+      "s.xsd:5:1: warning: the default or fixed value of a is not looked at, since the element may have attributes\n"}},
     {"occurrence",
      {"<xs:complexType name='t'><xs:sequence>\n<xs:element name='a' type='xs:int' "
       "maxOccurs='4000000000'/></xs:sequence>"

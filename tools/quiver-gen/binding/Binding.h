@@ -252,6 +252,7 @@ struct SRoot
     SNamespace* pNamespace = nullptr;
     SClass* pClass = nullptr;     ///< null if the element holds a simple value
     SSimpleType* pType = nullptr; ///< of a simple value
+    SValueRule value;             ///< of a simple value
     bool bNillable = false;
     SDocumentation documentation;
     SSource source;

@@ -144,6 +144,8 @@ void CClasses::SetType(SMember& member, const schema::SElement& element)
     member.pClass = &Get(type);
     if (type.pSimpleContent)
         member.value = m_build.simpleTypes.MakeRule(pValue, *type.pSimpleContent);
+    if (pValue && IsFirstWarning(element))
+        m_build.warnings.Add(EWarning::SharedValue, element.position, element.name.strLocal);
     SetPolymorphic(member, element, type);
 }
 

@@ -91,6 +91,10 @@ void CClasses::Inherit(SMember& member, const SMember& base, const schema::SElem
     }
     if (!member.pType)
         return;
+    // The items of a collection are checked by the type that the base gave it.
+    if (member.eCardinality == ECardinality::Repeated &&
+        &m_build.simpleTypes.Get(*pElement->pType->AsSimple()) != base.pType)
+        m_build.warnings.Add(EWarning::HeldAsBase, pElement->position, pElement->name.strLocal);
     // A nillable value is an object of a class for its type, which cannot be another one.
     member.pType = member.eMember == EMember::NillableValue
                        ? base.pType

@@ -57,6 +57,9 @@ public:
     SClass& Get(const schema::SComplexType& type);
     SClass& GetAnyType(SNamespace& item);
 
+    /// Whether nobody warned of a component before.
+    bool IsFirstWarning(const schema::SComponent& component) { return m_warned.insert(&component).second; }
+
 private:
     /// A class in the making.
     struct SDraft
@@ -141,7 +144,6 @@ private:
 
     static SMember::ENamespaces ConvertNamespaces(const schema::SWildcard& wildcard);
     void WarnOfId(const schema::SSimpleType& type, const schema::SComponent& place);
-    bool IsFirstWarning(const schema::SComponent& component) { return m_warned.insert(&component).second; }
 };
 
 } // namespace quiver_gen::binding

@@ -15,10 +15,13 @@ void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CCl
     if (const schema::SSimpleType* pSimple = std::as_const(*element.pType).AsSimple())
     {
         root.pType = &build.simpleTypes.Get(*pSimple);
+        root.value = build.simpleTypes.MakeRule(element.value ? &*element.value : nullptr, *pSimple);
         return;
     }
     const schema::SComplexType& type = *std::as_const(*element.pType).AsComplex();
     const bool bAnything = type.eBuiltin == schema::EBuiltin::AnyType;
+    if (element.value && classes.IsFirstWarning(element))
+        build.warnings.Add(EWarning::SharedValue, element.position, element.name.strLocal);
     root.pClass = bAnything ? &classes.GetAnyType(*root.pNamespace) : &classes.Get(type);
     if (bAnything)
         build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);

@@ -28,6 +28,7 @@ enum class EWarning
     AbstractElement,
     Restriction,
     HeldAsBase,
+    SharedValue,
     Occurrence
 };
 
@@ -71,6 +72,9 @@ constexpr SWarningKind s_warnings[] = {
      "A restricted class shares the members of its base; what it declares anew is a member of its own."},
     {EWarning::HeldAsBase, "held-as-base", "values of %s are checked as in the base class only",
      "A restricted class shares the members of its base, which cannot hold values of every narrower type."},
+    {EWarning::SharedValue, "shared-value",
+     "the default or fixed value of %s is not looked at, since the element may have attributes",
+     "The text of such an element is a member of its class, which all elements of the type share."},
     {EWarning::Occurrence, "occurrence", "a number above 2147483647 is read as that, or as no limit",
      "Counts and lengths are held in 32 bits."},
 };

@@ -48,9 +48,12 @@ std::string DeclareRuleText(const SField& field)
     return strText;
 }
 
-bool HoldsNillable(const SField& field)
+/// Whether the type of the accessor names the default or fixed value.
+bool NamesRule(const SField& field)
 {
-    return field.pMember != nullptr && field.pMember->eMember == EMember::NillableValue;
+    return field.pMember != nullptr &&
+           (field.pMember->eMember == EMember::NillableValue ||
+            (field.pMember->eMember == EMember::Value && field.eStorage == EStorage::Repeated));
 }
 
 /// The texts that the types of the accessors name; those have to be declared in front of them.
@@ -59,7 +62,7 @@ std::string DeclareTextsOfAccessors(const std::vector<SField>& fields)
     std::string strText;
     for (const SField& field : fields)
     {
-        if (field.pRule != nullptr && HoldsNillable(field))
+        if (field.pRule != nullptr && NamesRule(field))
             strText += DeclareRuleText(field);
     }
     return strText.empty() ? strText : strText + '\n';
@@ -150,14 +153,14 @@ std::string DeclareOperations(const SClass& type, const std::vector<SField>& fie
     strText += strNumbers;
     strText += Line("static void Describe(" + scope.Library("CClassDescription") + "& description);");
     const std::string strAccess = "void AccessProperty(int nPropertyIndex, bool bRead, ";
-    if (!strNumbers.empty())
-    {
+    const bool bRestricted = std::any_of(fields.begin(), fields.end(), &IsRestricted);
+    if (!strNumbers.empty() || bRestricted)
         strText += Line(strAccess + scope.Library("QvVariant") + "& value) override;");
+    if (!strNumbers.empty())
         strText += Line("void Init() override;");
-    }
     else
     {
-        if (type.pBase == nullptr)
+        if (type.pBase == nullptr && !bRestricted)
             strText += Line("void AccessProperty(int, bool, " + scope.Library("QvVariant") + "&) override {}");
         if (type.bNillable)
             strText += Line("void Init() override;");
@@ -182,7 +185,7 @@ std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
     {
         const bool bWildcard = field.IsWildcard() || field.eStorage == EStorage::AnyAttributes;
         const bool bDescribed = bWildcard || !field.bInherited;
-        if (field.pRule != nullptr && !HoldsNillable(field) && !field.bInherited &&
+        if (field.pRule != nullptr && !NamesRule(field) && (!field.bInherited || IsRestricted(field)) &&
             field.eStorage != EStorage::Repeated)
             strConstants += DeclareRuleText(field);
         if (!GetConstantName(field).empty() && bDescribed)

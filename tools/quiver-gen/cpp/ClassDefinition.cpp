@@ -37,8 +37,10 @@ public:
         PrintAlternatives();
         PrintAccessors();
         PrintDescribe();
-        if (std::any_of(m_fields.begin(), m_fields.end(), [](const SField& field) { return !field.bInherited; }))
-            PrintAccessProperty();
+        const bool bRestricted = std::any_of(m_fields.begin(), m_fields.end(), &IsRestricted);
+        if (bRestricted ||
+            std::any_of(m_fields.begin(), m_fields.end(), [](const SField& field) { return !field.bInherited; }))
+            PrintAccessProperty(bRestricted);
         PrintInit();
         return std::move(m_strText);
     }
@@ -72,7 +74,8 @@ private:
     void DescribeClass();
     void DescribeMember(const SField& field);
     void DescribeAttribute(const SField& field);
-    void PrintAccessProperty();
+    void PrintRestriction(const SField& field);
+    void PrintAccessProperty(bool bRestricted);
     void PrintInit();
 
     const SClass& m_type;
@@ -317,14 +320,40 @@ void CDefinition::PrintDescribe()
 
 // --- Members --------------------------------------------------------------------------------------------------------
 
-void CDefinition::PrintAccessProperty()
+/// A value is checked before the base takes it, and after the base gave it.
+void CDefinition::PrintRestriction(const SField& field)
 {
+    Line("case Member_" + field.strName + ':');
+    if (field.eStorage == EStorage::Repeated)
+        m_strText +=
+            Arrange(8, "RestrictCounts(", {"value", Number(field.pMember->nMin), Number(field.pMember->nMax)}, ");") +
+            '\n';
+    else
+        m_strText += Arrange(8,
+                             "CheckRestricted<" + m_scope.Name(*field.pType) +
+                                 (field.pRule == nullptr ? std::string() : GetRuleArgument(field, m_scope)) + ">(",
+                             {"value", GetLabel(field)}, ");") +
+                     '\n';
+    Line("    break;");
+}
+
+void CDefinition::PrintAccessProperty(bool bRestricted)
+{
+    const std::string strToBase =
+        m_type.pBase == nullptr ? "" : m_scope.Name(*m_type.pBase) + "::AccessProperty(nPropertyIndex, bRead, value);";
     const std::string strVariant = m_scope.Library("QvVariant") + "& value)";
     Begin("void " + Own("AccessProperty(int nPropertyIndex, bool bRead, ") + strVariant);
+    if (bRestricted)
+    {
+        Line("if (bRead)");
+        Line("    " + strToBase);
+    }
     Line("switch (nPropertyIndex)");
     Line("{");
     for (const SField& field : m_fields)
     {
+        if (IsRestricted(field))
+            PrintRestriction(field);
         if (field.bInherited)
             continue;
         const std::string strConstant = GetConstantName(field);
@@ -340,12 +369,22 @@ void CDefinition::PrintAccessProperty()
                         {"bRead", "value", strLast}, ");") +
                 '\n';
     }
-    if (m_type.pBase != nullptr)
+    if (bRestricted)
     {
         Line("default:");
-        Line("    return " + m_scope.Name(*m_type.pBase) + "::AccessProperty(nPropertyIndex, bRead, value);");
+        Line("    break;");
+    }
+    else if (m_type.pBase != nullptr)
+    {
+        Line("default:");
+        Line("    return " + strToBase);
     }
     Line("}");
+    if (bRestricted)
+    {
+        Line("if (!bRead)");
+        Line("    " + strToBase);
+    }
     End();
 }
 

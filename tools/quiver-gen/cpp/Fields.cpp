@@ -130,7 +130,8 @@ std::string GetCollectionType(const SField& field, const SPlace& place)
     if (field.IsWildcard())
         return place.scope.Library("CAnyCol");
     if (field.pMember->eMember == EMember::Value)
-        return place.scope.Library("CValueCol") + '<' + place.scope.Name(*field.pType) + '>';
+        return place.scope.Library("CValueCol") + '<' + place.scope.Name(*field.pType) +
+               GetRuleArgument(field, place.scope) + '>';
     const SClass* const pItem = GetCollectionItem(field);
     const std::string strName = pItem == nullptr ? std::string() : place.names.GetCollectionName(*pItem);
     if (!strName.empty() && place.IsCollectionNamed(*pItem))
@@ -354,6 +355,13 @@ std::string GetLabel(const SField& field)
 {
     // The element that holds the text is not always called as the class would call it.
     return field.IsText() ? "ElementName().c_str()" : WideLiteral(field.strLabel);
+}
+
+bool IsRestricted(const SField& field)
+{
+    const bool bValue = field.pMember == nullptr || field.pMember->eMember == EMember::Value;
+    return field.bInherited && field.pOwner->bRestriction &&
+           (field.eStorage == EStorage::Repeated || (field.pType != nullptr && bValue && !field.pOwner->bMixed));
 }
 
 std::string GetRuleName(const SField& field)

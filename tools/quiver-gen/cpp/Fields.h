@@ -123,6 +123,9 @@ std::string GetRuleArgument(const SField& field, const CScope& scope);
 /// Name of the constant that holds the default or fixed value of a field.
 std::string GetRuleName(const SField& field);
 
+/// Whether a class lets fewer values or counts pass than the base that holds the field, or may do so.
+bool IsRestricted(const SField& field);
+
 /// Name of the constant that describes a repeated field or a wildcard, empty if it needs none.
 std::string GetConstantName(const SField& field);
 

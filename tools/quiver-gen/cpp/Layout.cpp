@@ -82,8 +82,11 @@ void CLayout::SplitByNamespace(const SBinding& binding, CStems& stems)
         std::size_t nLayer = 0;
         for (const std::size_t nHeader : it->second)
         {
+            if (nLayer > 0)
+                m_headers[nHeader].includes.insert(it->second[nLayer - 1]);
             if (m_headers[nHeader].strStem.empty())
-                m_headers[nHeader].strStem = stems.Claim(ns.strFile + "_layer" + std::to_string(++nLayer));
+                m_headers[nHeader].strStem = stems.Claim(ns.strFile + "_layer" + std::to_string(nLayer + 1));
+            ++nLayer;
         }
         source.sections.push_back(
             {&ns, {ns.simpleTypes.begin(), ns.simpleTypes.end()}, {ns.classes.begin(), ns.classes.end()}});

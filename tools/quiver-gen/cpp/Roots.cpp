@@ -11,18 +11,35 @@ namespace quiver_gen::cpp
 namespace
 {
 
+/// Name of the constant that holds the default or fixed value of a root.
+std::string GetRuleName(const SRoot& root)
+{
+    return (root.value.eKind == SValueRule::EKind::Default ? "s_lpctDefault" : "s_lpctFixed") + root.strName;
+}
+
 /// Type of the object of a root.
-std::string GetRootType(const SRoot& root, const CScope& scope)
+std::string GetRootType(const SRoot& root, const SFactory& factory, const CScope& scope)
 {
     if (root.pClass != nullptr)
         return scope.Name(*root.pClass);
-    return scope.Library("CNillable") + '<' + scope.Name(*root.pType) + '>';
+    const std::string strType = scope.Library("CNillable") + '<' + scope.Name(*root.pType);
+    if (root.value.eKind == SValueRule::EKind::None)
+        return strType + '>';
+    const bool bDefault = root.value.eKind == SValueRule::EKind::Default;
+    return strType + ", " + scope.Library(bDefault ? "SDefault" : "SFixed") + '<' + factory.strName +
+           "::" + GetRuleName(root) + ">>";
 }
 
 /// Whether the element is in another namespace than its type says for itself.
 bool IsForeign(const SRoot& root)
 {
     return root.pClass == nullptr || root.pClass->strUri != root.strUri;
+}
+
+/// Whether the element has a simple value in any case.
+bool IsNeverNil(const SRoot& root)
+{
+    return root.pClass == nullptr && !root.bNillable;
 }
 
 bool IsAbstract(const SRoot& root)
@@ -44,13 +61,28 @@ std::vector<std::string> FindHeaders(const SProject& project)
     return headers;
 }
 
+/// The default and fixed values of roots, in front of the functions whose types name them.
+std::string DeclareRules(const SProject& project)
+{
+    std::string strText;
+    for (const SRoot& root : project.binding.roots)
+    {
+        if (root.value.eKind != SValueRule::EKind::None)
+            strText +=
+                Arrange(4, "static constexpr wchar_t " + GetRuleName(root) + "[] = ", {WideLiteral(root.value.strText)},
+                        ";") +
+                '\n';
+    }
+    return strText.empty() ? strText : strText + '\n';
+}
+
 std::string PrintHeaderText(const SProject& project, const SFactory& factory)
 {
     const CScope scope(project.names, factory.strNamespace, false);
     const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
     std::string strText = "/// Makes the objects of root elements.\nclass " + factory.strName + " : public " +
-                          scope.Library("CClassfactoryBase") +
-                          "\n{\npublic:\n"
+                          scope.Library("CClassfactoryBase") + "\n{\n" + DeclareRules(project) +
+                          "public:\n"
                           "    /// The object for the root element of a document, by its name and its `xsi:type`; "
                           "nothing is read into it.\n"
                           "    /// @return null if the schema has no such element, or the type may not stand there.\n"
@@ -62,25 +94,25 @@ std::string PrintHeaderText(const SProject& project, const SFactory& factory)
             continue;
         std::vector<std::string> paragraphs = {"An empty `" + root.strElement + "`."};
         paragraphs.insert(paragraphs.end(), root.documentation.begin(), root.documentation.end());
-        strText += '\n' + CommentLines(paragraphs, 4, "///") + "    static " + scope.Pointer(GetRootType(root, scope)) +
-                   ' ' + root.strName + "();\n";
+        strText += '\n' + CommentLines(paragraphs, 4, "///") + "    static " +
+                   scope.Pointer(GetRootType(root, factory, scope)) + ' ' + root.strName + "();\n";
     }
     return strText + "};\n";
 }
 
 /// The rows of the table of roots.
-std::string PrintRows(const SProject& project, const CScope& scope, CUris& uris)
+std::string PrintRows(const SProject& project, const SFactory& factory, const CScope& scope, CUris& uris)
 {
     std::string strText;
     for (const SRoot& root : project.binding.roots)
     {
-        const std::string strType = GetRootType(root, scope);
+        const std::string strType = GetRootType(root, factory, scope);
         std::vector<std::string> parts = {"true", uris.Use(root.strUri), WideLiteral(root.strElement)};
         if (IsAbstract(root))
             parts.push_back("nullptr");
         else if (IsForeign(root))
-            parts.push_back('&' + scope.Library("CreateForeignRoot") + '<' + strType + ", " +
-                            uris.UseConstant(root.strUri) + '>');
+            parts.push_back('&' + scope.Library(IsNeverNil(root) ? "CreateValueRoot" : "CreateForeignRoot") + '<' +
+                            strType + ", " + uris.UseConstant(root.strUri) + '>');
         else
             parts.push_back('&' + scope.Library("CreateObject") + '<' + strType + '>');
         if (root.pClass != nullptr && !root.pClass->alternatives.empty())
@@ -99,17 +131,17 @@ std::string PrintCreateRoot(const SProject& project, const SFactory& factory, co
     if (!bAny)
         return strText + "    return " + strBase + "();\n}\n";
     return strText + "    static constexpr " + scope.Library("SAlternative") + " s_roots[] = {\n" +
-           PrintRows(project, scope, uris) + "    };\n    static constexpr " + scope.Library("SAlternatives") +
+           PrintRows(project, factory, scope, uris) + "    };\n    static constexpr " + scope.Library("SAlternatives") +
            " s_all{s_roots, sizeof s_roots / sizeof *s_roots};\n"
            "    return QvXmlLib9::CreateRoot(pElement, s_all);\n}\n";
 }
 
 std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
 {
-    const std::string strType = GetRootType(root, scope);
-    const std::string strMade =
-        IsForeign(root) ? scope.Library("CRootIn") + '<' + strType + ", " + uris.UseConstant(root.strUri) + '>'
-                        : strType;
+    const std::string strType = GetRootType(root, factory, scope);
+    const std::string strMade = IsForeign(root) ? scope.Library(IsNeverNil(root) ? "CValueRootIn" : "CRootIn") + '<' +
+                                                      strType + ", " + uris.UseConstant(root.strUri) + '>'
+                                                : strType;
     return '\n' + scope.Pointer(strType) + ' ' + factory.strName + "::" + root.strName + "()\n{\n" +
            Arrange(4, "return new " + strMade + '(', {WideLiteral(root.strElement)}, ");") + "\n}\n";
 }
