@@ -1,9 +1,9 @@
 #include "quiver/document/XmlDocument.h"
 
 #include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/DocumentSource.h"
 #include "quiver/document/ExpatReader.h"
 #include "quiver/document/OverlappedSource.h"
-#include "quiver/document/XmlSource.h"
 #include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/fastinfoset/FastInfosetReader.h"
 #include "quiver/foundation/Encoder.h"
@@ -73,13 +73,13 @@ void CXmlDocument::LoadXml(const char* lpcXml)
     const std::size_t nLength = std::strlen(lpcXml);
     if (nLength == 0)
         throw CQvException(L"XML String is empty!");
-    ParseText(CXmlSource::FromMemory(lpcXml, nLength));
+    ParseText(CDocumentSource::FromMemory(lpcXml, nLength));
 }
 
 void CXmlDocument::LoadXml(const wchar_t* lpctXml)
 {
     Cleanup();
-    ParseText(CXmlSource::FromText(lpctXml));
+    ParseText(CDocumentSource::FromText(lpctXml));
 }
 
 void CXmlDocument::LoadXmlStream(unsigned char* const pData, unsigned long ulLength)
@@ -87,21 +87,23 @@ void CXmlDocument::LoadXmlStream(unsigned char* const pData, unsigned long ulLen
     Cleanup();
     if (ulLength == 0)
         throw CQvException(L"XML Stream is empty!");
-    Parse(CXmlSource::FromMemory(pData, ulLength));
+    Parse(CDocumentSource::FromMemory(pData, ulLength));
 }
 
 void CXmlDocument::Load(const wchar_t* lpctFileName)
 {
     Cleanup();
-    if (s_bAsyncFromXmlFile)
-        AsyncParse(lpctFileName);
-    else
-        Parse(CXmlSource::FromFile(lpctFileName));
+    if (!s_bAsyncFromXmlFile)
+    {
+        Parse(CDocumentSource::FromFile(lpctFileName));
+        return;
+    }
+    COverlappedSource source(lpctFileName);
+    AsyncParse(source);
 }
 
-void CXmlDocument::AsyncParse(const wchar_t* lpctFileName)
+void CXmlDocument::AsyncParse(COverlappedSource& source)
 {
-    COverlappedSource source(lpctFileName);
     try
     {
         ParseChunks(source);
@@ -134,16 +136,16 @@ void CXmlDocument::ParseChunks(COverlappedSource& source)
     Throw_IfNoRoot();
 }
 
-void CXmlDocument::Parse(CXmlSource source)
+void CXmlDocument::Parse(CDocumentSource source)
 {
-    source = CXmlSource::Inflate(std::move(source));
+    source = CDocumentSource::Inflate(std::move(source));
     CXmlTreeBuilder builder = MakeBuilder();
     CFastInfosetReader reader(&m_pContext->GetFIContext(), &builder);
     if (!reader.Parse(source.GetData()))
         ParseText(source);
 }
 
-void CXmlDocument::ParseText(const CXmlSource& source)
+void CXmlDocument::ParseText(const CDocumentSource& source)
 {
     CXmlTreeBuilder builder = MakeBuilder();
     CExpatReader reader(builder, GetExpatOptions());

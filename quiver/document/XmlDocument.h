@@ -14,7 +14,7 @@ namespace QvXmlLib9
 
 class COverlappedSource;
 class CXmlSerializationContext;
-class CXmlSource;
+class CDocumentSource;
 class CXmlTreeBuilder;
 struct SExpatOptions;
 
@@ -94,10 +94,10 @@ protected:
 
 private:
     void Init();
-    void AsyncParse(const wchar_t* lpctFileName);
+    void AsyncParse(COverlappedSource& source);
     void ParseChunks(COverlappedSource& source);
-    void Parse(CXmlSource source);
-    void ParseText(const CXmlSource& source);
+    void Parse(CDocumentSource source);
+    void ParseText(const CDocumentSource& source);
     void Throw_IfNoRoot() const;
 
     CXmlTreeBuilder MakeBuilder();

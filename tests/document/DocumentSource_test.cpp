@@ -1,4 +1,4 @@
-#include "quiver/document/XmlSource.h"
+#include "quiver/document/DocumentSource.h"
 
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/QvZip.h"
@@ -20,8 +20,8 @@ namespace Platform = QvXmlLib9::Platform;
 using QvTest::CFileFault;
 using QvTest::CTempDir;
 using QvTest::ExpectThrows;
+using QvXmlLib9::CDocumentSource;
 using QvXmlLib9::CQvException;
-using QvXmlLib9::CXmlSource;
 
 std::string Compress(const std::string& strBytes, QvXmlLib9::CompressionType eType)
 {
@@ -33,33 +33,33 @@ std::string Compress(const std::string& strBytes, QvXmlLib9::CompressionType eTy
     return std::string(reinterpret_cast<char*>(pData), dwLength);
 }
 
-CXmlSource FromBytes(const std::string& strBytes)
+CDocumentSource FromBytes(const std::string& strBytes)
 {
-    return CXmlSource::FromMemory(strBytes.data(), strBytes.size());
+    return CDocumentSource::FromMemory(strBytes.data(), strBytes.size());
 }
 
-TEST(XmlSource, BytesOfTheCallerAreNotCopied)
+TEST(DocumentSource, BytesOfTheCallerAreNotCopied)
 {
     const std::string strBytes = "<a/>";
-    const CXmlSource source = FromBytes(strBytes);
+    const CDocumentSource source = FromBytes(strBytes);
     EXPECT_EQ(strBytes.data(), source.GetData().data());
     EXPECT_EQ(4u, source.GetData().size());
 }
 
-TEST(XmlSource, ALengthOfMoreThan32BitsIsCutToItsLowWord)
+TEST(DocumentSource, ALengthOfMoreThan32BitsIsCutToItsLowWord)
 {
-    EXPECT_EQ(2u, CXmlSource::FromMemory("<a/>", 0x100000002).GetData().size());
+    EXPECT_EQ(2u, CDocumentSource::FromMemory("<a/>", 0x100000002).GetData().size());
 }
 
-TEST(XmlSource, TextBecomesUtf16WithAMark)
+TEST(DocumentSource, TextBecomesUtf16WithAMark)
 {
     using namespace std::string_literals;
-    EXPECT_EQ("\xFF\xFE"s, CXmlSource::FromText(L"").GetData());
-    EXPECT_EQ("\xFF\xFE\xAC\x20"s, CXmlSource::FromText(L"\x20AC").GetData());
-    EXPECT_EQ("\xFF\xFE\x3D\xD8\x00\xDE"s, CXmlSource::FromText(L"\U0001F600").GetData());
+    EXPECT_EQ("\xFF\xFE"s, CDocumentSource::FromText(L"").GetData());
+    EXPECT_EQ("\xFF\xFE\xAC\x20"s, CDocumentSource::FromText(L"\x20AC").GetData());
+    EXPECT_EQ("\xFF\xFE\x3D\xD8\x00\xDE"s, CDocumentSource::FromText(L"\U0001F600").GetData());
 }
 
-TEST(XmlSource, AFileIsReadWholeAndClosed)
+TEST(DocumentSource, AFileIsReadWholeAndClosed)
 {
     const CTempDir dir;
     const std::size_t nOpenFiles = QvTest::CountOpenFiles();
@@ -67,13 +67,13 @@ TEST(XmlSource, AFileIsReadWholeAndClosed)
     {
         const std::string strBytes(nBytes, 'x');
         QvTest::WriteFileBytes(dir.PathOf("a"), strBytes);
-        const CXmlSource source = CXmlSource::FromFile(dir.NameOf("a").c_str());
+        const CDocumentSource source = CDocumentSource::FromFile(dir.NameOf("a").c_str());
         EXPECT_TRUE(source.GetData() == strBytes) << nBytes;
         EXPECT_EQ(nOpenFiles, QvTest::CountOpenFiles());
     }
 }
 
-TEST(XmlSource, FailuresOfAFileNameItAndTheError)
+TEST(DocumentSource, FailuresOfAFileNameItAndTheError)
 {
     const CTempDir dir;
     const std::wstring strName = dir.NameOf("a");
@@ -92,30 +92,30 @@ TEST(XmlSource, FailuresOfAFileNameItAndTheError)
     {
         const CFileFault fault(row.eOperation, 0, 0x1234);
         ExpectThrows<CQvException>(row.lpctWhat + strName + L"] Error [0x00001234]",
-                                   [&strName] { CXmlSource::FromFile(strName.c_str()); });
+                                   [&strName] { CDocumentSource::FromFile(strName.c_str()); });
         EXPECT_EQ(nOpenFiles, QvTest::CountOpenFiles());
     }
 }
 
-TEST(XmlSource, CompressedBytesAreInflated)
+TEST(DocumentSource, CompressedBytesAreInflated)
 {
     const std::string strXml = "<a>" + std::string(1000, 'x') + "</a>";
     for (const auto eType : {QvXmlLib9::Compression_GZip, QvXmlLib9::Compression_ZLib})
     {
         const std::string strCompressed = Compress(strXml, eType);
         EXPECT_LT(strCompressed.size(), strXml.size());
-        EXPECT_EQ(strXml, CXmlSource::Inflate(FromBytes(strCompressed)).GetData());
+        EXPECT_EQ(strXml, CDocumentSource::Inflate(FromBytes(strCompressed)).GetData());
     }
 }
 
-TEST(XmlSource, BytesThatAreNotCompressedAreHandedOn)
+TEST(DocumentSource, BytesThatAreNotCompressedAreHandedOn)
 {
     const std::string strXml = "<a/>";
-    EXPECT_EQ(strXml.data(), CXmlSource::Inflate(FromBytes(strXml)).GetData().data());
-    EXPECT_EQ("", CXmlSource::Inflate(FromBytes("")).GetData());
+    EXPECT_EQ(strXml.data(), CDocumentSource::Inflate(FromBytes(strXml)).GetData().data());
+    EXPECT_EQ("", CDocumentSource::Inflate(FromBytes("")).GetData());
     // What only looks compressed comes back as it is, too.
     for (const char* lpcBytes : {"\x1F", "\x1F\x8B", "\x78\x9C\x01\x02\x03", "hello"})
-        EXPECT_EQ(lpcBytes, CXmlSource::Inflate(FromBytes(lpcBytes)).GetData());
+        EXPECT_EQ(lpcBytes, CDocumentSource::Inflate(FromBytes(lpcBytes)).GetData());
 }
 
 } // namespace

@@ -10,33 +10,33 @@ namespace QvXmlLib9
 
 /// The bytes of a document that lie in memory as a whole. They are its own, or of the one who made the source and must
 /// then outlive it. Lengths have 32 bits; what is longer is cut to its low word.
-class CXmlSource
+class CDocumentSource
 {
 public:
     /// Bytes of the caller, which are not copied.
-    static CXmlSource FromMemory(const void* pData, std::size_t nLength);
+    static CDocumentSource FromMemory(const void* pData, std::size_t nLength);
 
     /// Text as UTF-16 with a byte order mark.
     /// @throws CQvException "XML String is empty!" if it is so long that nothing is left of its length.
-    static CXmlSource FromText(std::wstring_view text);
+    static CDocumentSource FromText(std::wstring_view text);
 
     /// A file, read by one operation.
     /// @throws CQvException "Failed to open the file [%s] Error [0x%08x]" and its like with the platform's error
     ///         number.
-    static CXmlSource FromFile(const wchar_t* lpctFileName);
+    static CDocumentSource FromFile(const wchar_t* lpctFileName);
 
     /// Bytes that are compressed with gzip or zlib are inflated, all others are handed on.
-    static CXmlSource Inflate(CXmlSource source);
+    static CDocumentSource Inflate(CDocumentSource source);
 
     std::string_view GetData() const { return {reinterpret_cast<const char*>(m_pbyData), m_dwDataLen}; }
 
 private:
-    CXmlSource(const unsigned char* pbyData, unsigned long dwDataLen)
+    CDocumentSource(const unsigned char* pbyData, unsigned long dwDataLen)
         : m_pbyData(pbyData)
         , m_dwDataLen(dwDataLen)
     {
     }
-    CXmlSource(std::unique_ptr<unsigned char[]> pbyOwn, unsigned long dwDataLen)
+    CDocumentSource(std::unique_ptr<unsigned char[]> pbyOwn, unsigned long dwDataLen)
         : m_pbyOwn(std::move(pbyOwn))
         , m_pbyData(m_pbyOwn.get())
         , m_dwDataLen(dwDataLen)

@@ -1,4 +1,4 @@
-#include "quiver/document/XmlSource.h"
+#include "quiver/document/DocumentSource.h"
 
 #include "quiver/document/SourceFile.h"
 #include "quiver/foundation/Encoder.h"
@@ -22,12 +22,12 @@ unsigned long ToDword(std::size_t nLength)
 
 } // namespace
 
-CXmlSource CXmlSource::FromMemory(const void* pData, std::size_t nLength)
+CDocumentSource CDocumentSource::FromMemory(const void* pData, std::size_t nLength)
 {
-    return CXmlSource(static_cast<const unsigned char*>(pData), ToDword(nLength));
+    return CDocumentSource(static_cast<const unsigned char*>(pData), ToDword(nLength));
 }
 
-CXmlSource CXmlSource::FromText(std::wstring_view text)
+CDocumentSource CDocumentSource::FromText(std::wstring_view text)
 {
     const std::size_t nBytes = (GetUtf16Length(text) + 1) * 2;
     const unsigned long dwDataLen = ToDword(nBytes);
@@ -37,10 +37,10 @@ CXmlSource CXmlSource::FromText(std::wstring_view text)
     pbyData[0] = 0xFF;
     pbyData[1] = 0xFE;
     WriteUtf16LittleEndian(text, pbyData.get() + 2);
-    return CXmlSource(std::move(pbyData), dwDataLen);
+    return CDocumentSource(std::move(pbyData), dwDataLen);
 }
 
-CXmlSource CXmlSource::FromFile(const wchar_t* lpctFileName)
+CDocumentSource CDocumentSource::FromFile(const wchar_t* lpctFileName)
 {
     const CSourceFile file(lpctFileName, false);
     std::uint32_t dwHigh = 0;
@@ -51,17 +51,17 @@ CXmlSource CXmlSource::FromFile(const wchar_t* lpctFileName)
     std::uint32_t dwRead = 0;
     if (!Platform::ReadFile(file.Get(), pbyData.get(), dwSize, &dwRead, nullptr) || dwRead < dwSize)
         throw CSourceFile::MakeException(L"Failed to read the contents of the file [%s] Error [0x%08x]", lpctFileName);
-    return CXmlSource(std::move(pbyData), dwSize);
+    return CDocumentSource(std::move(pbyData), dwSize);
 }
 
 /// Whether the bytes can be a gzip or zlib stream, by the first ones of their headers (RFC 1952, 2.3.1; RFC 1950, 2.2).
 /// Text of XML never can, and is spared a copy and an attempt to inflate it.
-bool CXmlSource::LooksCompressed() const
+bool CDocumentSource::LooksCompressed() const
 {
     return m_dwDataLen > 0 && (m_pbyData[0] == 0x1F || (m_pbyData[0] & 0x0F) == 8);
 }
 
-CXmlSource CXmlSource::Inflate(CXmlSource source)
+CDocumentSource CDocumentSource::Inflate(CDocumentSource source)
 {
     if (!source.LooksCompressed())
         return source;
@@ -72,7 +72,7 @@ CXmlSource CXmlSource::Inflate(CXmlSource source)
     CQvZip::DecompressBuffer(&pbyInflated, &dwDataLen);
     static_cast<void>(pbyData.release());
     pbyData.reset(pbyInflated);
-    return CXmlSource(std::move(pbyData), dwDataLen);
+    return CDocumentSource(std::move(pbyData), dwDataLen);
 }
 
 } // namespace QvXmlLib9
