@@ -38,11 +38,8 @@ layers=(foundation values output fastinfoset document collections metadata core 
 known_upward_includes=(
     # A collection is an object, and CXmlObjectBase reads and writes itself as a class of core.
     "quiver/collections/XmlCollection.h quiver/core/XmlObjectBase.h"
-    # Parsers take what the context of the conversion says, and that context belongs to the objects.
-    "quiver/document/ExpatReader.cpp quiver/core/XmlSerializationContext.h"
+    # A document is made with the context of the conversion, and that context belongs to the objects.
     "quiver/document/XmlDocument.cpp quiver/core/XmlSerializationContext.h"
-    # The reader builds the tree of a document through the document's own operations.
-    "quiver/fastinfoset/FastInfosetReader.cpp quiver/document/XmlDocument.h"
     # A record reads and writes properties of the class that it describes, under the context of the conversion.
     "quiver/metadata/AttributeInfo.cpp quiver/core/XmlGeneratedClass.h"
     "quiver/metadata/AttributeInfo.cpp quiver/core/XmlSerializationContext.h"

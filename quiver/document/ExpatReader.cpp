@@ -1,8 +1,6 @@
 #include "quiver/document/ExpatReader.h"
 
-#include "quiver/core/XmlSerializationContext.h"
-#include "quiver/document/XmlDocument.h"
-#include "quiver/document/XmlNodeStore.h"
+#include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
@@ -98,9 +96,10 @@ void CExpatReader::SParserDeleter::operator()(XML_ParserStruct* pParser) const
     XML_ParserFree(pParser);
 }
 
-CExpatReader::CExpatReader(CXmlDocument& doc)
+CExpatReader::CExpatReader(CXmlTreeBuilder& doc, const SExpatOptions& options)
     : CInstanceMonitor(L"CExpatReader")
     , m_doc(doc)
+    , m_options(options)
     , m_nAllowance(s_nHandedOverFree)
 {
 }
@@ -109,8 +108,7 @@ CExpatReader::~CExpatReader() = default;
 
 void CExpatReader::Init()
 {
-    const bool bNamespaces = m_doc.m_eSchemaType != SchemaType_NoNamespaces;
-    m_parser.reset(XML_ParserCreate_MM(nullptr, &s_memory, bNamespaces ? s_szNamespaceSeparator : nullptr));
+    m_parser.reset(XML_ParserCreate_MM(nullptr, &s_memory, m_options.bNamespaces ? s_szNamespaceSeparator : nullptr));
     if (m_parser == nullptr)
         throw std::bad_alloc();
     XML_SetUserData(m_parser.get(), this);
@@ -120,13 +118,12 @@ void CExpatReader::Init()
     XML_SetCharacterDataHandler(m_parser.get(), OnText);
     XML_SetEntityDeclHandler(m_parser.get(), OnEntityDeclaration);
     XML_SetAttlistDeclHandler(m_parser.get(), OnAttributeDeclaration);
-    if (!m_doc.m_pContext->GetStripCDATA())
+    if (m_options.bKeepCDATA)
         XML_SetCdataSectionHandler(m_parser.get(), OnStartCdata, OnEndCdata);
 }
 
-void CExpatReader::Parse(bool bFinal)
+void CExpatReader::Parse(std::string_view data, bool bFinal)
 {
-    std::string_view data(reinterpret_cast<const char*>(m_doc.m_pbyData), m_doc.m_dwDataLen);
     while (data.size() > std::max(s_nPiece, m_nUnfinished))
     {
         const std::size_t nPiece = std::max(s_nPiece, m_nUnfinished);
@@ -271,10 +268,10 @@ void CExpatReader::HandleText(void* pUserData, Action action)
     Handle(pUserData,
            [&action](CExpatReader& reader)
            {
-               const std::vector<CXmlElement*>& stack = reader.m_doc.m_pElementStack;
-               QV_ASSERT_MSG(stack.size() > 0, "pThis->m_doc.m_pElementStack.size() > 0");
-               QV_ASSERT_MSG(stack.back() != nullptr, "pThis->m_doc.m_pElementStack.back() != NULL");
-               action(stack.back());
+               CXmlTreeBuilder& doc = reader.m_doc;
+               QV_ASSERT_MSG(doc.HasOpenElement(), "pThis->m_doc.m_pElementStack.size() > 0");
+               QV_ASSERT_MSG(doc.GetOpenElement() != nullptr, "pThis->m_doc.m_pElementStack.back() != NULL");
+               action(doc, doc.GetOpenElement());
            });
 }
 
@@ -283,11 +280,9 @@ void CExpatReader::OnStartElement(void* pUserData, const char* lpcName, const ch
     Handle(pUserData,
            [lpcName, ppAttributes](CExpatReader& reader)
            {
-               CXmlDocument& doc = reader.m_doc;
-               const SXmlName& name = doc.Store().Names().Find(lpcName);
+               const SXmlName& name = reader.m_doc.InternName(lpcName);
                reader.CountNamespace(name.pstrNamespaceURI->size());
-               CXmlElement* const pElement =
-                   doc.m_pDocumentElement != nullptr ? doc.AddChildElement(name) : doc.AddDocElement(name);
+               CXmlElement* const pElement = reader.m_doc.AddElement(name);
                if (*ppAttributes != nullptr)
                    reader.AddAttributes(pElement, ppAttributes);
            });
@@ -298,12 +293,12 @@ void CExpatReader::AddAttributes(CXmlElement* pElement, const char** ppAttribute
     const char** const ppDefaults = ppAttributes + XML_GetSpecifiedAttributeCount(m_parser.get());
     for (const char** ppNext = ppAttributes; *ppNext != nullptr; ppNext += 2)
     {
-        const SXmlName& name = m_doc.Store().Names().Find(ppNext[0]);
+        const SXmlName& name = m_doc.InternName(ppNext[0]);
         const std::string_view value(ppNext[1]);
         CountNamespace(name.pstrNamespaceURI->size());
         if (ppNext >= ppDefaults)
             CountHandedOver(sizeof(CXmlAttribute) + value.size());
-        CXmlDocument::AddElementAttribute(pElement, name, value);
+        m_doc.AddElementAttribute(pElement, name, value);
     }
 }
 
@@ -320,27 +315,26 @@ void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, cons
                reader.NoteNamespace(lpcURI != nullptr ? std::strlen(lpcURI) : 0);
                SetText(reader.m_strPrefix, lpcPrefix);
                SetText(reader.m_strURI, lpcURI);
-               reader.m_doc.m_namespaces[reader.m_strPrefix] = reader.m_strURI;
+               reader.m_doc.SetNamespace(reader.m_strPrefix, reader.m_strURI);
            });
 }
 
 void CExpatReader::OnText(void* pUserData, const char* lpcText, int nLength)
 {
-    HandleText(pUserData,
-               [lpcText, nLength](CXmlElement* pElement) {
-                   CXmlDocument::AppendTextExcludingCR(pElement,
-                                                       std::string_view(lpcText, static_cast<std::size_t>(nLength)));
-               });
+    HandleText(pUserData, [lpcText, nLength](CXmlTreeBuilder& doc, CXmlElement* pElement)
+               { doc.AppendTextExcludingCR(pElement, std::string_view(lpcText, static_cast<std::size_t>(nLength))); });
 }
 
 void CExpatReader::OnStartCdata(void* pUserData)
 {
-    HandleText(pUserData, [](CXmlElement* pElement) { CXmlDocument::AppendTextExcludingCR(pElement, L"<![CDATA["); });
+    HandleText(pUserData,
+               [](CXmlTreeBuilder& doc, CXmlElement* pElement) { doc.AppendTextExcludingCR(pElement, "<![CDATA["); });
 }
 
 void CExpatReader::OnEndCdata(void* pUserData)
 {
-    HandleText(pUserData, [](CXmlElement* pElement) { CXmlDocument::AppendTextExcludingCR(pElement, L"]]>"); });
+    HandleText(pUserData,
+               [](CXmlTreeBuilder& doc, CXmlElement* pElement) { doc.AppendTextExcludingCR(pElement, "]]>"); });
 }
 
 void CExpatReader::OnEntityDeclaration(void* pUserData, const char* lpcName, int nIsParameterEntity,

@@ -15,25 +15,34 @@ struct XML_ParserStruct;
 namespace QvXmlLib9
 {
 
-class CXmlDocument;
 class CXmlElement;
+class CXmlTreeBuilder;
 
-/// Runs expat over a document's input and turns what expat reports into the document's tree. Lives for one parse.
+/// What a document may want of its parser.
+struct SExpatOptions
+{
+    bool bNamespaces;
+    /// The marks of CDATA sections become part of the text.
+    bool bKeepCDATA;
+};
+
+/// Runs expat over the input of a document and hands what expat reports to the builder of its tree. Lives for one parse.
 class CExpatReader : public CInstanceMonitor
 {
 public:
-    explicit CExpatReader(CXmlDocument& doc);
+    /// @param doc the tree; it must live as long as the reader.
+    CExpatReader(CXmlTreeBuilder& doc, const SExpatOptions& options);
     ~CExpatReader() override;
     CExpatReader(const CExpatReader&) = delete;
     CExpatReader& operator=(const CExpatReader&) = delete;
 
-    /// Makes the parser that the document's schema type and context call for.
+    /// Makes the parser that the options call for.
     void Init();
 
-    /// Parses the document's present input.
-    /// @param bFinal whether it is the last piece.
-    /// @throws CQvException the parser's message as "%s at line %d"; or what the document's filter has thrown.
-    void Parse(bool bFinal);
+    /// Parses the next piece of the document.
+    /// @param bFinal whether it is the last one.
+    /// @throws CQvException the parser's message as "%s at line %d"; or what the filter has thrown.
+    void Parse(std::string_view data, bool bFinal);
 
 private:
     struct SParserDeleter
@@ -71,7 +80,8 @@ private:
     void Run(std::string_view piece, bool bFinal);
     [[noreturn]] void Fail();
 
-    CXmlDocument& m_doc;
+    CXmlTreeBuilder& m_doc;
+    const SExpatOptions m_options;
     std::unique_ptr<XML_ParserStruct, SParserDeleter> m_parser;
     /// Bytes given to the parser, and how many of them belong to a token whose end it has not seen yet.
     std::size_t m_nGiven = 0;

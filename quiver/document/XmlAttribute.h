@@ -44,7 +44,7 @@ protected:
     virtual ~CXmlAttribute();
 
 private:
-    friend class CXmlDocument;
+    friend class CXmlTreeBuilder;
     friend class CXmlElement;
     friend class CXmlNodeStore;
 

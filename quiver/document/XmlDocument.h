@@ -4,19 +4,19 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/XmlSerializationTypes.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace QvXmlLib9
 {
 
+class COverlappedSource;
 class CXmlSerializationContext;
+class CDocumentSource;
+class CXmlTreeBuilder;
+struct SExpatOptions;
 
 /// Switches reading of files by CXmlDocument::Load to overlapped input: the next 128 KiB are fetched while the present
 /// ones are parsed, and the file is never in memory as a whole. Files must then be plain XML text; compressed files and
@@ -89,80 +89,25 @@ public:
     std::wstring LookupNamespaceFromAlias(const wchar_t* lpctAlias) const;
 
 protected:
-    /// Gives up the tree, the namespaces and the input. Every load begins with it.
+    /// Gives up the tree and the namespaces. Every load begins with it.
     virtual void Cleanup();
 
 private:
-    friend class CExpatReader;
-    friend class CFastInfosetReader;
-
-    class CInput;
-    struct SFileInput;
-
     void Init();
-    void LoadWhole(const wchar_t* lpctFileName);
-    void LoadOverlapped(const wchar_t* lpctFileName);
-    bool ReadChunkFromFile(unsigned char* pBuffer);
-    void AsyncParse(bool bFinal);
-    bool GetChunk(bool bWait, std::uint32_t& dwRead);
-    void TakeChunk(std::uint32_t dwRead);
-    void ParseChunks(bool bFinal);
-    void Parse();
-    void ParseUncompressed();
-    void ParseText();
+    void AsyncParse(COverlappedSource& source);
+    void ParseChunks(COverlappedSource& source);
+    void Parse(CDocumentSource source);
+    void ParseText(const CDocumentSource& source);
     void Throw_IfNoRoot() const;
 
-    /// The document's record of a name. Ask once for a name that will occur often, and build with the record.
-    const SXmlName& InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName);
+    CXmlTreeBuilder MakeBuilder();
+    SExpatOptions GetExpatOptions() const;
 
-    /// Makes the root element and opens it.
-    CXmlElement* AddDocElement(const wchar_t* lpctNamespaceUri, const wchar_t* lpctLocalName);
-    CXmlElement* AddDocElement(const SXmlName& name);
-
-    /// Makes a child of the innermost open element and opens it.
-    CXmlElement* AddChildElement(const wchar_t* lpctNamespaceUri, const wchar_t* lpctLocalName);
-    CXmlElement* AddChildElement(const SXmlName& name);
-
-    /// Closes the innermost open element and offers it to the filter.
-    void EndElement();
-
-    static void AddElementAttribute(CXmlElement* pElement, const std::wstring& strLocalName,
-                                    const std::wstring& strValue, const std::wstring& strNamespaceURI);
-    static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, const std::wstring& strValue);
-    static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, std::string_view utf8Value);
-    /// @param pValue what MakeSharedValue has made.
-    static void AddElementAttribute(CXmlElement* pElement, const SXmlName& name, CXmlText* pValue);
-
-    /// Appends text up to its end or its first zero unit, without the carriage returns.
-    static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText);
-    static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength);
-    static void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text);
-
-    /// A value that any number of attributes may have at the price of one, or a text for elements without text; null if
-    /// it is empty.
-    template <class Char>
-    CXmlText* MakeSharedValue(std::basic_string_view<Char> value);
-    template <class Char>
-    CXmlText* MakeSharedText(std::basic_string_view<Char> text);
-
-    static bool HasText(const CXmlElement* pElement) { return pElement->m_pText != nullptr; }
-    /// @param pText what MakeSharedText has made.
-    static void SetSharedText(CXmlElement* pElement, CXmlText* pText) { pElement->m_pText = pText; }
-
-    CXmlNodeStore& Store();
-
-    /// The tree with all its nodes and names; null as long as there is none. Shared with copies of this document.
+    /// The tree with all its nodes and names; null ahead of the first load. Shared with copies of this document.
     std::shared_ptr<CXmlNodeStore> m_pStore;
     CXmlElement* m_pDocumentElement = nullptr;
-    /// The path of open elements, innermost at the back.
-    std::vector<CXmlElement*> m_pElementStack;
     /// Prefix to URI, for the whole document.
     std::map<std::wstring, std::wstring, std::less<>> m_namespaces;
-    /// The input of the load in progress, null otherwise; the current chunk during an overlapped load.
-    const unsigned char* m_pbyData = nullptr;
-    unsigned long m_dwDataLen = 0;
-    /// The file of an overlapped load in progress; null otherwise.
-    SFileInput* m_pFileInput = nullptr;
     SchemaType m_eSchemaType;
     PfnElementFilter m_pfnElementFilter = nullptr;
     const CXmlSerializationContext* m_pContext;

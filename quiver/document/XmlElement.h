@@ -94,7 +94,7 @@ protected:
 
 private:
     friend class CGeneratedObject;
-    friend class CXmlDocument;
+    friend class CXmlTreeBuilder;
     friend class CXmlNodeStore;
     friend class CReadBudget;
 

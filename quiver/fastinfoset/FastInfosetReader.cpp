@@ -1,8 +1,8 @@
 #include "quiver/fastinfoset/FastInfosetReader.h"
 
-#include "quiver/document/XmlDocument.h"
 #include "quiver/fastinfoset/FIAlphabet.h"
 #include "quiver/fastinfoset/FIDeclarations.h"
+#include "quiver/fastinfoset/FITreeBuilder.h"
 #include "quiver/fastinfoset/FastInfosetBinaryData.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
 #include "quiver/foundation/Assert.h"
@@ -91,7 +91,7 @@ bool IsAscii(std::string_view strOctets)
 
 } // namespace
 
-CFastInfosetReader::CFastInfosetReader(const CFastInfosetContext* pContext, CXmlDocument* pDocument)
+CFastInfosetReader::CFastInfosetReader(const CFastInfosetContext* pContext, CFITreeBuilder* pDocument)
     : CInstanceMonitor(L"CFastInfosetReader")
     , m_pFIContext(pContext)
     , m_pDocument(pDocument)
@@ -124,9 +124,10 @@ void CFastInfosetReader::Reset()
     m_strUnits.clear();
 }
 
-bool CFastInfosetReader::Parse()
+bool CFastInfosetReader::Parse(std::string_view strOctets)
 {
-    m_in = CFIOctetReader({reinterpret_cast<const char*>(m_pDocument->m_pbyData), m_pDocument->m_dwDataLen});
+    m_in = CFIOctetReader(strOctets);
+    m_nDataLen = strOctets.size();
     if (!SkipIdentification())
         return false;
     try
@@ -335,8 +336,8 @@ void CFastInfosetReader::ReadBody()
 
 void CFastInfosetReader::ReadElements(unsigned char by)
 {
-    // No recursion: the document keeps the path of open elements.
-    const std::vector<CXmlElement*>& path = m_pDocument->m_pElementStack;
+    // No recursion: the builder keeps the path of open elements.
+    const CFITreeBuilder& path = *m_pDocument;
     for (;; by = m_in.ReadOctet())
     {
         if (by < s_byNotElement)
@@ -352,14 +353,14 @@ void CFastInfosetReader::ReadElements(unsigned char by)
         {
             EndElement();
             // The second end is the enclosing element's, or the document's.
-            if (!path.empty())
+            if (path.HasOpenElement())
                 EndElement();
         }
         else
         {
             ReadContent(by);
         }
-        if (path.empty())
+        if (!path.HasOpenElement())
             return;
     }
 }
@@ -372,49 +373,39 @@ bool CFastInfosetReader::BeginElement(unsigned char by)
         by = ReadNamespaceAttributes();
     const SXmlName& name =
         (by & 60) < 60 ? GetName(m_in.ReadIntegerBit3(by), m_elements) : ReadLiteralName(by, m_elements);
-    CXmlElement* pElement = nullptr;
-    if (m_pDocument->m_pElementStack.empty())
-    {
-        pElement = m_pDocument->AddDocElement(name);
-        TraceElement(L"New Root Elm: %s::%s\n", pElement);
-    }
-    else
-    {
-        pElement = m_pDocument->AddChildElement(name);
-        TraceElement(L"New Elm: %s::%s\n", pElement);
-    }
+    const bool bRoot = !m_pDocument->HasOpenElement();
+    CXmlElement* const pElement = bRoot ? m_pDocument->AddDocElement(name) : m_pDocument->AddChildElement(name);
+    if (m_bTrace)
+        TraceElement(bRoot ? L"New Root Elm: %s::%s\n" : L"New Elm: %s::%s\n", name);
     return !bAttributes || !ReadAttributes(pElement);
 }
 
 void CFastInfosetReader::EndElement()
 {
-    TraceElement(L"End Elm: %s::%s\n", m_pDocument->m_pElementStack.back());
-    m_pDocument->m_pElementStack.pop_back();
+    if (m_bTrace)
+        TraceElement(L"End Elm: %s::%s\n", m_pDocument->GetName(m_pDocument->GetOpenElement()));
+    m_pDocument->CloseElement();
 }
 
-void CFastInfosetReader::TraceElement(const wchar_t* lpctFormat, const CXmlElement* pElement) const
+void CFastInfosetReader::TraceElement(const wchar_t* lpctFormat, const SXmlName& name) const
 {
-    if (!m_bTrace)
-        return;
-    const std::wstring& strNamespace = pElement->GetNamespaceURI();
-    const std::wstring& strLocalName = pElement->GetLocalName();
-    if (strNamespace.size() + strLocalName.size() < s_nTracedNameLength)
-        OutputTrace(lpctFormat, strNamespace.c_str(), strLocalName.c_str());
+    const CFITreeBuilder::SNameParts parts = m_pDocument->GetParts(name);
+    if (parts.strNamespaceURI.size() + parts.strLocalName.size() < s_nTracedNameLength)
+        OutputTrace(lpctFormat, parts.strNamespaceURI.c_str(), parts.strLocalName.c_str());
 }
 
 /// Returns the octet that the element's name begins with.
 unsigned char CFastInfosetReader::ReadNamespaceAttributes()
 {
+    const std::wstring strNone;
     for (unsigned char by = m_in.ReadOctet(); by >> 2 == s_nNamespaceAttribute; by = m_in.ReadOctet())
     {
-        std::wstring strPrefix;
-        if ((by & s_byHasFirst) != 0)
-            strPrefix = ReadIdentifyingString(m_pVocabulary->m_prefixNames);
-        std::wstring& strURI = m_pDocument->m_namespaces[std::move(strPrefix)];
-        if ((by & s_byHasSecond) != 0)
-            strURI = ReadIdentifyingString(m_pVocabulary->m_namespaceNames);
-        else
-            strURI.clear();
+        // References into two tables, so that reading the second leaves the first as it is.
+        const std::wstring& strPrefix =
+            (by & s_byHasFirst) != 0 ? ReadIdentifyingString(m_pVocabulary->m_prefixNames) : strNone;
+        const std::wstring& strURI =
+            (by & s_byHasSecond) != 0 ? ReadIdentifyingString(m_pVocabulary->m_namespaceNames) : strNone;
+        m_pDocument->SetNamespace(strPrefix, strURI);
     }
     return m_in.ReadOctet();
 }
@@ -448,7 +439,7 @@ void CFastInfosetReader::ReadContent(unsigned char by)
 
 void CFastInfosetReader::ReadChunk(unsigned char by)
 {
-    CXmlElement* const pElement = m_pDocument->m_pElementStack.back();
+    CXmlElement* const pElement = m_pDocument->GetOpenElement();
     if ((by & s_byChunkIndex) != 0)
     {
         AppendRepeatedChunk(pElement, m_in.ReadIntegerBit4(by));
@@ -460,13 +451,12 @@ void CFastInfosetReader::ReadChunk(unsigned char by)
     AppendText(pElement, value);
 }
 
-void CFastInfosetReader::AppendText(CXmlElement* pElement, const SValue& value)
+inline void CFastInfosetReader::AppendText(CXmlElement* pElement, const SValue& value)
 {
     if (value.strUnits.empty())
-        CXmlDocument::AppendTextExcludingCR(pElement, value.strUtf8.substr(0, value.strUtf8.find('\0')));
+        m_pDocument->AppendTextExcludingCR(pElement, value.strUtf8.substr(0, value.strUtf8.find('\0')));
     else
-        CXmlDocument::AppendTextExcludingCR(pElement, value.strUnits.data(),
-                                            static_cast<unsigned long>(value.strUnits.size()));
+        m_pDocument->AppendTextExcludingCR(pElement, value.strUnits);
 }
 
 /// The text that nodes share, made by `make` when the first of them comes.
@@ -482,7 +472,7 @@ CXmlText* CFastInfosetReader::GetShared(STableValue& entry, Make make)
 void CFastInfosetReader::AppendRepeatedChunk(CXmlElement* pElement, std::uint32_t dwIndex)
 {
     STableValue& entry = GetRepeated(dwIndex, m_characterChunks);
-    if (CXmlDocument::HasText(pElement))
+    if (m_pDocument->HasText(pElement))
     {
         CountRepeated(CFIRepetition::s_nAddedWeight * entry.dwUnits);
         AppendText(pElement, entry.value);
@@ -490,7 +480,7 @@ void CFastInfosetReader::AppendRepeatedChunk(CXmlElement* pElement, std::uint32_
     }
     CountRepeated(entry.dwUnits);
     CXmlText* const pText = GetShared(entry, [this](auto strText) { return m_pDocument->MakeSharedText(strText); });
-    CXmlDocument::SetSharedText(pElement, pText);
+    m_pDocument->SetSharedText(pElement, pText);
 }
 
 // --- Names ----------------------------------------------------------------------------------------------------------
@@ -508,16 +498,16 @@ const SXmlName& CFastInfosetReader::ReadLiteralName(unsigned char by, SNames& na
         parts.m_dwNamespaceIndex = ReadNamePart(m_pVocabulary->m_namespaceNames);
     parts.m_dwLocalNameIndex = ReadNamePart(m_pVocabulary->m_localNames);
 
-    const SXmlName& name = MakeRecord(parts);
+    const SNameRecord record = MakeRecord(parts);
     const std::size_t nIndex = names.pTable->m_table.size();
     CFIVocabulary::AddQNameToVector(parts.m_dwPrefixIndex, parts.m_dwNamespaceIndex, parts.m_dwLocalNameIndex,
                                     *names.pTable);
     if (names.pTable->m_table.size() > nIndex)
     {
         names.records.resize(nIndex + 1);
-        names.records[nIndex] = &name;
+        names.records[nIndex] = record;
     }
-    return name;
+    return *record.pName;
 }
 
 std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& table)
@@ -537,12 +527,21 @@ std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& ta
     return static_cast<std::uint32_t>(table.m_table.size());
 }
 
-std::wstring CFastInfosetReader::ReadIdentifyingString(CFIVocabulary::CFIStringTable& table)
+const std::wstring& CFastInfosetReader::ReadIdentifyingString(CFIVocabulary::CFIStringTable& table)
 {
     return table.m_table[ReadNamePart(table) - 1];
 }
 
 const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names)
+{
+    if (names.records.size() <= dwIndex - 1 || names.records[dwIndex - 1].pName == nullptr)
+        AddRecord(dwIndex, names);
+    const SNameRecord& record = names.records[dwIndex - 1];
+    CountRepeatedName(record.nUnits);
+    return *record.pName;
+}
+
+void CFastInfosetReader::AddRecord(std::uint32_t dwIndex, SNames& names)
 {
     const std::vector<CFIVocabulary::CQNameParts>& table = names.pTable->m_table;
     QV_ASSERT_MSG(table.size() > dwIndex - 1, names.lpcIndexCheck);
@@ -550,14 +549,10 @@ const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names
         ThrowInvalidIndex(dwIndex);
     if (names.records.size() < table.size())
         names.records.resize(table.size());
-    const SXmlName*& pName = names.records[dwIndex - 1];
-    if (pName == nullptr)
-        pName = &MakeRecord(table[dwIndex - 1]);
-    CountRepeatedName(pName->pstrNamespaceURI->size() + pName->strLocalName.size());
-    return *pName;
+    names.records[dwIndex - 1] = MakeRecord(table[dwIndex - 1]);
 }
 
-const SXmlName& CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts& parts)
+CFastInfosetReader::SNameRecord CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts& parts)
 {
     const std::vector<std::wstring>& namespaces = m_pVocabulary->m_namespaceNames.m_table;
     const std::vector<std::wstring>& localNames = m_pVocabulary->m_localNames.m_table;
@@ -566,8 +561,10 @@ const SXmlName& CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts&
                   "m_pVocabulary->m_namespaceNames.m_table.size() > q.m_dwNamespaceIndex - 1");
     QV_ASSERT_MSG(localNames.size() > parts.m_dwLocalNameIndex - 1,
                   "m_pVocabulary->m_localNames.m_table.size() > q.m_dwLocalNameIndex - 1");
-    return m_pDocument->InternName(dwNamespace == 0 ? std::wstring() : namespaces[dwNamespace - 1],
-                                   localNames[parts.m_dwLocalNameIndex - 1]);
+    const SXmlName& name = m_pDocument->InternName(dwNamespace == 0 ? std::wstring() : namespaces[dwNamespace - 1],
+                                                   localNames[parts.m_dwLocalNameIndex - 1]);
+    const CFITreeBuilder::SNameParts texts = m_pDocument->GetParts(name);
+    return {&name, texts.strNamespaceURI.size() + texts.strLocalName.size()};
 }
 
 // --- Values ---------------------------------------------------------------------------------------------------------
@@ -584,9 +581,9 @@ void CFastInfosetReader::ReadAttributeValue(CXmlElement* pElement, const SXmlNam
     if ((by & s_byAddValue) != 0)
         AddValue(value, m_attributeValues);
     if (value.strUnits.empty())
-        CXmlDocument::AddElementAttribute(pElement, name, value.strUtf8);
+        m_pDocument->AddElementAttribute(pElement, name, value.strUtf8);
     else
-        CXmlDocument::AddElementAttribute(pElement, name, std::wstring(value.strUnits));
+        m_pDocument->AddElementAttribute(pElement, name, value.strUnits);
 }
 
 /// @param dwIndex 0 for an empty value.
@@ -594,7 +591,7 @@ void CFastInfosetReader::AddRepeatedAttribute(CXmlElement* pElement, const SXmlN
 {
     if (dwIndex == 0)
     {
-        CXmlDocument::AddElementAttribute(pElement, name, static_cast<CXmlText*>(nullptr));
+        m_pDocument->AddElementAttribute(pElement, name, static_cast<CXmlText*>(nullptr));
         return;
     }
     QV_ASSERT_MSG(m_attributeValues.values.size() > dwIndex - 1,
@@ -602,7 +599,7 @@ void CFastInfosetReader::AddRepeatedAttribute(CXmlElement* pElement, const SXmlN
     STableValue& entry = GetRepeated(dwIndex, m_attributeValues);
     CountRepeated(entry.dwUnits);
     CXmlText* const pValue = GetShared(entry, [this](auto strValue) { return m_pDocument->MakeSharedValue(strValue); });
-    CXmlDocument::AddElementAttribute(pElement, name, pValue);
+    m_pDocument->AddElementAttribute(pElement, name, pValue);
 }
 
 void CFastInfosetReader::AddValue(const SValue& value, SValues& table) const
@@ -627,13 +624,13 @@ CFastInfosetReader::STableValue& CFastInfosetReader::GetRepeated(std::uint32_t d
 
 void CFastInfosetReader::CountRepeated(std::uint64_t nUnits)
 {
-    if (!m_repetition.Add(nUnits, [this] { return m_pDocument->m_dwDataLen; }))
+    if (!m_repetition.Add(nUnits, [this] { return m_nDataLen; }))
         ThrowOutOfProportion();
 }
 
 void CFastInfosetReader::CountRepeatedName(std::uint64_t nUnits)
 {
-    if (!m_repetition.AddName(nUnits, [this] { return m_pDocument->m_dwDataLen; }))
+    if (!m_repetition.AddName(nUnits, [this] { return m_nDataLen; }))
         ThrowOutOfProportion();
 }
 

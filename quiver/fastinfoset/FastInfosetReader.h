@@ -17,16 +17,16 @@ namespace QvXmlLib9
 {
 
 class CFastInfosetContext;
-class CXmlDocument;
+class CFITreeBuilder;
 class CXmlElement;
 class CXmlText;
 struct SXmlName;
 
-/// Reads a Fast Infoset document (ITU-T X.891) from the buffer of a `CXmlDocument` into its tree, and tells on the way
-/// whether the buffer holds one at all:
+/// Reads a Fast Infoset document (ITU-T X.891) from a buffer into a tree, and tells on the way whether the buffer holds
+/// one at all:
 ///
-///     CFastInfosetReader reader(&context.GetFIContext(), this);
-///     if (!reader.Parse())
+///     CFastInfosetReader reader(&context.GetFIContext(), &builder);
+///     if (!reader.Parse(strOctets))
 ///         ParseText();
 ///
 /// What the tree cannot hold (comments, processing instructions, declarations) is read and passed over. Nothing is
@@ -39,28 +39,36 @@ class CFastInfosetReader : public CInstanceMonitor
 {
 public:
     /// @param pContext the options, only read.
-    /// @param pDocument the buffer and the tree. Neither is owned; both must live as long as the reader.
-    CFastInfosetReader(const CFastInfosetContext* pContext, CXmlDocument* pDocument);
+    /// @param pDocument builds the tree. Neither is owned; both must live as long as the reader.
+    CFastInfosetReader(const CFastInfosetContext* pContext, CFITreeBuilder* pDocument);
     CFastInfosetReader(const CFastInfosetReader&) = delete;
     CFastInfosetReader& operator=(const CFastInfosetReader&) = delete;
     ~CFastInfosetReader() override;
 
     /// Reads the document.
+    /// @param strOctets must stay as long as the reader.
     /// @return false if the buffer does not begin like a Fast Infoset document, with or without one of the nine XML
     ///         declarations in front.
     /// @throws CQvException "Failed to parse FastInfoset. ..." with what is wrong; the tree then holds what came ahead
     ///         of it.
-    bool Parse();
+    bool Parse(std::string_view strOctets);
 
     /// Gives up tables and buffers. Parse cannot be called again.
     void Reset();
 
 private:
-    /// A table of qualified names, with the document's record of each name that has occurred.
+    /// The tree's record of a name, and the length of namespace and local name together.
+    struct SNameRecord
+    {
+        const SXmlName* pName = nullptr;
+        std::size_t nUnits = 0;
+    };
+
+    /// A table of qualified names, with the record of each name that has occurred.
     struct SNames
     {
         CFIVocabulary::CFIQNameTable* pTable = nullptr;
-        std::vector<const SXmlName*> records;
+        std::vector<SNameRecord> records;
         const char* lpcIndexCheck;
     };
 
@@ -130,20 +138,21 @@ private:
     bool ReadAttributes(CXmlElement* pElement);
     void ReadContent(unsigned char by);
     void ReadChunk(unsigned char by);
-    void TraceElement(const wchar_t* lpctFormat, const CXmlElement* pElement) const;
+    void TraceElement(const wchar_t* lpctFormat, const SXmlName& name) const;
 
     const SXmlName& ReadLiteralName(unsigned char by, SNames& names);
     std::uint32_t ReadNamePart(CFIVocabulary::CFIStringTable& table);
     const SXmlName& GetName(std::uint32_t dwIndex, SNames& names);
-    const SXmlName& MakeRecord(const CFIVocabulary::CQNameParts& parts);
-    std::wstring ReadIdentifyingString(CFIVocabulary::CFIStringTable& table);
+    void AddRecord(std::uint32_t dwIndex, SNames& names);
+    SNameRecord MakeRecord(const CFIVocabulary::CQNameParts& parts);
+    const std::wstring& ReadIdentifyingString(CFIVocabulary::CFIStringTable& table);
 
     void ReadAttributeValue(CXmlElement* pElement, const SXmlName& name);
     void AddRepeatedAttribute(CXmlElement* pElement, const SXmlName& name, std::uint32_t dwIndex);
     void AppendRepeatedChunk(CXmlElement* pElement, std::uint32_t dwIndex);
     template <class Make>
     static CXmlText* GetShared(STableValue& entry, Make make);
-    static void AppendText(CXmlElement* pElement, const SValue& value);
+    void AppendText(CXmlElement* pElement, const SValue& value);
     SEncodedString ReadEncodedStringBit3(unsigned char by);
     SEncodedString ReadEncodedStringBit5(unsigned char by);
     SValue Decode(const SEncodedString& encoded);
@@ -157,7 +166,8 @@ private:
     void CountRepeatedName(std::uint64_t nUnits);
 
     const CFastInfosetContext* m_pFIContext;
-    CXmlDocument* m_pDocument;
+    CFITreeBuilder* m_pDocument;
+    std::size_t m_nDataLen = 0;
     CFIOctetReader m_in;
     std::unique_ptr<CFIVocabulary> m_pVocabulary;
     SNames m_elements;

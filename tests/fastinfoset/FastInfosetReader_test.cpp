@@ -2,6 +2,7 @@
 
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlDocument.h"
+#include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/fastinfoset/FIDeclarations.h"
 #include "quiver/fastinfoset/FastInfosetWriter.h"
 #include "quiver/foundation/BinaryStream.h"
@@ -242,11 +243,14 @@ TEST(FastInfosetReader, WhatDoesNotBeginWithTheIdentificationIsText)
 
 TEST(FastInfosetReader, ANotDetectedBufferIsNoFailureOfTheReader)
 {
-    CXmlDocument document;
+    CXmlNodeStore store(nullptr);
+    CXmlElement* pRoot = nullptr;
+    CXmlTreeBuilder::CNamespaces namespaces;
+    CXmlTreeBuilder builder(store, pRoot, namespaces, nullptr);
     const CFastInfosetContext context;
-    CFastInfosetReader reader(&context, &document);
-    EXPECT_FALSE(reader.Parse());
-    EXPECT_EQ(nullptr, document.GetDocumentElement());
+    CFastInfosetReader reader(&context, &builder);
+    EXPECT_FALSE(reader.Parse(std::string_view()));
+    EXPECT_EQ(nullptr, pRoot);
 }
 
 // --- Head -----------------------------------------------------------------------------------------------------------
