@@ -35,6 +35,12 @@ std::size_t CountAllocations(TAction&& action)
     throw std::bad_alloc();
 }
 
+[[gnu::noinline]] void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
+{
+    ++QvTest::g_nAllocations;
+    return std::malloc(nSize != 0 ? nSize : 1);
+}
+
 [[gnu::noinline]] void operator delete(void* p) noexcept
 {
     std::free(p);
