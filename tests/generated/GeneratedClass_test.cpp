@@ -391,7 +391,7 @@ TEST(GeneratedClass, AppliesDefaultAndFixedValues)
         EndsWith(Refusal<CRules>(Document(L"rules", L"", L"<size/><unit>g</unit>")), L"The value is fixed to kg"));
 }
 
-TEST(GeneratedClass, EndsAMandatoryRecursion)
+TEST(GeneratedClassDepth, EndsAMandatoryRecursion)
 {
     EXPECT_TRUE(EndsWith(Refusal<CEndless>(Document(L"endless", L"", L"<endless><endless/></endless>")),
                          L"Failed to find a required element [endless]"));
