@@ -232,7 +232,7 @@ CSmartPtr<CLink> Tree(int nLength)
 
 } // namespace
 
-TEST(XmlObjectBase, AChainOfObjectsHeldByPropertiesDiesWhateverItsLength)
+TEST(XmlObjectBaseDepth, AChainOfObjectsHeldByPropertiesDiesWhateverItsLength)
 {
     const int nBefore = CProbe::s_nAlive;
     for (const int nLength : {1, 1000, 1000000})
@@ -244,14 +244,14 @@ TEST(XmlObjectBase, AChainOfObjectsHeldByPropertiesDiesWhateverItsLength)
     }
 }
 
-TEST(XmlObjectBase, ChainsDieOnASmallStack)
+TEST(XmlObjectBaseDepth, ChainsDieOnASmallStack)
 {
     const int nBefore = CProbe::s_nAlive;
     QvTest::RunOnStack(128 * 1024, [] { Tree(2000); });
     EXPECT_EQ(nBefore, CProbe::s_nAlive);
 }
 
-TEST(XmlObjectBase, AChainWithAnotherOwnerStaysFromThereOn)
+TEST(XmlObjectBaseDepth, AChainWithAnotherOwnerStaysFromThereOn)
 {
     const int nBefore = CProbe::s_nAlive;
     const CSmartPtr<CLink> spShared = Chain(10000);
@@ -263,7 +263,7 @@ TEST(XmlObjectBase, AChainWithAnotherOwnerStaysFromThereOn)
     EXPECT_EQ(nBefore + 10000, CProbe::s_nAlive);
 }
 
-TEST(XmlObjectBase, ThreadsDestroyTheirChainsIndependently)
+TEST(XmlObjectBaseDepth, ThreadsDestroyTheirChainsIndependently)
 {
     const int nBefore = CProbe::s_nAlive;
     std::vector<CSmartPtr<CLink>> chains;
