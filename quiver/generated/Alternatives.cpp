@@ -32,23 +32,25 @@ public:
     }
 };
 
+/// The first alternative that a test takes, null if there is none.
+template <class TTakes>
+const SAlternative* FindAlternative(const SAlternatives& alternatives, TTakes Takes)
+{
+    const auto it = std::find_if(alternatives.begin(), alternatives.end(), Takes);
+    return it == alternatives.end() ? nullptr : it;
+}
+
 const SAlternative* FindType(const SAlternatives& types, std::wstring_view name, std::wstring_view uri)
 {
-    const auto it =
-        std::find_if(types.begin(), types.end(),
-                     [name, uri](const SAlternative& alternative)
-                     { return !alternative.bElement && name == alternative.lpctName && uri == alternative.lpctUri; });
-    return it == types.end() ? nullptr : it;
+    return FindAlternative(types, [name, uri](const SAlternative& type)
+                           { return !type.bElement && name == type.lpctName && uri == type.lpctUri; });
 }
 
 /// A name without a prefix belongs to the default namespace, which the tree does not keep. It is looked for in the
 /// namespace of the element and then in all others.
 const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_view name)
 {
-    const auto it = std::find_if(types.begin(), types.end(),
-                                 [name](const SAlternative& alternative)
-                                 { return !alternative.bElement && name == alternative.lpctName; });
-    return it == types.end() ? nullptr : it;
+    return FindAlternative(types, [name](const SAlternative& type) { return !type.bElement && name == type.lpctName; });
 }
 
 void TellType(const CXmlObjectBase& object)
@@ -60,22 +62,18 @@ void TellType(const CXmlObjectBase& object)
 /// The element of that name in any namespace.
 const SAlternative* FindElementName(const SAlternatives& alternatives, std::wstring_view name)
 {
-    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
-                                 [name](const SAlternative& alternative)
-                                 { return alternative.bElement && name == alternative.lpctName; });
-    return it == alternatives.end() ? nullptr : it;
+    return FindAlternative(alternatives, [name](const SAlternative& element)
+                           { return element.bElement && name == element.lpctName; });
 }
 
 /// The element of an object's name. Where two namespaces have one, the object's class decides.
 const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName,
                                   PfnCreateObject pfnCreator)
 {
-    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
-                                 [&strName, pfnCreator](const SAlternative& alternative) {
-                                     return alternative.bElement && alternative.pfnCreate == pfnCreator &&
-                                            strName == alternative.lpctName;
-                                 });
-    return it != alternatives.end() ? it : FindElementName(alternatives, strName);
+    const SAlternative* const pFound =
+        FindAlternative(alternatives, [&strName, pfnCreator](const SAlternative& element)
+                        { return element.bElement && element.pfnCreate == pfnCreator && strName == element.lpctName; });
+    return pFound != nullptr ? pFound : FindElementName(alternatives, strName);
 }
 
 } // namespace
@@ -137,12 +135,8 @@ const wchar_t* SPlace::Prepare(const CXmlObjectBase& object) const
 const SAlternative* FindElement(const SAlternatives& alternatives, const std::wstring& strName,
                                 const std::wstring& strUri)
 {
-    const auto it = std::find_if(alternatives.begin(), alternatives.end(),
-                                 [&strName, &strUri](const SAlternative& alternative) {
-                                     return alternative.bElement && strName == alternative.lpctName &&
-                                            strUri == alternative.lpctUri;
-                                 });
-    return it == alternatives.end() ? nullptr : it;
+    return FindAlternative(alternatives, [&strName, &strUri](const SAlternative& element)
+                           { return element.bElement && strName == element.lpctName && strUri == element.lpctUri; });
 }
 
 CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, PfnCreateObject pfnDeclared)
