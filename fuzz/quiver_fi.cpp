@@ -45,17 +45,17 @@ public:
         m_strRecord += (bInline ? "\n<" : "\n[") + m_document.Show(dwName);
         m_bText = false;
     }
-    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override
+    void WriteAttribute(CDocument::NameId dwName, std::string_view svValue) override
     {
         const std::string strName = m_document.Show(dwName);
         m_strRecord += "\n " + strName + '=';
         if (strName.compare(0, 6, "type {") != 0)
-            m_strRecord += strValue;
+            m_strRecord += svValue;
     }
-    void WriteText(std::string_view strText) override
+    void WriteText(std::string_view svText) override
     {
         m_strRecord += m_bText ? "" : "\n:";
-        m_strRecord += strText;
+        m_strRecord += svText;
         m_bText = true;
     }
     void EndElement() override

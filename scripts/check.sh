@@ -31,6 +31,11 @@ while IFS= read -r source; do
     fi
 done < <(git ls-files 'quiver/*.cpp')
 
+# A name that begins with str owns its text; a view begins with sv or is a plain word.
+if git grep -nE 'string_view *[&*]* *([a-z]_)?str[A-Z]|[^_a-z](string|wstring) ([a-z]_)?sv[A-Z]' -- '*.h' '*.cpp'; then
+    complain "str is for strings that own their text, sv for views"
+fi
+
 # The layers, from the ground: a unit includes its own and those before it.
 layers=(foundation values output fastinfoset document collections metadata core generated)
 

@@ -53,12 +53,12 @@ void CXmlTypeCollection::WriteItems(CXmlWriter* pWriter, const CXmlSerialization
                                     TIterator itBegin, TIterator itEnd, TAppendText AppendText) const
 {
     ValidateCount(context);
-    const std::wstring_view strName = ElementName().View();
+    const std::wstring_view svName = ElementName().View();
     const std::wstring& strNamespace = ItemNamespace().Get();
     std::wstring strText;
     for (TIterator it = itBegin; it != itEnd; ++it)
     {
-        pWriter->StartElement(strName, strNamespace);
+        pWriter->StartElement(svName, strNamespace);
         strText.clear();
         AppendText(strText, *it);
         pWriter->WriteText(strText, eItemType);

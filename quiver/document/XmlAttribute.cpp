@@ -15,12 +15,12 @@ namespace
 
 CInstanceClass s_instanceClass(L"CXmlAttribute");
 
-constexpr std::wstring_view s_strNamespaces[] = {
+constexpr std::wstring_view s_svNamespaces[] = {
     L"http://www.w3.org/2001/XMLSchema-instance",
     L"http://www.w3.org/2000/xmlns/",
 };
 
-constexpr std::wstring_view s_strNamespaceAttributes[] = {
+constexpr std::wstring_view s_svNamespaceAttributes[] = {
     L"xmlns",
     L"type",
     L"schemaLocation",
@@ -114,12 +114,12 @@ const std::wstring& CXmlAttribute::GetValue(std::wstring& strBuffer) const
 
 bool CXmlAttribute::IsNamespaceAttribute() const
 {
-    return IsOneOf(GetNamespaceURI(), s_strNamespaces) && IsOneOf(GetLocalName(), s_strNamespaceAttributes);
+    return IsOneOf(GetNamespaceURI(), s_svNamespaces) && IsOneOf(GetLocalName(), s_svNamespaceAttributes);
 }
 
 bool CXmlAttribute::IsNilAttribute() const
 {
-    return IsOneOf(GetNamespaceURI(), s_strNamespaces) && GetLocalName() == L"nil";
+    return IsOneOf(GetNamespaceURI(), s_svNamespaces) && GetLocalName() == L"nil";
 }
 
 } // namespace QvXmlLib9

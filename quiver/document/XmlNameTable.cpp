@@ -61,13 +61,13 @@ std::size_t CXmlNameIndex<Char>::GetPlace(const CKeyView& key)
 }
 
 template <class Char>
-const typename CXmlNameIndex<Char>::CNamespace* CXmlNameIndex<Char>::FindNamespace(CView strNamespace)
+const typename CXmlNameIndex<Char>::CNamespace* CXmlNameIndex<Char>::FindNamespace(CView svNamespace)
 {
-    if (m_pLastNamespace == nullptr || m_pLastNamespace->first != strNamespace)
+    if (m_pLastNamespace == nullptr || m_pLastNamespace->first != svNamespace)
     {
-        auto it = m_namespaces.find(strNamespace);
+        auto it = m_namespaces.find(svNamespace);
         if (it == m_namespaces.end())
-            it = m_namespaces.emplace(CString(strNamespace), ToText(strNamespace)).first;
+            it = m_namespaces.emplace(CString(svNamespace), ToText(svNamespace)).first;
         m_pLastNamespace = &*it;
     }
     return m_pLastNamespace;
@@ -84,13 +84,13 @@ typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::FindInMap(const CKeyVi
 }
 
 template <class Char>
-typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::Find(CView strNamespace, CView strLocalName)
+typename CXmlNameIndex<Char>::CName& CXmlNameIndex<Char>::Find(CView svNamespace, CView svLocalName)
 {
-    const CKeyView key(FindNamespace(strNamespace), strLocalName);
+    const CKeyView key(FindNamespace(svNamespace), svLocalName);
     CPlace& place = m_cache[GetPlace(key)];
     for (CName* pName : place)
     {
-        if (pName != nullptr && pName->first.first == key.first && pName->first.second == strLocalName)
+        if (pName != nullptr && pName->first.first == key.first && pName->first.second == svLocalName)
             return *pName;
     }
     place[1] = place[0];
@@ -138,11 +138,11 @@ const SXmlName& CXmlNameTable::Find(const char* lpcName)
     return pName->second.name;
 }
 
-const SXmlName& CXmlNameTable::Find(std::wstring_view strNamespaceURI, std::wstring_view strLocalName)
+const SXmlName& CXmlNameTable::Find(std::wstring_view svNamespaceURI, std::wstring_view svLocalName)
 {
     if (m_pTextNames == nullptr)
         m_pTextNames = std::make_unique<CTextIndex>(m_pStore);
-    return m_pTextNames->Find(strNamespaceURI, strLocalName).second.name;
+    return m_pTextNames->Find(svNamespaceURI, svLocalName).second.name;
 }
 
 } // namespace QvXmlLib9

@@ -60,7 +60,7 @@ public:
     CXmlNameIndex(const CXmlNameIndex&) = delete;
     CXmlNameIndex& operator=(const CXmlNameIndex&) = delete;
 
-    CName& Find(CView strNamespace, CView strLocalName);
+    CName& Find(CView svNamespace, CView svLocalName);
 
 private:
     using CKeyView = std::pair<const CNamespace*, CView>;
@@ -68,7 +68,7 @@ private:
     using CPlace = std::array<CName*, 2>;
 
     static std::size_t GetPlace(const CKeyView& key);
-    const CNamespace* FindNamespace(CView strNamespace);
+    const CNamespace* FindNamespace(CView svNamespace);
     CName& FindInMap(const CKeyView& key);
 
     CXmlNodeStore* m_pStore;
@@ -96,7 +96,7 @@ public:
     const SXmlName& Find(const char* lpcName);
 
     /// The record of a name given as text.
-    const SXmlName& Find(std::wstring_view strNamespaceURI, std::wstring_view strLocalName);
+    const SXmlName& Find(std::wstring_view svNamespaceURI, std::wstring_view svLocalName);
 
 private:
     using CUtf8Index = CXmlNameIndex<char>;

@@ -13,11 +13,11 @@ namespace QvXmlLib9
 /// Appends the octets of a text. Only alphabets of 4 and 8 bits a character are written.
 /// @throws CQvException "Failed to write FastInfoset. ..." for a character that is not in the alphabet, and for an
 ///         alphabet that cannot be used.
-void AppendRestrictedAlphabetString(std::string& strOctets, std::wstring_view strAlphabet, std::wstring_view strText);
+void AppendRestrictedAlphabetString(std::string& strOctets, std::wstring_view svAlphabet, std::wstring_view svText);
 
 /// Appends the text of octets, for alphabets of any width.
 /// @throws CQvException "Failed to parse FastInfoset. ..." for a position that the alphabet lacks, and for an alphabet
 ///         that cannot be used.
-void DecodeRestrictedAlphabetString(std::wstring& strText, std::wstring_view strAlphabet, std::string_view strOctets);
+void DecodeRestrictedAlphabetString(std::wstring& strText, std::wstring_view svAlphabet, std::string_view svOctets);
 
 } // namespace QvXmlLib9

@@ -21,6 +21,6 @@ inline constexpr std::array<std::string_view, 9> g_fiDeclarations = {
 };
 
 /// What identifies a Fast Infoset document, and version 1 of the form (X.891, 12.6 and 12.7).
-inline constexpr std::string_view g_strFIIdentification("\xE0\x00\x00\x01", 4);
+inline constexpr std::string_view g_svFIIdentification("\xE0\x00\x00\x01", 4);
 
 } // namespace QvXmlLib9

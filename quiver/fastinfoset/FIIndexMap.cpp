@@ -14,12 +14,12 @@ constexpr std::size_t s_nFirstSlots = 32;
 
 // --- CFIIndexMap ---------------------------------------------------------------------------------------------------
 
-std::uint32_t CFIIndexMap::Hash(std::wstring_view strText, std::uint32_t dwNumber)
+std::uint32_t CFIIndexMap::Hash(std::wstring_view svText, std::uint32_t dwNumber)
 {
-    return static_cast<std::uint32_t>(HashText(GetHashKey(), strText, dwNumber));
+    return static_cast<std::uint32_t>(HashText(GetHashKey(), svText, dwNumber));
 }
 
-std::size_t CFIIndexMap::FindSlot(std::wstring_view strText, std::uint32_t dwNumber, std::uint32_t dwHash) const
+std::size_t CFIIndexMap::FindSlot(std::wstring_view svText, std::uint32_t dwNumber, std::uint32_t dwHash) const
 {
     const std::size_t nMask = m_slots.size() - 1;
     std::size_t nSlot = dwHash & nMask;
@@ -27,7 +27,7 @@ std::size_t CFIIndexMap::FindSlot(std::wstring_view strText, std::uint32_t dwNum
     {
         if (m_slots[nSlot].dwHash != dwHash)
             continue;
-        if (IsAt(m_slots[nSlot].dwIndex, strText, dwNumber))
+        if (IsAt(m_slots[nSlot].dwIndex, svText, dwNumber))
             break;
     }
     return nSlot;
@@ -42,47 +42,47 @@ std::size_t CFIIndexMap::FindSlot(const SShortSlot& text) const
     return nSlot;
 }
 
-std::uint32_t CFIIndexMap::Add(std::wstring_view strText, std::uint32_t dwNumber)
+std::uint32_t CFIIndexMap::Add(std::wstring_view svText, std::uint32_t dwNumber)
 {
     if (m_entries.size() >= s_nMaxEntries)
-        return Find(strText, dwNumber);
-    if (IsShort(strText, dwNumber))
-        return AddShort(strText);
+        return Find(svText, dwNumber);
+    if (IsShort(svText, dwNumber))
+        return AddShort(svText);
     if ((m_entries.size() - m_nShort + 1) * 2 > m_slots.size())
         Grow();
-    const std::uint32_t dwHash = Hash(strText, dwNumber);
-    SSlot& slot = m_slots[FindSlot(strText, dwNumber, dwHash)];
+    const std::uint32_t dwHash = Hash(svText, dwNumber);
+    SSlot& slot = m_slots[FindSlot(svText, dwNumber, dwHash)];
     if (slot.dwIndex == 0)
-        slot = {AddEntry(strText, dwNumber), dwHash};
+        slot = {AddEntry(svText, dwNumber), dwHash};
     return slot.dwIndex;
 }
 
-void CFIIndexMap::AddAgain(std::wstring_view strText, std::uint32_t dwNumber)
+void CFIIndexMap::AddAgain(std::wstring_view svText, std::uint32_t dwNumber)
 {
     if (m_entries.size() < s_nMaxEntries)
-        AddEntry(strText, dwNumber);
+        AddEntry(svText, dwNumber);
 }
 
-std::uint32_t CFIIndexMap::AddShort(std::wstring_view strText)
+std::uint32_t CFIIndexMap::AddShort(std::wstring_view svText)
 {
     if ((m_nShort + 1) * 4 > m_shortSlots.size() * 3)
         GrowShort();
-    SShortSlot text(strText);
+    SShortSlot text(svText);
     SShortSlot& slot = m_shortSlots[FindSlot(text)];
     if (slot.dwIndex == 0)
     {
-        text.dwIndex = AddEntry(strText, 0);
+        text.dwIndex = AddEntry(svText, 0);
         slot = text;
         ++m_nShort;
     }
     return slot.dwIndex;
 }
 
-std::uint32_t CFIIndexMap::AddEntry(std::wstring_view strText, std::uint32_t dwNumber)
+std::uint32_t CFIIndexMap::AddEntry(std::wstring_view svText, std::uint32_t dwNumber)
 {
     const std::size_t nOffset = m_strTexts.size();
-    m_strTexts.append(strText);
-    m_entries.push_back({nOffset, strText.size(), dwNumber});
+    m_strTexts.append(svText);
+    m_entries.push_back({nOffset, svText.size(), dwNumber});
     return static_cast<std::uint32_t>(m_entries.size());
 }
 
@@ -121,30 +121,30 @@ void CFIIndexMap::GrowShort()
 
 // --- CFINameMap -----------------------------------------------------------------------------------------------------
 
-CFINameMap::Qualifier CFINameMap::FindQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace)
+CFINameMap::Qualifier CFINameMap::FindQualifier(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
-    if (IsLastQualifier(strPrefix, strNamespace))
+    if (IsLastQualifier(svPrefix, svNamespace))
         return m_lastQualifier;
-    const std::uint32_t dwPrefix = strPrefix.empty() ? 0 : m_prefixes.Find(strPrefix);
-    if (dwPrefix == 0 && !strPrefix.empty())
+    const std::uint32_t dwPrefix = svPrefix.empty() ? 0 : m_prefixes.Find(svPrefix);
+    if (dwPrefix == 0 && !svPrefix.empty())
         return s_nUnknownQualifier;
-    const bool bNone = strPrefix.empty() && strNamespace.empty();
-    const Qualifier qualifier = bNone ? s_nNoQualifier : m_qualifiers.Find(strNamespace, dwPrefix);
+    const bool bNone = svPrefix.empty() && svNamespace.empty();
+    const Qualifier qualifier = bNone ? s_nNoQualifier : m_qualifiers.Find(svNamespace, dwPrefix);
     if (!bNone && qualifier == 0)
         return s_nUnknownQualifier;
-    SetLastQualifier(strPrefix, strNamespace, qualifier);
+    SetLastQualifier(svPrefix, svNamespace, qualifier);
     return qualifier;
 }
 
-std::uint32_t CFINameMap::Find(std::wstring_view strLocalName, Qualifier qualifier)
+std::uint32_t CFINameMap::Find(std::wstring_view svLocalName, Qualifier qualifier)
 {
     const std::uint32_t dwExpected = m_followers.empty() ? 0 : m_followers[m_dwLast];
-    if (dwExpected != 0 && m_localNames.IsAt(dwExpected, strLocalName, qualifier))
+    if (dwExpected != 0 && m_localNames.IsAt(dwExpected, svLocalName, qualifier))
     {
         m_dwLast = dwExpected;
         return dwExpected;
     }
-    const std::uint32_t dwIndex = m_localNames.Find(strLocalName, qualifier);
+    const std::uint32_t dwIndex = m_localNames.Find(svLocalName, qualifier);
     if (dwIndex != 0)
     {
         m_followers.resize(m_localNames.GetCount() + 1);
@@ -158,39 +158,39 @@ void CFINameMap::Add(const SName& name)
 {
     if (m_localNames.GetCount() >= CFIIndexMap::s_nMaxEntries)
         return;
-    if (!IsLastQualifier(name.strPrefix, name.strNamespace))
+    if (!IsLastQualifier(name.svPrefix, name.svNamespace))
     {
-        const bool bNone = name.strNamespace.empty() && name.strPrefix.empty();
-        const std::uint32_t dwPrefix = name.strPrefix.empty() ? 0 : m_prefixes.Add(name.strPrefix);
-        SetLastQualifier(name.strPrefix, name.strNamespace,
-                         bNone ? s_nNoQualifier : m_qualifiers.Add(name.strNamespace, dwPrefix));
+        const bool bNone = name.svNamespace.empty() && name.svPrefix.empty();
+        const std::uint32_t dwPrefix = name.svPrefix.empty() ? 0 : m_prefixes.Add(name.svPrefix);
+        SetLastQualifier(name.svPrefix, name.svNamespace,
+                         bNone ? s_nNoQualifier : m_qualifiers.Add(name.svNamespace, dwPrefix));
     }
-    m_localNames.Add(name.strLocalName, m_lastQualifier);
+    m_localNames.Add(name.svLocalName, m_lastQualifier);
 }
 
 void CFINameMap::AddAgain(const SName& name)
 {
-    m_localNames.AddAgain(name.strLocalName, FindQualifier(name.strPrefix, name.strNamespace));
+    m_localNames.AddAgain(name.svLocalName, FindQualifier(name.svPrefix, name.svNamespace));
 }
 
-void CFINameMap::SetLastQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace, Qualifier qualifier)
+void CFINameMap::SetLastQualifier(std::wstring_view svPrefix, std::wstring_view svNamespace, Qualifier qualifier)
 {
-    m_strLastPrefix = strPrefix;
-    m_strLastNamespace = strNamespace;
+    m_strLastPrefix = svPrefix;
+    m_strLastNamespace = svNamespace;
     m_lastQualifier = qualifier;
 }
 
 CFINameMap::SName CFINameMap::GetName(std::uint32_t dwIndex) const
 {
     SName name;
-    name.strLocalName = m_localNames.GetText(dwIndex);
+    name.svLocalName = m_localNames.GetText(dwIndex);
     const std::uint32_t dwQualifier = m_localNames.GetNumber(dwIndex);
     if (dwQualifier == 0)
         return name;
-    name.strNamespace = m_qualifiers.GetText(dwQualifier);
+    name.svNamespace = m_qualifiers.GetText(dwQualifier);
     const std::uint32_t dwPrefix = m_qualifiers.GetNumber(dwQualifier);
     if (dwPrefix != 0)
-        name.strPrefix = m_prefixes.GetText(dwPrefix);
+        name.svPrefix = m_prefixes.GetText(dwPrefix);
     return name;
 }
 

@@ -23,28 +23,28 @@ public:
     static constexpr std::size_t s_nMaxEntries = 1048576;
 
     /// Index of a text, or 0 if it is not in the map.
-    std::uint32_t Find(std::wstring_view strText, std::uint32_t dwNumber = 0) const
+    std::uint32_t Find(std::wstring_view svText, std::uint32_t dwNumber = 0) const
     {
-        if (IsShort(strText, dwNumber))
-            return m_shortSlots.empty() ? 0 : m_shortSlots[FindSlot(SShortSlot(strText))].dwIndex;
-        return m_slots.empty() ? 0 : m_slots[FindSlot(strText, dwNumber, Hash(strText, dwNumber))].dwIndex;
+        if (IsShort(svText, dwNumber))
+            return m_shortSlots.empty() ? 0 : m_shortSlots[FindSlot(SShortSlot(svText))].dwIndex;
+        return m_slots.empty() ? 0 : m_slots[FindSlot(svText, dwNumber, Hash(svText, dwNumber))].dwIndex;
     }
 
     /// Whether `Find` would give this index.
-    bool IsAt(std::uint32_t dwIndex, std::wstring_view strText, std::uint32_t dwNumber) const
+    bool IsAt(std::uint32_t dwIndex, std::wstring_view svText, std::uint32_t dwNumber) const
     {
         const SEntry& entry = m_entries[dwIndex - 1];
-        return entry.dwNumber == dwNumber && entry.nLength == strText.size() &&
-               std::equal(strText.begin(), strText.end(),
+        return entry.dwNumber == dwNumber && entry.nLength == svText.size() &&
+               std::equal(svText.begin(), svText.end(),
                           m_strTexts.begin() + static_cast<std::ptrdiff_t>(entry.nOffset));
     }
 
     /// Adds a text with the next index. A text that is there keeps its index; a full map stays as it is.
     /// @return the text's index, 0 if the map is full.
-    std::uint32_t Add(std::wstring_view strText, std::uint32_t dwNumber = 0);
+    std::uint32_t Add(std::wstring_view svText, std::uint32_t dwNumber = 0);
 
     /// Gives the next index to a text that is there already: it keeps its first one, and the next text gets one more.
-    void AddAgain(std::wstring_view strText, std::uint32_t dwNumber = 0);
+    void AddAgain(std::wstring_view svText, std::uint32_t dwNumber = 0);
 
     std::size_t GetCount() const { return m_entries.size(); }
 
@@ -74,14 +74,14 @@ private:
         static constexpr std::size_t s_nMaxUnits = 6;
 
         SShortSlot() = default;
-        explicit SShortSlot(std::wstring_view strText)
+        explicit SShortSlot(std::wstring_view svText)
         {
-            for (std::size_t n = 0; n < strText.size(); ++n)
+            for (std::size_t n = 0; n < svText.size(); ++n)
             {
                 if (n < 4)
-                    nFirstUnits |= static_cast<std::uint64_t>(strText[n]) << (16 * n);
+                    nFirstUnits |= static_cast<std::uint64_t>(svText[n]) << (16 * n);
                 else
-                    nLastUnits |= static_cast<std::uint32_t>(strText[n]) << (16 * (n - 4));
+                    nLastUnits |= static_cast<std::uint32_t>(svText[n]) << (16 * (n - 4));
             }
         }
         bool HasText(const SShortSlot& other) const
@@ -95,15 +95,15 @@ private:
         std::uint32_t dwIndex = 0;
     };
 
-    static bool IsShort(std::wstring_view strText, std::uint32_t dwNumber)
+    static bool IsShort(std::wstring_view svText, std::uint32_t dwNumber)
     {
-        return strText.size() <= SShortSlot::s_nMaxUnits && dwNumber == 0;
+        return svText.size() <= SShortSlot::s_nMaxUnits && dwNumber == 0;
     }
-    std::uint32_t AddShort(std::wstring_view strText);
-    std::uint32_t AddEntry(std::wstring_view strText, std::uint32_t dwNumber);
+    std::uint32_t AddShort(std::wstring_view svText);
+    std::uint32_t AddEntry(std::wstring_view svText, std::uint32_t dwNumber);
     std::size_t FindSlot(const SShortSlot& text) const;
-    static std::uint32_t Hash(std::wstring_view strText, std::uint32_t dwNumber);
-    std::size_t FindSlot(std::wstring_view strText, std::uint32_t dwNumber, std::uint32_t dwHash) const;
+    static std::uint32_t Hash(std::wstring_view svText, std::uint32_t dwNumber);
+    std::size_t FindSlot(std::wstring_view svText, std::uint32_t dwNumber, std::uint32_t dwHash) const;
     void Grow();
     void GrowShort();
 
@@ -123,9 +123,9 @@ public:
     /// Parts that are not there are empty.
     struct SName
     {
-        std::wstring_view strPrefix;
-        std::wstring_view strNamespace;
-        std::wstring_view strLocalName;
+        std::wstring_view svPrefix;
+        std::wstring_view svNamespace;
+        std::wstring_view svLocalName;
     };
 
     /// A namespace with its prefix that is in the map.
@@ -135,13 +135,13 @@ public:
 
     /// The qualifier of namespace and prefix, so that several names with it can be found by their local names;
     /// `s_nUnknownQualifier` if no name in the map has it.
-    Qualifier FindQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace);
+    Qualifier FindQualifier(std::wstring_view svPrefix, std::wstring_view svNamespace);
 
     /// Index of a name, or 0 if it is not in the map.
-    std::uint32_t Find(std::wstring_view strLocalName, Qualifier qualifier);
+    std::uint32_t Find(std::wstring_view svLocalName, Qualifier qualifier);
     std::uint32_t Find(const SName& name)
     {
-        return Find(name.strLocalName, FindQualifier(name.strPrefix, name.strNamespace));
+        return Find(name.svLocalName, FindQualifier(name.svPrefix, name.svNamespace));
     }
 
     /// Adds a name with the next index. A name that is there keeps its index; a full map stays as it is.
@@ -156,11 +156,11 @@ public:
     SName GetName(std::uint32_t dwIndex) const;
 
 private:
-    bool IsLastQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace) const
+    bool IsLastQualifier(std::wstring_view svPrefix, std::wstring_view svNamespace) const
     {
-        return strNamespace == m_strLastNamespace && strPrefix == m_strLastPrefix;
+        return svNamespace == m_strLastNamespace && svPrefix == m_strLastPrefix;
     }
-    void SetLastQualifier(std::wstring_view strPrefix, std::wstring_view strNamespace, Qualifier qualifier);
+    void SetLastQualifier(std::wstring_view svPrefix, std::wstring_view svNamespace, Qualifier qualifier);
 
     /// Prefixes; namespaces with the index of the prefix, or 0 for none; local names with the index of that pair, or 0
     /// if there is neither namespace nor prefix.

@@ -15,10 +15,10 @@ namespace QvXmlLib9
 class CFIOctetReader
 {
 public:
-    /// @param strOctets the buffer, which must live as long as the reader.
-    explicit CFIOctetReader(std::string_view strOctets)
-        : m_pNext(reinterpret_cast<const unsigned char*>(strOctets.data()))
-        , m_pEnd(m_pNext + strOctets.size())
+    /// @param svOctets the buffer, which must live as long as the reader.
+    explicit CFIOctetReader(std::string_view svOctets)
+        : m_pNext(reinterpret_cast<const unsigned char*>(svOctets.data()))
+        , m_pEnd(m_pNext + svOctets.size())
     {
     }
 

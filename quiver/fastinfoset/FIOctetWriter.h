@@ -24,10 +24,10 @@ public:
     std::size_t GetCount() const { return m_pStream->GetLength() - m_ulStart; }
 
     void WriteOctet(unsigned char by) { m_pStream->Append(by); }
-    void WriteOctets(std::string_view strOctets)
+    void WriteOctets(std::string_view svOctets)
     {
-        m_pStream->Append(reinterpret_cast<const unsigned char*>(strOctets.data()),
-                          static_cast<unsigned long>(strOctets.size()));
+        m_pStream->Append(reinterpret_cast<const unsigned char*>(svOctets.data()),
+                          static_cast<unsigned long>(svOctets.size()));
     }
 
     // Integers from 1.

@@ -47,9 +47,9 @@ void PrintMap(const wchar_t* lpctTitle, const CFINameMap& map)
     for (std::uint32_t n = 1; n <= map.GetCount(); ++n)
     {
         const CFINameMap::SName name = map.GetName(n);
-        std::wstring strKey(name.strLocalName);
-        strKey.append(1, s_cPartSeparator).append(name.strNamespace);
-        strKey.append(1, s_cPartSeparator).append(name.strPrefix);
+        std::wstring strKey(name.svLocalName);
+        strKey.append(1, s_cPartSeparator).append(name.svNamespace);
+        strKey.append(1, s_cPartSeparator).append(name.svPrefix);
         PrintEntry(strKey, n);
     }
 }
@@ -77,68 +77,67 @@ CFIVocabulary::CFIVocabulary(const CFIVocabulary& source) = default;
 CFIVocabulary& CFIVocabulary::operator=(const CFIVocabulary& source) = default;
 CFIVocabulary::~CFIVocabulary() = default;
 
-void CFIVocabulary::AddAttribute(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                                 std::wstring_view strLocalName)
+void CFIVocabulary::AddAttribute(std::wstring_view svPrefix, std::wstring_view svNamespace,
+                                 std::wstring_view svLocalName)
 {
-    AddQName(strPrefix, strNamespace, strLocalName, m_attributeNameMap, m_attributeNames);
+    AddQName(svPrefix, svNamespace, svLocalName, m_attributeNameMap, m_attributeNames);
 }
 
-void CFIVocabulary::AddElement(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                               std::wstring_view strLocalName)
+void CFIVocabulary::AddElement(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName)
 {
-    AddQName(strPrefix, strNamespace, strLocalName, m_elementNameMap, m_elementNames);
+    AddQName(svPrefix, svNamespace, svLocalName, m_elementNameMap, m_elementNames);
 }
 
-void CFIVocabulary::AddAttributeValue(std::wstring_view strValue)
+void CFIVocabulary::AddAttributeValue(std::wstring_view svValue)
 {
-    AddValue(strValue, m_attributeValueMap, m_attributeValues);
+    AddValue(svValue, m_attributeValueMap, m_attributeValues);
 }
 
-void CFIVocabulary::AddElementValue(std::wstring_view strValue)
+void CFIVocabulary::AddElementValue(std::wstring_view svValue)
 {
-    AddValue(strValue, m_characterChunkMap, m_characterChunks);
+    AddValue(svValue, m_characterChunkMap, m_characterChunks);
 }
 
-void CFIVocabulary::AddPrefixName(std::wstring_view strValue)
+void CFIVocabulary::AddPrefixName(std::wstring_view svValue)
 {
-    AddValue(strValue, m_prefixNameMap, m_prefixNames);
+    AddValue(svValue, m_prefixNameMap, m_prefixNames);
 }
 
-void CFIVocabulary::AddNamespaceName(std::wstring_view strValue)
+void CFIVocabulary::AddNamespaceName(std::wstring_view svValue)
 {
-    AddValue(strValue, m_namespaceNameMap, m_namespaceNames);
+    AddValue(svValue, m_namespaceNameMap, m_namespaceNames);
 }
 
-void CFIVocabulary::AddLocalName(std::wstring_view strValue)
+void CFIVocabulary::AddLocalName(std::wstring_view svValue)
 {
-    AddValue(strValue, m_localNameMap, m_localNames);
+    AddValue(svValue, m_localNameMap, m_localNames);
 }
 
-void CFIVocabulary::AddQName(std::wstring_view strPrefix, std::wstring_view strNamespace,
-                             std::wstring_view strLocalName, CFINameMap& map, CFIQNameTable& table)
+void CFIVocabulary::AddQName(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName,
+                             CFINameMap& map, CFIQNameTable& table)
 {
     std::wstring strPrefixBuffer;
     std::wstring strNamespaceBuffer;
     std::wstring strLocalNameBuffer;
-    const CFINameMap::SName name{ToUnitText(strPrefix, strPrefixBuffer), ToUnitText(strNamespace, strNamespaceBuffer),
-                                 ToUnitText(strLocalName, strLocalNameBuffer)};
+    const CFINameMap::SName name{ToUnitText(svPrefix, strPrefixBuffer), ToUnitText(svNamespace, strNamespaceBuffer),
+                                 ToUnitText(svLocalName, strLocalNameBuffer)};
     if (map.Find(name) != 0)
         return;
     const std::uint32_t dwPrefixIndex =
-        name.strPrefix.empty() ? 0 : FindOrAddPart(name.strPrefix, m_prefixNameMap, m_prefixNames);
+        name.svPrefix.empty() ? 0 : FindOrAddPart(name.svPrefix, m_prefixNameMap, m_prefixNames);
     const std::uint32_t dwNamespaceIndex =
-        name.strNamespace.empty() ? 0 : FindOrAddPart(name.strNamespace, m_namespaceNameMap, m_namespaceNames);
-    const std::uint32_t dwLocalNameIndex = FindOrAddPart(name.strLocalName, m_localNameMap, m_localNames);
+        name.svNamespace.empty() ? 0 : FindOrAddPart(name.svNamespace, m_namespaceNameMap, m_namespaceNames);
+    const std::uint32_t dwLocalNameIndex = FindOrAddPart(name.svLocalName, m_localNameMap, m_localNames);
     map.Add(name);
     AddQNameToVector(dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex, table);
 }
 
-std::uint32_t CFIVocabulary::FindOrAddPart(std::wstring_view strPart, CFIIndexMap& map, CFIStringTable& table)
+std::uint32_t CFIVocabulary::FindOrAddPart(std::wstring_view svPart, CFIIndexMap& map, CFIStringTable& table)
 {
-    const std::uint32_t dwIndex = map.Find(strPart);
+    const std::uint32_t dwIndex = map.Find(svPart);
     if (dwIndex != 0)
         return dwIndex;
-    AddValue(strPart, map, table);
+    AddValue(svPart, map, table);
     return static_cast<std::uint32_t>(table.m_table.size());
 }
 
@@ -149,18 +148,18 @@ void CFIVocabulary::AddQNameToVector(std::uint32_t dwPrefixIndex, std::uint32_t 
         table.m_table.push_back({dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex});
 }
 
-void CFIVocabulary::AddValue(std::wstring_view strValue, CFIIndexMap& map, CFIStringTable& table)
+void CFIVocabulary::AddValue(std::wstring_view svValue, CFIIndexMap& map, CFIStringTable& table)
 {
     std::wstring strBuffer;
-    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
-    map.Add(strUnits);
-    AddValueToVector(strUnits, table);
+    const std::wstring_view svUnits = ToUnitText(svValue, strBuffer);
+    map.Add(svUnits);
+    AddValueToVector(svUnits, table);
 }
 
-void CFIVocabulary::AddValueToVector(std::wstring_view strValue, CFIStringTable& table)
+void CFIVocabulary::AddValueToVector(std::wstring_view svValue, CFIStringTable& table)
 {
     if (table.m_table.size() < CFIIndexMap::s_nMaxEntries)
-        table.m_table.emplace_back(strValue);
+        table.m_table.emplace_back(svValue);
 }
 
 void CFIVocabulary::Dump() const

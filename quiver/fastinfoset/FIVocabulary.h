@@ -93,21 +93,21 @@ public:
     const CFIStringTable& GetPrefixNamesTable() const { return m_prefixNames; }
 
     /// Adds the name of an attribute and the parts of it that are new. A name that is there already is left alone.
-    /// @param strPrefix empty for none.
-    /// @param strNamespace empty for none.
-    void AddAttribute(std::wstring_view strPrefix, std::wstring_view strNamespace, std::wstring_view strLocalName);
+    /// @param svPrefix empty for none.
+    /// @param svNamespace empty for none.
+    void AddAttribute(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName);
 
     /// Adds the name of an element, as AddAttribute does.
-    void AddElement(std::wstring_view strPrefix, std::wstring_view strNamespace, std::wstring_view strLocalName);
+    void AddElement(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName);
 
     // None of these looks for the text first: adding one twice makes two entries, of which writing uses the first.
 
-    void AddAttributeValue(std::wstring_view strValue);
+    void AddAttributeValue(std::wstring_view svValue);
     /// Adds a text of elements.
-    void AddElementValue(std::wstring_view strValue);
-    void AddPrefixName(std::wstring_view strValue);
-    void AddNamespaceName(std::wstring_view strValue);
-    void AddLocalName(std::wstring_view strValue);
+    void AddElementValue(std::wstring_view svValue);
+    void AddPrefixName(std::wstring_view svValue);
+    void AddNamespaceName(std::wstring_view svValue);
+    void AddLocalName(std::wstring_view svValue);
 
     /// Prints the entries by which texts and names are found to the standard output, for debugging.
     void Dump() const;
@@ -121,13 +121,13 @@ private:
     CFIVocabulary(const CFIVocabulary& source);
     CFIVocabulary& operator=(const CFIVocabulary& source);
 
-    void AddQName(std::wstring_view strPrefix, std::wstring_view strNamespace, std::wstring_view strLocalName,
+    void AddQName(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName,
                   CFINameMap& map, CFIQNameTable& table);
-    std::uint32_t FindOrAddPart(std::wstring_view strPart, CFIIndexMap& map, CFIStringTable& table);
+    std::uint32_t FindOrAddPart(std::wstring_view svPart, CFIIndexMap& map, CFIStringTable& table);
     static void AddQNameToVector(std::uint32_t dwPrefixIndex, std::uint32_t dwNamespaceIndex,
                                  std::uint32_t dwLocalNameIndex, CFIQNameTable& table);
-    static void AddValue(std::wstring_view strValue, CFIIndexMap& map, CFIStringTable& table);
-    static void AddValueToVector(std::wstring_view strValue, CFIStringTable& table);
+    static void AddValue(std::wstring_view svValue, CFIIndexMap& map, CFIStringTable& table);
+    static void AddValueToVector(std::wstring_view svValue, CFIStringTable& table);
 
     std::vector<std::wstring> m_restrictedAlphabets;
 

@@ -56,22 +56,22 @@ void AppendBigEndian(std::string& strOctets, TBits nBits)
         strOctets += static_cast<char>(nBits >> nShift & 0xFF);
 }
 
-void AppendText(std::string& strOctets, std::wstring_view strText)
+void AppendText(std::string& strOctets, std::wstring_view svText)
 {
-    const bool bWellFormed = AppendUtf8(strOctets, strText);
+    const bool bWellFormed = AppendUtf8(strOctets, svText);
     QV_ASSERT_MSG(bWellFormed, "dwActualLen == dwUtf8Len");
 }
 
 /// Reads an integer as it is printed, in up to 18 digits; false for any other text.
-bool ReadPlainInteger(std::wstring_view strText, std::int64_t& nValue)
+bool ReadPlainInteger(std::wstring_view svText, std::int64_t& nValue)
 {
-    const bool bNegative = !strText.empty() && strText.front() == L'-';
+    const bool bNegative = !svText.empty() && svText.front() == L'-';
     if (bNegative)
-        strText.remove_prefix(1);
-    if (strText.empty() || strText.size() > 18)
+        svText.remove_prefix(1);
+    if (svText.empty() || svText.size() > 18)
         return false;
     nValue = 0;
-    for (const wchar_t c : strText)
+    for (const wchar_t c : svText)
     {
         if (c < L'0' || c > L'9')
             return false;
@@ -83,10 +83,10 @@ bool ReadPlainInteger(std::wstring_view strText, std::int64_t& nValue)
 }
 
 /// Appends an integer in the way that needs no string; false if that does not do.
-bool TryAppendInteger(std::string& strOctets, unsigned long ulIndex, std::wstring_view strText)
+bool TryAppendInteger(std::string& strOctets, unsigned long ulIndex, std::wstring_view svText)
 {
     std::int64_t nValue = 0;
-    if (ulIndex < Algorithm_Short || ulIndex > Algorithm_Long || !ReadPlainInteger(strText, nValue))
+    if (ulIndex < Algorithm_Short || ulIndex > Algorithm_Long || !ReadPlainInteger(svText, nValue))
         return false;
     if (ulIndex == Algorithm_Long)
         AppendBigEndian(strOctets, static_cast<std::uint64_t>(nValue));
@@ -152,14 +152,14 @@ TValue ReadBigEndian(const unsigned char* p)
 
 /// The texts of values of `nWidth` octets each, divided by blanks.
 template <class FnToString>
-std::wstring DecodeFixedWidth(std::string_view strOctets, std::size_t nWidth, const wchar_t* lpctFailure,
+std::wstring DecodeFixedWidth(std::string_view svOctets, std::size_t nWidth, const wchar_t* lpctFailure,
                               FnToString fnToString)
 {
-    if (strOctets.size() % nWidth != 0)
+    if (svOctets.size() % nWidth != 0)
         throw CQvException(lpctFailure);
     std::wstring strText;
-    const auto* p = reinterpret_cast<const unsigned char*>(strOctets.data());
-    for (const unsigned char* const pEnd = p + strOctets.size(); p != pEnd; p += nWidth)
+    const auto* p = reinterpret_cast<const unsigned char*>(svOctets.data());
+    for (const unsigned char* const pEnd = p + svOctets.size(); p != pEnd; p += nWidth)
     {
         if (!strText.empty())
             strText += L' ';
@@ -168,19 +168,19 @@ std::wstring DecodeFixedWidth(std::string_view strOctets, std::size_t nWidth, co
     return strText;
 }
 
-std::wstring DecodeBooleans(std::string_view strOctets)
+std::wstring DecodeBooleans(std::string_view svOctets)
 {
     std::wstring strText;
     int nBit = 3;
-    const int nUnused = static_cast<unsigned char>(strOctets.front()) >> 4;
-    for (std::size_t n = 0; n < strOctets.size(); ++n)
+    const int nUnused = static_cast<unsigned char>(svOctets.front()) >> 4;
+    for (std::size_t n = 0; n < svOctets.size(); ++n)
     {
         // No blank between the words of one octet (docs/compatibility.md: Words of booleans).
         if (n != 0)
             strText += L' ';
-        const int nLast = n + 1 == strOctets.size() ? nUnused : 0;
+        const int nLast = n + 1 == svOctets.size() ? nUnused : 0;
         for (; nBit >= nLast; --nBit)
-            strText += CConversions::booleanToString((strOctets[n] >> nBit & 1) != 0);
+            strText += CConversions::booleanToString((svOctets[n] >> nBit & 1) != 0);
         nBit = 7;
     }
     return strText;
@@ -219,12 +219,12 @@ void CFastInfosetBinaryData::SetAsEncodedString(unsigned long ulIndex, const wch
     SetBuffer(reinterpret_cast<const unsigned char*>(strOctets.data()), static_cast<unsigned long>(strOctets.size()));
 }
 
-void CFastInfosetBinaryData::AppendEncoded(std::string& strOctets, unsigned long ulIndex, std::wstring_view strText)
+void CFastInfosetBinaryData::AppendEncoded(std::string& strOctets, unsigned long ulIndex, std::wstring_view svText)
 {
     if (ulIndex == Algorithm_Cdata)
-        AppendText(strOctets, strText);
-    else if (!TryAppendInteger(strOctets, ulIndex, strText))
-        AppendValue(strOctets, ulIndex, std::wstring(strText));
+        AppendText(strOctets, svText);
+    else if (!TryAppendInteger(strOctets, ulIndex, svText))
+        AppendValue(strOctets, ulIndex, std::wstring(svText));
 }
 
 std::wstring CFastInfosetBinaryData::GetAsString(unsigned long ulIndex) const
@@ -232,12 +232,12 @@ std::wstring CFastInfosetBinaryData::GetAsString(unsigned long ulIndex) const
     return Decode(GetView(), ulIndex);
 }
 
-std::wstring CFastInfosetBinaryData::Decode(std::string_view strOctets, unsigned long ulIndex)
+std::wstring CFastInfosetBinaryData::Decode(std::string_view svOctets, unsigned long ulIndex)
 {
-    if (strOctets.empty())
+    if (svOctets.empty())
         return std::wstring();
-    const auto* const pOctets = reinterpret_cast<const unsigned char*>(strOctets.data());
-    const auto ulLength = static_cast<unsigned long>(strOctets.size());
+    const auto* const pOctets = reinterpret_cast<const unsigned char*>(svOctets.data());
+    const auto ulLength = static_cast<unsigned long>(svOctets.size());
     switch (ulIndex)
     {
     case Algorithm_Hexadecimal:
@@ -245,29 +245,29 @@ std::wstring CFastInfosetBinaryData::Decode(std::string_view strOctets, unsigned
     case Algorithm_Base64:
         return CBase64().Encode(pOctets, ulLength);
     case Algorithm_Short:
-        return DecodeFixedWidth(strOctets, 2, L"Invalid value for SHORT byte encoding.",
+        return DecodeFixedWidth(svOctets, 2, L"Invalid value for SHORT byte encoding.",
                                 [](const unsigned char* p)
                                 { return CConversions::i2ToString(ReadBigEndian<std::int16_t, std::uint16_t>(p)); });
     case Algorithm_Int:
-        return DecodeFixedWidth(strOctets, 4, L"Invalid value for INT byte encoding.",
+        return DecodeFixedWidth(svOctets, 4, L"Invalid value for INT byte encoding.",
                                 [](const unsigned char* p)
                                 { return CConversions::i4ToString(ReadBigEndian<std::int32_t, std::uint32_t>(p)); });
     case Algorithm_Long:
-        return DecodeFixedWidth(strOctets, 8, L"Invalid value for LONG byte encoding.",
+        return DecodeFixedWidth(svOctets, 8, L"Invalid value for LONG byte encoding.",
                                 [](const unsigned char* p)
                                 { return CConversions::i8ToString(ReadBigEndian<std::int64_t, std::uint64_t>(p)); });
     case Algorithm_Boolean:
-        return DecodeBooleans(strOctets);
+        return DecodeBooleans(svOctets);
     case Algorithm_Float:
-        return DecodeFixedWidth(strOctets, 4, L"Invalid value for FLOAT byte encoding.",
+        return DecodeFixedWidth(svOctets, 4, L"Invalid value for FLOAT byte encoding.",
                                 [](const unsigned char* p)
                                 { return CConversions::r4ToString(ReadBigEndian<float, std::uint32_t>(p), nullptr); });
     case Algorithm_Double:
-        return DecodeFixedWidth(strOctets, 8, L"Invalid value for DOUBLE byte encoding.",
+        return DecodeFixedWidth(svOctets, 8, L"Invalid value for DOUBLE byte encoding.",
                                 [](const unsigned char* p)
                                 { return CConversions::r8ToString(ReadBigEndian<double, std::uint64_t>(p), nullptr); });
     case Algorithm_Uuid:
-        return DecodeFixedWidth(strOctets, 16, L"Invalid value for UUID byte encoding.",
+        return DecodeFixedWidth(svOctets, 16, L"Invalid value for UUID byte encoding.",
                                 [](const unsigned char* p) { return CBinaryData::GetAsHexString(p, 16); });
     default:
         ThrowUnknown();

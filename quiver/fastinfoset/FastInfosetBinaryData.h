@@ -54,10 +54,10 @@ public:
     std::wstring GetAsString(unsigned long ulIndex) const;
 
     /// What SetAsEncodedString does, without a block of its own: appends the octets to `strOctets`.
-    static void AppendEncoded(std::string& strOctets, unsigned long ulIndex, std::wstring_view strText);
+    static void AppendEncoded(std::string& strOctets, unsigned long ulIndex, std::wstring_view svText);
 
     /// What GetAsString does, for octets that lie anywhere.
-    static std::wstring Decode(std::string_view strOctets, unsigned long ulIndex);
+    static std::wstring Decode(std::string_view svOctets, unsigned long ulIndex);
 };
 
 } // namespace QvXmlLib9

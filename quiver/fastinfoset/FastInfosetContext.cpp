@@ -48,9 +48,9 @@ const SSuggestion s_suggestions[] = {
 
 } // namespace
 
-void CFastInfosetContext::SetExternalVocabularyURI(std::wstring_view strURI)
+void CFastInfosetContext::SetExternalVocabularyURI(std::wstring_view svURI)
 {
-    m_strExternalVocabularyURI = ToUtf16Units(strURI);
+    m_strExternalVocabularyURI = ToUtf16Units(svURI);
 }
 
 CFastInfosetContext::CFastInfosetContext() = default;

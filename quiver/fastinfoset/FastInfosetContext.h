@@ -67,7 +67,7 @@ public:
     /// Names the agreed vocabulary in the documents that use it. If empty, a built-in URI is written. Reading does not
     /// compare it.
     std::wstring GetExternalVocabularyURI() const { return m_strExternalVocabularyURI; }
-    void SetExternalVocabularyURI(std::wstring_view strURI);
+    void SetExternalVocabularyURI(std::wstring_view svURI);
 
     /// The agreed vocabulary, to be filled before use. It belongs to the context.
     CFIVocabulary* GetVocabulary() { return &m_vocabulary; }

@@ -59,10 +59,10 @@ unsigned CountOptional(unsigned char by)
 }
 
 /// Length of UTF-8 in units.
-std::uint32_t CountUnits(std::string_view strUtf8)
+std::uint32_t CountUnits(std::string_view svUtf8)
 {
     std::size_t nUnits = 0;
-    for (const char c : strUtf8)
+    for (const char c : svUtf8)
     {
         const auto by = static_cast<unsigned char>(c);
         nUnits += (by < 0x80 || by >= 0xC0 ? 1u : 0u) + (by >= 0xF0 ? 1u : 0u);
@@ -70,10 +70,10 @@ std::uint32_t CountUnits(std::string_view strUtf8)
     return static_cast<std::uint32_t>(nUnits);
 }
 
-bool IsAscii(std::string_view strOctets)
+bool IsAscii(std::string_view svOctets)
 {
     unsigned char byAll = 0;
-    for (const char c : strOctets)
+    for (const char c : svOctets)
         byAll |= static_cast<unsigned char>(c);
     return byAll < 0x80;
 }
@@ -124,10 +124,10 @@ void CFastInfosetReader::Reset()
     m_strUnits.clear();
 }
 
-bool CFastInfosetReader::Parse(std::string_view strOctets)
+bool CFastInfosetReader::Parse(std::string_view svOctets)
 {
-    m_in = CFIOctetReader(strOctets);
-    m_nDataLen = strOctets.size();
+    m_in = CFIOctetReader(svOctets);
+    m_nDataLen = svOctets.size();
     if (!SkipIdentification())
         return false;
     try
@@ -162,19 +162,19 @@ void CFastInfosetReader::BeginDocument()
 
 bool CFastInfosetReader::SkipIdentification()
 {
-    const std::size_t nLength = g_strFIIdentification.size();
-    if (m_in.GetOctetsLeft() <= nLength || m_in.PeekOctets(nLength) != g_strFIIdentification)
+    const std::size_t nLength = g_svFIIdentification.size();
+    if (m_in.GetOctetsLeft() <= nLength || m_in.PeekOctets(nLength) != g_svFIIdentification)
     {
-        const auto fnMatches = [this](std::string_view strDeclaration)
+        const auto fnMatches = [this](std::string_view svDeclaration)
         {
-            return strDeclaration.size() < m_in.GetOctetsLeft() &&
-                   m_in.PeekOctets(strDeclaration.size()) == strDeclaration;
+            return svDeclaration.size() < m_in.GetOctetsLeft() &&
+                   m_in.PeekOctets(svDeclaration.size()) == svDeclaration;
         };
         const auto it = std::find_if(g_fiDeclarations.begin(), g_fiDeclarations.end(), fnMatches);
         if (it == g_fiDeclarations.end())
             return false;
         m_in.ReadOctets(it->size());
-        if (m_in.PeekOctets(nLength) != g_strFIIdentification)
+        if (m_in.PeekOctets(nLength) != g_svFIIdentification)
             return false;
     }
     m_in.ReadOctets(nLength);
@@ -453,10 +453,10 @@ void CFastInfosetReader::ReadChunk(unsigned char by)
 
 inline void CFastInfosetReader::AppendText(CXmlElement* pElement, const SValue& value)
 {
-    if (value.strUnits.empty())
-        m_pDocument->AppendTextExcludingCR(pElement, value.strUtf8.substr(0, value.strUtf8.find('\0')));
+    if (value.svUnits.empty())
+        m_pDocument->AppendTextExcludingCR(pElement, value.svUtf8.substr(0, value.svUtf8.find('\0')));
     else
-        m_pDocument->AppendTextExcludingCR(pElement, value.strUnits);
+        m_pDocument->AppendTextExcludingCR(pElement, value.svUnits);
 }
 
 /// The text that nodes share, made by `make` when the first of them comes.
@@ -464,7 +464,7 @@ template <class Make>
 CXmlText* CFastInfosetReader::GetShared(STableValue& entry, Make make)
 {
     if (!entry.bShared)
-        entry.pShared = entry.value.strUnits.empty() ? make(entry.value.strUtf8) : make(entry.value.strUnits);
+        entry.pShared = entry.value.svUnits.empty() ? make(entry.value.svUtf8) : make(entry.value.svUnits);
     entry.bShared = true;
     return entry.pShared;
 }
@@ -580,10 +580,10 @@ void CFastInfosetReader::ReadAttributeValue(CXmlElement* pElement, const SXmlNam
     const SValue value = Decode(ReadEncodedStringBit3(by));
     if ((by & s_byAddValue) != 0)
         AddValue(value, m_attributeValues);
-    if (value.strUnits.empty())
-        m_pDocument->AddElementAttribute(pElement, name, value.strUtf8);
+    if (value.svUnits.empty())
+        m_pDocument->AddElementAttribute(pElement, name, value.svUtf8);
     else
-        m_pDocument->AddElementAttribute(pElement, name, value.strUnits);
+        m_pDocument->AddElementAttribute(pElement, name, value.svUnits);
 }
 
 /// @param dwIndex 0 for an empty value.
@@ -604,12 +604,12 @@ void CFastInfosetReader::AddRepeatedAttribute(CXmlElement* pElement, const SXmlN
 
 void CFastInfosetReader::AddValue(const SValue& value, SValues& table) const
 {
-    if (!value.strUtf8.empty() && value.strUtf8.data() == m_strAscii.data())
-        table.values.push_back({SValue(std::string_view(table.asciiTexts.emplace_front(value.strUtf8)))});
-    else if (value.strUnits.empty())
+    if (!value.svUtf8.empty() && value.svUtf8.data() == m_strAscii.data())
+        table.values.push_back({SValue(std::string_view(table.asciiTexts.emplace_front(value.svUtf8)))});
+    else if (value.svUnits.empty())
         table.values.push_back({value});
     else
-        table.values.push_back({SValue(std::wstring_view(table.texts.emplace_front(value.strUnits)))});
+        table.values.push_back({SValue(std::wstring_view(table.texts.emplace_front(value.svUnits)))});
 }
 
 CFastInfosetReader::STableValue& CFastInfosetReader::GetRepeated(std::uint32_t dwIndex, SValues& table)
@@ -618,7 +618,7 @@ CFastInfosetReader::STableValue& CFastInfosetReader::GetRepeated(std::uint32_t d
         ThrowInvalidIndex(dwIndex);
     STableValue& entry = table.values[dwIndex - 1];
     if (!entry.bShared)
-        entry.dwUnits = CountUnits(entry.value.strUtf8) + static_cast<std::uint32_t>(entry.value.strUnits.size());
+        entry.dwUnits = CountUnits(entry.value.svUtf8) + static_cast<std::uint32_t>(entry.value.svUnits.size());
     return entry;
 }
 
@@ -665,17 +665,17 @@ CFastInfosetReader::SValue CFastInfosetReader::Decode(const SEncodedString& enco
     switch (encoded.nForm)
     {
     case s_nFormUtf8:
-        return DecodeUtf8(encoded.strOctets);
+        return DecodeUtf8(encoded.svOctets);
     case s_nFormUtf16:
-        DecodeUtf16Octets(encoded.strOctets);
+        DecodeUtf16Octets(encoded.svOctets);
         break;
     case s_nFormAlphabet:
-        DecodeAlphabet(encoded.dwIndex, encoded.strOctets);
+        DecodeAlphabet(encoded.dwIndex, encoded.svOctets);
         break;
     default:
         if (encoded.dwIndex == s_dwCdata)
-            return DecodeUtf8(encoded.strOctets);
-        m_strUnits = CFastInfosetBinaryData::Decode(encoded.strOctets, encoded.dwIndex);
+            return DecodeUtf8(encoded.svOctets);
+        m_strUnits = CFastInfosetBinaryData::Decode(encoded.svOctets, encoded.dwIndex);
         break;
     }
     return FromUnits();
@@ -693,33 +693,33 @@ CFastInfosetReader::SValue CFastInfosetReader::FromUnits()
     return nAll < 0x80 ? SValue(std::string_view(m_strAscii)) : SValue(std::wstring_view(m_strUnits));
 }
 
-CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view strOctets)
+CFastInfosetReader::SValue CFastInfosetReader::DecodeUtf8(std::string_view svOctets)
 {
-    if (IsAscii(strOctets))
-        return SValue(strOctets);
+    if (IsAscii(svOctets))
+        return SValue(svOctets);
     m_strUnits.clear();
     // What is not well-formed ends ahead of the fault.
-    if (AppendUtf8AsUtf16(m_strUnits, strOctets))
-        return SValue(strOctets);
+    if (AppendUtf8AsUtf16(m_strUnits, svOctets))
+        return SValue(svOctets);
     return SValue(std::wstring_view(m_strUnits));
 }
 
-void CFastInfosetReader::DecodeUtf16Octets(std::string_view strOctets)
+void CFastInfosetReader::DecodeUtf16Octets(std::string_view svOctets)
 {
     // The count of octets counts as a count of units, of which half lie behind the item
     // (docs/compatibility.md: Lengths of UTF-16). Where they would lie behind the buffer, the document ends too early.
-    if (strOctets.size() > m_in.GetOctetsLeft())
+    if (svOctets.size() > m_in.GetOctetsLeft())
         CFIOctetReader::ThrowEndOfFile();
-    m_strUnits = DecodeUtf16(reinterpret_cast<const unsigned char*>(strOctets.data()),
-                             static_cast<unsigned long>(strOctets.size()));
+    m_strUnits = DecodeUtf16(reinterpret_cast<const unsigned char*>(svOctets.data()),
+                             static_cast<unsigned long>(svOctets.size()));
 }
 
-void CFastInfosetReader::DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets)
+void CFastInfosetReader::DecodeAlphabet(std::uint32_t dwIndex, std::string_view svOctets)
 {
     if (dwIndex > m_pVocabulary->m_restrictedAlphabets.size())
         ThrowInvalidIndex(dwIndex);
     m_strUnits.clear();
-    DecodeRestrictedAlphabetString(m_strUnits, m_pVocabulary->m_restrictedAlphabets[dwIndex - 1], strOctets);
+    DecodeRestrictedAlphabetString(m_strUnits, m_pVocabulary->m_restrictedAlphabets[dwIndex - 1], svOctets);
 }
 
 } // namespace QvXmlLib9

@@ -26,7 +26,7 @@ struct SXmlName;
 /// one at all:
 ///
 ///     CFastInfosetReader reader(&context.GetFIContext(), &builder);
-///     if (!reader.Parse(strOctets))
+///     if (!reader.Parse(svOctets))
 ///         ParseText();
 ///
 /// What the tree cannot hold (comments, processing instructions, declarations) is read and passed over. Nothing is
@@ -46,12 +46,12 @@ public:
     ~CFastInfosetReader() override;
 
     /// Reads the document.
-    /// @param strOctets must stay as long as the reader.
+    /// @param svOctets must stay as long as the reader.
     /// @return false if the buffer does not begin like a Fast Infoset document, with or without one of the nine XML
     ///         declarations in front.
     /// @throws CQvException "Failed to parse FastInfoset. ..." with what is wrong; the tree then holds what came ahead
     ///         of it.
-    bool Parse(std::string_view strOctets);
+    bool Parse(std::string_view svOctets);
 
     /// Gives up tables and buffers. Parse cannot be called again.
     void Reset();
@@ -78,7 +78,7 @@ private:
         unsigned nForm;
         /// Of the alphabet or the algorithm, from 1.
         std::uint32_t dwIndex;
-        std::string_view strOctets;
+        std::string_view svOctets;
     };
 
     /// The text of a string: UTF-8 if it stands so in the buffer or is ASCII, since the tree takes that as it is;
@@ -86,17 +86,17 @@ private:
     struct SValue
     {
         SValue() = default;
-        explicit SValue(std::string_view strUtf8_)
-            : strUtf8(strUtf8_)
+        explicit SValue(std::string_view svUtf8_)
+            : svUtf8(svUtf8_)
         {
         }
-        explicit SValue(std::wstring_view strUnits_)
-            : strUnits(strUnits_)
+        explicit SValue(std::wstring_view svUnits_)
+            : svUnits(svUnits_)
         {
         }
 
-        std::string_view strUtf8 = "";
-        std::wstring_view strUnits;
+        std::string_view svUtf8 = "";
+        std::wstring_view svUnits;
     };
 
     /// A value of a table. What the document refers to is made once, and shared by all nodes that have it.
@@ -156,9 +156,9 @@ private:
     SEncodedString ReadEncodedStringBit3(unsigned char by);
     SEncodedString ReadEncodedStringBit5(unsigned char by);
     SValue Decode(const SEncodedString& encoded);
-    SValue DecodeUtf8(std::string_view strOctets);
-    void DecodeUtf16Octets(std::string_view strOctets);
-    void DecodeAlphabet(std::uint32_t dwIndex, std::string_view strOctets);
+    SValue DecodeUtf8(std::string_view svOctets);
+    void DecodeUtf16Octets(std::string_view svOctets);
+    void DecodeAlphabet(std::uint32_t dwIndex, std::string_view svOctets);
     SValue FromUnits();
     void AddValue(const SValue& value, SValues& table) const;
     static STableValue& GetRepeated(std::uint32_t dwIndex, SValues& table);

@@ -17,11 +17,11 @@ namespace QvXmlLib9
 namespace
 {
 
-constexpr std::wstring_view s_strXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
-constexpr std::wstring_view s_strXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::wstring_view s_svXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
+constexpr std::wstring_view s_svXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
 
 /// Names the agreed vocabulary where the context has no name for it.
-constexpr std::wstring_view s_strDefaultVocabularyURI = L"urn:quiver:fastinfoset:default-vocabulary";
+constexpr std::wstring_view s_svDefaultVocabularyURI = L"urn:quiver:fastinfoset:default-vocabulary";
 
 /// One end, or with the next one two, in half octets of ones.
 constexpr unsigned char s_byEnd = 240;
@@ -56,11 +56,11 @@ std::uint32_t GetDecodedSurplus(const CFastInfosetContext& context)
     return 0;
 }
 
-unsigned char PartsOf(std::wstring_view strPrefix, std::wstring_view strNamespace)
+unsigned char PartsOf(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
-    QV_ASSERT_MSG(strPrefix.empty() || !strNamespace.empty(), "!strNamespace.empty()");
-    return static_cast<unsigned char>((strPrefix.empty() ? 0 : s_byHasPrefix) |
-                                      (strNamespace.empty() ? 0 : s_byHasNamespace));
+    QV_ASSERT_MSG(svPrefix.empty() || !svNamespace.empty(), "!strNamespace.empty()");
+    return static_cast<unsigned char>((svPrefix.empty() ? 0 : s_byHasPrefix) |
+                                      (svNamespace.empty() ? 0 : s_byHasNamespace));
 }
 
 } // namespace
@@ -112,7 +112,7 @@ void CFastInfosetWriter::WriteHeader(FInfoDecl eDecl)
         }
         m_out.WriteOctets(g_fiDeclarations[nDecl]);
     }
-    m_out.WriteOctets(g_strFIIdentification);
+    m_out.WriteOctets(g_svFIIdentification);
     if (!m_pFIContext->GetUseGeneratedVocabulary())
     {
         m_out.WriteOctet(0);
@@ -122,8 +122,8 @@ void CFastInfosetWriter::WriteHeader(FInfoDecl eDecl)
     m_out.WriteOctets(std::string_view("\x20\x10\x00", 3));
     std::wstring strBuffer;
     const std::wstring strURI = m_pFIContext->GetExternalVocabularyURI();
-    const std::wstring_view strUnits = ToUnitText(strURI, strBuffer);
-    WriteLiteral(strUnits.empty() ? s_strDefaultVocabularyURI : strUnits);
+    const std::wstring_view svUnits = ToUnitText(strURI, strBuffer);
+    WriteLiteral(svUnits.empty() ? s_svDefaultVocabularyURI : svUnits);
 }
 
 void CFastInfosetWriter::WriteTerminator()
@@ -133,7 +133,7 @@ void CFastInfosetWriter::WriteTerminator()
 
 // --- Elements -------------------------------------------------------------------------------------------------------
 
-void CFastInfosetWriter::StartElement(std::wstring_view strName, std::wstring_view strNamespace)
+void CFastInfosetWriter::StartElement(std::wstring_view svName, std::wstring_view svNamespace)
 {
     FlushPendingElement(false);
     EndChild();
@@ -142,7 +142,7 @@ void CFastInfosetWriter::StartElement(std::wstring_view strName, std::wstring_vi
         ++m_pContext->m_dwChildCount;
         EndStartTag(*m_pContext);
     }
-    m_pPendingContext = CreateContext(strName, strNamespace);
+    m_pPendingContext = CreateContext(svName, svNamespace);
 }
 
 void CFastInfosetWriter::EndChild()
@@ -187,7 +187,7 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
         // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
-        if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
+        if (strNamespace.compare(0, s_svXmlNamespace.size(), s_svXmlNamespace) == 0)
             continue;
         m_out.WriteOctet(s_byPrefixedNamespaceItem);
         WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
@@ -205,16 +205,16 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
         const SElementPrefix& prefix = GetElementPrefix(context);
         m_strElementPrefix.clear();
         if (!prefix.bBare)
-            m_strElementPrefix = prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
-                                                              : BindGeneratedPrefix(context, context.m_strNamespace);
-        m_elementQualifier = map.FindQualifier(m_strElementPrefix, context.m_strNamespace);
+            m_strElementPrefix =
+                prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix : BindGeneratedPrefix(context, context.m_svNamespace);
+        m_elementQualifier = map.FindQualifier(m_strElementPrefix, context.m_svNamespace);
         // A qualifier that is unknown will be known by the next element.
         m_nQualifierNamespaceId = m_elementQualifier == CFINameMap::s_nUnknownQualifier ? 0 : context.m_nNamespaceId;
         m_nQualifierVersion = GetScopeVersion();
     }
-    const CFINameMap::SName name{m_strElementPrefix, context.m_strNamespace, context.m_strElementName};
+    const CFINameMap::SName name{m_strElementPrefix, context.m_svNamespace, context.m_strElementName};
     const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
-    if (dwIndex != 0 && MayRepeatName(name.strNamespace.size() + name.strLocalName.size()))
+    if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
         m_out.WriteIntegerBit3(byCurrent, dwIndex);
     else
         WriteLiteralElementName(byCurrent, name);
@@ -249,83 +249,83 @@ CFastInfosetWriter::CXmlWriterContext& CFastInfosetWriter::BeginAttribute()
     return GetOpenStartTag();
 }
 
-void CFastInfosetWriter::WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace,
-                                        std::wstring_view strValue, ItemType eType)
+void CFastInfosetWriter::WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace,
+                                        std::wstring_view svValue, ItemType eType)
 {
     CXmlWriterContext& context = BeginAttribute();
     std::wstring strNameBuffer;
     std::wstring strNamespaceBuffer;
-    const std::wstring_view strNameUnits = ToUnitText(strName, strNameBuffer);
-    const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strNamespaceBuffer);
-    if (strNamespaceUnits.empty())
-        WriteAttributeName({{}, {}, strNameUnits});
+    const std::wstring_view svNameUnits = ToUnitText(svName, strNameBuffer);
+    const std::wstring_view svNamespaceUnits = ToUnitText(svNamespace, strNamespaceBuffer);
+    if (svNamespaceUnits.empty())
+        WriteAttributeName({{}, {}, svNameUnits});
     else
-        WriteAttributeName({GetPrefix(context, strNamespaceUnits), strNamespaceUnits, strNameUnits});
-    WriteAttributeValue(strValue, eType);
+        WriteAttributeName({GetPrefix(context, svNamespaceUnits), svNamespaceUnits, svNameUnits});
+    WriteAttributeValue(svValue, eType);
 }
 
-void CFastInfosetWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType)
+void CFastInfosetWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType)
 {
     CXmlWriterContext& context = BeginAttribute();
     std::wstring strNamespaceBuffer;
-    const std::wstring_view strNamespace = ToUnitText(strTypeNamespace, strNamespaceBuffer);
-    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+    const std::wstring_view svNamespace = ToUnitText(svTypeNamespace, strNamespaceBuffer);
+    if (svNamespace.empty() || svNamespace == GetDefaultNamespace())
     {
-        WriteAttribute(L"type", s_strXsiNamespace, strTypeName, eType);
+        WriteAttribute(L"type", s_svXsiNamespace, svTypeName, eType);
         return;
     }
     std::wstring strNameBuffer;
-    const std::wstring_view strName = ToUnitText(strTypeName, strNameBuffer);
+    const std::wstring_view svName = ToUnitText(svTypeName, strNameBuffer);
     std::wstring strValue;
-    if (const std::wstring* const pstrPrefix = FindPrefix(strNamespace); pstrPrefix == nullptr)
+    if (const std::wstring* const pstrPrefix = FindPrefix(svNamespace); pstrPrefix == nullptr)
     {
         // docs/compatibility.md: Type attributes without a prefix
-        strValue = BindGeneratedPrefix(context, strNamespace);
-        WriteAttributeName({strValue, strNamespace, strName});
+        strValue = BindGeneratedPrefix(context, svNamespace);
+        WriteAttributeName({strValue, svNamespace, svName});
     }
     else
     {
         QV_ASSERT_MSG(!pstrPrefix->empty(), "!m_pContext->GetNamespaceMapValue(strElementNamespace).empty()");
         strValue = *pstrPrefix;
-        WriteAttributeName({strValue, s_strXsiNamespace, L"type"});
+        WriteAttributeName({strValue, s_svXsiNamespace, L"type"});
     }
     strValue += L':';
-    strValue += strName;
+    strValue += svName;
     WriteAttributeValue(strValue, eType);
 }
 
 void CFastInfosetWriter::WriteXsiNil()
 {
     BeginAttribute();
-    WriteAttribute(L"nil", s_strXsiNamespace, L"true", ItemType_boolean);
+    WriteAttribute(L"nil", s_svXsiNamespace, L"true", ItemType_boolean);
 }
 
-void CFastInfosetWriter::WriteText(std::wstring_view strValue, ItemType eType)
+void CFastInfosetWriter::WriteText(std::wstring_view svValue, ItemType eType)
 {
     // What is owed for a child that has ended stays owed: the text comes ahead of the child's end.
     FlushPendingElement(false);
     EndStartTag(GetOpenElement());
-    WriteCharacterChunk(strValue, eType);
+    WriteCharacterChunk(svValue, eType);
 }
 
 // --- Names ----------------------------------------------------------------------------------------------------------
 
-std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace)
+std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std::wstring_view svNamespace)
 {
-    const std::wstring* const pstrPrefix = FindPrefix(strNamespace);
-    return pstrPrefix != nullptr ? *pstrPrefix : BindGeneratedPrefix(context, strNamespace);
+    const std::wstring* const pstrPrefix = FindPrefix(svNamespace);
+    return pstrPrefix != nullptr ? *pstrPrefix : BindGeneratedPrefix(context, svNamespace);
 }
 
 void CFastInfosetWriter::WriteAttributeName(const CFINameMap::SName& name)
 {
     CFINameMap& map = m_vocabulary.m_attributeNameMap;
     const std::uint32_t dwIndex = map.Find(name);
-    if (dwIndex != 0 && MayRepeatName(name.strNamespace.size() + name.strLocalName.size()))
+    if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
     {
         m_out.WriteIntegerBit2(0, dwIndex);
         return;
     }
-    m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(name.strPrefix, name.strNamespace)));
+    m_out.WriteOctet(static_cast<unsigned char>(s_byLiteralAttributeName | PartsOf(name.svPrefix, name.svNamespace)));
     WriteNameParts(name);
     EnterName(name, map);
 }
@@ -334,7 +334,7 @@ void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const 
 {
     QV_ASSERT((byCurrent & 0x3F) == 0);
     m_out.WriteOctet(
-        static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.strPrefix, name.strNamespace)));
+        static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.svPrefix, name.svNamespace)));
     WriteNameParts(name);
     EnterName(name, m_vocabulary.m_elementNameMap);
 }
@@ -350,50 +350,50 @@ void CFastInfosetWriter::EnterName(const CFINameMap::SName& name, CFINameMap& ma
 
 void CFastInfosetWriter::WriteNameParts(const CFINameMap::SName& name)
 {
-    if (!name.strPrefix.empty())
-        WriteIdentifyingString(name.strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
-    if (!name.strNamespace.empty())
-        WriteIdentifyingString(name.strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
-    WriteIdentifyingString(name.strLocalName, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
+    if (!name.svPrefix.empty())
+        WriteIdentifyingString(name.svPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+    if (!name.svNamespace.empty())
+        WriteIdentifyingString(name.svNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    WriteIdentifyingString(name.svLocalName, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
 }
 
-void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map,
+void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map,
                                                 CFIVocabulary::CFIStringTable& table)
 {
-    const std::uint32_t dwIndex = map.Find(strText);
-    if (dwIndex != 0 && MayRepeatName(strText.size()))
+    const std::uint32_t dwIndex = map.Find(svText);
+    if (dwIndex != 0 && MayRepeatName(svText.size()))
     {
         m_out.WriteIntegerBit2(s_byIndex, dwIndex);
         return;
     }
-    WriteLiteral(strText);
-    CFIVocabulary::AddValue(strText, map, table);
+    WriteLiteral(svText);
+    CFIVocabulary::AddValue(svText, map, table);
     if (dwIndex != 0)
-        map.AddAgain(strText);
+        map.AddAgain(svText);
 }
 
-void CFastInfosetWriter::WriteLiteral(std::wstring_view strText)
+void CFastInfosetWriter::WriteLiteral(std::wstring_view svText)
 {
-    const std::string_view strOctets = ToUtf8(strText);
-    m_out.WriteLengthBit2(0, strOctets.size());
-    m_out.WriteOctets(strOctets);
+    const std::string_view svOctets = ToUtf8(svText);
+    m_out.WriteLengthBit2(0, svOctets.size());
+    m_out.WriteOctets(svOctets);
 }
 
-std::string_view CFastInfosetWriter::ToUtf8(std::wstring_view strText)
+std::string_view CFastInfosetWriter::ToUtf8(std::wstring_view svText)
 {
-    if (strText.size() <= m_shortOctets.size())
+    if (svText.size() <= m_shortOctets.size())
     {
         std::uint32_t nAll = 0;
-        for (std::size_t n = 0; n < strText.size(); ++n)
+        for (std::size_t n = 0; n < svText.size(); ++n)
         {
-            nAll |= static_cast<std::uint32_t>(strText[n]);
-            m_shortOctets[n] = static_cast<char>(strText[n]);
+            nAll |= static_cast<std::uint32_t>(svText[n]);
+            m_shortOctets[n] = static_cast<char>(svText[n]);
         }
         if (nAll < 0x80)
-            return {m_shortOctets.data(), strText.size()};
+            return {m_shortOctets.data(), svText.size()};
     }
     m_strOctets.clear();
-    CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, strText);
+    CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, svText);
     return m_strOctets;
 }
 
@@ -410,68 +410,68 @@ bool CFastInfosetWriter::MayRepeatName(std::uint64_t nUnits)
 
 // --- Values ---------------------------------------------------------------------------------------------------------
 
-void CFastInfosetWriter::WriteAttributeValue(std::wstring_view strValue, ItemType eType)
+void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType eType)
 {
     static constexpr SStringEncoding s_place{
         32, 48, 4, &CFIOctetWriter::WriteLengthBit5,
         L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit5."};
     std::wstring strBuffer;
-    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
-    if (strUnits.empty())
+    const std::wstring_view svUnits = ToUnitText(svValue, strBuffer);
+    if (svUnits.empty())
     {
         m_out.WriteZeroBit2(s_byIndex);
     }
-    else if (strUnits.size() >= m_pFIContext->GetAttributeMaxAddLength())
+    else if (svUnits.size() >= m_pFIContext->GetAttributeMaxAddLength())
     {
-        WriteEncodedString(s_place, 0, strUnits, eType);
+        WriteEncodedString(s_place, 0, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(strUnits); dwIndex != 0)
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(svUnits); dwIndex != 0)
     {
-        if (MayRepeat(strUnits.size() + m_dwDecodedSurplus))
+        if (MayRepeat(svUnits.size() + m_dwDecodedSurplus))
             m_out.WriteIntegerBit2(s_byIndex, dwIndex);
         else
-            WriteEncodedString(s_place, 0, strUnits, eType);
+            WriteEncodedString(s_place, 0, svUnits, eType);
     }
     else
     {
-        WriteEncodedString(s_place, s_byAddValue, strUnits, eType);
-        m_vocabulary.m_attributeValueMap.Add(strUnits);
+        WriteEncodedString(s_place, s_byAddValue, svUnits, eType);
+        m_vocabulary.m_attributeValueMap.Add(svUnits);
     }
 }
 
-void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view strValue, ItemType eType)
+void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType eType)
 {
     static constexpr SStringEncoding s_place{
         8, 12, 2, &CFIOctetWriter::WriteLengthBit7,
         L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit7."};
     std::wstring strBuffer;
-    const std::wstring_view strUnits = ToUnitText(strValue, strBuffer);
-    if (strUnits.empty())
+    const std::wstring_view svUnits = ToUnitText(svValue, strBuffer);
+    if (svUnits.empty())
         return;
     const std::uint64_t nWeight = std::exchange(m_bFirstText, false) ? 1 : CFIRepetition::s_nAddedWeight;
-    if (strUnits.size() >= m_pFIContext->GetElementMaxAddLength())
+    if (svUnits.size() >= m_pFIContext->GetElementMaxAddLength())
     {
-        WriteEncodedString(s_place, s_byChunk, strUnits, eType);
+        WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(strUnits); dwIndex != 0)
+    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(svUnits); dwIndex != 0)
     {
-        if (MayRepeat(nWeight * (strUnits.size() + m_dwDecodedSurplus)))
+        if (MayRepeat(nWeight * (svUnits.size() + m_dwDecodedSurplus)))
             m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
         else
-            WriteEncodedString(s_place, s_byChunk, strUnits, eType);
+            WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
     else
     {
-        WriteEncodedString(s_place, s_byChunk | s_byAddChunk, strUnits, eType);
-        m_vocabulary.m_characterChunkMap.Add(strUnits);
+        WriteEncodedString(s_place, s_byChunk | s_byAddChunk, svUnits, eType);
+        m_vocabulary.m_characterChunkMap.Add(svUnits);
     }
 }
 
 void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent,
-                                            std::wstring_view strValue, ItemType eType)
+                                            std::wstring_view svValue, ItemType eType)
 {
     const CFastInfosetContext::EncodedCharacterString encoding = m_pFIContext->GetEncoding(eType);
-    std::string_view strOctets;
+    std::string_view svOctets;
     m_strOctets.clear();
     switch (encoding.m_dwType)
     {
@@ -481,24 +481,24 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
             throw CQvException(
                 L"Failed to write FastInfoset. Unsupported Feature UTF16BE in EncodedCharacterStringBit5.");
         }
-        strOctets = ToUtf8(strValue);
+        svOctets = ToUtf8(svValue);
         break;
     case 1:
         byCurrent = BeginRestrictedAlphabet(place, byCurrent, encoding.m_dwIndex);
         AppendRestrictedAlphabetString(m_strOctets, m_vocabulary.m_restrictedAlphabets[encoding.m_dwIndex - 1],
-                                       strValue);
-        strOctets = m_strOctets;
+                                       svValue);
+        svOctets = m_strOctets;
         break;
     case 2:
         byCurrent = BeginEncodingAlgorithm(place, byCurrent, encoding.m_dwIndex);
-        CFastInfosetBinaryData::AppendEncoded(m_strOctets, encoding.m_dwIndex, strValue);
-        strOctets = m_strOctets;
+        CFastInfosetBinaryData::AppendEncoded(m_strOctets, encoding.m_dwIndex, svValue);
+        svOctets = m_strOctets;
         break;
     default:
         throw CQvException(place.lpctUnknown);
     }
-    (m_out.*place.pfnWriteLength)(byCurrent, strOctets.size());
-    m_out.WriteOctets(strOctets);
+    (m_out.*place.pfnWriteLength)(byCurrent, svOctets.size());
+    m_out.WriteOctets(svOctets);
 }
 
 unsigned char CFastInfosetWriter::BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent,

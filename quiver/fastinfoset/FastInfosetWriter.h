@@ -43,22 +43,22 @@ public:
     ~CFastInfosetWriter() override;
 
     /// Does nothing, like the two below: Fast Infoset documents are written without them.
-    void WriteComment(std::wstring_view strText) override;
-    void WriteProcessingInstruction(std::wstring_view strText) override;
-    void WriteInlineSchema(std::wstring_view strText) override;
+    void WriteComment(std::wstring_view svText) override;
+    void WriteProcessingInstruction(std::wstring_view svText) override;
+    void WriteInlineSchema(std::wstring_view svText) override;
 
-    void StartElement(std::wstring_view strName, std::wstring_view strNamespace) override;
-    void WriteText(std::wstring_view strValue, ItemType eType) override;
+    void StartElement(std::wstring_view svName, std::wstring_view svNamespace) override;
+    void WriteText(std::wstring_view svValue, ItemType eType) override;
 
     /// Ends the open element. A root with neither attributes nor content stops a diagnostic build here.
     void EndElement() override;
 
-    void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+    void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
                         ItemType eType) override;
 
     /// Writes the type of the open element. If the namespace of the type is not known yet, the attribute bears the name
     /// of the type itself in place of `xsi:type` (docs/compatibility.md: Type attributes without a prefix).
-    void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) override;
+    void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
 
     void WriteXsiNil() override;
 
@@ -82,21 +82,21 @@ private:
     void EndStartTag(CXmlWriterContext& context);
     CXmlWriterContext& BeginAttribute();
 
-    std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
+    std::wstring_view GetPrefix(CXmlWriterContext& context, std::wstring_view svNamespace);
     void WriteAttributeName(const CFINameMap::SName& name);
     void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
     void EnterName(const CFINameMap::SName& name, CFINameMap& map);
     void WriteNameParts(const CFINameMap::SName& name);
-    void WriteIdentifyingString(std::wstring_view strText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
-    void WriteLiteral(std::wstring_view strText);
-    std::string_view ToUtf8(std::wstring_view strText);
+    void WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
+    void WriteLiteral(std::wstring_view svText);
+    std::string_view ToUtf8(std::wstring_view svText);
 
     bool MayRepeat(std::uint64_t nUnits);
     bool MayRepeatName(std::uint64_t nUnits);
 
-    void WriteAttributeValue(std::wstring_view strValue, ItemType eType);
-    void WriteCharacterChunk(std::wstring_view strValue, ItemType eType);
-    void WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view strValue,
+    void WriteAttributeValue(std::wstring_view svValue, ItemType eType);
+    void WriteCharacterChunk(std::wstring_view svValue, ItemType eType);
+    void WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
                             ItemType eType);
     unsigned char BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
     unsigned char BeginEncodingAlgorithm(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);

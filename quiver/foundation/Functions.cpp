@@ -132,18 +132,18 @@ void ReadSize(const wchar_t*& p, SConversion& conv)
     }
 }
 
-void AppendPadded(std::wstring& strOut, const SConversion& conv, std::wstring_view strSign, std::wstring_view strBody,
+void AppendPadded(std::wstring& strOut, const SConversion& conv, std::wstring_view svSign, std::wstring_view svBody,
                   bool bZeroPad)
 {
-    const std::size_t nLength = strSign.size() + strBody.size();
+    const std::size_t nLength = svSign.size() + svBody.size();
     const auto nWidth = static_cast<std::size_t>(conv.nWidth);
     const std::size_t nPad = nWidth > nLength ? nWidth - nLength : 0;
     if (!conv.bLeft && !bZeroPad)
         strOut.append(nPad, L' ');
-    strOut.append(strSign);
+    strOut.append(svSign);
     if (!conv.bLeft && bZeroPad)
         strOut.append(nPad, L'0');
-    strOut.append(strBody);
+    strOut.append(svBody);
     if (conv.bLeft)
         strOut.append(nPad, L' ');
 }

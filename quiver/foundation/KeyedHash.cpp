@@ -41,17 +41,17 @@ SHashKey Internal::DrawHashKey()
     return key;
 }
 
-std::uint64_t HashText(const SHashKey& key, std::wstring_view strText, std::uint32_t dwNumber)
+std::uint64_t HashText(const SHashKey& key, std::wstring_view svText, std::uint32_t dwNumber)
 {
     constexpr std::size_t nHalf = sizeof(std::uint64_t);
-    const auto* pNext = reinterpret_cast<const unsigned char*>(strText.data());
-    std::size_t nLeft = strText.size() * sizeof(wchar_t);
+    const auto* pNext = reinterpret_cast<const unsigned char*>(svText.data());
+    std::size_t nLeft = svText.size() * sizeof(wchar_t);
     std::uint64_t nHash = key.nSecond ^ dwNumber;
     for (; nLeft > 2 * nHalf; nLeft -= 2 * nHalf, pNext += 2 * nHalf)
         nHash = FoldedProduct(Load(pNext, nHalf) ^ key.nFirst, Load(pNext + nHalf, nHalf) ^ nHash);
     const std::size_t nFront = nLeft < nHalf ? nLeft : nHalf;
     nHash = FoldedProduct(Load(pNext, nFront) ^ key.nFirst, Load(pNext + nFront, nLeft - nFront) ^ nHash);
-    return FoldedProduct(nHash ^ strText.size(), key.nThird);
+    return FoldedProduct(nHash ^ svText.size(), key.nThird);
 }
 
 } // namespace QvXmlLib9

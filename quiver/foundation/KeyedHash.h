@@ -54,6 +54,6 @@ inline std::uint64_t HashPair(const SHashKey& key, std::uint64_t nLeft, std::uin
 }
 
 /// Hash of a text, and of a number that tells equal texts apart.
-std::uint64_t HashText(const SHashKey& key, std::wstring_view strText, std::uint32_t dwNumber = 0);
+std::uint64_t HashText(const SHashKey& key, std::wstring_view svText, std::uint32_t dwNumber = 0);
 
 } // namespace QvXmlLib9

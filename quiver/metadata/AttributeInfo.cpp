@@ -75,10 +75,10 @@ bool CAttributeInfo::IsUnset(const QvVariant& value) const
     return m_bOptional && !value.IsValid();
 }
 
-bool CAttributeInfo::IsSuppressedDefault(const CXmlSerializationContext& context, std::wstring_view strText) const
+bool CAttributeInfo::IsSuppressedDefault(const CXmlSerializationContext& context, std::wstring_view svText) const
 {
     return m_bOptional && !m_strDefault.empty() && context.GetNoOptionalAttributeDefaultOutput() &&
-           strText == m_strDefault;
+           svText == m_strDefault;
 }
 
 void CAttributeInfo::Throw_IfRequiredIsMissing(bool bFound) const

@@ -75,7 +75,7 @@ protected:
 
     /// Whether the text is an optional attribute's default that the context keeps out of the document. "1.0" does not
     /// suppress a value that prints as "1".
-    bool IsSuppressedDefault(const CXmlSerializationContext& context, std::wstring_view strText) const;
+    bool IsSuppressedDefault(const CXmlSerializationContext& context, std::wstring_view svText) const;
 
     /// @throws CQvValidationException if the attribute is required and was not found.
     void Throw_IfRequiredIsMissing(bool bFound) const;

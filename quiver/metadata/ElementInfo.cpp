@@ -30,7 +30,7 @@ namespace
 {
 
 /// Member name of a wildcard that takes elements of any local name.
-constexpr std::wstring_view g_strAnyElement = L"AnyElement";
+constexpr std::wstring_view g_svAnyElement = L"AnyElement";
 
 } // namespace
 
@@ -369,7 +369,7 @@ bool CElementInfo::StoreIfConsumed(CXmlGeneratedClass* pObject, CXmlObjectBase* 
 CXmlElement* CElementInfo::ReadWildcard(CXmlObjectBase* pOpenElement, CXmlElement* pParent, CXmlElement* pCurrent,
                                         const CXmlSerializationContext& context) const
 {
-    if (m_strName != g_strAnyElement && m_strName != pCurrent->GetLocalName())
+    if (m_strName != g_svAnyElement && m_strName != pCurrent->GetLocalName())
         return pCurrent;
     return FromXml_Int(pOpenElement, pParent, pCurrent, context, false);
 }
@@ -393,15 +393,15 @@ bool CElementInfo::TakeNewWildcard(const CXmlSerializationContext& context, CXml
 std::wstring CElementInfo::GetAnyDefaultNamespace(const wchar_t* lpctRestriction, const wchar_t* lpctParentNamespace,
                                                   const wchar_t* lpctTargetNamespace)
 {
-    std::wstring_view strRestriction = lpctRestriction;
-    if (strRestriction.substr(0, 2) == L"##")
-        strRestriction = strRestriction.substr(0, strRestriction.find(L' '));
+    std::wstring_view svRestriction = lpctRestriction;
+    if (svRestriction.substr(0, 2) == L"##")
+        svRestriction = svRestriction.substr(0, svRestriction.find(L' '));
 
-    if (strRestriction == L"##any")
+    if (svRestriction == L"##any")
         return lpctParentNamespace;
-    if (strRestriction == L"##other")
+    if (svRestriction == L"##other")
         return *lpctParentNamespace != L'\0' ? L"" : L"DefaultNamespace";
-    if (strRestriction == L"##targetNamespace")
+    if (svRestriction == L"##targetNamespace")
         return lpctTargetNamespace;
     return std::wstring();
 }
@@ -415,7 +415,7 @@ CXmlCollectionBase* CElementInfo::ExistingCollection(CXmlGeneratedClass* pObject
 CXmlElement* CElementInfo::ReadWildcardCol(CXmlCollectionBase* pCollection, CXmlElement* pParent, CXmlElement* pCurrent,
                                            const CXmlSerializationContext& context) const
 {
-    if (m_strName == g_strAnyElement)
+    if (m_strName == g_svAnyElement)
         return FromXml_Int(pCollection, pParent, pCurrent, context, false);
 
     auto* const pElementCol = dynamic_cast<CElementCol*>(pCollection);

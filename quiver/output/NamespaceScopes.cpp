@@ -11,65 +11,65 @@ namespace
 
 constexpr std::size_t s_nFirstBuckets = 16;
 
-std::size_t Hash(std::wstring_view strText)
+std::size_t Hash(std::wstring_view svText)
 {
-    return static_cast<std::size_t>(HashText(GetHashKey(), strText));
+    return static_cast<std::size_t>(HashText(GetHashKey(), svText));
 }
 
 } // namespace
 
-std::size_t CNamespaceScopes::Find(std::wstring_view strNamespace) const
+std::size_t CNamespaceScopes::Find(std::wstring_view svNamespace) const
 {
-    if (m_nLastFound < m_nCount && m_bindings[m_nLastFound].strNamespace == strNamespace)
+    if (m_nLastFound < m_nCount && m_bindings[m_nLastFound].strNamespace == svNamespace)
         return m_nLastFound;
     if (m_nCount == 0)
         return s_nNotFound;
-    const std::size_t nFound = FindHashed(strNamespace, Hash(strNamespace));
+    const std::size_t nFound = FindHashed(svNamespace, Hash(svNamespace));
     if (nFound != s_nNotFound)
         m_nLastFound = nFound;
     return nFound;
 }
 
-std::size_t CNamespaceScopes::FindHashed(std::wstring_view strNamespace, std::size_t nHash) const
+std::size_t CNamespaceScopes::FindHashed(std::wstring_view svNamespace, std::size_t nHash) const
 {
     // The newest binding of a namespace comes first in its chain and hides the others.
     for (std::uint32_t n = m_byNamespace[nHash & (m_byNamespace.size() - 1)]; n != s_nNone;
          n = m_bindings[n].nNextByNamespace)
     {
-        if (m_bindings[n].nNamespaceHash == nHash && m_bindings[n].strNamespace == strNamespace)
+        if (m_bindings[n].nNamespaceHash == nHash && m_bindings[n].strNamespace == svNamespace)
             return m_bindings[n].bUnbinds ? s_nNotFound : n;
     }
     return s_nNotFound;
 }
 
-bool CNamespaceScopes::IsPrefixBound(std::wstring_view strPrefix) const
+bool CNamespaceScopes::IsPrefixBound(std::wstring_view svPrefix) const
 {
     if (m_nCount == 0)
         return false;
-    const std::size_t nHash = Hash(strPrefix);
+    const std::size_t nHash = Hash(svPrefix);
     for (std::uint32_t n = m_byPrefix[nHash & (m_byPrefix.size() - 1)]; n != s_nNone; n = m_bindings[n].nNextByPrefix)
     {
         const SBinding& binding = m_bindings[n];
-        if (binding.nPrefixHash == nHash && binding.strPrefix == strPrefix &&
+        if (binding.nPrefixHash == nHash && binding.strPrefix == svPrefix &&
             FindHashed(binding.strNamespace, binding.nNamespaceHash) == n)
             return true;
     }
     return false;
 }
 
-std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_view strPrefix)
+std::size_t CNamespaceScopes::Bind(std::wstring_view svNamespace, std::wstring_view svPrefix)
 {
-    const std::size_t nHash = Hash(strNamespace);
-    const bool bHides = m_nCount != 0 && FindHashed(strNamespace, nHash) != s_nNotFound;
+    const std::size_t nHash = Hash(svNamespace);
+    const bool bHides = m_nCount != 0 && FindHashed(svNamespace, nHash) != s_nNotFound;
 
     if (m_nCount == m_bindings.size())
         m_bindings.emplace_back();
     SBinding& binding = m_bindings[m_nCount];
-    binding.strNamespace = strNamespace;
-    binding.strPrefix = strPrefix;
+    binding.strNamespace = svNamespace;
+    binding.strPrefix = svPrefix;
     binding.bUnbinds = false;
     binding.nNamespaceHash = nHash;
-    binding.nPrefixHash = Hash(strPrefix);
+    binding.nPrefixHash = Hash(svPrefix);
     binding.nFirstFreePrefix = m_nFirstFreePrefix;
     if (m_nCount + 1 > m_byNamespace.size())
         GrowBuckets();
@@ -82,9 +82,9 @@ std::size_t CNamespaceScopes::Bind(std::wstring_view strNamespace, std::wstring_
     return m_nCount++;
 }
 
-void CNamespaceScopes::Unbind(std::wstring_view strNamespace)
+void CNamespaceScopes::Unbind(std::wstring_view svNamespace)
 {
-    m_bindings[Bind(strNamespace, {})].bUnbinds = true;
+    m_bindings[Bind(svNamespace, {})].bUnbinds = true;
     m_nLastFound = s_nNotFound;
 }
 

@@ -24,16 +24,16 @@ public:
     static constexpr std::size_t s_nNotFound = static_cast<std::size_t>(-1);
 
     /// The binding that holds for a namespace, or `s_nNotFound`.
-    std::size_t Find(std::wstring_view strNamespace) const;
+    std::size_t Find(std::wstring_view svNamespace) const;
 
     /// The prefix of a binding that `Find` returned; valid until the next `Bind`.
     const std::wstring& GetPrefix(std::size_t nBinding) const { return m_bindings[nBinding].strPrefix; }
 
     /// Binds a prefix to a namespace from now on. Returns the binding.
-    std::size_t Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
+    std::size_t Bind(std::wstring_view svNamespace, std::wstring_view svPrefix);
 
     /// Makes a namespace unknown from now on, until the binding that says so is dropped.
-    void Unbind(std::wstring_view strNamespace);
+    void Unbind(std::wstring_view svNamespace);
 
     /// What a binding says: whether it makes its namespace unknown, and which namespace it is.
     bool IsUnbinding(std::size_t nBinding) const { return m_bindings[nBinding].bUnbinds; }
@@ -69,8 +69,8 @@ private:
         unsigned int nFirstFreePrefix = 0;
     };
 
-    std::size_t FindHashed(std::wstring_view strNamespace, std::size_t nHash) const;
-    bool IsPrefixBound(std::wstring_view strPrefix) const;
+    std::size_t FindHashed(std::wstring_view svNamespace, std::size_t nHash) const;
+    bool IsPrefixBound(std::wstring_view svPrefix) const;
     void Link(std::uint32_t nBinding);
     void Unlink(std::uint32_t nBinding);
     void GrowBuckets();

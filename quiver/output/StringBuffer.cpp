@@ -71,29 +71,29 @@ std::wstring CStringBuffer::GetString() const
     return strText;
 }
 
-void CStringBuffer::Set(std::wstring_view strText)
+void CStringBuffer::Set(std::wstring_view svText)
 {
-    if (IsOwn(strText))
+    if (IsOwn(svText))
     {
-        Set(std::wstring(strText));
+        Set(std::wstring(svText));
         return;
     }
     Clear();
-    Append(strText);
+    Append(svText);
 }
 
-bool CStringBuffer::IsOwn(std::wstring_view strText) const
+bool CStringBuffer::IsOwn(std::wstring_view svText) const
 {
-    return !std::less<>()(strText.data(), static_cast<const wchar_t*>(m_pLastBlock.get())) &&
-           std::less<>()(strText.data(), static_cast<const wchar_t*>(m_pEnd));
+    return !std::less<>()(svText.data(), static_cast<const wchar_t*>(m_pLastBlock.get())) &&
+           std::less<>()(svText.data(), static_cast<const wchar_t*>(m_pEnd));
 }
 
-void CStringBuffer::Append(std::wstring_view strText)
+void CStringBuffer::Append(std::wstring_view svText)
 {
-    if (HasWholeCodePoints(strText))
-        AppendUnits(ToUtf16Units(strText));
+    if (HasWholeCodePoints(svText))
+        AppendUnits(ToUtf16Units(svText));
     else
-        AppendUnits(strText);
+        AppendUnits(svText);
 }
 
 void CStringBuffer::Append(wchar_t c)
@@ -101,21 +101,21 @@ void CStringBuffer::Append(wchar_t c)
     Append(std::wstring_view(&c, 1));
 }
 
-void CStringBuffer::AppendOverBlocks(std::wstring_view strUnits)
+void CStringBuffer::AppendOverBlocks(std::wstring_view svUnits)
 {
     // The next block may take the place of the one that the text lies in.
-    if (IsOwn(strUnits))
+    if (IsOwn(svUnits))
     {
-        AppendOverBlocks(std::wstring(strUnits));
+        AppendOverBlocks(std::wstring(svUnits));
         return;
     }
-    while (!strUnits.empty())
+    while (!svUnits.empty())
     {
         if (m_pNext == m_pEnd)
             AddBlock();
-        const std::size_t nFits = std::min(strUnits.size(), static_cast<std::size_t>(m_pEnd - m_pNext));
-        m_pNext = std::copy_n(strUnits.data(), nFits, m_pNext);
-        strUnits.remove_prefix(nFits);
+        const std::size_t nFits = std::min(svUnits.size(), static_cast<std::size_t>(m_pEnd - m_pNext));
+        m_pNext = std::copy_n(svUnits.data(), nFits, m_pNext);
+        svUnits.remove_prefix(nFits);
     }
 }
 

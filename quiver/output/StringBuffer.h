@@ -68,12 +68,12 @@ public:
     // The text that the operations below are given may be the buffer's own, as `GetData` hands it out.
 
     /// Replaces the text.
-    void Set(std::wstring_view strText);
+    void Set(std::wstring_view svText);
     /// Replaces the text by a zero-terminated one; null is an empty text.
     void Set(const wchar_t* lpctText) { Set(ViewOf(lpctText)); }
 
-    /// Appends all of `strText`, units of value 0 included.
-    void Append(std::wstring_view strText);
+    /// Appends all of `svText`, units of value 0 included.
+    void Append(std::wstring_view svText);
     /// Appends a zero-terminated text; null is an empty text.
     void Append(const wchar_t* lpctText) { Append(ViewOf(lpctText)); }
 
@@ -81,26 +81,26 @@ public:
     void Append(wchar_t c);
 
     /// Appends text of which the caller knows that it holds nothing above 0xFFFF.
-    void AppendUnits(std::wstring_view strUnits)
+    void AppendUnits(std::wstring_view svUnits)
     {
-        if (strUnits.size() <= static_cast<std::size_t>(m_pEnd - m_pNext))
+        if (svUnits.size() <= static_cast<std::size_t>(m_pEnd - m_pNext))
         {
             // A tag's parts are mostly a few units long, too short for a call to pay off.
-            const wchar_t* pFrom = strUnits.data();
-            if (strUnits.size() > 16)
+            const wchar_t* pFrom = svUnits.data();
+            if (svUnits.size() > 16)
             {
-                std::wmemcpy(m_pNext, pFrom, strUnits.size());
-                m_pNext += strUnits.size();
+                std::wmemcpy(m_pNext, pFrom, svUnits.size());
+                m_pNext += svUnits.size();
             }
             else
             {
-                for (const wchar_t* const pFromEnd = pFrom + strUnits.size(); pFrom != pFromEnd;)
+                for (const wchar_t* const pFromEnd = pFrom + svUnits.size(); pFrom != pFromEnd;)
                     *m_pNext++ = *pFrom++;
             }
         }
         else
         {
-            AppendOverBlocks(strUnits);
+            AppendOverBlocks(svUnits);
         }
     }
 
@@ -133,10 +133,10 @@ private:
         return lpctText != nullptr ? std::wstring_view(lpctText) : std::wstring_view();
     }
     /// Whether a text lies in the last block, where `GetData` puts all of them.
-    bool IsOwn(std::wstring_view strText) const;
+    bool IsOwn(std::wstring_view svText) const;
     std::size_t GetLastBlockDataIn() const { return static_cast<std::size_t>(m_pNext - m_pLastBlock.get()); }
     void AddBlock();
-    void AppendOverBlocks(std::wstring_view strUnits);
+    void AppendOverBlocks(std::wstring_view svUnits);
     void JoinBlocks();
     void PackLastBlock();
     static void Unpack(const SPackedBlock& block, wchar_t* pOut);

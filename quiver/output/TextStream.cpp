@@ -41,28 +41,28 @@ public:
     {
     }
 
-    void Write(std::string_view strAscii)
+    void Write(std::string_view svAscii)
     {
-        m_bFault = m_bFault || (m_cHigh != 0 && !strAscii.empty());
+        m_bFault = m_bFault || (m_cHigh != 0 && !svAscii.empty());
         if (!m_bFault)
-            m_pOut = std::copy(strAscii.begin(), strAscii.end(), m_pOut);
+            m_pOut = std::copy(svAscii.begin(), svAscii.end(), m_pOut);
     }
 
-    void Write(std::wstring_view strPiece)
+    void Write(std::wstring_view svPiece)
     {
-        if (m_cHigh != 0 && !strPiece.empty())
+        if (m_cHigh != 0 && !svPiece.empty())
         {
-            const wchar_t szPair[] = {m_cHigh, strPiece.front()};
+            const wchar_t szPair[] = {m_cHigh, svPiece.front()};
             m_cHigh = 0;
-            strPiece.remove_prefix(1);
+            svPiece.remove_prefix(1);
             WriteWhole({szPair, 2});
         }
-        if (!strPiece.empty() && IsHighSurrogate(strPiece.back()))
+        if (!svPiece.empty() && IsHighSurrogate(svPiece.back()))
         {
-            m_cHigh = strPiece.back();
-            strPiece.remove_suffix(1);
+            m_cHigh = svPiece.back();
+            svPiece.remove_suffix(1);
         }
-        WriteWhole(strPiece);
+        WriteWhole(svPiece);
     }
 
     unsigned char* GetEnd() const { return m_pOut; }
@@ -70,13 +70,13 @@ public:
 private:
     static bool IsHighSurrogate(wchar_t c) { return (c & 0xFC00) == 0xD800; }
 
-    void WriteWhole(std::wstring_view strPiece)
+    void WriteWhole(std::wstring_view svPiece)
     {
         if (m_bFault)
             return;
-        const std::size_t nBytes = WriteUtf8(strPiece, m_pOut);
+        const std::size_t nBytes = WriteUtf8(svPiece, m_pOut);
         m_pOut += nBytes;
-        m_bFault = nBytes != GetUtf8Length(strPiece);
+        m_bFault = nBytes != GetUtf8Length(svPiece);
     }
 
     unsigned char* m_pOut;
@@ -85,28 +85,28 @@ private:
     bool m_bFault = false;
 };
 
-std::size_t CountUtf8(std::string_view strAscii)
+std::size_t CountUtf8(std::string_view svAscii)
 {
-    return strAscii.size();
+    return svAscii.size();
 }
 
-std::size_t CountUtf8(std::wstring_view strPiece)
+std::size_t CountUtf8(std::wstring_view svPiece)
 {
-    return GetUtf8Length(strPiece);
+    return GetUtf8Length(svPiece);
 }
 
-void WriteUtf16(std::string_view strAscii, unsigned char* pOut)
+void WriteUtf16(std::string_view svAscii, unsigned char* pOut)
 {
-    for (std::size_t n = 0; n < strAscii.size(); ++n)
+    for (std::size_t n = 0; n < svAscii.size(); ++n)
     {
-        pOut[n * 2] = static_cast<unsigned char>(strAscii[n]);
+        pOut[n * 2] = static_cast<unsigned char>(svAscii[n]);
         pOut[n * 2 + 1] = 0;
     }
 }
 
-void WriteUtf16(std::wstring_view strPiece, unsigned char* pOut)
+void WriteUtf16(std::wstring_view svPiece, unsigned char* pOut)
 {
-    WriteUtf16LittleEndian(strPiece, pOut);
+    WriteUtf16LittleEndian(svPiece, pOut);
 }
 
 CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)

@@ -66,9 +66,9 @@ public:
     CBinaryData GetBinaryData() const;
 
     /// The appends of `CStringBuffer`.
-    void Append(std::wstring_view strText) { m_buffer.Append(strText); }
+    void Append(std::wstring_view svText) { m_buffer.Append(svText); }
     void Append(wchar_t c) { m_buffer.Append(c); }
-    void AppendUnits(std::wstring_view strUnits) { m_buffer.AppendUnits(strUnits); }
+    void AppendUnits(std::wstring_view svUnits) { m_buffer.AppendUnits(svUnits); }
     void AppendUnit(wchar_t c) { m_buffer.AppendUnit(c); }
 
 protected:

@@ -5,13 +5,13 @@
 namespace QvXmlLib9
 {
 
-std::wstring_view MakeUnitText(std::wstring_view strText, std::wstring& strBuffer)
+std::wstring_view MakeUnitText(std::wstring_view svText, std::wstring& strBuffer)
 {
-    strText = strText.substr(0, strText.find(L'\0'));
-    if (!HasWholeCodePoints(strText))
-        return strText;
+    svText = svText.substr(0, svText.find(L'\0'));
+    if (!HasWholeCodePoints(svText))
+        return svText;
     strBuffer.clear();
-    AppendUtf16Units(strBuffer, strText);
+    AppendUtf16Units(strBuffer, svText);
     return strBuffer;
 }
 

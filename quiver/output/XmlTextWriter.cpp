@@ -13,9 +13,9 @@ namespace QvXmlLib9
 namespace
 {
 
-constexpr std::wstring_view s_strXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
-constexpr std::wstring_view s_strXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::wstring_view s_strCDataStart = L"<![CDATA[";
+constexpr std::wstring_view s_svXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
+constexpr std::wstring_view s_svXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::wstring_view s_svCDataStart = L"<![CDATA[";
 
 /// A file gets its text in pieces of at least this many units.
 constexpr std::size_t s_nFlushThreshold = 4096;
@@ -31,9 +31,9 @@ bool IsCopied(wchar_t c)
     return n < 64 ? (s_nSpecialUnits >> n & 1) == 0 : n <= 0xFFFF;
 }
 
-std::wstring_view UpToZero(std::wstring_view strText)
+std::wstring_view UpToZero(std::wstring_view svText)
 {
-    return strText.substr(0, strText.find(L'\0'));
+    return svText.substr(0, svText.find(L'\0'));
 }
 
 } // namespace
@@ -88,41 +88,41 @@ void CXmlTextWriter::WriteXmlDeclaration()
     QV_ASSERT_MSG(m_pContext == nullptr, "m_pContext == NULL");
 }
 
-void CXmlTextWriter::WriteHeadedDirective(std::wstring_view strText)
+void CXmlTextWriter::WriteHeadedDirective(std::wstring_view svText)
 {
     if (m_pContext != nullptr)
         throw CQvException(L"Headed directives must appear before an Element has been added.");
-    AppendLine(strText);
+    AppendLine(svText);
     FlushIfLong();
 }
 
-void CXmlTextWriter::WriteComment(std::wstring_view strText)
+void CXmlTextWriter::WriteComment(std::wstring_view svText)
 {
     m_pStream->AppendUnits(L"<!--");
-    WriteEscaped<false>(strText);
+    WriteEscaped<false>(svText);
     m_pStream->AppendUnits(L"-->");
     m_pStream->AppendUnits(m_strEOL);
     FlushIfLong();
 }
 
-void CXmlTextWriter::WriteProcessingInstruction(std::wstring_view strText)
+void CXmlTextWriter::WriteProcessingInstruction(std::wstring_view svText)
 {
-    AppendLine(strText);
+    AppendLine(svText);
     m_pStream->AppendUnits(m_strEOL);
     FlushIfLong();
 }
 
-void CXmlTextWriter::WriteInlineSchema(std::wstring_view strText)
+void CXmlTextWriter::WriteInlineSchema(std::wstring_view svText)
 {
     // The start tag stays open, because the schema text stands inside it.
     AppendLine(L" ");
-    AppendLine(strText);
+    AppendLine(svText);
     FlushIfLong();
 }
 
-void CXmlTextWriter::WriteRaw(std::wstring_view strText)
+void CXmlTextWriter::WriteRaw(std::wstring_view svText)
 {
-    m_pStream->Append(UpToZero(strText));
+    m_pStream->Append(UpToZero(svText));
     if (m_bFormatted)
         m_pStream->AppendUnits(m_strEOL);
 }
@@ -140,10 +140,10 @@ void CXmlTextWriter::CloseStartTag()
         m_pStream->AppendUnits(m_strEOL);
 }
 
-void CXmlTextWriter::StartElement(std::wstring_view strName, std::wstring_view strNamespace)
+void CXmlTextWriter::StartElement(std::wstring_view svName, std::wstring_view svNamespace)
 {
     CloseStartTag();
-    CXmlWriterContext& context = *CreateContext(strName, strNamespace);
+    CXmlWriterContext& context = *CreateContext(svName, svNamespace);
     if (m_bFormatted)
         AppendIndent(context);
     m_pStream->AppendUnit(L'<');
@@ -165,23 +165,23 @@ void CXmlTextWriter::AppendQualifiedStart(CXmlWriterContext& context)
     const std::wstring* pstrPrefix = prefix.pstrPrefix;
     const bool bDeclare = pstrPrefix == nullptr;
     if (bDeclare)
-        pstrPrefix = &BindGeneratedPrefix(context, context.m_strNamespace);
+        pstrPrefix = &BindGeneratedPrefix(context, context.m_svNamespace);
     m_pStream->AppendUnits(*pstrPrefix);
     m_pStream->AppendUnit(L':');
     m_pStream->AppendUnits(context.m_strElementName);
     if (bDeclare)
     {
         m_pStream->AppendUnit(L' ');
-        AppendDeclaration(*pstrPrefix, context.m_strNamespace);
+        AppendDeclaration(*pstrPrefix, context.m_svNamespace);
     }
 }
 
-void CXmlTextWriter::AppendDeclaration(std::wstring_view strPrefix, std::wstring_view strNamespace)
+void CXmlTextWriter::AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
     m_pStream->AppendUnits(L"xmlns:");
-    m_pStream->AppendUnits(strPrefix);
+    m_pStream->AppendUnits(svPrefix);
     m_pStream->AppendUnits(L"=\"");
-    m_pStream->AppendUnits(strNamespace);
+    m_pStream->AppendUnits(svNamespace);
     m_pStream->AppendUnit(L'"');
 }
 
@@ -196,27 +196,27 @@ void CXmlTextWriter::AppendRootDeclarations()
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
         // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
-        if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
+        if (strNamespace.compare(0, s_svXmlNamespace.size(), s_svXmlNamespace) == 0)
             continue;
         m_pStream->AppendUnit(L' ');
         AppendDeclaration(strPrefix, strNamespace);
     }
 }
 
-void CXmlTextWriter::WriteText(std::wstring_view strValue, ItemType /*eType*/)
+void CXmlTextWriter::WriteText(std::wstring_view svValue, ItemType /*eType*/)
 {
     CXmlWriterContext& context = GetOpenElement();
-    if (strValue.empty() || strValue.front() == L'\0')
+    if (svValue.empty() || svValue.front() == L'\0')
         return;
     if (context.m_bStartTagOpen)
     {
         context.m_bStartTagOpen = false;
         m_pStream->AppendUnit(L'>');
     }
-    if (strValue.front() == L'<' && strValue.compare(0, s_strCDataStart.size(), s_strCDataStart) == 0)
-        m_pStream->Append(UpToZero(strValue));
+    if (svValue.front() == L'<' && svValue.compare(0, s_svCDataStart.size(), s_svCDataStart) == 0)
+        m_pStream->Append(UpToZero(svValue));
     else
-        WriteEscaped<false>(strValue);
+        WriteEscaped<false>(svValue);
     FlushIfLong();
 }
 
@@ -236,7 +236,7 @@ void CXmlTextWriter::EndElement()
         {
             // A default namespace that was taken away meanwhile leaves the name without a prefix, but not without ":".
             m_pStream->AppendUnits(prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
-                                                                : GetNamespaceMapValue(context.m_strNamespace));
+                                                                : GetNamespaceMapValue(context.m_svNamespace));
             m_pStream->AppendUnit(L':');
         }
         m_pStream->AppendUnits(context.m_strElementName);
@@ -248,62 +248,62 @@ void CXmlTextWriter::EndElement()
     PopContext();
 }
 
-void CXmlTextWriter::WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace,
-                                    std::wstring_view strValue, ItemType /*eType*/)
+void CXmlTextWriter::WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
+                                    ItemType /*eType*/)
 {
     CXmlWriterContext& context = GetOpenStartTag();
     m_pStream->AppendUnit(L' ');
     std::wstring strBuffer;
-    if (const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strBuffer); !strNamespaceUnits.empty())
+    if (const std::wstring_view svNamespaceUnits = ToUnitText(svNamespace, strBuffer); !svNamespaceUnits.empty())
     {
-        const std::wstring* pstrPrefix = FindPrefix(strNamespaceUnits);
+        const std::wstring* pstrPrefix = FindPrefix(svNamespaceUnits);
         if (pstrPrefix == nullptr)
         {
-            pstrPrefix = &BindGeneratedPrefix(context, strNamespaceUnits);
-            AppendDeclaration(*pstrPrefix, strNamespaceUnits);
+            pstrPrefix = &BindGeneratedPrefix(context, svNamespaceUnits);
+            AppendDeclaration(*pstrPrefix, svNamespaceUnits);
             m_pStream->AppendUnit(L' ');
         }
         QV_ASSERT_MSG(!pstrPrefix->empty(), "m_pContext->GetNamespaceMapValue(strNamespace).length() != 0");
         m_pStream->AppendUnits(*pstrPrefix);
         m_pStream->AppendUnit(L':');
     }
-    m_pStream->AppendUnits(ToUnitText(strName, strBuffer));
+    m_pStream->AppendUnits(ToUnitText(svName, strBuffer));
     m_pStream->AppendUnits(L"=\"");
-    WriteEscaped<true>(strValue);
+    WriteEscaped<true>(svValue);
     m_pStream->AppendUnit(L'"');
     FlushIfLong();
 }
 
-void CXmlTextWriter::WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType)
+void CXmlTextWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType)
 {
     CXmlWriterContext& context = GetOpenStartTag();
     std::wstring strBuffer;
-    const std::wstring_view strNamespace = ToUnitText(strTypeNamespace, strBuffer);
-    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+    const std::wstring_view svNamespace = ToUnitText(svTypeNamespace, strBuffer);
+    if (svNamespace.empty() || svNamespace == GetDefaultNamespace())
     {
-        WriteAttribute(L"type", s_strXsiNamespace, strTypeName, eType);
+        WriteAttribute(L"type", s_svXsiNamespace, svTypeName, eType);
         return;
     }
-    const std::wstring* pstrPrefix = FindPrefix(strNamespace);
+    const std::wstring* pstrPrefix = FindPrefix(svNamespace);
     if (pstrPrefix == nullptr)
     {
-        pstrPrefix = &BindGeneratedPrefix(context, strNamespace);
+        pstrPrefix = &BindGeneratedPrefix(context, svNamespace);
         m_pStream->AppendUnit(L' ');
-        AppendDeclaration(*pstrPrefix, strNamespace);
+        AppendDeclaration(*pstrPrefix, svNamespace);
         // The attribute begins with a blank too: the two blanks are part of the output.
         m_pStream->AppendUnit(L' ');
     }
     QV_ASSERT_MSG(!pstrPrefix->empty(), "m_pContext->GetNamespaceMapValue(strElementNamespace).length() != 0");
     std::wstring strValue = *pstrPrefix;
     strValue += L':';
-    strValue += strTypeName;
-    WriteAttribute(L"type", s_strXsiNamespace, strValue, eType);
+    strValue += svTypeName;
+    WriteAttribute(L"type", s_svXsiNamespace, strValue, eType);
 }
 
 void CXmlTextWriter::WriteXsiNil()
 {
     GetOpenStartTag();
-    WriteAttribute(L"nil", s_strXsiNamespace, L"true", ItemType_boolean);
+    WriteAttribute(L"nil", s_svXsiNamespace, L"true", ItemType_boolean);
 }
 
 void CXmlTextWriter::AppendIndent(const CXmlWriterContext& context)
@@ -312,17 +312,17 @@ void CXmlTextWriter::AppendIndent(const CXmlWriterContext& context)
         m_pStream->AppendUnit(L'\t');
 }
 
-void CXmlTextWriter::AppendLine(std::wstring_view strText)
+void CXmlTextWriter::AppendLine(std::wstring_view svText)
 {
-    m_pStream->Append(UpToZero(strText));
+    m_pStream->Append(UpToZero(svText));
     m_pStream->AppendUnits(m_strEOL);
 }
 
 template <bool bAttribute>
-void CXmlTextWriter::WriteEscaped(std::wstring_view strText)
+void CXmlTextWriter::WriteEscaped(std::wstring_view svText)
 {
-    const wchar_t* p = strText.data();
-    const wchar_t* const pEnd = p + strText.size();
+    const wchar_t* p = svText.data();
+    const wchar_t* const pEnd = p + svText.size();
     while (p != pEnd)
     {
         const wchar_t* const pRun = p;

@@ -47,21 +47,21 @@ public:
     void Close() override;
 
     /// Writes the comment on a line of its own. It is escaped like text; "--" is not looked for.
-    void WriteComment(std::wstring_view strText) override;
+    void WriteComment(std::wstring_view svText) override;
 
     /// Writes the instruction as it is, and a blank line behind it.
-    void WriteProcessingInstruction(std::wstring_view strText) override;
+    void WriteProcessingInstruction(std::wstring_view svText) override;
 
     /// Writes the text as it is, with line endings around it, where the output stands: inside the start tag if that is
     /// still open.
-    void WriteInlineSchema(std::wstring_view strText) override;
+    void WriteInlineSchema(std::wstring_view svText) override;
 
-    void StartElement(std::wstring_view strName, std::wstring_view strNamespace) override;
-    void WriteText(std::wstring_view strValue, ItemType eType) override;
+    void StartElement(std::wstring_view svName, std::wstring_view svNamespace) override;
+    void WriteText(std::wstring_view svValue, ItemType eType) override;
     void EndElement() override;
-    void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+    void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
                         ItemType eType) override;
-    void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) override;
+    void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
     void WriteXsiNil() override;
 
     /// Whether output is indented, one element to a line; initially it is. To be set while no element is open.
@@ -79,24 +79,24 @@ public:
 
     /// Writes a line that must precede the root, such as a document type declaration, as it is.
     /// @throws CQvException "Headed directives must appear before an Element has been added."
-    void WriteHeadedDirective(std::wstring_view strText);
+    void WriteHeadedDirective(std::wstring_view svText);
 
     /// Writes text as it is, and a line ending behind it if output is formatted. To put the output of another writer
     /// into the open element, call CloseStartTag first.
-    void WriteRaw(std::wstring_view strText);
+    void WriteRaw(std::wstring_view svText);
 
     /// Counts a child of the open element, if there is one, and ends its start tag if that has not been done.
     void CloseStartTag();
 
 private:
     void AppendIndent(const CXmlWriterContext& context);
-    void AppendLine(std::wstring_view strText);
+    void AppendLine(std::wstring_view svText);
     void AppendQualifiedStart(CXmlWriterContext& context);
-    void AppendDeclaration(std::wstring_view strPrefix, std::wstring_view strNamespace);
+    void AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace);
     void AppendRootDeclarations();
-    void AppendXsiAttribute(std::wstring_view strName, std::wstring_view strValue);
+    void AppendXsiAttribute(std::wstring_view svName, std::wstring_view svValue);
     template <bool bAttribute>
-    void WriteEscaped(std::wstring_view strText);
+    void WriteEscaped(std::wstring_view svText);
     template <bool bAttribute>
     void AppendEscape(wchar_t c);
     void FlushIfLong();

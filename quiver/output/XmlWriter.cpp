@@ -36,23 +36,23 @@ void CXmlWriter::Close()
         throw CQvException(L"An Element has not been closed.");
 }
 
-void CXmlWriter::SetDefaultNamespace(std::wstring_view strNamespace)
+void CXmlWriter::SetDefaultNamespace(std::wstring_view svNamespace)
 {
     std::wstring strBuffer;
-    const std::wstring_view strUnits = ToUnitText(strNamespace, strBuffer);
+    const std::wstring_view svUnits = ToUnitText(svNamespace, strBuffer);
     if (m_pContext == nullptr)
     {
-        m_strDefaultNamespace = strUnits;
+        m_strDefaultNamespace = svUnits;
         return;
     }
-    SetScopeDefaultNamespace(*m_pContext, strUnits);
+    SetScopeDefaultNamespace(*m_pContext, svUnits);
 }
 
-void CXmlWriter::SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
+void CXmlWriter::SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view svNamespace)
 {
     if (HasInnerScopes(context))
     {
-        ChangeOuterScope(context, [&](SScope& scope) { scope.strDefaultNamespace = strNamespace; });
+        ChangeOuterScope(context, [&](SScope& scope) { scope.strDefaultNamespace = svNamespace; });
         return;
     }
     BeginScope(context);
@@ -61,20 +61,20 @@ void CXmlWriter::SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstri
         m_defaultNamespaces.emplace_back();
         context.m_bOwnsDefaultNamespace = true;
     }
-    m_defaultNamespaces.back() = strNamespace;
+    m_defaultNamespaces.back() = svNamespace;
     ++m_nScopeVersion;
 }
 
-void CXmlWriter::AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_view strNamespace)
+void CXmlWriter::AddNamespaceMapping(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
     std::wstring strPrefixBuffer;
     std::wstring strNamespaceBuffer;
-    const std::wstring_view strPrefixUnits = ToUnitText(strPrefix, strPrefixBuffer);
-    const std::wstring_view strNamespaceUnits = ToUnitText(strNamespace, strNamespaceBuffer);
+    const std::wstring_view svPrefixUnits = ToUnitText(svPrefix, strPrefixBuffer);
+    const std::wstring_view svNamespaceUnits = ToUnitText(svNamespace, strNamespaceBuffer);
     if (m_pContext != nullptr)
-        SetNamespaceMapValue(*m_pContext, strNamespaceUnits, strPrefixUnits);
+        SetNamespaceMapValue(*m_pContext, svNamespaceUnits, svPrefixUnits);
     else
-        m_mapNamespaces[std::wstring(strNamespaceUnits)] = strPrefixUnits;
+        m_mapNamespaces[std::wstring(svNamespaceUnits)] = svPrefixUnits;
 }
 
 std::wstring CXmlWriter::GeneratePrefix(const NamespaceMap& map)
@@ -89,7 +89,7 @@ std::wstring CXmlWriter::GeneratePrefix(const NamespaceMap& map)
     return strPrefix;
 }
 
-CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strName, std::wstring_view strNamespace)
+CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view svName, std::wstring_view svNamespace)
 {
     const std::size_t nDepth = m_pContext == nullptr ? 0 : m_pContext->m_dwDepth + std::size_t{1};
     // A record that an exception kept from becoming the open element is still in use.
@@ -110,29 +110,29 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view strNa
     context.m_pWriter = this;
     // Most elements have the namespace of the enclosing one, and many the name of the last one at their depth.
     std::wstring strBuffer;
-    if (context.m_strElementName != strName)
-        context.m_strElementName = ToUnitText(strName, strBuffer);
-    SetContextNamespace(context, strNamespace);
+    if (context.m_strElementName != svName)
+        context.m_strElementName = ToUnitText(svName, strBuffer);
+    SetContextNamespace(context, svNamespace);
     if (m_pContext == nullptr)
         BeginRootScope(context);
     return &context;
 }
 
-void CXmlWriter::SetContextNamespace(CXmlWriterContext& context, std::wstring_view strNamespace)
+void CXmlWriter::SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace)
 {
-    if (m_pContext != nullptr && m_pContext->m_strNamespace == strNamespace)
+    if (m_pContext != nullptr && m_pContext->m_svNamespace == svNamespace)
     {
-        context.m_strNamespace = m_pContext->m_strNamespace;
+        context.m_svNamespace = m_pContext->m_svNamespace;
         context.m_nNamespaceId = m_pContext->m_nNamespaceId;
         return;
     }
-    if (context.m_strNamespaceBuffer != strNamespace || context.m_nNamespaceBufferId == 0)
+    if (context.m_strNamespaceBuffer != svNamespace || context.m_nNamespaceBufferId == 0)
     {
         std::wstring strBuffer;
-        context.m_strNamespaceBuffer = ToUnitText(strNamespace, strBuffer);
+        context.m_strNamespaceBuffer = ToUnitText(svNamespace, strBuffer);
         context.m_nNamespaceBufferId = ++m_nNamespaceIds;
     }
-    context.m_strNamespace = context.m_strNamespaceBuffer;
+    context.m_svNamespace = context.m_strNamespaceBuffer;
     context.m_nNamespaceId = context.m_nNamespaceBufferId;
 }
 
@@ -140,8 +140,8 @@ const CXmlWriter::SElementPrefix& CXmlWriter::GetElementPrefix(const CXmlWriterC
 {
     if (m_nLastPrefixNamespaceId == context.m_nNamespaceId && m_nLastPrefixVersion == m_nScopeVersion)
         return m_lastPrefix;
-    m_lastPrefix.bBare = context.m_strNamespace.empty() || context.m_strNamespace == GetDefaultNamespace();
-    m_lastPrefix.pstrPrefix = m_lastPrefix.bBare ? nullptr : FindPrefix(context.m_strNamespace);
+    m_lastPrefix.bBare = context.m_svNamespace.empty() || context.m_svNamespace == GetDefaultNamespace();
+    m_lastPrefix.pstrPrefix = m_lastPrefix.bBare ? nullptr : FindPrefix(context.m_svNamespace);
     m_nLastPrefixNamespaceId = context.m_nNamespaceId;
     m_nLastPrefixVersion = m_nScopeVersion;
     return m_lastPrefix;
@@ -188,34 +188,34 @@ void CXmlWriter::DropContextsTo(std::size_t nCount)
     }
 }
 
-const std::wstring& CXmlWriter::GetNamespaceMapValue(std::wstring_view strNamespace)
+const std::wstring& CXmlWriter::GetNamespaceMapValue(std::wstring_view svNamespace)
 {
-    const std::size_t nBinding = m_scopes.Find(strNamespace);
-    return nBinding != CNamespaceScopes::s_nNotFound ? m_scopes.GetPrefix(nBinding) : Bind(strNamespace, L"");
+    const std::size_t nBinding = m_scopes.Find(svNamespace);
+    return nBinding != CNamespaceScopes::s_nNotFound ? m_scopes.GetPrefix(nBinding) : Bind(svNamespace, L"");
 }
 
-void CXmlWriter::SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace,
-                                      std::wstring_view strPrefix)
+void CXmlWriter::SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view svNamespace,
+                                      std::wstring_view svPrefix)
 {
     if (HasInnerScopes(context))
     {
-        ChangeOuterScope(context, [&](SScope& scope) { scope.mapNamespaces[std::wstring(strNamespace)] = strPrefix; });
+        ChangeOuterScope(context, [&](SScope& scope) { scope.mapNamespaces[std::wstring(svNamespace)] = svPrefix; });
         return;
     }
     BeginScope(context);
-    Bind(strNamespace, strPrefix);
+    Bind(svNamespace, svPrefix);
 }
 
-const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace)
+const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view svNamespace)
 {
     BeginScope(context);
-    return Bind(strNamespace, m_scopes.GeneratePrefix());
+    return Bind(svNamespace, m_scopes.GeneratePrefix());
 }
 
-const std::wstring& CXmlWriter::Bind(std::wstring_view strNamespace, std::wstring_view strPrefix)
+const std::wstring& CXmlWriter::Bind(std::wstring_view svNamespace, std::wstring_view svPrefix)
 {
     ++m_nScopeVersion;
-    return m_scopes.GetPrefix(m_scopes.Bind(strNamespace, strPrefix));
+    return m_scopes.GetPrefix(m_scopes.Bind(svNamespace, svPrefix));
 }
 
 // --- Scopes that are not the innermost ------------------------------------------------------------------------------
@@ -330,10 +330,10 @@ std::wstring CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const
     return m_pWriter->GetDefaultNamespace(*this);
 }
 
-void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(std::wstring_view strNamespace)
+void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(std::wstring_view svNamespace)
 {
     std::wstring strBuffer;
-    m_pWriter->SetScopeDefaultNamespace(*this, ToUnitText(strNamespace, strBuffer));
+    m_pWriter->SetScopeDefaultNamespace(*this, ToUnitText(svNamespace, strBuffer));
 }
 
 CXmlWriter::NamespaceMap CXmlWriter::CXmlWriterContext::GetNamespaceMap() const
@@ -344,14 +344,14 @@ CXmlWriter::NamespaceMap CXmlWriter::CXmlWriterContext::GetNamespaceMap() const
 std::wstring CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::wstring& strNamespace)
 {
     std::wstring strBuffer;
-    const std::wstring_view strUnits = ToUnitText(strNamespace, strBuffer);
+    const std::wstring_view svUnits = ToUnitText(strNamespace, strBuffer);
     if (!m_pWriter->HasInnerScopes(*this))
-        return m_pWriter->GetNamespaceMapValue(strUnits);
+        return m_pWriter->GetNamespaceMapValue(svUnits);
     const NamespaceMap map = GetNamespaceMap();
-    const auto it = map.find(std::wstring(strUnits));
+    const auto it = map.find(std::wstring(svUnits));
     if (it != map.end())
         return it->second;
-    m_pWriter->SetNamespaceMapValue(m_pWriter->GetScopeOwner(*this), strUnits, {});
+    m_pWriter->SetNamespaceMapValue(m_pWriter->GetScopeOwner(*this), svUnits, {});
     return {};
 }
 
@@ -360,12 +360,12 @@ std::wstring CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const wchar_t* 
     return GetNamespaceMapValue(std::wstring(lpctNamespace != nullptr ? lpctNamespace : L""));
 }
 
-void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(std::wstring_view strNamespace, std::wstring_view strPrefix)
+void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(std::wstring_view svNamespace, std::wstring_view svPrefix)
 {
     std::wstring strNamespaceBuffer;
     std::wstring strPrefixBuffer;
-    m_pWriter->SetNamespaceMapValue(*this, ToUnitText(strNamespace, strNamespaceBuffer),
-                                    ToUnitText(strPrefix, strPrefixBuffer));
+    m_pWriter->SetNamespaceMapValue(*this, ToUnitText(svNamespace, strNamespaceBuffer),
+                                    ToUnitText(svPrefix, strPrefixBuffer));
 }
 
 // --- The open element -----------------------------------------------------------------------------------------------

@@ -57,31 +57,31 @@ public:
 
     /// Sets the default namespace: of the document before the root is started, of the open element's scope afterwards.
     /// Names in the default namespace are written without a prefix. Only the document's is declared in the output.
-    virtual void SetDefaultNamespace(std::wstring_view strNamespace);
+    virtual void SetDefaultNamespace(std::wstring_view svNamespace);
 
     /// Binds a prefix to a namespace, for the document before the root is started, for the open element's scope
     /// afterwards. Only the document's bindings are declared in the output.
-    virtual void AddNamespaceMapping(std::wstring_view strPrefix, std::wstring_view strNamespace);
+    virtual void AddNamespaceMapping(std::wstring_view svPrefix, std::wstring_view svNamespace);
 
     /// Writes a comment.
-    /// @param strText what stands between the delimiters.
-    virtual void WriteComment(std::wstring_view strText) = 0;
+    /// @param svText what stands between the delimiters.
+    virtual void WriteComment(std::wstring_view svText) = 0;
 
     /// Writes a processing instruction.
-    /// @param strText the whole instruction, delimiters included.
-    virtual void WriteProcessingInstruction(std::wstring_view strText) = 0;
+    /// @param svText the whole instruction, delimiters included.
+    virtual void WriteProcessingInstruction(std::wstring_view svText) = 0;
 
     /// Writes schema text into the element whose start tag is open.
-    virtual void WriteInlineSchema(std::wstring_view strText) = 0;
+    virtual void WriteInlineSchema(std::wstring_view svText) = 0;
 
     /// Starts an element inside the one that is open, or the root.
-    /// @param strName the local name.
+    /// @param svName the local name.
     /// @param strNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
-    virtual void StartElement(std::wstring_view strName, std::wstring_view strNamespace) = 0;
+    virtual void StartElement(std::wstring_view svName, std::wstring_view svNamespace) = 0;
 
     /// Writes text into the open element. Empty text writes nothing.
     /// @param eType the kind of value that the text was made of; a binary format encodes it accordingly.
-    virtual void WriteText(std::wstring_view strValue, ItemType eType) = 0;
+    virtual void WriteText(std::wstring_view svValue, ItemType eType) = 0;
 
     /// Ends the open element.
     virtual void EndElement() = 0;
@@ -90,14 +90,14 @@ public:
     /// @param strNamespace the namespace URI, empty for none.
     /// @param eType as for WriteText.
     /// @throws CQvException "Attributes must be added before elements" once the element has text or a child.
-    virtual void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+    virtual void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
                                 ItemType eType) = 0;
 
     /// Writes the attribute `xsi:type` of the open element.
-    /// @param strTypeNamespace the namespace of the type, empty for none.
-    /// @param strTypeName the local name of the type.
+    /// @param svTypeNamespace the namespace of the type, empty for none.
+    /// @param svTypeName the local name of the type.
     /// @throws CQvException as for WriteAttribute.
-    virtual void WriteXsiType(std::wstring_view strTypeNamespace, std::wstring_view strTypeName, ItemType eType) = 0;
+    virtual void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) = 0;
 
     /// Writes the attribute `xsi:nil` of the open element, with the value "true".
     /// @throws CQvException as for WriteAttribute.
@@ -121,7 +121,7 @@ protected:
 
     /// A record for an element inside the open one, or for a root, whose scope then begins with the document's default
     /// namespace and bindings. It does not become the open element yet. The writer owns it.
-    CXmlWriterContext* CreateContext(std::wstring_view strName, std::wstring_view strNamespace);
+    CXmlWriterContext* CreateContext(std::wstring_view svName, std::wstring_view svNamespace);
 
     /// Gives the open element's record up, and with it what its scope declared; the enclosing element, if there is one,
     /// becomes the open one.
@@ -148,21 +148,21 @@ protected:
     std::uint64_t GetScopeVersion() const { return m_nScopeVersion; }
 
     /// The prefix bound to a namespace, or null; valid until the next binding.
-    const std::wstring* FindPrefix(std::wstring_view strNamespace) const
+    const std::wstring* FindPrefix(std::wstring_view svNamespace) const
     {
-        const std::size_t nBinding = m_scopes.Find(strNamespace);
+        const std::size_t nBinding = m_scopes.Find(svNamespace);
         return nBinding == CNamespaceScopes::s_nNotFound ? nullptr : &m_scopes.GetPrefix(nBinding);
     }
 
     /// The prefix bound to a namespace. An unknown namespace gets an empty prefix in the nearest scope that has
     /// bindings of its own, and is known from then on.
-    const std::wstring& GetNamespaceMapValue(std::wstring_view strNamespace);
+    const std::wstring& GetNamespaceMapValue(std::wstring_view svNamespace);
 
     /// Binds a prefix in the scope of `context`.
-    void SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view strNamespace, std::wstring_view strPrefix);
+    void SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view svNamespace, std::wstring_view svPrefix);
 
     /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
-    const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view strNamespace);
+    const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view svNamespace);
 
     /// The open element. Calling for one while none is open is a programming error.
     CXmlWriterContext& GetOpenElement() const;
@@ -187,9 +187,9 @@ private:
         NamespaceMap mapNamespaces;
     };
 
-    const std::wstring& Bind(std::wstring_view strNamespace, std::wstring_view strPrefix);
+    const std::wstring& Bind(std::wstring_view svNamespace, std::wstring_view svPrefix);
     void BeginScope(CXmlWriterContext& context);
-    void SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
+    void SetScopeDefaultNamespace(CXmlWriterContext& context, std::wstring_view svNamespace);
     bool HasInnerScopes(const CXmlWriterContext& context) const;
     CXmlWriterContext& GetScopeOwner(CXmlWriterContext& context) const;
     std::size_t GetBindingsEnd(const CXmlWriterContext& context) const;
@@ -201,7 +201,7 @@ private:
     void RestoreBindings(const NamespaceMap& mapOuter, const NamespaceMap& mapInner);
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
-    void SetContextNamespace(CXmlWriterContext& context, std::wstring_view strNamespace);
+    void SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace);
 
     /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.
     std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
@@ -231,7 +231,7 @@ public:
     std::wstring GetDefaultNamespace() const;
 
     /// Sets the default namespace of the element and of those inside it that have no namespace data of their own.
-    void SetDefaultNamespace(std::wstring_view strNamespace);
+    void SetDefaultNamespace(std::wstring_view svNamespace);
 
     /// A copy of the bindings in force in the element.
     NamespaceMap GetNamespaceMap() const;
@@ -244,7 +244,7 @@ public:
 
     /// Binds a prefix to a namespace in the element and in those inside it that have no namespace data of their own. It
     /// is not declared in the output by that.
-    void SetNamespaceMapValue(std::wstring_view strNamespace, std::wstring_view strPrefix);
+    void SetNamespaceMapValue(std::wstring_view svNamespace, std::wstring_view svPrefix);
 
     /// Child elements started inside this element.
     std::uint32_t m_dwChildCount = 0;
@@ -256,7 +256,7 @@ public:
     bool m_bAttributesOpen = false;
     std::wstring m_strElementName;
     /// The namespace as given to `StartElement`.
-    std::wstring_view m_strNamespace;
+    std::wstring_view m_svNamespace;
     /// Equal for records only if their namespaces are equal.
     std::uint64_t m_nNamespaceId = 0;
     CXmlWriterContext* m_pParent = nullptr;
@@ -271,7 +271,7 @@ private:
     bool m_bOwnsDefaultNamespace = false;
     /// Bindings that were there when the scope declared its first.
     std::size_t m_nOuterBindings = 0;
-    /// What `m_strNamespace` refers to unless the enclosing element has the same namespace.
+    /// What `m_svNamespace` refers to unless the enclosing element has the same namespace.
     std::wstring m_strNamespaceBuffer;
     std::uint64_t m_nNamespaceBufferId = 0;
     /// Counts the record as an instance while it stands for an element.

@@ -27,17 +27,17 @@ std::wstring Alphabet(std::size_t nLength)
     return strAlphabet;
 }
 
-Octets Packed(std::wstring_view strAlphabet, std::wstring_view strText)
+Octets Packed(std::wstring_view svAlphabet, std::wstring_view svText)
 {
     std::string strOctets;
-    AppendRestrictedAlphabetString(strOctets, strAlphabet, strText);
+    AppendRestrictedAlphabetString(strOctets, svAlphabet, svText);
     return OctetsOf(strOctets);
 }
 
-std::wstring Unpacked(std::wstring_view strAlphabet, const Octets& octets)
+std::wstring Unpacked(std::wstring_view svAlphabet, const Octets& octets)
 {
     std::wstring strText;
-    DecodeRestrictedAlphabetString(strText, strAlphabet, BytesOf(octets));
+    DecodeRestrictedAlphabetString(strText, svAlphabet, BytesOf(octets));
     return strText;
 }
 

@@ -21,9 +21,9 @@ using SName = CFINameMap::SName;
 
 void ExpectName(const SName& expected, const SName& actual)
 {
-    EXPECT_TEXT(std::wstring(expected.strPrefix), std::wstring(actual.strPrefix));
-    EXPECT_TEXT(std::wstring(expected.strNamespace), std::wstring(actual.strNamespace));
-    EXPECT_TEXT(std::wstring(expected.strLocalName), std::wstring(actual.strLocalName));
+    EXPECT_TEXT(std::wstring(expected.svPrefix), std::wstring(actual.svPrefix));
+    EXPECT_TEXT(std::wstring(expected.svNamespace), std::wstring(actual.svNamespace));
+    EXPECT_TEXT(std::wstring(expected.svLocalName), std::wstring(actual.svLocalName));
 }
 
 } // namespace

@@ -105,15 +105,15 @@ void ExpectFails(const std::wstring& strMessage, const Octets& body)
     ExpectThrows<CQvException>(strMessage, [&] { ReadBody(body); });
 }
 
-Octets Ascii(std::string_view strText)
+Octets Ascii(std::string_view svText)
 {
-    return OctetsOf(strText);
+    return OctetsOf(svText);
 }
 
 /// An octet string or literal name of up to 64 octets.
-Octets Literal(std::string_view strText)
+Octets Literal(std::string_view svText)
 {
-    return Joined({{static_cast<int>(strText.size()) - 1}, Ascii(strText)});
+    return Joined({{static_cast<int>(svText.size()) - 1}, Ascii(svText)});
 }
 
 /// What expat says of octets that are no Fast Infoset document.
@@ -215,18 +215,18 @@ TEST(FastInfosetReader, ASmallDocument)
 
 TEST(FastInfosetReader, EachDeclarationMayComeFirst)
 {
-    for (const std::string_view strDeclaration : g_fiDeclarations)
-        EXPECT_TEXT(L"r", Read(Joined({Ascii(strDeclaration), s_head, {60, 0, 'r', 255}})));
+    for (const std::string_view svDeclaration : g_fiDeclarations)
+        EXPECT_TEXT(L"r", Read(Joined({Ascii(svDeclaration), s_head, {60, 0, 'r', 255}})));
 }
 
 TEST(FastInfosetReader, ADeclarationWithoutTheIdentificationIsText)
 {
-    for (const std::string_view strDeclaration : g_fiDeclarations)
+    for (const std::string_view svDeclaration : g_fiDeclarations)
     {
         // "finf" is no encoding that the text parser knows.
-        ExpectIsText(Joined({Ascii(strDeclaration), Ascii("<a/>")}));
-        ExpectIsText(Ascii(strDeclaration));
-        ExpectIsText(Joined({Ascii(strDeclaration), {224, 0, 0}}));
+        ExpectIsText(Joined({Ascii(svDeclaration), Ascii("<a/>")}));
+        ExpectIsText(Ascii(svDeclaration));
+        ExpectIsText(Joined({Ascii(svDeclaration), {224, 0, 0}}));
     }
 }
 

@@ -41,27 +41,27 @@ Octets Write(const FnCalls& calls, const CFastInfosetContext& context = CFastInf
 }
 
 /// The octets of the text in UTF-8.
-Octets Utf8(std::wstring_view strText)
+Octets Utf8(std::wstring_view svText)
 {
-    return OctetsOf(EncodeUtf8(std::wstring(strText).c_str()));
+    return OctetsOf(EncodeUtf8(std::wstring(svText).c_str()));
 }
 
 /// A name of up to 64 octets, written literally.
-Octets Literal(std::wstring_view strText)
+Octets Literal(std::wstring_view svText)
 {
-    const Octets octets = Utf8(strText);
+    const Octets octets = Utf8(svText);
     return Joined({{static_cast<int>(octets.size()) - 1}, octets});
 }
 
-void Attribute(CFastInfosetWriter& writer, std::wstring_view strName, std::wstring_view strNamespace,
-               std::wstring_view strValue, ItemType eType = ItemType_string)
+void Attribute(CFastInfosetWriter& writer, std::wstring_view svName, std::wstring_view svNamespace,
+               std::wstring_view svValue, ItemType eType = ItemType_string)
 {
-    writer.WriteAttribute(strName, strNamespace, strValue, eType);
+    writer.WriteAttribute(svName, svNamespace, svValue, eType);
 }
 
-void Text(CFastInfosetWriter& writer, std::wstring_view strText, ItemType eType = ItemType_string)
+void Text(CFastInfosetWriter& writer, std::wstring_view svText, ItemType eType = ItemType_string)
 {
-    writer.WriteText(strText, eType);
+    writer.WriteText(svText, eType);
 }
 
 /// The root `r` with some content; the octets ahead of it are s_root.
@@ -79,10 +79,10 @@ const Octets s_root = {56, 240, 60, 0, 'r'};
 const Octets s_rootWithAttributes = {120, 240, 60, 0, 'r'};
 
 /// The octets of one attribute value: behind the name "x" of the only attribute.
-Octets AttributeValue(std::wstring_view strValue, ItemType eType, const CFastInfosetContext& context)
+Octets AttributeValue(std::wstring_view svValue, ItemType eType, const CFastInfosetContext& context)
 {
     Octets octets =
-        Write(InRoot([&](CFastInfosetWriter& writer) { Attribute(writer, L"x", L"", strValue, eType); }), context);
+        Write(InRoot([&](CFastInfosetWriter& writer) { Attribute(writer, L"x", L"", svValue, eType); }), context);
     const Octets head = Joined({s_rootWithAttributes, {120, 0, 'x'}});
     EXPECT_EQ(head, Octets(octets.begin(), octets.begin() + static_cast<std::ptrdiff_t>(head.size())));
     EXPECT_EQ(240, octets.back());
@@ -90,9 +90,9 @@ Octets AttributeValue(std::wstring_view strValue, ItemType eType, const CFastInf
 }
 
 /// The octets of the text of the root.
-Octets Chunk(std::wstring_view strValue, ItemType eType, const CFastInfosetContext& context)
+Octets Chunk(std::wstring_view svValue, ItemType eType, const CFastInfosetContext& context)
 {
-    const Octets octets = Write(InRoot([&](CFastInfosetWriter& writer) { Text(writer, strValue, eType); }), context);
+    const Octets octets = Write(InRoot([&](CFastInfosetWriter& writer) { Text(writer, svValue, eType); }), context);
     EXPECT_EQ(s_root, Octets(octets.begin(), octets.begin() + 5));
     return Octets(octets.begin() + 5, octets.end());
 }

@@ -29,8 +29,8 @@ using namespace QvXmlLib9;
 namespace
 {
 
-constexpr std::string_view s_strJava = QUIVER_JAVA;
-constexpr std::string_view s_strClassPath = QUIVER_INTEROP_CLASSPATH;
+constexpr std::string_view s_svJava = QUIVER_JAVA;
+constexpr std::string_view s_svClassPath = QUIVER_INTEROP_CLASSPATH;
 
 // --- Listings -------------------------------------------------------------------------------------------------------
 
@@ -230,7 +230,7 @@ struct SOtherSide
 
     SOtherSide()
     {
-        std::string strArguments = "-cp \"" + std::string(s_strClassPath) + "\" Interop\n";
+        std::string strArguments = "-cp \"" + std::string(s_svClassPath) + "\" Interop\n";
         const auto fnAdd = [&](const std::string& strCommand, const std::string& strIn, const std::string& strOut)
         {
             strArguments += strCommand + " \"" + directory.PathOf(strIn).string() + "\" \"" +
@@ -249,7 +249,7 @@ struct SOtherSide
         fnAdd("values", "none", "all_algorithms.other.fi");
         WriteFileBytes(directory.PathOf("arguments"), strArguments);
         const std::string strCommand =
-            "\"" + std::string(s_strJava) + "\" \"@" + directory.PathOf("arguments").string() + "\"";
+            "\"" + std::string(s_svJava) + "\" \"@" + directory.PathOf("arguments").string() + "\"";
         nStatus = std::system(strCommand.c_str());
     }
 };
@@ -259,7 +259,7 @@ class FastInfosetInterop : public testing::Test
 protected:
     void SetUp() override
     {
-        if (s_strJava.empty())
+        if (s_svJava.empty())
         {
             if (std::getenv("QUIVER_REQUIRE_JAVA") != nullptr)
                 FAIL() << "Java or libfastinfoset-java was not found when this was built";

@@ -48,20 +48,20 @@ std::wstring WriteFormatted(const std::function<void(CXmlTextWriter&)>& calls)
     return Write(calls, options);
 }
 
-void Text(CXmlTextWriter& writer, std::wstring_view strText)
+void Text(CXmlTextWriter& writer, std::wstring_view svText)
 {
-    writer.WriteText(strText, ItemType_string);
+    writer.WriteText(svText, ItemType_string);
 }
 
-void Attribute(CXmlTextWriter& writer, std::wstring_view strName, std::wstring_view strNamespace,
-               std::wstring_view strValue)
+void Attribute(CXmlTextWriter& writer, std::wstring_view svName, std::wstring_view svNamespace,
+               std::wstring_view svValue)
 {
-    writer.WriteAttribute(strName, strNamespace, strValue, ItemType_string);
+    writer.WriteAttribute(svName, svNamespace, svValue, ItemType_string);
 }
 
-void Leaf(CXmlTextWriter& writer, std::wstring_view strName, std::wstring_view strNamespace)
+void Leaf(CXmlTextWriter& writer, std::wstring_view svName, std::wstring_view svNamespace)
 {
-    writer.StartElement(strName, strNamespace);
+    writer.StartElement(svName, svNamespace);
     writer.EndElement();
 }
 
@@ -100,12 +100,12 @@ public:
 
 using Events = std::vector<std::wstring>;
 
-void WriteOrder(CXmlTextWriter& writer, std::wstring_view strItemNamespace)
+void WriteOrder(CXmlTextWriter& writer, std::wstring_view svItemNamespace)
 {
     writer.WriteXmlDeclaration();
     writer.SetDefaultNamespace(L"urn:a");
     writer.StartElement(L"order", L"urn:a");
-    writer.StartElement(L"item", strItemNamespace);
+    writer.StartElement(L"item", svItemNamespace);
     writer.WriteAttribute(L"id", L"", L"1", ItemType_i4);
     Text(writer, L"a<b");
     writer.EndElement();

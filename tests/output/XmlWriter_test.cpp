@@ -18,15 +18,15 @@ namespace
 class CScopeWriter : public QvTest::CRecordingWriter
 {
 public:
-    void StartElement(std::wstring_view strName, std::wstring_view strNamespace) override
+    void StartElement(std::wstring_view svName, std::wstring_view svNamespace) override
     {
-        m_pContext = CreateContext(strName, strNamespace);
+        m_pContext = CreateContext(svName, svNamespace);
     }
     void EndElement() override { PopContext(); }
 
-    std::wstring Prefix(std::wstring_view strNamespace) const
+    std::wstring Prefix(std::wstring_view svNamespace) const
     {
-        const std::wstring* const pstrPrefix = FindPrefix(strNamespace);
+        const std::wstring* const pstrPrefix = FindPrefix(svNamespace);
         return pstrPrefix != nullptr ? *pstrPrefix : L"(none)";
     }
     std::wstring Default() const { return std::wstring(GetDefaultNamespace()); }

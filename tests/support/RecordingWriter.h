@@ -22,19 +22,19 @@ public:
     void WriteComment(std::wstring_view) override {}
     void WriteProcessingInstruction(std::wstring_view) override {}
     void WriteInlineSchema(std::wstring_view) override {}
-    void StartElement(std::wstring_view strName, std::wstring_view strNamespace) override
+    void StartElement(std::wstring_view svName, std::wstring_view svNamespace) override
     {
-        Line(L"<" + Name(strName, strNamespace));
+        Line(L"<" + Name(svName, svNamespace));
     }
-    void WriteText(std::wstring_view strValue, QvXmlLib9::ItemType eType) override
+    void WriteText(std::wstring_view svValue, QvXmlLib9::ItemType eType) override
     {
-        Line(std::wstring(strValue) + L":" + std::to_wstring(eType));
+        Line(std::wstring(svValue) + L":" + std::to_wstring(eType));
     }
     void EndElement() override { Line(L">"); }
-    void WriteAttribute(std::wstring_view strName, std::wstring_view strNamespace, std::wstring_view strValue,
+    void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
                         QvXmlLib9::ItemType eType) override
     {
-        Line(L" " + Name(strName, strNamespace) + L"=" + std::wstring(strValue) + L":" + std::to_wstring(eType));
+        Line(L" " + Name(svName, svNamespace) + L"=" + std::wstring(svValue) + L":" + std::to_wstring(eType));
     }
     void WriteXsiType(std::wstring_view, std::wstring_view, QvXmlLib9::ItemType) override {}
     void WriteXsiNil() override {}
@@ -42,9 +42,9 @@ public:
     std::wstring m_strCalls;
 
 private:
-    static std::wstring Name(std::wstring_view strName, std::wstring_view strNamespace)
+    static std::wstring Name(std::wstring_view svName, std::wstring_view svNamespace)
     {
-        return L"{" + std::wstring(strNamespace) + L"}" + std::wstring(strName);
+        return L"{" + std::wstring(svNamespace) + L"}" + std::wstring(svName);
     }
     void Line(const std::wstring& strLine) { m_strCalls += strLine + L"\n"; }
 };

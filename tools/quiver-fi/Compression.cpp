@@ -24,7 +24,7 @@ constexpr int s_nMemoryLevel = 8;
 /// Speed counts for more than the last percent of size.
 constexpr int s_nLevel = 1;
 
-constexpr std::string_view s_strGzip("\x1F\x8B", 2);
+constexpr std::string_view s_svGzip("\x1F\x8B", 2);
 
 /// What is handed to zlib at once; its counts have no more bits.
 constexpr std::size_t s_nMost = std::numeric_limits<uInt>::max();
@@ -43,7 +43,7 @@ struct SDeflateEnd
 
 bool IsGzip(std::string_view bytes)
 {
-    return bytes.substr(0, s_strGzip.size()) == s_strGzip;
+    return bytes.substr(0, s_svGzip.size()) == s_svGzip;
 }
 
 /// Neither XML text nor Fast Infoset begins like a zlib stream.

@@ -11,59 +11,59 @@ namespace quiver_fi
 namespace
 {
 
-constexpr std::string_view s_strXmlPrefix = "xml";
-constexpr std::string_view s_strXmlnsPrefix = "xmlns";
-constexpr std::string_view s_strXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view s_strXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
+constexpr std::string_view s_svXmlPrefix = "xml";
+constexpr std::string_view s_svXmlnsPrefix = "xmlns";
+constexpr std::string_view s_svXmlNamespace = "http://www.w3.org/XML/1998/namespace";
+constexpr std::string_view s_svXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 
 } // namespace
 
 CDocument::CDocument()
 {
     InternText("");
-    InternText(s_strXmlPrefix);
-    InternText(s_strXmlNamespace);
+    InternText(s_svXmlPrefix);
+    InternText(s_svXmlNamespace);
 }
 
-CDocument::TextId CDocument::InternText(std::string_view strText)
+CDocument::TextId CDocument::InternText(std::string_view svText)
 {
-    const auto it = m_textIds.find(strText);
+    const auto it = m_textIds.find(svText);
     if (it != m_textIds.end())
         return it->second;
     const auto dwText = static_cast<TextId>(m_texts.size());
-    m_textIds.emplace(m_texts.emplace_back(strText), dwText);
+    m_textIds.emplace(m_texts.emplace_back(svText), dwText);
     return dwText;
 }
 
 void CDocument::CheckNamespace(TextId dwNamespace) const
 {
-    if (GetText(dwNamespace) == s_strXmlnsNamespace)
+    if (GetText(dwNamespace) == s_svXmlnsNamespace)
         throw std::runtime_error("the document holds a name in the namespace of namespace declarations");
 }
 
-void CDocument::CheckLocalName(std::string_view strLocalName) const
+void CDocument::CheckLocalName(std::string_view svLocalName) const
 {
-    if (!IsNCName(Widen(strLocalName)))
-        throw std::runtime_error("the document holds the name " + Quote(strLocalName) + ", which is none in XML");
+    if (!IsNCName(Widen(svLocalName)))
+        throw std::runtime_error("the document holds the name " + Quote(svLocalName) + ", which is none in XML");
 }
 
-CDocument::NameId CDocument::InternName(TextId dwNamespace, std::string_view strLocalName)
+CDocument::NameId CDocument::InternName(TextId dwNamespace, std::string_view svLocalName)
 {
-    const auto it = m_nameIds.find({dwNamespace, strLocalName});
+    const auto it = m_nameIds.find({dwNamespace, svLocalName});
     if (it != m_nameIds.end())
         return it->second;
     CheckNamespace(dwNamespace);
-    CheckLocalName(strLocalName);
+    CheckLocalName(svLocalName);
     const auto dwName = static_cast<NameId>(m_names.size());
-    const SName& name = m_names.emplace_back(SName{dwNamespace, std::string(strLocalName)});
+    const SName& name = m_names.emplace_back(SName{dwNamespace, std::string(svLocalName)});
     m_nameIds.emplace(std::make_pair(dwNamespace, std::string_view(name.strLocalName)), dwName);
     return dwName;
 }
 
-CDocument::SRange CDocument::Store(std::string_view strText)
+CDocument::SRange CDocument::Store(std::string_view svText)
 {
-    const SRange range{m_strValues.size(), strText.size()};
-    m_strValues += strText;
+    const SRange range{m_strValues.size(), svText.size()};
+    m_strValues += svText;
     return range;
 }
 
@@ -73,7 +73,7 @@ void CDocument::Declare(TextId dwPrefix, TextId dwNamespace)
     CheckNamespace(dwNamespace);
     if (!strPrefix.empty())
         CheckLocalName(strPrefix);
-    if (strPrefix == s_strXmlnsPrefix || (dwPrefix == s_dwXmlPrefix) != (dwNamespace == s_dwXmlNamespace))
+    if (strPrefix == s_svXmlnsPrefix || (dwPrefix == s_dwXmlPrefix) != (dwNamespace == s_dwXmlNamespace))
         throw std::runtime_error("the document declares the prefix " + Quote(strPrefix) + " against the rules of XML");
     m_lastElementOfPrefix.resize(m_texts.size());
     if (m_lastElementOfPrefix[dwPrefix] == m_nElements + 1)
@@ -85,7 +85,7 @@ void CDocument::Declare(TextId dwPrefix, TextId dwNamespace)
 void CDocument::SuggestPrefix(TextId dwPrefix, TextId dwNamespace)
 {
     const std::string& strPrefix = GetText(dwPrefix);
-    if (dwPrefix == s_dwXmlPrefix || strPrefix == s_strXmlnsPrefix || !IsNCName(Widen(strPrefix)))
+    if (dwPrefix == s_dwXmlPrefix || strPrefix == s_svXmlnsPrefix || !IsNCName(Widen(strPrefix)))
         return;
     if (m_suggestedSet.emplace(dwPrefix, dwNamespace).second)
         m_suggested.emplace_back(dwPrefix, dwNamespace);
@@ -100,7 +100,7 @@ void CDocument::StartElement(NameId dwName)
 void CDocument::AddAttribute(NameId dwName, SRange value)
 {
     const SName& name = GetName(dwName);
-    if (name.dwNamespace == s_dwNone && name.strLocalName == s_strXmlnsPrefix)
+    if (name.dwNamespace == s_dwNone && name.strLocalName == s_svXmlnsPrefix)
         throw std::runtime_error("the document holds an attribute called xmlns, which XML takes for a declaration");
     m_lastElementOfName.resize(m_names.size());
     if (m_lastElementOfName[dwName] == m_nElements)

@@ -65,13 +65,13 @@ public:
 
     // --- Building ---
 
-    TextId InternText(std::string_view strText);
+    TextId InternText(std::string_view svText);
 
     /// @throws std::runtime_error for a name that is none in XML, or a namespace that cannot be declared.
-    NameId InternName(TextId dwNamespace, std::string_view strLocalName);
+    NameId InternName(TextId dwNamespace, std::string_view svLocalName);
 
     /// Remembers the text of a value.
-    SRange Store(std::string_view strText);
+    SRange Store(std::string_view svText);
 
     /// Declares a prefix on the element that starts next; the empty prefix stands for the default namespace.
     /// @throws std::runtime_error for what XML does not admit.
@@ -108,7 +108,7 @@ public:
 
 private:
     void CheckNamespace(TextId dwNamespace) const;
-    void CheckLocalName(std::string_view strLocalName) const;
+    void CheckLocalName(std::string_view svLocalName) const;
 
     std::vector<SEvent> m_events;
     std::string m_strValues;

@@ -65,12 +65,12 @@ void FinishOutput(const SStreams& streams)
         ThrowFailed("write", "-", 0);
 }
 
-void WriteOutput(const std::string& strName, std::string_view strBytes, const SStreams& streams)
+void WriteOutput(const std::string& strName, std::string_view svBytes, const SStreams& streams)
 {
-    const auto nLength = static_cast<std::streamsize>(strBytes.size());
+    const auto nLength = static_cast<std::streamsize>(svBytes.size());
     if (IsStandardStream(strName))
     {
-        streams.out.write(strBytes.data(), nLength);
+        streams.out.write(svBytes.data(), nLength);
         FinishOutput(streams);
         return;
     }
@@ -78,7 +78,7 @@ void WriteOutput(const std::string& strName, std::string_view strBytes, const SS
     std::ofstream file(strName, std::ios::binary | std::ios::trunc);
     if (!file)
         ThrowFailed("create", strName, errno);
-    file.write(strBytes.data(), nLength);
+    file.write(svBytes.data(), nLength);
     file.close();
     if (!file)
         ThrowFailed("write", strName, errno);

@@ -34,7 +34,7 @@ std::string ReadInput(const std::string& strName, const SStreams& streams);
 
 /// Writes a whole file, or to standard output for "-".
 /// @throws CFileError
-void WriteOutput(const std::string& strName, std::string_view strBytes, const SStreams& streams);
+void WriteOutput(const std::string& strName, std::string_view svBytes, const SStreams& streams);
 
 /// Sees to it that everything has arrived on standard output.
 /// @throws CFileError

@@ -73,13 +73,13 @@ private:
 };
 
 /// Checks what will stand in XML text.
-void CheckText(std::wstring_view strUnits)
+void CheckText(std::wstring_view svUnits)
 {
-    const std::size_t nPosition = FindUnprintable(strUnits);
+    const std::size_t nPosition = FindUnprintable(svUnits);
     if (nPosition != std::wstring_view::npos)
     {
         throw std::runtime_error("the document holds the character " +
-                                 std::to_string(static_cast<unsigned long>(strUnits[nPosition])) +
+                                 std::to_string(static_cast<unsigned long>(svUnits[nPosition])) +
                                  ", which XML text cannot hold");
     }
 }

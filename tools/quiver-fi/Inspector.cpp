@@ -31,15 +31,15 @@ std::size_t FindIdentification(std::string_view octets)
     // The octet of optional components belongs to every document.
     const auto fnFollows = [octets](std::size_t nOffset)
     {
-        const std::size_t nLength = g_strFIIdentification.size();
-        return octets.size() > nOffset + nLength && octets.substr(nOffset, nLength) == g_strFIIdentification;
+        const std::size_t nLength = g_svFIIdentification.size();
+        return octets.size() > nOffset + nLength && octets.substr(nOffset, nLength) == g_svFIIdentification;
     };
     if (fnFollows(0))
         return 0;
-    for (const std::string_view strDeclaration : g_fiDeclarations)
+    for (const std::string_view svDeclaration : g_fiDeclarations)
     {
-        if (octets.substr(0, strDeclaration.size()) == strDeclaration && fnFollows(strDeclaration.size()))
-            return strDeclaration.size();
+        if (octets.substr(0, svDeclaration.size()) == svDeclaration && fnFollows(svDeclaration.size()))
+            return svDeclaration.size();
     }
     return std::string_view::npos;
 }
@@ -85,7 +85,7 @@ private:
     using SValue = IInfosetHandler::SValue;
 
     std::size_t GetOffset() const { return m_octets.size() - m_in.GetOctetsLeft(); }
-    void AddLine(std::string_view strText);
+    void AddLine(std::string_view svText);
 
     // What only the listing wants is not made without one.
     std::string Show(const SEncodedText& text) const { return m_pListing ? m_tables.Show(text) : std::string(); }
@@ -138,12 +138,12 @@ private:
     bool m_bEnded = false;
 };
 
-void CInspector::AddLine(std::string_view strText)
+void CInspector::AddLine(std::string_view svText)
 {
     m_nItem = GetOffset();
     m_progress.Reach(m_nItem);
     if (m_pListing != nullptr)
-        m_pListing->AddLine(m_nItem, m_open.size(), strText);
+        m_pListing->AddLine(m_nItem, m_open.size(), svText);
 }
 
 std::string CInspector::ShowRepeated(std::uint32_t dwIndex, const CTable& table) const
@@ -167,9 +167,9 @@ void CInspector::Run()
         m_progress.Clear();
         std::string strReason;
         AppendUtf8(strReason, ex.GetMessageW());
-        constexpr std::string_view strFamily = "Failed to parse FastInfoset. ";
-        if (strReason.compare(0, strFamily.size(), strFamily) == 0)
-            strReason.erase(0, strFamily.size());
+        constexpr std::string_view svFamily = "Failed to parse FastInfoset. ";
+        if (strReason.compare(0, svFamily.size(), svFamily) == 0)
+            strReason.erase(0, svFamily.size());
         const std::string strStart = FormatOffset(m_nItem);
         if (m_pListing != nullptr)
             m_pListing->AddNote(strStart + "  the listing stops in this item");
@@ -186,7 +186,7 @@ void CInspector::ReadHead(std::size_t nDeclaration)
         const std::string strDeclaration(m_in.ReadOctets(nDeclaration));
         AddLine("XML declaration " + strDeclaration);
     }
-    m_in.ReadOctets(g_strFIIdentification.size());
+    m_in.ReadOctets(g_svFIIdentification.size());
     AddLine("identification, version 1");
 
     const unsigned char by = m_in.ReadOctet();

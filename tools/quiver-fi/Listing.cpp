@@ -22,7 +22,7 @@ CListing::CListing(std::string_view octets, std::ostream& out)
 {
 }
 
-void CListing::AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view strText)
+void CListing::AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view svText)
 {
     m_strLine = FormatOffset(m_nStart) + "  ";
     const std::size_t nOctets = nEnd - m_nStart;
@@ -36,15 +36,15 @@ void CListing::AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view st
         m_strLine += ".. ";
     m_strLine.append((s_nOctetsShown - nShown - (nShown < nOctets ? 1 : 0)) * 3 + 1, ' ');
     m_strLine.append(std::min(nDepth, s_nDeepestIndent) * 2, ' ');
-    m_strLine.append(strText);
+    m_strLine.append(svText);
     m_strLine += '\n';
     m_out << m_strLine;
     m_nStart = nEnd;
 }
 
-void CListing::AddNote(std::string_view strText)
+void CListing::AddNote(std::string_view svText)
 {
-    m_out << strText << '\n';
+    m_out << svText << '\n';
 }
 
 std::string FormatOffset(std::size_t nOffset)

@@ -19,10 +19,10 @@ public:
 
     /// A line for the octets from the end of the former line to `nEnd`.
     /// @param nDepth how many elements are open, for the indentation.
-    void AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view strText);
+    void AddLine(std::size_t nEnd, std::size_t nDepth, std::string_view svText);
 
     /// A line without octets.
-    void AddNote(std::string_view strText);
+    void AddNote(std::string_view svText);
 
     /// Where the next line begins.
     std::size_t GetStart() const { return m_nStart; }

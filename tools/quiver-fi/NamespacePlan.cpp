@@ -14,16 +14,16 @@ namespace
 
 using EKind = CDocument::EKind;
 
-constexpr std::string_view s_strXsiNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::string_view s_strXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view s_strBlanks = " \t\n\r";
+constexpr std::string_view s_svXsiNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::string_view s_svXmlNamespace = "http://www.w3.org/XML/1998/namespace";
+constexpr std::string_view s_svBlanks = " \t\n\r";
 
-std::string_view Trim(std::string_view strValue)
+std::string_view Trim(std::string_view svValue)
 {
-    const std::size_t nFirst = strValue.find_first_not_of(s_strBlanks);
+    const std::size_t nFirst = svValue.find_first_not_of(s_svBlanks);
     if (nFirst == std::string_view::npos)
         return {};
-    return strValue.substr(nFirst, strValue.find_last_not_of(s_strBlanks) + 1 - nFirst);
+    return svValue.substr(nFirst, svValue.find_last_not_of(s_svBlanks) + 1 - nFirst);
 }
 
 } // namespace
@@ -123,22 +123,22 @@ void CNamespacePlan::SurveyName(const CDocument::SEvent& event)
     (bElement ? m_usedByElement : m_usedByAttribute)[dwNamespace] = true;
 }
 
-void CNamespacePlan::SurveyType(std::size_t nEvent, std::string_view strValue)
+void CNamespacePlan::SurveyType(std::size_t nEvent, std::string_view svValue)
 {
     const CDocument::SName& name = m_document.GetName(m_document.GetEvents()[nEvent].dwName);
-    const std::string_view strType = Trim(strValue);
-    if (strType.empty())
+    const std::string_view svType = Trim(svValue);
+    if (svType.empty())
         return;
-    if (name.strLocalName != "type" || m_document.GetText(name.dwNamespace) != s_strXsiNamespace)
+    if (name.strLocalName != "type" || m_document.GetText(name.dwNamespace) != s_svXsiNamespace)
     {
-        SurveyValue(strValue);
+        SurveyValue(svValue);
         return;
     }
-    const std::size_t nColon = strType.find(':');
+    const std::size_t nColon = svType.find(':');
     const bool bPrefix = nColon != std::string_view::npos;
-    const auto it = m_prefixIds.find(Widen(strType.substr(0, bPrefix ? nColon : 0)));
+    const auto it = m_prefixIds.find(Widen(svType.substr(0, bPrefix ? nColon : 0)));
     STypeName type{nEvent, it != m_prefixIds.end() ? it->second : CDocument::s_dwNone, CDocument::s_dwNone,
-                   std::string(strType.substr(bPrefix ? nColon + 1 : 0))};
+                   std::string(svType.substr(bPrefix ? nColon + 1 : 0))};
     if (bPrefix && type.dwPrefix == CDocument::s_dwNone)
         return;
     type.dwNamespace = m_bound[type.dwPrefix];
@@ -149,29 +149,29 @@ void CNamespacePlan::SurveyType(std::size_t nEvent, std::string_view strValue)
 }
 
 /// Finds every prefix in force that is followed by a colon, wherever it stands: values may hold names among other text.
-void CNamespacePlan::SurveyValue(std::string_view strValue)
+void CNamespacePlan::SurveyValue(std::string_view svValue)
 {
     if (m_prefixIds.empty())
         return;
-    Widen(strValue, m_strUnits);
-    const std::wstring_view strUnits = m_strUnits;
-    for (std::size_t n = strUnits.find(L':'); n != std::wstring_view::npos; n = strUnits.find(L':', n + 1))
+    Widen(svValue, m_strUnits);
+    const std::wstring_view svUnits = m_strUnits;
+    for (std::size_t n = svUnits.find(L':'); n != std::wstring_view::npos; n = svUnits.find(L':', n + 1))
     {
-        const std::size_t nBegin = FindNameBefore(strUnits, n);
+        const std::size_t nBegin = FindNameBefore(svUnits, n);
         if (nBegin == 0)
-            UsePrefix(m_strTail.append(strUnits.substr(0, n)));
+            UsePrefix(m_strTail.append(svUnits.substr(0, n)));
         else
-            UsePrefix(strUnits.substr(nBegin, n - nBegin));
+            UsePrefix(svUnits.substr(nBegin, n - nBegin));
     }
-    const std::size_t nTail = FindNameBefore(strUnits, strUnits.size());
+    const std::size_t nTail = FindNameBefore(svUnits, svUnits.size());
     if (nTail != 0)
         m_strTail.clear();
-    m_strTail.append(strUnits.substr(nTail));
+    m_strTail.append(svUnits.substr(nTail));
 }
 
-void CNamespacePlan::UsePrefix(std::wstring_view strPrefix)
+void CNamespacePlan::UsePrefix(std::wstring_view svPrefix)
 {
-    const auto it = m_prefixIds.find(strPrefix);
+    const auto it = m_prefixIds.find(svPrefix);
     if (it == m_prefixIds.end() || m_bound[it->second] == CDocument::s_dwNone)
         return;
     const TextId dwNamespace = m_bound[it->second];
@@ -274,7 +274,7 @@ void CNamespacePlan::CheckDeclarable() const
     const auto fnCheck = [this](TextId dwNamespace)
     {
         const std::string& strNamespace = m_document.GetText(dwNamespace);
-        if (strNamespace.compare(0, s_strXmlNamespace.size(), s_strXmlNamespace) == 0)
+        if (strNamespace.compare(0, s_svXmlNamespace.size(), s_svXmlNamespace) == 0)
             throw std::runtime_error("values of the document need the namespace " + Quote(strNamespace) +
                                      ", which cannot be declared here");
     };

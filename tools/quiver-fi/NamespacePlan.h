@@ -59,9 +59,9 @@ private:
     void Bind(TextId dwPrefix, TextId dwNamespace);
     void Unbind(std::size_t nCount);
     void SurveyName(const CDocument::SEvent& event);
-    void SurveyType(std::size_t nEvent, std::string_view strValue);
-    void SurveyValue(std::string_view strValue);
-    void UsePrefix(std::wstring_view strPrefix);
+    void SurveyType(std::size_t nEvent, std::string_view svValue);
+    void SurveyValue(std::string_view svValue);
+    void UsePrefix(std::wstring_view svPrefix);
 
     void ChooseDefault();
     void ClaimPrefixesOfValues();

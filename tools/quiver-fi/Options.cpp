@@ -17,7 +17,7 @@ constexpr unsigned s_nInspect = 4;
 
 struct SCommand
 {
-    std::string_view strName;
+    std::string_view svName;
     ECommand eCommand;
     unsigned nBit;
     std::size_t nFiles;
@@ -36,26 +36,26 @@ constexpr std::string_view s_declarations[] = {"none",    "plain",  "yes", "no",
 /// One option: the commands it belongs to, and what it does with its value, which is empty for an option without one.
 struct SOption
 {
-    std::string_view strName;
+    std::string_view svName;
     unsigned nCommands;
-    std::string_view strValue;
-    std::string_view strHelp;
-    bool (*pfnApply)(SOptions&, std::string_view strValue);
+    std::string_view svValue;
+    std::string_view svHelp;
+    bool (*pfnApply)(SOptions&, std::string_view svValue);
 };
 
-bool ParseNumber(std::string_view strText, std::uint32_t& dwNumber)
+bool ParseNumber(std::string_view svText, std::uint32_t& dwNumber)
 {
-    const char* const pEnd = strText.data() + strText.size();
-    const auto [pStop, eError] = std::from_chars(strText.data(), pEnd, dwNumber);
+    const char* const pEnd = svText.data() + svText.size();
+    const auto [pStop, eError] = std::from_chars(svText.data(), pEnd, dwNumber);
     return eError == std::errc() && pStop == pEnd;
 }
 
-bool ApplyDeclaration(SOptions& options, std::string_view strValue)
+bool ApplyDeclaration(SOptions& options, std::string_view svValue)
 {
     int nDeclaration = 0;
-    for (const std::string_view strName : s_declarations)
+    for (const std::string_view svName : s_declarations)
     {
-        if (strValue == strName)
+        if (svValue == svName)
         {
             options.eDeclaration = static_cast<FInfoDecl>(nDeclaration);
             return true;
@@ -65,16 +65,16 @@ bool ApplyDeclaration(SOptions& options, std::string_view strValue)
     return false;
 }
 
-bool ApplyEncoding(SOptions& options, std::string_view strValue)
+bool ApplyEncoding(SOptions& options, std::string_view svValue)
 {
-    options.eEncoding = strValue == "utf-16" ? Encoding_UTF16 : Encoding_UTF8;
-    return strValue == "utf-16" || strValue == "utf-8";
+    options.eEncoding = svValue == "utf-16" ? Encoding_UTF16 : Encoding_UTF8;
+    return svValue == "utf-16" || svValue == "utf-8";
 }
 
-bool ApplyEOL(SOptions& options, std::string_view strValue)
+bool ApplyEOL(SOptions& options, std::string_view svValue)
 {
-    options.eEOLType = strValue == "crlf" ? EOLType_CRLF : EOLType_LF;
-    return strValue == "crlf" || strValue == "lf";
+    options.eEOLType = svValue == "crlf" ? EOLType_CRLF : EOLType_LF;
+    return svValue == "crlf" || svValue == "lf";
 }
 
 constexpr SOption s_options[] = {
@@ -127,53 +127,53 @@ constexpr SOption s_options[] = {
      }},
 };
 
-const SCommand& FindCommand(std::string_view strName)
+const SCommand& FindCommand(std::string_view svName)
 {
     for (const SCommand& command : s_commands)
     {
-        if (command.strName == strName)
+        if (command.svName == svName)
             return command;
     }
-    throw CUsageError{"unknown command " + std::string(strName)};
+    throw CUsageError{"unknown command " + std::string(svName)};
 }
 
-const SOption& FindOption(std::string_view strName, const SCommand& command)
+const SOption& FindOption(std::string_view svName, const SCommand& command)
 {
     for (const SOption& option : s_options)
     {
-        if (option.strName == strName && (option.nCommands & command.nBit) != 0)
+        if (option.svName == svName && (option.nCommands & command.nBit) != 0)
             return option;
     }
-    throw CUsageError{std::string(command.strName) + " has no option " + std::string(strName)};
+    throw CUsageError{std::string(command.svName) + " has no option " + std::string(svName)};
 }
 
 /// Applies the option at `nArgument`, and steps over its value if that is an argument of its own.
 void ParseOption(SOptions& options, const SCommand& command, const std::vector<std::string>& arguments,
                  std::size_t& nArgument)
 {
-    std::string_view strName = arguments[nArgument];
-    const std::size_t nEquals = strName.find('=');
+    std::string_view svName = arguments[nArgument];
+    const std::size_t nEquals = svName.find('=');
     const bool bInline = nEquals != std::string_view::npos;
-    std::string_view strValue = bInline ? strName.substr(nEquals + 1) : std::string_view();
-    strName = strName.substr(0, nEquals);
-    const SOption& option = FindOption(strName, command);
-    if (option.strValue.empty() && bInline)
-        throw CUsageError{std::string(strName) + " takes no value"};
-    if (!option.strValue.empty() && !bInline)
+    std::string_view svValue = bInline ? svName.substr(nEquals + 1) : std::string_view();
+    svName = svName.substr(0, nEquals);
+    const SOption& option = FindOption(svName, command);
+    if (option.svValue.empty() && bInline)
+        throw CUsageError{std::string(svName) + " takes no value"};
+    if (!option.svValue.empty() && !bInline)
     {
         if (++nArgument == arguments.size())
-            throw CUsageError{std::string(strName) + " needs a value"};
-        strValue = arguments[nArgument];
+            throw CUsageError{std::string(svName) + " needs a value"};
+        svValue = arguments[nArgument];
     }
-    if (!option.pfnApply(options, strValue))
-        throw CUsageError{std::string(strName) + " does not take the value " + std::string(strValue)};
+    if (!option.pfnApply(options, svValue))
+        throw CUsageError{std::string(svName) + " does not take the value " + std::string(svValue)};
 }
 
 void AssignFiles(SOptions& options, const SCommand& command, const std::vector<std::string>& files)
 {
     if (files.size() != command.nFiles)
     {
-        throw CUsageError{std::string(command.strName) +
+        throw CUsageError{std::string(command.svName) +
                           (command.nFiles == 1 ? " needs one file name" : " needs two file names")};
     }
     options.strInput = files.front();
@@ -245,14 +245,14 @@ std::string GetHelp()
     constexpr std::size_t nColumn = 29;
     for (const SCommand& command : s_commands)
     {
-        strHelp += "\nOptions of " + std::string(command.strName) + ":\n";
+        strHelp += "\nOptions of " + std::string(command.svName) + ":\n";
         for (const SOption& option : s_options)
         {
             if ((option.nCommands & command.nBit) == 0)
                 continue;
-            std::string strLine = "  " + std::string(option.strName) + " " + std::string(option.strValue);
+            std::string strLine = "  " + std::string(option.svName) + " " + std::string(option.svValue);
             strLine.resize(nColumn, ' ');
-            for (const char c : option.strHelp)
+            for (const char c : option.svHelp)
             {
                 strLine += c;
                 if (c == '\n')

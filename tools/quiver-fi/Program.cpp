@@ -85,7 +85,7 @@ void Decode(const SOptions& options, const SStreams& streams)
     if (options.bXmlDeclaration)
     {
         strText += R"(<?xml version="1.0" encoding=")";
-        strText.append(options.eEncoding == Encoding_UTF8 ? "UTF-8" : "UTF-16").append("\"?>").append(form.strEOL);
+        strText.append(options.eEncoding == Encoding_UTF8 ? "UTF-8" : "UTF-16").append("\"?>").append(form.svEOL);
     }
     const CNamespacePlan plan(document, CNamespacePlan::EForm::XmlText);
     CXmlTextSink sink(document, plan, form, strText);

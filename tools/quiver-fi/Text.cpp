@@ -12,15 +12,15 @@ namespace quiver_fi
 namespace
 {
 
-constexpr std::string_view s_strDigits = "0123456789ABCDEF";
+constexpr std::string_view s_svDigits = "0123456789ABCDEF";
 
 /// Octets of the longest character in UTF-8.
 constexpr std::size_t s_nLongest = 4;
 
-bool IsSurrogatePair(std::wstring_view strUnits)
+bool IsSurrogatePair(std::wstring_view svUnits)
 {
-    return strUnits.size() >= 2 && strUnits[0] >= 0xD800 && strUnits[0] <= 0xDBFF && strUnits[1] >= 0xDC00 &&
-           strUnits[1] <= 0xDFFF;
+    return svUnits.size() >= 2 && svUnits[0] >= 0xD800 && svUnits[0] <= 0xDBFF && svUnits[1] >= 0xDC00 &&
+           svUnits[1] <= 0xDFFF;
 }
 
 /// Controls, the marks of line and paragraph, what turns the direction of text, and lone surrogates.
@@ -56,12 +56,12 @@ void AppendUnit(std::string& strOut, wchar_t c)
 }
 
 /// Octets of the character in front, or 0 if they are none in UTF-8.
-std::size_t FindCharacter(std::string_view strUtf8, std::wstring& strUnits)
+std::size_t FindCharacter(std::string_view svUtf8, std::wstring& strUnits)
 {
-    for (std::size_t nLength = 1; nLength <= s_nLongest && nLength <= strUtf8.size(); ++nLength)
+    for (std::size_t nLength = 1; nLength <= s_nLongest && nLength <= svUtf8.size(); ++nLength)
     {
         strUnits.clear();
-        if (AppendUtf8AsUtf16(strUnits, strUtf8.substr(0, nLength)))
+        if (AppendUtf8AsUtf16(strUnits, svUtf8.substr(0, nLength)))
             return nLength;
     }
     return 0;
@@ -69,78 +69,78 @@ std::size_t FindCharacter(std::string_view strUtf8, std::wstring& strUnits)
 
 } // namespace
 
-void Widen(std::string_view strUtf8, std::wstring& strUnits)
+void Widen(std::string_view svUtf8, std::wstring& strUnits)
 {
     strUnits.clear();
-    if (!AppendUtf8AsUtf16(strUnits, strUtf8))
+    if (!AppendUtf8AsUtf16(strUnits, svUtf8))
         throw std::runtime_error("the document holds text that is not UTF-8, behind " + Quote(strUnits, 60));
 }
 
-std::wstring Widen(std::string_view strUtf8)
+std::wstring Widen(std::string_view svUtf8)
 {
     std::wstring strUnits;
-    Widen(strUtf8, strUnits);
+    Widen(svUtf8, strUnits);
     return strUnits;
 }
 
-std::string Narrow(std::wstring_view strUnits)
+std::string Narrow(std::wstring_view svUnits)
 {
     std::string strUtf8;
-    if (!AppendUtf8(strUtf8, strUnits))
+    if (!AppendUtf8(strUtf8, svUnits))
         throw std::runtime_error("the document holds half of a surrogate pair");
     return strUtf8;
 }
 
-bool IsBlank(std::string_view strUtf8)
+bool IsBlank(std::string_view svUtf8)
 {
-    return strUtf8.find_first_not_of(" \t\n\r") == std::string_view::npos;
+    return svUtf8.find_first_not_of(" \t\n\r") == std::string_view::npos;
 }
 
 void AppendHex(std::string& strOut, std::size_t nValue, int nDigits)
 {
     while (nDigits-- > 0)
-        strOut += s_strDigits[nValue >> (4 * nDigits) & 15];
+        strOut += s_svDigits[nValue >> (4 * nDigits) & 15];
 }
 
-std::string Quote(std::wstring_view strUnits, std::size_t nLimit)
+std::string Quote(std::wstring_view svUnits, std::size_t nLimit)
 {
     std::string strQuoted = "\"";
-    const std::size_t nLength = strUnits.size();
-    while (!strUnits.empty() && nLength - strUnits.size() < nLimit)
+    const std::size_t nLength = svUnits.size();
+    while (!svUnits.empty() && nLength - svUnits.size() < nLimit)
     {
-        const std::size_t nUnits = IsSurrogatePair(strUnits) ? 2 : 1;
+        const std::size_t nUnits = IsSurrogatePair(svUnits) ? 2 : 1;
         if (nUnits == 2)
         {
-            AppendUtf8(strQuoted, strUnits.substr(0, 2));
+            AppendUtf8(strQuoted, svUnits.substr(0, 2));
         }
         else
         {
-            if (strUnits.front() == L'"' || strUnits.front() == L'\\')
+            if (svUnits.front() == L'"' || svUnits.front() == L'\\')
                 strQuoted += '\\';
-            AppendUnit(strQuoted, strUnits.front());
+            AppendUnit(strQuoted, svUnits.front());
         }
-        strUnits.remove_prefix(nUnits);
+        svUnits.remove_prefix(nUnits);
     }
-    strQuoted += strUnits.empty() ? "\"" : "...\"";
+    strQuoted += svUnits.empty() ? "\"" : "...\"";
     return strQuoted;
 }
 
-std::string Quote(std::string_view strUtf8)
+std::string Quote(std::string_view svUtf8)
 {
-    return Quote(std::wstring_view(Widen(strUtf8)));
+    return Quote(std::wstring_view(Widen(svUtf8)));
 }
 
-std::string EscapeControls(std::string_view strMessage)
+std::string EscapeControls(std::string_view svMessage)
 {
     std::string strOut;
     std::wstring strUnits;
-    while (!strMessage.empty())
+    while (!svMessage.empty())
     {
-        const std::size_t nLength = FindCharacter(strMessage, strUnits);
+        const std::size_t nLength = FindCharacter(svMessage, strUnits);
         if (nLength == 0)
         {
             strOut += "\\x";
-            AppendHex(strOut, static_cast<unsigned char>(strMessage.front()), 2);
+            AppendHex(strOut, static_cast<unsigned char>(svMessage.front()), 2);
         }
         else if (strUnits.size() == 1)
         {
@@ -148,9 +148,9 @@ std::string EscapeControls(std::string_view strMessage)
         }
         else
         {
-            strOut.append(strMessage.substr(0, nLength));
+            strOut.append(svMessage.substr(0, nLength));
         }
-        strMessage.remove_prefix(nLength == 0 ? 1 : nLength);
+        svMessage.remove_prefix(nLength == 0 ? 1 : nLength);
     }
     return strOut;
 }

@@ -18,19 +18,19 @@ constexpr std::size_t s_nElementNamesLimit = 526368;
 
 /// Appends text of which a character for which `fnEscape` gives anything is written as that.
 template <class FnEscape>
-void AppendEscaped(std::string& strOut, std::string_view strText, FnEscape&& fnEscape)
+void AppendEscaped(std::string& strOut, std::string_view svText, FnEscape&& fnEscape)
 {
     std::size_t nBegin = 0;
-    for (std::size_t n = 0; n < strText.size(); ++n)
+    for (std::size_t n = 0; n < svText.size(); ++n)
     {
-        const std::string_view strEscape = fnEscape(strText[n]);
-        if (strEscape.empty())
+        const std::string_view svEscape = fnEscape(svText[n]);
+        if (svEscape.empty())
             continue;
-        strOut.append(strText.substr(nBegin, n - nBegin));
-        strOut.append(strEscape);
+        strOut.append(svText.substr(nBegin, n - nBegin));
+        strOut.append(svEscape);
         nBegin = n + 1;
     }
-    strOut.append(strText.substr(nBegin));
+    strOut.append(svText.substr(nBegin));
 }
 
 std::string_view EscapeAnywhere(char c)
@@ -109,16 +109,16 @@ void CFastInfosetSink::StartElement(CDocument::NameId dwName, bool /*bInline*/)
     m_bEmpty = true;
 }
 
-void CFastInfosetSink::WriteAttribute(CDocument::NameId dwName, std::string_view strValue)
+void CFastInfosetSink::WriteAttribute(CDocument::NameId dwName, std::string_view svValue)
 {
     const SWideName& name = FindName(dwName);
-    Widen(strValue, m_strUnits);
+    Widen(svValue, m_strUnits);
     m_writer.WriteAttribute(name.strLocalName, name.strNamespace, m_strUnits, GetType(m_strUnits));
 }
 
-void CFastInfosetSink::WriteText(std::string_view strText)
+void CFastInfosetSink::WriteText(std::string_view svText)
 {
-    Widen(strText, m_strUnits);
+    Widen(svText, m_strUnits);
     m_writer.EndChild();
     m_writer.WriteText(m_strUnits, GetType(m_strUnits));
     m_bEmpty = false;
@@ -160,10 +160,10 @@ void CXmlTextSink::AppendName(CDocument::NameId dwName, bool bElement)
     m_strOut.append(name.strLocalName);
 }
 
-void CXmlTextSink::AppendAttribute(std::string_view strName, std::string_view strValue)
+void CXmlTextSink::AppendAttribute(std::string_view svName, std::string_view svValue)
 {
-    m_strOut.append(strName).append("=\"");
-    AppendEscaped(m_strOut, strValue, EscapeInAttribute);
+    m_strOut.append(svName).append("=\"");
+    AppendEscaped(m_strOut, svValue, EscapeInAttribute);
     m_strOut += '"';
 }
 
@@ -177,7 +177,7 @@ void CXmlTextSink::AppendDeclarations()
 
 void CXmlTextSink::BreakLine(std::size_t nDepth)
 {
-    m_strOut.append(m_form.strEOL).append(nDepth, '\t');
+    m_strOut.append(m_form.svEOL).append(nDepth, '\t');
 }
 
 void CXmlTextSink::CloseStartTag()
@@ -208,18 +208,18 @@ void CXmlTextSink::StartElement(CDocument::NameId dwName, bool bInline)
     CheckLength();
 }
 
-void CXmlTextSink::WriteAttribute(CDocument::NameId dwName, std::string_view strValue)
+void CXmlTextSink::WriteAttribute(CDocument::NameId dwName, std::string_view svValue)
 {
     m_strOut += ' ';
     AppendName(dwName, false);
-    AppendAttribute({}, strValue);
+    AppendAttribute({}, svValue);
     CheckLength();
 }
 
-void CXmlTextSink::WriteText(std::string_view strText)
+void CXmlTextSink::WriteText(std::string_view svText)
 {
     CloseStartTag();
-    AppendEscaped(m_strOut, strText, [this](char c) { return c == '\n' ? m_form.strEOL : EscapeAnywhere(c); });
+    AppendEscaped(m_strOut, svText, [this](char c) { return c == '\n' ? m_form.svEOL : EscapeAnywhere(c); });
     CheckLength();
 }
 
@@ -241,7 +241,7 @@ void CXmlTextSink::EndElement()
         m_strOut += '>';
     }
     if (m_open.empty() && m_form.bFormat)
-        m_strOut.append(m_form.strEOL);
+        m_strOut.append(m_form.svEOL);
     CheckLength();
 }
 

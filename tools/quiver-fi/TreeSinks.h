@@ -24,8 +24,8 @@ public:
 
     /// @throws std::runtime_error if there are more names of elements than the writer has numbers for.
     void StartElement(CDocument::NameId dwName, bool bInline) override;
-    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override;
-    void WriteText(std::string_view strText) override;
+    void WriteAttribute(CDocument::NameId dwName, std::string_view svValue) override;
+    void WriteText(std::string_view svText) override;
     void EndElement() override;
 
 private:
@@ -55,7 +55,7 @@ struct STextForm
 {
     /// Line breaks and indentation between elements, except where there is text among them.
     bool bFormat = true;
-    std::string_view strEOL = "\n";
+    std::string_view svEOL = "\n";
 };
 
 /// Writes a document as XML text in UTF-8. Characters that a reader would change are written as references.
@@ -68,8 +68,8 @@ public:
     /// All four:
     /// @throws std::runtime_error if the text becomes longer than text that can be read.
     void StartElement(CDocument::NameId dwName, bool bInline) override;
-    void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) override;
-    void WriteText(std::string_view strText) override;
+    void WriteAttribute(CDocument::NameId dwName, std::string_view svValue) override;
+    void WriteText(std::string_view svText) override;
     void EndElement() override;
 
 private:
@@ -81,7 +81,7 @@ private:
     };
 
     void AppendName(CDocument::NameId dwName, bool bElement);
-    void AppendAttribute(std::string_view strName, std::string_view strValue);
+    void AppendAttribute(std::string_view svName, std::string_view svValue);
     void AppendDeclarations();
     void BreakLine(std::size_t nDepth);
     void CloseStartTag();

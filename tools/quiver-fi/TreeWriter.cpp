@@ -45,10 +45,10 @@ std::vector<SContent> SurveyContent(const CDocument& document)
         case EKind::Attribute:
         {
             const CDocument::SName& name = document.GetName(event.dwName);
-            const std::string_view strValue = document.GetValue(event.range);
+            const std::string_view svValue = document.GetValue(event.range);
             if (name.dwNamespace == CDocument::s_dwXmlNamespace && name.strLocalName == "space")
                 contents[open.back()].bPreserve =
-                    strValue == "preserve" || (contents[open.back()].bPreserve && strValue != "default");
+                    svValue == "preserve" || (contents[open.back()].bPreserve && svValue != "default");
             break;
         }
         case EKind::Text:

@@ -17,9 +17,9 @@ public:
 
     /// @param bInline white space may not be added to the element's content.
     virtual void StartElement(CDocument::NameId dwName, bool bInline) = 0;
-    virtual void WriteAttribute(CDocument::NameId dwName, std::string_view strValue) = 0;
-    /// @param strText never empty.
-    virtual void WriteText(std::string_view strText) = 0;
+    virtual void WriteAttribute(CDocument::NameId dwName, std::string_view svValue) = 0;
+    /// @param svText never empty.
+    virtual void WriteText(std::string_view svText) = 0;
     virtual void EndElement() = 0;
 };
 

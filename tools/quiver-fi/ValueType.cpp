@@ -15,19 +15,19 @@ namespace
 
 constexpr std::size_t s_nDoesNotFit = static_cast<std::size_t>(-1);
 
-bool IsOfAlphabet(std::wstring_view strText, std::wstring_view strAlphabet)
+bool IsOfAlphabet(std::wstring_view svText, std::wstring_view svAlphabet)
 {
-    return strText.find_first_not_of(strAlphabet) == std::wstring_view::npos;
+    return svText.find_first_not_of(svAlphabet) == std::wstring_view::npos;
 }
 
 /// Whether the text is what printing a number of this type gives.
 template <class TInteger>
-bool IsInteger(std::wstring_view strText)
+bool IsInteger(std::wstring_view svText)
 {
     constexpr std::size_t nLongest = 20;
-    if (strText.size() > nLongest || !IsOfAlphabet(strText, L"-0123456789"))
+    if (svText.size() > nLongest || !IsOfAlphabet(svText, L"-0123456789"))
         return false;
-    const std::string strNarrow(strText.begin(), strText.end());
+    const std::string strNarrow(svText.begin(), svText.end());
     TInteger nValue = 0;
     const char* const pEnd = strNarrow.data() + strNarrow.size();
     const auto [pStop, eError] = std::from_chars(strNarrow.data(), pEnd, nValue);
@@ -35,30 +35,30 @@ bool IsInteger(std::wstring_view strText)
 }
 
 template <class TInteger>
-std::size_t IntegerLength(std::wstring_view strText)
+std::size_t IntegerLength(std::wstring_view svText)
 {
-    return IsInteger<TInteger>(strText) ? sizeof(TInteger) : s_nDoesNotFit;
+    return IsInteger<TInteger>(svText) ? sizeof(TInteger) : s_nDoesNotFit;
 }
 
-std::size_t BooleanLength(std::wstring_view strText)
+std::size_t BooleanLength(std::wstring_view svText)
 {
-    return strText == L"true" || strText == L"false" ? 1 : s_nDoesNotFit;
+    return svText == L"true" || svText == L"false" ? 1 : s_nDoesNotFit;
 }
 
-std::size_t NumericLength(std::wstring_view strText)
+std::size_t NumericLength(std::wstring_view svText)
 {
     // The alphabet has an "e" too, which other makers' readers take for a capital one.
-    return IsOfAlphabet(strText, L"0123456789-+. ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
+    return IsOfAlphabet(svText, L"0123456789-+. ") ? (svText.size() + 1) / 2 : s_nDoesNotFit;
 }
 
-std::size_t DateLength(std::wstring_view strText)
+std::size_t DateLength(std::wstring_view svText)
 {
-    return IsOfAlphabet(strText, L"0123456789-:TZ ") ? (strText.size() + 1) / 2 : s_nDoesNotFit;
+    return IsOfAlphabet(svText, L"0123456789-:TZ ") ? (svText.size() + 1) / 2 : s_nDoesNotFit;
 }
 
-std::size_t HexLength(std::wstring_view strText)
+std::size_t HexLength(std::wstring_view svText)
 {
-    return strText.size() % 2 == 0 && IsOfAlphabet(strText, L"0123456789ABCDEF") ? strText.size() / 2 : s_nDoesNotFit;
+    return svText.size() % 2 == 0 && IsOfAlphabet(svText, L"0123456789ABCDEF") ? svText.size() / 2 : s_nDoesNotFit;
 }
 
 struct SForm
@@ -79,14 +79,14 @@ constexpr SForm s_forms[] = {
 
 } // namespace
 
-ItemType ChooseValueType(std::wstring_view strText)
+ItemType ChooseValueType(std::wstring_view svText)
 {
     ItemType eType = ItemType_string;
     // Naming an alphabet or an algorithm takes an octet of its own.
-    std::size_t nLength = strText.empty() ? 0 : strText.size() - 1;
+    std::size_t nLength = svText.empty() ? 0 : svText.size() - 1;
     for (const SForm& form : s_forms)
     {
-        const std::size_t nFormLength = form.pfnLength(strText);
+        const std::size_t nFormLength = form.pfnLength(svText);
         if (nFormLength >= nLength)
             continue;
         nLength = nFormLength;

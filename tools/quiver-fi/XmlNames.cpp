@@ -35,16 +35,16 @@ bool IsIn(const SRange (&ranges)[nRanges], char32_t c)
 }
 
 /// Takes a code point off the front; an unpaired surrogate comes back as itself.
-char32_t TakeCodePoint(std::wstring_view& strUnits)
+char32_t TakeCodePoint(std::wstring_view& svUnits)
 {
-    const auto c = static_cast<char32_t>(strUnits.front());
-    strUnits.remove_prefix(1);
-    if (c < 0xD800 || c > 0xDBFF || strUnits.empty())
+    const auto c = static_cast<char32_t>(svUnits.front());
+    svUnits.remove_prefix(1);
+    if (c < 0xD800 || c > 0xDBFF || svUnits.empty())
         return c;
-    const auto cLow = static_cast<char32_t>(strUnits.front());
+    const auto cLow = static_cast<char32_t>(svUnits.front());
     if (cLow < 0xDC00 || cLow > 0xDFFF)
         return c;
-    strUnits.remove_prefix(1);
+    svUnits.remove_prefix(1);
     return 0x10000 + ((c - 0xD800) << 10) + (cLow - 0xDC00);
 }
 
@@ -56,20 +56,20 @@ bool IsPrintable(char32_t c)
 
 } // namespace
 
-bool IsNCName(std::wstring_view strUnits)
+bool IsNCName(std::wstring_view svUnits)
 {
-    if (strUnits.empty() || !IsIn(s_nameStart, TakeCodePoint(strUnits)))
+    if (svUnits.empty() || !IsIn(s_nameStart, TakeCodePoint(svUnits)))
         return false;
-    while (!strUnits.empty())
+    while (!svUnits.empty())
     {
-        const char32_t c = TakeCodePoint(strUnits);
+        const char32_t c = TakeCodePoint(svUnits);
         if (!IsIn(s_nameStart, c) && !IsIn(s_nameFurther, c))
             return false;
     }
     return true;
 }
 
-std::size_t FindNameBefore(std::wstring_view strUnits, std::size_t nPosition)
+std::size_t FindNameBefore(std::wstring_view svUnits, std::size_t nPosition)
 {
     // Both halves of every surrogate pair count, which holds for all pairs that names can have and some more.
     const auto fnIsOfName = [](wchar_t cUnit)
@@ -77,18 +77,18 @@ std::size_t FindNameBefore(std::wstring_view strUnits, std::size_t nPosition)
         const auto c = static_cast<char32_t>(cUnit);
         return (c >= 0xD800 && c <= 0xDFFF) || IsIn(s_nameStart, c) || IsIn(s_nameFurther, c);
     };
-    while (nPosition > 0 && fnIsOfName(strUnits[nPosition - 1]))
+    while (nPosition > 0 && fnIsOfName(svUnits[nPosition - 1]))
         --nPosition;
     return nPosition;
 }
 
-std::size_t FindUnprintable(std::wstring_view strUnits)
+std::size_t FindUnprintable(std::wstring_view svUnits)
 {
-    std::wstring_view strLeft = strUnits;
-    while (!strLeft.empty())
+    std::wstring_view svLeft = svUnits;
+    while (!svLeft.empty())
     {
-        const std::size_t nPosition = strUnits.size() - strLeft.size();
-        if (!IsPrintable(TakeCodePoint(strLeft)))
+        const std::size_t nPosition = svUnits.size() - svLeft.size();
+        if (!IsPrintable(TakeCodePoint(svLeft)))
             return nPosition;
     }
     return std::wstring_view::npos;

@@ -45,7 +45,7 @@ class CXmlSource
 public:
     explicit CXmlSource(CDocument& document);
 
-    void Parse(std::string_view strXml);
+    void Parse(std::string_view svXml);
     bool IsOutsideIgnored() const { return m_bOutsideIgnored; }
 
 private:
@@ -89,14 +89,14 @@ CXmlSource::CXmlSource(CDocument& document)
     XML_SetSkippedEntityHandler(m_parser.get(), OnSkippedEntity);
 }
 
-void CXmlSource::Parse(std::string_view strXml)
+void CXmlSource::Parse(std::string_view svXml)
 {
     bool bFinal = false;
     while (!bFinal)
     {
-        const std::string_view piece = strXml.substr(0, s_nPiece);
-        strXml.remove_prefix(piece.size());
-        bFinal = strXml.empty();
+        const std::string_view piece = svXml.substr(0, s_nPiece);
+        svXml.remove_prefix(piece.size());
+        bFinal = svXml.empty();
         const XML_Status eStatus = XML_Parse(m_parser.get(), piece.data(), static_cast<int>(piece.size()), bFinal);
         if (m_pFailure != nullptr)
             std::rethrow_exception(m_pFailure);
@@ -124,17 +124,17 @@ void CXmlSource::Handle(void* pSource, Action action)
 
 CDocument::NameId CXmlSource::InternName(const XML_Char* lpcName)
 {
-    const std::string_view strName(lpcName);
-    const auto it = m_names.find(strName);
+    const std::string_view svName(lpcName);
+    const auto it = m_names.find(svName);
     if (it != m_names.end())
         return it->second;
-    const std::size_t nSeparator = strName.find(s_cSeparator);
+    const std::size_t nSeparator = svName.find(s_cSeparator);
     const bool bNamespace = nSeparator != std::string_view::npos;
     const CDocument::TextId dwNamespace =
-        m_document.InternText(bNamespace ? strName.substr(0, nSeparator) : std::string_view());
+        m_document.InternText(bNamespace ? svName.substr(0, nSeparator) : std::string_view());
     const CDocument::NameId dwName =
-        m_document.InternName(dwNamespace, bNamespace ? strName.substr(nSeparator + 1) : strName);
-    m_names.emplace(strName, dwName);
+        m_document.InternName(dwNamespace, bNamespace ? svName.substr(nSeparator + 1) : svName);
+    m_names.emplace(svName, dwName);
     return dwName;
 }
 

@@ -33,15 +33,15 @@ std::error_code GetLastError()
     return {errno == 0 ? EIO : errno, std::generic_category()};
 }
 
-bool HasText(const std::string& strPath, std::string_view strText)
+bool HasText(const std::string& strPath, std::string_view svText)
 {
     std::error_code error;
     const auto nSize = fs::file_size(ToPath(strPath), error);
-    if (error || nSize != strText.size())
+    if (error || nSize != svText.size())
         return false;
     std::ifstream file(ToPath(strPath), std::ios::binary);
     const std::string strOld{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return file && strOld == strText;
+    return file && strOld == svText;
 }
 
 void MakeFolderOf(const std::string& strPath)
@@ -71,7 +71,7 @@ public:
             fs::remove(ToPath(strNew), ignored);
     }
 
-    void Add(const std::string& strPath, std::string_view strText)
+    void Add(const std::string& strPath, std::string_view svText)
     {
         // Two programs that write the same file at a time do not write into the same new one.
         m_files.emplace_back(strPath + '.' + std::to_string(std::random_device()()) + ".tmp", strPath);
@@ -79,7 +79,7 @@ public:
         std::ofstream file(ToPath(m_files.back().first), std::ios::binary | std::ios::trunc);
         if (!file)
             ThrowFailed("create", strPath, GetLastError());
-        file.write(strText.data(), static_cast<std::streamsize>(strText.size()));
+        file.write(svText.data(), static_cast<std::streamsize>(svText.size()));
         file.close();
         if (!file)
             ThrowFailed("write", strPath, GetLastError());

@@ -26,10 +26,10 @@ using Apply = void (*)(SOptions&, const std::string& strValue);
 
 struct SOption
 {
-    std::string_view strName;
+    std::string_view svName;
     EValues eValues;
-    std::string_view strValue; ///< what the help calls it
-    std::string_view strHelp;
+    std::string_view svValue; ///< what the help calls it
+    std::string_view svHelp;
     Apply pfnApply;
 };
 
@@ -42,7 +42,7 @@ struct CBadValue
 template <class T>
 struct SChoice
 {
-    std::string_view strName;
+    std::string_view svName;
     T value;
 };
 
@@ -51,7 +51,7 @@ T Choose(const SChoice<T> (&choices)[nCount], const std::string& strValue)
 {
     for (const SChoice<T>& choice : choices)
     {
-        if (choice.strName == strValue)
+        if (choice.svName == strValue)
             return choice.value;
     }
     throw CBadValue{};
@@ -68,9 +68,9 @@ bool IsWordCharacter(char c)
 }
 
 /// Names of targets and of files without an ending.
-bool IsWord(std::string_view strText)
+bool IsWord(std::string_view svText)
 {
-    return !strText.empty() && strText.front() != '-' && std::all_of(strText.begin(), strText.end(), IsWordCharacter);
+    return !svText.empty() && svText.front() != '-' && std::all_of(svText.begin(), svText.end(), IsWordCharacter);
 }
 
 std::string RequireWord(const std::string& strValue)
@@ -79,18 +79,18 @@ std::string RequireWord(const std::string& strValue)
 }
 
 /// Whether a text is `a` or `a::b::c`.
-bool IsQualifiedName(std::string_view strText)
+bool IsQualifiedName(std::string_view svText)
 {
     while (true)
     {
-        const std::size_t nEnd = strText.find("::");
-        const std::string strPart(strText.substr(0, nEnd));
+        const std::size_t nEnd = svText.find("::");
+        const std::string strPart(svText.substr(0, nEnd));
         // What a name made from this one would avoid is a keyword or a macro.
         if (!binding::IsIdentifier(strPart) || binding::ToNamespacePart(strPart) == strPart + '_')
             return false;
         if (nEnd == std::string_view::npos)
             return true;
-        strText.remove_prefix(nEnd + 2);
+        svText.remove_prefix(nEnd + 2);
     }
 }
 
@@ -128,7 +128,7 @@ void AddMap(SOptions& options, const std::string& strValue)
 }
 
 /// Applies a file with a rule in each line. Empty lines and those that begin with # say nothing.
-void ApplyRules(SOptions& options, const std::string& strPath, std::string_view strForm, Apply pfnApply)
+void ApplyRules(SOptions& options, const std::string& strPath, std::string_view svForm, Apply pfnApply)
 {
     const std::string strText = ReadFile(RequireText(strPath));
     options.ruleFiles.push_back(strPath);
@@ -150,7 +150,7 @@ void ApplyRules(SOptions& options, const std::string& strPath, std::string_view 
         catch (const CBadValue&)
         {
             throw CUsageError{
-                strPath + ':' + std::to_string(nLine) + ":1: error: a rule has the form " + std::string(strForm), true};
+                strPath + ':' + std::to_string(nLine) + ":1: error: a rule has the form " + std::string(svForm), true};
         }
     }
 }
@@ -347,23 +347,22 @@ constexpr SOption s_options[] = {
 
 // --- Parsing --------------------------------------------------------------------------------------------------------
 
-bool IsOption(std::string_view strArgument)
+bool IsOption(std::string_view svArgument)
 {
-    return strArgument.size() > 1 && strArgument.front() == '-';
+    return svArgument.size() > 1 && svArgument.front() == '-';
 }
 
-bool IsSchema(std::string_view strArgument)
+bool IsSchema(std::string_view svArgument)
 {
-    constexpr std::string_view strEnding = ".xsd";
-    return strArgument.size() >= strEnding.size() &&
-           strArgument.substr(strArgument.size() - strEnding.size()) == strEnding;
+    constexpr std::string_view svEnding = ".xsd";
+    return svArgument.size() >= svEnding.size() && svArgument.substr(svArgument.size() - svEnding.size()) == svEnding;
 }
 
 const SOption& FindOption(const std::string& strName)
 {
     for (const SOption& option : s_options)
     {
-        if (option.strName == strName)
+        if (option.svName == strName)
             return option;
     }
     throw CUsageError{"there is no option " + strName};
@@ -377,7 +376,7 @@ void ApplyValue(SOptions& options, const SOption& option, const std::string& str
     }
     catch (const CBadValue&)
     {
-        throw CUsageError{std::string(option.strName) + " does not take the value \"" + strValue + '"'};
+        throw CUsageError{std::string(option.svName) + " does not take the value \"" + strValue + '"'};
     }
 }
 
@@ -390,7 +389,7 @@ void ParseOption(SOptions& options, const std::vector<std::string>& arguments, s
     if (nSign != std::string::npos)
     {
         if (option.eValues == EValues::None)
-            throw CUsageError{std::string(option.strName) + " takes no value"};
+            throw CUsageError{std::string(option.svName) + " takes no value"};
         return ApplyValue(options, option, strArgument.substr(nSign + 1));
     }
     const std::size_t nNext = nArgument + 1;
@@ -398,7 +397,7 @@ void ParseOption(SOptions& options, const std::vector<std::string>& arguments, s
     if (option.eValues == EValues::None || (option.eValues == EValues::Maybe && !(bNext && IsWord(arguments[nNext]))))
         return ApplyValue(options, option, {});
     if (!bNext)
-        throw CUsageError{std::string(option.strName) + " needs a value"};
+        throw CUsageError{std::string(option.svName) + " needs a value"};
     ApplyValue(options, option, arguments[++nArgument]);
     while (option.eValues == EValues::Many && nArgument + 1 < arguments.size() && !IsOption(arguments[nArgument + 1]) &&
            !IsSchema(arguments[nArgument + 1]))
@@ -484,9 +483,9 @@ std::string GetHelp()
     constexpr std::size_t nColumn = 28;
     for (const SOption& option : s_options)
     {
-        std::string strLine = "  " + std::string(option.strName) + ' ' + std::string(option.strValue);
+        std::string strLine = "  " + std::string(option.svName) + ' ' + std::string(option.svValue);
         strLine.resize(std::max(nColumn, strLine.size() + 1), ' ');
-        for (const char c : option.strHelp)
+        for (const char c : option.svHelp)
         {
             strLine += c;
             if (c == '\n')

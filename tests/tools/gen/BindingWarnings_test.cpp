@@ -87,13 +87,13 @@ TEST(BindingWarnings, NameEveryPlaceThatIsLooser)
 {
     for (const SWarningKind& kind : s_warnings)
     {
-        const auto it = s_places.find(std::string(kind.strId));
-        ASSERT_NE(it, s_places.end()) << kind.strId << " has no example";
+        const auto it = s_places.find(std::string(kind.svId));
+        ASSERT_NE(it, s_places.end()) << kind.svId << " has no example";
         if (it->second.first.empty())
             continue;
         const CBoundSchemas bound({{"s.xsd", WrapSchema(it->second.first)}});
-        EXPECT_TRUE(bound.IsBound()) << kind.strId;
-        EXPECT_EQ(bound.GetMessages(), it->second.second) << kind.strId;
+        EXPECT_TRUE(bound.IsBound()) << kind.svId;
+        EXPECT_EQ(bound.GetMessages(), it->second.second) << kind.svId;
     }
 }
 
@@ -113,9 +113,9 @@ TEST(BindingWarnings, AreDocumentedOnce)
     std::set<std::string_view> ids;
     for (const SWarningKind& kind : s_warnings)
     {
-        EXPECT_TRUE(ids.insert(kind.strId).second) << kind.strId;
-        EXPECT_FALSE(kind.strText.empty()) << kind.strId;
-        EXPECT_EQ(kind.strWhy.back(), '.') << kind.strId;
+        EXPECT_TRUE(ids.insert(kind.svId).second) << kind.svId;
+        EXPECT_FALSE(kind.svText.empty()) << kind.svId;
+        EXPECT_EQ(kind.svWhy.back(), '.') << kind.svId;
     }
 }
 

@@ -253,7 +253,7 @@ TEST(SchemaComponents, FindEveryBuiltInTypeByItsName)
     for (std::size_t n = 1; n < s_nBuiltins; ++n)
     {
         const auto eBuiltin = static_cast<EBuiltin>(n);
-        const SType* pType = set.FindType({std::string(s_strXsdNamespace), std::string(GetBuiltinName(eBuiltin))});
+        const SType* pType = set.FindType({std::string(s_svXsdNamespace), std::string(GetBuiltinName(eBuiltin))});
         ASSERT_NE(pType, nullptr) << GetBuiltinName(eBuiltin);
         EXPECT_EQ(pType->eBuiltin, eBuiltin);
         EXPECT_TRUE(IsDerivedFrom(*pType, set.GetBuiltin(EBuiltin::AnyType))) << GetBuiltinName(eBuiltin);
@@ -329,7 +329,7 @@ TEST(SchemaComponents, KnowTheirOwnersAndPrefixes)
     ASSERT_NE(enumeration.pScope->Find("p"), nullptr);
     EXPECT_EQ(*enumeration.pScope->Find("p"), "urn:p");
     EXPECT_EQ(enumeration.pScope->Find("q"), nullptr);
-    EXPECT_EQ(*enumeration.pScope->Find("xml"), s_strXmlNamespace);
+    EXPECT_EQ(*enumeration.pScope->Find("xml"), s_svXmlNamespace);
 }
 
 } // namespace

@@ -172,7 +172,7 @@ TEST(SchemaLoader, KnowsTheAttributesOfXmlWithoutAFile)
     {
         const CLoadedSchemas loaded(
             {{"a.xsd",
-              WrapSchema(Import(std::string(s_strXmlNamespace), strLocation) +
+              WrapSchema(Import(std::string(s_svXmlNamespace), strLocation) +
                          "<xs:complexType name='t'><xs:attributeGroup ref='xml:specialAttrs'/></xs:complexType>")}});
         EXPECT_TRUE(loaded.IsLoaded()) << loaded.GetMessages();
         EXPECT_EQ(loaded.GetMessages(), "");
@@ -183,7 +183,7 @@ TEST(SchemaLoader, KnowsTheAttributesOfXmlWithoutAFile)
 TEST(SchemaLoader, PrefersAFileForTheAttributesOfXml)
 {
     const CLoadedSchemas loaded(
-        {{"a.xsd", WrapSchema(Import(std::string(s_strXmlNamespace), "xml.xsd") +
+        {{"a.xsd", WrapSchema(Import(std::string(s_svXmlNamespace), "xml.xsd") +
                               "<xs:complexType name='t'><xs:attribute ref='xml:own'/></xs:complexType>")},
          {"xml.xsd",
           WrapSchema("<xs:attribute name='own'/>", "targetNamespace='http://www.w3.org/XML/1998/namespace'")}});

@@ -170,7 +170,7 @@ CFacts FactsOfTheOther(const std::string& strPath)
         return s_notRead;
     bool bChanged = false;
     XSModel& model = *pool.getXSModel(bChanged);
-    const std::string strOwn(xsd::s_strXsdNamespace);
+    const std::string strOwn(xsd::s_svXsdNamespace);
     CFacts facts;
     const auto Add = [&facts, &strOwn](XSNamedMap<XSObject>* pMap, auto DescribeItem)
     {
@@ -264,7 +264,7 @@ CFacts FactsOfOurs(const std::string& strPath)
     CFacts facts;
     for (const xsd::SNamespace& ns : set.namespaces)
     {
-        if (ns.strUri == xsd::s_strXmlNamespace || ns.strUri == xsd::s_strXsiNamespace)
+        if (ns.strUri == xsd::s_svXmlNamespace || ns.strUri == xsd::s_svXsiNamespace)
             continue;
         for (const xsd::SElement* const pElement : ns.elements.list)
             facts.insert(Describe(*pElement));

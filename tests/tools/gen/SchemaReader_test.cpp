@@ -11,7 +11,7 @@ namespace
 
 struct SReadTree
 {
-    explicit SReadTree(std::string_view strBytes) { tree = ReadTree(strBytes, 0, scopes, diagnostics); }
+    explicit SReadTree(std::string_view svBytes) { tree = ReadTree(svBytes, 0, scopes, diagnostics); }
 
     std::string GetMessages() const
     {
@@ -44,9 +44,9 @@ TEST(SchemaReader, KeepsNamesAttributesAndPlaces)
     ASSERT_EQ(child.attributes.size(), 2u);
     EXPECT_EQ(*child.Find("b"), "1");
     EXPECT_EQ(child.Find("c"), nullptr) << "an attribute in a namespace is another one";
-    EXPECT_EQ(child.attributes[1].strNamespace, s_strXsdNamespace);
+    EXPECT_EQ(child.attributes[1].strNamespace, s_svXsdNamespace);
     EXPECT_EQ(*child.pScope->Find(""), "u");
-    EXPECT_EQ(*child.pScope->Find("x"), s_strXsdNamespace);
+    EXPECT_EQ(*child.pScope->Find("x"), s_svXsdNamespace);
     EXPECT_EQ(root.pScope->Find(""), nullptr);
 }
 

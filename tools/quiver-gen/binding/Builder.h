@@ -55,11 +55,11 @@ struct SBindingOptions
 
 /// Reads a rule `{uri}Type/member = Name` or `{uri}Type = Name`.
 /// @return false if it is not of this form.
-bool ParseRename(std::string_view strRule, SRename& rename);
+bool ParseRename(std::string_view svRule, SRename& rename);
 
 /// Reads a rule `{uri}Type = decimal`, with `string`, `i8` or `r8` as the other ways.
 /// @return false if it is not of this form.
-bool ParseHeldAs(std::string_view strRule, SHeldAs& heldAs);
+bool ParseHeldAs(std::string_view svRule, SHeldAs& heldAs);
 
 /// Makes classes of schema components.
 /// @param set loaded without an error.

@@ -24,7 +24,7 @@ bool IsLanguage(const std::string& strLang, const std::string& strWanted)
 }
 
 /// Adds the text line by line; an empty line ends a paragraph.
-void AddParagraphs(std::string_view strText, SDocumentation& paragraphs)
+void AddParagraphs(std::string_view svText, SDocumentation& paragraphs)
 {
     std::string strParagraph;
     const auto finish = [&]
@@ -34,7 +34,7 @@ void AddParagraphs(std::string_view strText, SDocumentation& paragraphs)
     };
     int nLineEnds = 0;
     bool bSpace = false;
-    for (const char c : strText)
+    for (const char c : svText)
     {
         if (IsSpace(c))
         {

@@ -28,10 +28,10 @@ constexpr std::string_view s_whiteSpace[] = {"", "preserve", "replace", "collaps
 static_assert(std::size(s_whiteSpace) == static_cast<std::size_t>(SSimpleType::EWhiteSpace::Collapse) + 1);
 
 /// A text in quotes, on one line.
-std::string Quote(std::string_view strText)
+std::string Quote(std::string_view svText)
 {
     std::string strQuoted = "\"";
-    for (const char c : strText)
+    for (const char c : svText)
     {
         if (c == '\n')
             strQuoted += "\\n";
@@ -86,22 +86,22 @@ void PrintRule(const SValueRule& rule, std::ostream& out)
         out << (rule.eKind == SValueRule::EKind::Default ? " default " : " fixed ") << Quote(rule.strText);
 }
 
-void PrintText(std::string_view strName, const std::string& strText, std::ostream& out)
+void PrintText(std::string_view svName, const std::string& strText, std::ostream& out)
 {
     if (!strText.empty())
-        out << ' ' << strName << ' ' << Quote(strText);
+        out << ' ' << svName << ' ' << Quote(strText);
 }
 
-void PrintNumber(std::string_view strName, std::int64_t nNumber, std::ostream& out)
+void PrintNumber(std::string_view svName, std::int64_t nNumber, std::ostream& out)
 {
     if (nNumber >= 0)
-        out << ' ' << strName << ' ' << nNumber;
+        out << ' ' << svName << ' ' << nNumber;
 }
 
-void PrintFlag(std::string_view strName, bool bSet, std::ostream& out)
+void PrintFlag(std::string_view svName, bool bSet, std::ostream& out)
 {
     if (bSet)
-        out << ' ' << strName;
+        out << ' ' << svName;
 }
 
 void PrintFacets(const SSimpleType& type, std::ostream& out)

@@ -49,32 +49,32 @@ constexpr std::string_view s_latin[] = {
 static_assert(std::size(s_latin) == 0x180 - 0xC0);
 
 /// Takes one code point off well-formed UTF-8; a stray byte stands for itself.
-std::uint32_t TakeCodePoint(std::string_view& strText)
+std::uint32_t TakeCodePoint(std::string_view& svText)
 {
     const auto byteAt = [&](std::size_t n)
     {
-        return static_cast<unsigned char>(strText[n]);
+        return static_cast<unsigned char>(svText[n]);
     };
     const unsigned nFirst = byteAt(0);
     const std::size_t nLength = nFirst < 0xC0 ? 1 : nFirst < 0xE0 ? 2 : nFirst < 0xF0 ? 3 : 4;
     std::uint32_t nCode = nFirst;
-    if (nLength > 1 && strText.size() >= nLength)
+    if (nLength > 1 && svText.size() >= nLength)
     {
         nCode = nFirst & (0x7Fu >> nLength);
         for (std::size_t n = 1; n < nLength; ++n)
             nCode = nCode << 6 | (byteAt(n) & 0x3Fu);
     }
-    strText.remove_prefix(std::min(nLength, strText.size()));
+    svText.remove_prefix(std::min(nLength, svText.size()));
     return nCode;
 }
 
 /// The text in ASCII: Latin letters without their marks, others by their numbers.
-std::string ToAscii(std::string_view strText)
+std::string ToAscii(std::string_view svText)
 {
     std::string strAscii;
-    while (!strText.empty())
+    while (!svText.empty())
     {
-        const std::uint32_t nCode = TakeCodePoint(strText);
+        const std::uint32_t nCode = TakeCodePoint(svText);
         if (nCode < 0x80)
             strAscii += static_cast<char>(nCode);
         else if (nCode >= 0xC0 && nCode < 0x180)
@@ -94,7 +94,7 @@ std::string ToAscii(std::string_view strText)
 struct SSymbol
 {
     char cSymbol;
-    std::string_view strName;
+    std::string_view svName;
     bool bAlways; ///< spelled in every text, and not only where nothing else would be left
 };
 
@@ -114,16 +114,16 @@ std::string_view SpellSymbol(char cSymbol, bool bAll)
 {
     for (const SSymbol& symbol : s_symbols)
         if (symbol.cSymbol == cSymbol)
-            return symbol.bAlways || bAll ? symbol.strName : std::string_view();
+            return symbol.bAlways || bAll ? symbol.svName : std::string_view();
     return {};
 }
 
 /// Words run together, each with a capital first. Between two digits an underscore keeps numbers apart.
-std::string JoinWords(std::string_view strText)
+std::string JoinWords(std::string_view svText)
 {
     std::string strName;
     bool bWordStarts = true;
-    for (const char c : strText)
+    for (const char c : svText)
     {
         if (!IsAlnum(c))
         {
@@ -141,19 +141,19 @@ std::string JoinWords(std::string_view strText)
 }
 
 /// Symbols of a value's text as words, so that `<` and `<=` get names and `C++` is not `C`.
-std::string SpellSymbols(std::string_view strText)
+std::string SpellSymbols(std::string_view svText)
 {
-    const bool bAll = std::none_of(strText.begin(), strText.end(), IsAlnum);
+    const bool bAll = std::none_of(svText.begin(), svText.end(), IsAlnum);
     std::string strSpelled;
-    for (std::size_t n = 0; n < strText.size(); ++n)
+    for (std::size_t n = 0; n < svText.size(); ++n)
     {
-        const char c = strText[n];
-        const bool bSign = c == '-' && n == 0 && strText.size() > 1 && IsDigit(strText[1]);
-        const std::string_view strSymbol = SpellSymbol(c, bAll || bSign);
-        if (strSymbol.empty())
+        const char c = svText[n];
+        const bool bSign = c == '-' && n == 0 && svText.size() > 1 && IsDigit(svText[1]);
+        const std::string_view svSymbol = SpellSymbol(c, bAll || bSign);
+        if (svSymbol.empty())
             strSpelled += c;
         else
-            ((strSpelled += ' ') += strSymbol) += ' ';
+            ((strSpelled += ' ') += svSymbol) += ' ';
     }
     return strSpelled;
 }
@@ -301,27 +301,27 @@ std::string Avoid(std::string strName)
 
 } // namespace
 
-std::string ToLower(std::string_view strText)
+std::string ToLower(std::string_view svText)
 {
-    std::string strLower(strText);
+    std::string strLower(svText);
     for (char& c : strLower)
         if (c >= 'A' && c <= 'Z')
             c = static_cast<char>(c - 'A' + 'a');
     return strLower;
 }
 
-std::string ToPascal(std::string_view strName)
+std::string ToPascal(std::string_view svName)
 {
-    std::string strPascal = JoinWords(ToAscii(strName));
+    std::string strPascal = JoinWords(ToAscii(svName));
     // A name of nothing but underscores and other marks.
     return strPascal.empty() ? "X" : strPascal;
 }
 
-std::string ToEnumerator(std::string_view strText)
+std::string ToEnumerator(std::string_view svText)
 {
-    if (strText.empty())
+    if (svText.empty())
         return "Empty";
-    std::string strName = JoinWords(SpellSymbols(ToAscii(strText)));
+    std::string strName = JoinWords(SpellSymbols(ToAscii(svText)));
     if (strName.empty())
         strName = "X";
     if (IsDigit(strName.front()))
@@ -329,10 +329,10 @@ std::string ToEnumerator(std::string_view strText)
     return Avoid(strName);
 }
 
-std::string ToNamespacePart(std::string_view strText)
+std::string ToNamespacePart(std::string_view svText)
 {
     std::string strPart;
-    for (const char c : ToLower(ToAscii(strText)))
+    for (const char c : ToLower(ToAscii(svText)))
     {
         if (IsAlnum(c))
             strPart += c;
@@ -350,20 +350,20 @@ std::string ToNamespacePart(std::string_view strText)
     return Avoid(strPart);
 }
 
-bool IsIdentifier(std::string_view strText)
+bool IsIdentifier(std::string_view svText)
 {
-    return !strText.empty() && !IsDigit(strText.front()) &&
-           std::all_of(strText.begin(), strText.end(), [](char c) { return IsAlnum(c) || c == '_'; });
+    return !svText.empty() && !IsDigit(svText.front()) &&
+           std::all_of(svText.begin(), svText.end(), [](char c) { return IsAlnum(c) || c == '_'; });
 }
 
-bool IsReservedMember(std::string_view strName)
+bool IsReservedMember(std::string_view svName)
 {
-    return MemberNames().count(strName) != 0;
+    return MemberNames().count(svName) != 0;
 }
 
-bool IsReservedStem(std::string_view strStem)
+bool IsReservedStem(std::string_view svStem)
 {
-    return Stems().count(ToLower(strStem)) != 0;
+    return Stems().count(ToLower(svStem)) != 0;
 }
 
 std::string CNameScope::AddUnique(const std::string& strName)
@@ -380,9 +380,9 @@ std::string CNameScope::AddUnique(const std::string& strName)
     return strNumbered;
 }
 
-std::string CNameScope::Fold(std::string_view strName) const
+std::string CNameScope::Fold(std::string_view svName) const
 {
-    return m_eCase == ECase::Blind ? ToLower(strName) : std::string(strName);
+    return m_eCase == ECase::Blind ? ToLower(svName) : std::string(svName);
 }
 
 } // namespace quiver_gen::binding

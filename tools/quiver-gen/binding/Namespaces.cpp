@@ -26,15 +26,15 @@ bool IsVersion(const std::string& strPart)
                        [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_'; });
 }
 
-std::vector<std::string> Split(std::string_view strText, std::string_view strSeparators)
+std::vector<std::string> Split(std::string_view svText, std::string_view svSeparators)
 {
     std::vector<std::string> parts;
-    while (!strText.empty())
+    while (!svText.empty())
     {
-        const std::size_t nEnd = std::min(strText.find_first_of(strSeparators), strText.size());
+        const std::size_t nEnd = std::min(svText.find_first_of(svSeparators), svText.size());
         if (nEnd > 0)
-            parts.emplace_back(strText.substr(0, nEnd));
-        strText.remove_prefix(std::min(nEnd + 1, strText.size()));
+            parts.emplace_back(svText.substr(0, nEnd));
+        svText.remove_prefix(std::min(nEnd + 1, svText.size()));
     }
     return parts;
 }
@@ -78,7 +78,7 @@ std::string StemOfPath(const std::string& strPath)
 
 std::string NameOfUri(const std::string& strUri, int nWords)
 {
-    if (strUri == schema::s_strXmlNamespace)
+    if (strUri == schema::s_svXmlNamespace)
         return "xml";
     std::vector<std::string> parts = PartsOf(strUri);
     std::vector<std::string> taken;

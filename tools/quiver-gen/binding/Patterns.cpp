@@ -75,30 +75,30 @@ std::string RangesInBrackets(const CCodeRanges& ranges)
 class CTranslator
 {
 public:
-    explicit CTranslator(std::string_view strPattern)
-        : m_strRest(strPattern)
+    explicit CTranslator(std::string_view svPattern)
+        : m_svRest(svPattern)
     {
     }
 
     std::string Translate()
     {
         const std::string strResult = Branches();
-        if (!m_strRest.empty())
+        if (!m_svRest.empty())
             throw SUntranslatable();
         return strResult;
     }
 
 private:
-    std::string_view m_strRest;
+    std::string_view m_svRest;
     int m_nDepth = 0;
 
-    bool IsNext(char c) const { return !m_strRest.empty() && m_strRest.front() == c; }
+    bool IsNext(char c) const { return !m_svRest.empty() && m_svRest.front() == c; }
 
     bool Accept(char c)
     {
         if (!IsNext(c))
             return false;
-        m_strRest.remove_prefix(1);
+        m_svRest.remove_prefix(1);
         return true;
     }
 
@@ -110,10 +110,10 @@ private:
 
     char TakeByte()
     {
-        if (m_strRest.empty())
+        if (m_svRest.empty())
             throw SUntranslatable();
-        const char c = m_strRest.front();
-        m_strRest.remove_prefix(1);
+        const char c = m_svRest.front();
+        m_svRest.remove_prefix(1);
         return c;
     }
 
@@ -141,7 +141,7 @@ private:
     std::string Branch()
     {
         std::string strResult;
-        while (!m_strRest.empty() && !IsNext('|') && !IsNext(')'))
+        while (!m_svRest.empty() && !IsNext('|') && !IsNext(')'))
         {
             strResult += Atom();
             strResult += Quantifier();
@@ -176,12 +176,12 @@ private:
         for (const char c : {'?', '*', '+'})
             if (Accept(c))
                 return std::string(1, c);
-        const std::string_view strBefore = m_strRest;
+        const std::string_view svBefore = m_svRest;
         if (Accept('{'))
         {
             if (const std::string strQuantity = Quantity(); !strQuantity.empty())
                 return "{" + strQuantity + "}";
-            m_strRest = strBefore;
+            m_svRest = svBefore;
         }
         return {};
     }
@@ -202,7 +202,7 @@ private:
     {
         std::uint32_t nNumber = 0;
         bool bAny = false;
-        while (!m_strRest.empty() && m_strRest.front() >= '0' && m_strRest.front() <= '9')
+        while (!m_svRest.empty() && m_svRest.front() >= '0' && m_svRest.front() <= '9')
         {
             nNumber = nNumber * 10 + static_cast<std::uint32_t>(TakeByte() - '0');
             bAny = true;
@@ -223,8 +223,8 @@ private:
     /// A set of one class is written as that class.
     static std::string Escaped(const SEscape& escape)
     {
-        const std::string_view strText = escape.strText;
-        const bool bClass = strText.size() == 2 || (strText.front() == '\\' && strText.find('}') == strText.size() - 1);
+        const std::string_view svText = escape.strText;
+        const bool bClass = svText.size() == 2 || (svText.front() == '\\' && svText.find('}') == svText.size() - 1);
         return escape.bSet && !bClass ? "[" + escape.strText + "]" : escape.strText;
     }
 
@@ -267,8 +267,8 @@ private:
         default:
             break;
         }
-        constexpr std::string_view strSingles = "\\|.?*+(){}-[]^$";
-        if (strSingles.find(c) == std::string_view::npos)
+        constexpr std::string_view svSingles = "\\|.?*+(){}-[]^$";
+        if (svSingles.find(c) == std::string_view::npos)
             throw SUntranslatable();
         return Single(static_cast<unsigned char>(c));
     }
@@ -276,21 +276,21 @@ private:
     SEscape Property(bool bNot)
     {
         Expect('{');
-        const std::size_t nEnd = m_strRest.find('}');
+        const std::size_t nEnd = m_svRest.find('}');
         if (nEnd == std::string_view::npos)
             throw SUntranslatable();
-        const std::string_view strName = m_strRest.substr(0, nEnd);
-        m_strRest.remove_prefix(nEnd + 1);
-        if (strName.substr(0, 2) == "Is")
+        const std::string_view svName = m_svRest.substr(0, nEnd);
+        m_svRest.remove_prefix(nEnd + 1);
+        if (svName.substr(0, 2) == "Is")
         {
-            const std::optional<CCodeRanges> ranges = FindBlock(strName.substr(2));
+            const std::optional<CCodeRanges> ranges = FindBlock(svName.substr(2));
             if (!ranges)
                 throw SUntranslatable();
             return Set(RangesInBrackets(bNot ? Complement(*ranges) : *ranges));
         }
-        if (std::find(std::begin(s_categories), std::end(s_categories), strName) == std::end(s_categories))
+        if (std::find(std::begin(s_categories), std::end(s_categories), svName) == std::end(s_categories))
             throw SUntranslatable();
-        return Set((bNot ? "\\P{" : "\\p{") + std::string(strName) + "}");
+        return Set((bNot ? "\\P{" : "\\p{") + std::string(svName) + "}");
     }
 
     /// Behind the opening bracket. A class without another becomes a look at the next character in front of it.
@@ -303,9 +303,9 @@ private:
         std::string strWithout;
         for (bool bFirst = true; !IsNext(']'); bFirst = false)
         {
-            if (!bFirst && m_strRest.substr(0, 2) == "-[")
+            if (!bFirst && m_svRest.substr(0, 2) == "-[")
             {
-                m_strRest.remove_prefix(2);
+                m_svRest.remove_prefix(2);
                 strWithout = Class();
                 break;
             }
@@ -322,7 +322,7 @@ private:
     std::string ClassItem()
     {
         const SEscape first = ClassCharacter();
-        const bool bRange = IsNext('-') && m_strRest.size() > 1 && m_strRest[1] != ']' && m_strRest[1] != '[';
+        const bool bRange = IsNext('-') && m_svRest.size() > 1 && m_svRest[1] != ']' && m_svRest[1] != '[';
         if (first.bSet || !bRange)
             return first.strText;
         Expect('-');
@@ -336,7 +336,7 @@ private:
     {
         if (Accept('\\'))
             return Escape();
-        if (m_strRest.empty() || IsNext('['))
+        if (m_svRest.empty() || IsNext('['))
             throw SUntranslatable();
         return Single(TakeCodePoint());
     }
@@ -352,11 +352,11 @@ std::string AnyOf(const std::vector<std::string>& patterns)
 
 } // namespace
 
-std::optional<std::string> TranslatePattern(std::string_view strPattern)
+std::optional<std::string> TranslatePattern(std::string_view svPattern)
 {
     try
     {
-        return CTranslator(strPattern).Translate();
+        return CTranslator(svPattern).Translate();
     }
     catch (const SUntranslatable&)
     {

@@ -15,7 +15,7 @@ namespace quiver_gen::binding
 /// Translates one pattern. The result holds no group that captures and nothing that the runtime would replace.
 /// @return nothing if the pattern is not one of XML Schema, or needs what PCRE does not have: a block of characters
 /// that is not known, or more repetitions than 65535.
-std::optional<std::string> TranslatePattern(std::string_view strPattern);
+std::optional<std::string> TranslatePattern(std::string_view svPattern);
 
 /// One expression for all steps of derivation. It matches a value only as a whole.
 /// @param steps of each step the translated patterns, of which one must match.

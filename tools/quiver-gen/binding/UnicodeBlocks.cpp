@@ -8,7 +8,7 @@ namespace
 
 struct SBlock
 {
-    std::string_view strName;
+    std::string_view svName;
     SCodeRange range;
 };
 
@@ -126,12 +126,12 @@ constexpr SBlock s_blocks[] = {{"BasicLatin", {0x0000, 0x007F}},
 
 } // namespace
 
-std::optional<CCodeRanges> FindBlock(std::string_view strName)
+std::optional<CCodeRanges> FindBlock(std::string_view svName)
 {
     for (const SBlock& block : s_blocks)
-        if (block.strName == strName)
+        if (block.svName == svName)
             return CCodeRanges{block.range};
-    if (strName == "Specials")
+    if (svName == "Specials")
         return CCodeRanges{{0xFEFF, 0xFEFF}, {0xFFF0, 0xFFFD}};
     return std::nullopt;
 }

@@ -20,7 +20,7 @@ using CCodeRanges = std::vector<SCodeRange>;
 constexpr std::uint32_t s_nLastCodePoint = 0x10FFFF;
 
 /// Characters of a block by its name in patterns, `BasicLatin` for `\p{IsBasicLatin}`.
-std::optional<CCodeRanges> FindBlock(std::string_view strName);
+std::optional<CCodeRanges> FindBlock(std::string_view svName);
 
 /// Characters that may begin an XML name, the colon among them: `\i`.
 const CCodeRanges& GetNameStartCharacters();

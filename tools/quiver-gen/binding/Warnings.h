@@ -36,9 +36,9 @@ enum class EWarning
 struct SWarningKind
 {
     EWarning eWarning;
-    std::string_view strId;   ///< `mixed`
-    std::string_view strText; ///< the message; `%s` stands for a name or value
-    std::string_view strWhy;  ///< the reason, a sentence of documentation
+    std::string_view svId;   ///< `mixed`
+    std::string_view svText; ///< the message; `%s` stands for a name or value
+    std::string_view svWhy;  ///< the reason, a sentence of documentation
 };
 
 constexpr SWarningKind s_warnings[] = {
@@ -99,8 +99,8 @@ public:
     {
     }
 
-    /// @param strName stands for `%s` in the text.
-    void Add(EWarning eWarning, const schema::SPosition& position, std::string_view strName = {});
+    /// @param svName stands for `%s` in the text.
+    void Add(EWarning eWarning, const schema::SPosition& position, std::string_view svName = {});
 
 private:
     schema::CDiagnostics& m_diagnostics;

@@ -8,7 +8,7 @@ namespace quiver_gen::cpp
 namespace
 {
 
-constexpr std::string_view s_strProgram = R"(// Reads a document, prints it as a tree and writes it back.
+constexpr std::string_view s_svProgram = R"(// Reads a document, prints it as a tree and writes it back.
 //
 //     %PROGRAM% IN.xml [OUT.xml]
 
@@ -40,7 +40,7 @@ void PrintTree(CXmlElement* pElement, int nDepth)
         PrintTree(pChild, nDepth + 1);
 }
 
-int Work(const std::wstring& strIn, const std::wstring& strOut)
+int Work(const std::wstring& strIn, const std::wstring& svOut)
 {
     const CXmlSerializationContext context;
     CXmlDocument document(context);
@@ -57,8 +57,8 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     CXmlDocument written(context);
     written.LoadXml(spObject->ToXml(true, true, EOLType_LF, context).c_str());
     PrintTree(written.GetDocumentElement(), 0);
-    if (!strOut.empty())
-        spObject->ToXmlFile(strOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    if (!svOut.empty())
+        spObject->ToXmlFile(svOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
     return 0;
 }
 
@@ -73,8 +73,8 @@ int main(int argc, char** argv)
     }
     try
     {
-        const std::string_view strOut = argc == 3 ? argv[2] : "";
-        return Work(FromUtf8(std::string_view(argv[1])), FromUtf8(strOut));
+        const std::string_view svOut = argc == 3 ? argv[2] : "";
+        return Work(FromUtf8(std::string_view(argv[1])), FromUtf8(svOut));
     }
     catch (const CQvException& ex)
     {
@@ -84,10 +84,10 @@ int main(int argc, char** argv)
 }
 )";
 
-void Replace(std::string& strText, std::string_view strPlace, const std::string& strNew)
+void Replace(std::string& strText, std::string_view svPlace, const std::string& strNew)
 {
-    for (std::size_t n = strText.find(strPlace); n != std::string::npos; n = strText.find(strPlace, n + strNew.size()))
-        strText.replace(n, strPlace.size(), strNew);
+    for (std::size_t n = strText.find(svPlace); n != std::string::npos; n = strText.find(svPlace, n + strNew.size()))
+        strText.replace(n, svPlace.size(), strNew);
 }
 
 std::string GetProgramName(const SWriteOptions& options)
@@ -107,7 +107,7 @@ std::string ListSources(const std::vector<std::string>& sources)
 
 SFile PrintProgram(const SWriteOptions& options, const SFactory& factory)
 {
-    std::string strText(s_strProgram);
+    std::string strText(s_svProgram);
     Replace(strText, "%PROGRAM%", GetProgramName(options));
     Replace(strText, "%FACTORY_HEADER%", factory.strStem);
     Replace(strText, "%FACTORY%", (factory.strNamespace.empty() ? "" : factory.strNamespace + "::") + factory.strName);

@@ -10,11 +10,11 @@ namespace quiver_gen::cpp
 namespace
 {
 
-constexpr std::string_view s_strLibrary = "QvXmlLib9";
+constexpr std::string_view s_svLibrary = "QvXmlLib9";
 
-std::string Join(const std::string& strNamespace, std::string_view strName)
+std::string Join(const std::string& strNamespace, std::string_view svName)
 {
-    return strNamespace.empty() ? std::string(strName) : strNamespace + "::" + std::string(strName);
+    return strNamespace.empty() ? std::string(svName) : strNamespace + "::" + std::string(svName);
 }
 
 } // namespace
@@ -37,9 +37,9 @@ CNameTable::CNameTable(const SBinding& binding)
     }
 }
 
-bool CNameTable::Declares(const std::string& strNamespace, std::string_view strName) const
+bool CNameTable::Declares(const std::string& strNamespace, std::string_view svName) const
 {
-    return m_names.count(Join(strNamespace, strName)) != 0;
+    return m_names.count(Join(strNamespace, svName)) != 0;
 }
 
 std::string CNameTable::GetCollectionName(const SClass& item) const
@@ -55,43 +55,43 @@ CScope::CScope(const CNameTable& names, std::string strNamespace, bool bUsing)
 {
 }
 
-bool CScope::IsHidden(std::string_view strName, const std::string& strMeant, bool bGlobalToo) const
+bool CScope::IsHidden(std::string_view svName, const std::string& strMeant, bool bGlobalToo) const
 {
     for (std::string strOuter = m_strNamespace; !strOuter.empty();)
     {
-        if (Join(strOuter, strName) == strMeant)
+        if (Join(strOuter, svName) == strMeant)
             return false;
-        if (m_names.Declares(strOuter, strName))
+        if (m_names.Declares(strOuter, svName))
             return true;
         const std::size_t nEnd = strOuter.rfind("::");
         strOuter.resize(nEnd == std::string::npos ? 0 : nEnd);
     }
-    return bGlobalToo && m_names.Declares({}, strName);
+    return bGlobalToo && m_names.Declares({}, svName);
 }
 
-std::string CScope::Library(std::string_view strName) const
+std::string CScope::Library(std::string_view svName) const
 {
-    const std::string_view strFirst = strName.substr(0, strName.find_first_of(":<"));
-    if (m_bUsing && !IsHidden(strFirst, {}, true))
-        return std::string(strName);
-    return Join(std::string(s_strLibrary), strName);
+    const std::string_view svFirst = svName.substr(0, svName.find_first_of(":<"));
+    if (m_bUsing && !IsHidden(svFirst, {}, true))
+        return std::string(svName);
+    return Join(std::string(s_svLibrary), svName);
 }
 
-std::string CScope::Pointer(std::string_view strType) const
+std::string CScope::Pointer(std::string_view svType) const
 {
-    return std::string(IsHidden("CSmartPtr", {}, false) ? "::" : "") + "CSmartPtr<" + std::string(strType) + '>';
+    return std::string(IsHidden("CSmartPtr", {}, false) ? "::" : "") + "CSmartPtr<" + std::string(svType) + '>';
 }
 
-std::string CScope::Name(const std::string& strNamespace, std::string_view strName) const
+std::string CScope::Name(const std::string& strNamespace, std::string_view svName) const
 {
     if (strNamespace == m_strNamespace)
-        return std::string(strName);
+        return std::string(svName);
     if (strNamespace.empty())
-        return "::" + std::string(strName);
+        return "::" + std::string(svName);
     const std::string strFirst = strNamespace.substr(0, strNamespace.find("::"));
     // With the using directive, a namespace of the library may have the same name.
     const bool bAmbiguous = m_bUsing && strFirst == "xs";
-    return (IsHidden(strFirst, strFirst, false) || bAmbiguous ? "::" : "") + Join(strNamespace, strName);
+    return (IsHidden(strFirst, strFirst, false) || bAmbiguous ? "::" : "") + Join(strNamespace, svName);
 }
 
 std::string CScope::Name(const SClass& type) const

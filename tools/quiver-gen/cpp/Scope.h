@@ -17,7 +17,7 @@ public:
     explicit CNameTable(const binding::SBinding& binding);
 
     /// Whether a C++ namespace, empty for the global one, holds a namespace, a class or another type of a name.
-    bool Declares(const std::string& strNamespace, std::string_view strName) const;
+    bool Declares(const std::string& strNamespace, std::string_view svName) const;
 
     /// Name of a collection type for a class, empty if a type of the schema has that name.
     std::string GetCollectionName(const binding::SClass& item) const;
@@ -37,10 +37,10 @@ public:
     const std::string& GetNamespace() const { return m_strNamespace; }
 
     /// A name of namespace QvXmlLib9.
-    std::string Library(std::string_view strName) const;
+    std::string Library(std::string_view svName) const;
 
     /// A smart pointer to a type.
-    std::string Pointer(std::string_view strType) const;
+    std::string Pointer(std::string_view svType) const;
 
     std::string Name(const binding::SClass& type) const;
 
@@ -51,12 +51,12 @@ public:
     std::string Value(const binding::SSimpleType& type) const;
 
     /// The name of an entity of a C++ namespace.
-    std::string Name(const std::string& strNamespace, std::string_view strName) const;
+    std::string Name(const std::string& strNamespace, std::string_view svName) const;
 
 private:
     /// Whether a name that is declared in the global namespace, or that a using directive puts there, is found from
     /// here.
-    bool IsHidden(std::string_view strName, const std::string& strMeant, bool bGlobalToo) const;
+    bool IsHidden(std::string_view svName, const std::string& strMeant, bool bGlobalToo) const;
 
     const CNameTable& m_names;
     std::string m_strNamespace;

@@ -16,19 +16,19 @@ namespace
 
 /// `L"a"` with what stands before and behind it, the literal broken where it is too long for a line.
 /// @param nIndent of the line that begins with strHead.
-std::string ArrangeLiteral(std::size_t nIndent, std::string_view strHead, std::string_view strText,
-                           std::string_view strTail)
+std::string ArrangeLiteral(std::size_t nIndent, std::string_view svHead, std::string_view svText,
+                           std::string_view svTail)
 {
-    const std::size_t nFirst = nIndent + strHead.size();
-    const std::vector<std::string> pieces = WideLiterals(strText, s_nColumns - nFirst - strTail.size());
-    std::string strLines(strHead);
+    const std::size_t nFirst = nIndent + svHead.size();
+    const std::vector<std::string> pieces = WideLiterals(svText, s_nColumns - nFirst - svTail.size());
+    std::string strLines(svHead);
     for (std::size_t n = 0; n < pieces.size(); ++n)
     {
         if (n > 0)
             strLines.append("\n").append(nFirst, ' ');
         strLines += pieces[n];
     }
-    return strLines.append(strTail);
+    return strLines.append(svTail);
 }
 
 // --- Enumerations ---------------------------------------------------------------------------------------------------
@@ -84,11 +84,11 @@ std::string DefineValues(const SSimpleType& type)
     std::vector<std::string> literals;
     for (const SEnumerator& value : type.enumerators)
         literals.push_back(WideLiteral(value.strText));
-    constexpr std::string_view strHead = "static constexpr const wchar_t* s_values[] = {";
-    std::string strText = Arrange(4, strHead, literals, "};");
+    constexpr std::string_view svHead = "static constexpr const wchar_t* s_values[] = {";
+    std::string strText = Arrange(4, svHead, literals, "};");
     if (strText.find('\n') == std::string::npos)
         return strText + '\n';
-    return std::string(4, ' ').append(strHead) + '\n' + Arrange(8, "", literals, "") + "};\n";
+    return std::string(4, ' ').append(svHead) + '\n' + Arrange(8, "", literals, "") + "};\n";
 }
 
 // --- Facets ---------------------------------------------------------------------------------------------------------

@@ -26,17 +26,17 @@ std::size_t GetSequenceLength(unsigned char by)
 }
 
 /// Takes the first code point off a text.
-std::uint32_t NextCodePoint(std::string_view& strText)
+std::uint32_t NextCodePoint(std::string_view& svText)
 {
     constexpr std::uint32_t s_firstBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
     constexpr std::uint32_t s_least[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto by = static_cast<unsigned char>(strText.front());
+    const auto by = static_cast<unsigned char>(svText.front());
     const std::size_t nLength = GetSequenceLength(by);
     std::uint32_t dwCode = nLength == 0 ? s_dwReplacement : by & s_firstBits[nLength];
     std::size_t nRead = 1;
-    for (; nRead < nLength && nRead < strText.size() && IsContinuation(strText[nRead]); ++nRead)
-        dwCode = dwCode << 6 | (static_cast<unsigned char>(strText[nRead]) & 0x3F);
-    strText.remove_prefix(nRead);
+    for (; nRead < nLength && nRead < svText.size() && IsContinuation(svText[nRead]); ++nRead)
+        dwCode = dwCode << 6 | (static_cast<unsigned char>(svText[nRead]) & 0x3F);
+    svText.remove_prefix(nRead);
     const bool bValid = nLength != 0 && nRead == nLength && dwCode >= s_least[nLength] && dwCode <= 0x10FFFF &&
                         (dwCode < 0xD800 || dwCode > 0xDFFF);
     return bValid ? dwCode : s_dwReplacement;
@@ -121,45 +121,45 @@ void GuardEnd(std::string& strLine)
         strLine += '.';
 }
 
-void AppendCommentLine(std::string& strLines, std::string strLine, std::size_t nIndent, std::string_view strMark)
+void AppendCommentLine(std::string& strLines, std::string strLine, std::size_t nIndent, std::string_view svMark)
 {
     GuardEnd(strLine);
-    strLines.append(nIndent, ' ').append(strMark);
+    strLines.append(nIndent, ' ').append(svMark);
     if (!strLine.empty())
         strLines.append(" ").append(strLine);
     strLines += '\n';
 }
 
-void AppendParagraph(std::string& strLines, std::string_view strText, std::size_t nIndent, std::string_view strMark)
+void AppendParagraph(std::string& strLines, std::string_view svText, std::size_t nIndent, std::string_view svMark)
 {
-    const std::size_t nWidth = s_nColumns - nIndent - strMark.size() - 1;
+    const std::size_t nWidth = s_nColumns - nIndent - svMark.size() - 1;
     std::string strLine;
-    while (!strText.empty())
+    while (!svText.empty())
     {
-        const std::string_view strWord = strText.substr(0, strText.find(' '));
-        if (!strLine.empty() && CountColumns(strLine) + 1 + CountColumns(strWord) > nWidth)
+        const std::string_view svWord = svText.substr(0, svText.find(' '));
+        if (!strLine.empty() && CountColumns(strLine) + 1 + CountColumns(svWord) > nWidth)
         {
-            AppendCommentLine(strLines, std::move(strLine), nIndent, strMark);
+            AppendCommentLine(strLines, std::move(strLine), nIndent, svMark);
             strLine.clear();
         }
-        strLine.append(strLine.empty() ? "" : " ").append(strWord);
-        strText.remove_prefix(std::min(strText.size(), strWord.size() + 1));
+        strLine.append(strLine.empty() ? "" : " ").append(svWord);
+        svText.remove_prefix(std::min(svText.size(), svWord.size() + 1));
     }
-    AppendCommentLine(strLines, std::move(strLine), nIndent, strMark);
+    AppendCommentLine(strLines, std::move(strLine), nIndent, svMark);
 }
 
 /// An item may have several lines, of which the first one counts; where the next item goes depends on the last one.
-std::size_t GetFirstLineColumns(std::string_view strItem)
+std::size_t GetFirstLineColumns(std::string_view svItem)
 {
-    return CountColumns(strItem.substr(0, strItem.find('\n')));
+    return CountColumns(svItem.substr(0, svItem.find('\n')));
 }
 
 /// @return whether all items fit in from a column on.
-bool FitsFrom(std::size_t nColumn, const std::vector<std::string>& items, std::string_view strTail)
+bool FitsFrom(std::size_t nColumn, const std::vector<std::string>& items, std::string_view svTail)
 {
     for (std::size_t n = 0; n < items.size(); ++n)
     {
-        const std::size_t nBehind = n + 1 == items.size() ? strTail.size() : 1;
+        const std::size_t nBehind = n + 1 == items.size() ? svTail.size() : 1;
         if (nColumn + GetFirstLineColumns(items[n]) + nBehind > s_nColumns)
             return false;
     }
@@ -177,15 +177,15 @@ std::size_t GetColumns(const std::vector<std::string>& items)
 
 } // namespace
 
-std::string WideLiteral(std::string_view strText)
+std::string WideLiteral(std::string_view svText)
 {
     std::string strLiterals;
-    for (const std::string& strPiece : WideLiterals(strText, std::string::npos))
+    for (const std::string& strPiece : WideLiterals(svText, std::string::npos))
         strLiterals.append(strLiterals.empty() ? "" : " ").append(strPiece);
     return strLiterals;
 }
 
-std::vector<std::string> WideLiterals(std::string_view strText, std::size_t nWidth)
+std::vector<std::string> WideLiterals(std::string_view svText, std::size_t nWidth)
 {
     constexpr std::size_t nMarks = 3;
     std::vector<std::string> literals;
@@ -197,9 +197,9 @@ std::vector<std::string> WideLiterals(std::string_view strText, std::size_t nWid
     };
     bool bQuestionMark = false;
     bool bHexadecimal = false;
-    while (!strText.empty())
+    while (!svText.empty())
     {
-        const std::uint32_t dwCode = NextCodePoint(strText);
+        const std::uint32_t dwCode = NextCodePoint(svText);
         const std::string strEscaped = EscapeWide(dwCode, bQuestionMark);
         // A digit behind a hexadecimal escape would belong to it.
         const bool bDigit = bHexadecimal && strEscaped.size() == 1 && IsHexadecimalDigit(strEscaped.front());
@@ -214,11 +214,11 @@ std::vector<std::string> WideLiterals(std::string_view strText, std::size_t nWid
     return literals;
 }
 
-std::string NarrowLiteral(std::string_view strText)
+std::string NarrowLiteral(std::string_view svText)
 {
     std::string strLiteral = "\"";
     bool bQuestionMark = false;
-    for (const char c : strText)
+    for (const char c : svText)
     {
         const auto by = static_cast<unsigned char>(c);
         strLiteral += by < 0x80 ? EscapeAscii(by, bQuestionMark) : Octal(by);
@@ -227,15 +227,15 @@ std::string NarrowLiteral(std::string_view strText)
     return strLiteral + '"';
 }
 
-std::string CommentText(std::string_view strText)
+std::string CommentText(std::string_view svText)
 {
     std::string strResult;
     bool bSpace = false;
-    while (!strText.empty())
+    while (!svText.empty())
     {
-        const std::string_view strBefore = strText;
-        const std::uint32_t dwCode = NextCodePoint(strText);
-        const std::string_view strCharacter = strBefore.substr(0, strBefore.size() - strText.size());
+        const std::string_view svBefore = svText;
+        const std::uint32_t dwCode = NextCodePoint(svText);
+        const std::string_view svCharacter = svBefore.substr(0, svBefore.size() - svText.size());
         if (IsWhiteSpace(dwCode))
             bSpace = true;
         else if (!IsInvisible(dwCode))
@@ -246,14 +246,14 @@ std::string CommentText(std::string_view strText)
             if ((bSpace && !strResult.empty()) || bTrigraph)
                 strResult += ' ';
             bSpace = false;
-            strResult += strCharacter;
+            strResult += svCharacter;
         }
     }
     GuardEnd(strResult);
     return strResult;
 }
 
-std::string CommentLines(const std::vector<std::string>& paragraphs, std::size_t nIndent, std::string_view strMark)
+std::string CommentLines(const std::vector<std::string>& paragraphs, std::size_t nIndent, std::string_view svMark)
 {
     std::string strLines;
     for (const std::string& strParagraph : paragraphs)
@@ -262,22 +262,22 @@ std::string CommentLines(const std::vector<std::string>& paragraphs, std::size_t
         if (strText.empty())
             continue;
         if (!strLines.empty())
-            AppendCommentLine(strLines, {}, nIndent, strMark);
-        AppendParagraph(strLines, strText, nIndent, strMark);
+            AppendCommentLine(strLines, {}, nIndent, svMark);
+        AppendParagraph(strLines, strText, nIndent, svMark);
     }
     return strLines;
 }
 
-std::string Arrange(std::size_t nIndent, std::string_view strHead, const std::vector<std::string>& items,
-                    std::string_view strTail)
+std::string Arrange(std::size_t nIndent, std::string_view svHead, const std::vector<std::string>& items,
+                    std::string_view svTail)
 {
-    std::string strLines = std::string(nIndent, ' ').append(strHead);
-    std::size_t nFirst = nIndent + CountColumns(strHead.substr(strHead.rfind('\n') + 1));
+    std::string strLines = std::string(nIndent, ' ').append(svHead);
+    std::size_t nFirst = nIndent + CountColumns(svHead.substr(svHead.rfind('\n') + 1));
     // A braced list rather begins on a line of its own than that it goes on in a narrow column.
-    const bool bBraces = !strHead.empty() && strHead.back() == '{';
-    const std::size_t nAll = GetColumns(items) + strTail.size();
+    const bool bBraces = !svHead.empty() && svHead.back() == '{';
+    const std::size_t nAll = GetColumns(items) + svTail.size();
     const bool bTogether = bBraces && nFirst + nAll > s_nColumns && nIndent + 4 + nAll <= s_nColumns;
-    if (bTogether || (!FitsFrom(nFirst, items, strTail) && nFirst > nIndent + 4))
+    if (bTogether || (!FitsFrom(nFirst, items, svTail) && nFirst > nIndent + 4))
     {
         nFirst = nIndent + 4;
         strLines.append("\n").append(nFirst, ' ');
@@ -286,7 +286,7 @@ std::string Arrange(std::size_t nIndent, std::string_view strHead, const std::ve
     for (std::size_t n = 0; n < items.size(); ++n)
     {
         const bool bLast = n + 1 == items.size();
-        const std::size_t nNeeded = GetFirstLineColumns(items[n]) + (bLast ? strTail.size() : 1);
+        const std::size_t nNeeded = GetFirstLineColumns(items[n]) + (bLast ? svTail.size() : 1);
         if (n > 0 && nColumn + 1 + nNeeded > s_nColumns)
         {
             strLines.append("\n").append(nFirst, ' ');
@@ -305,13 +305,13 @@ std::string Arrange(std::size_t nIndent, std::string_view strHead, const std::ve
             ++nColumn;
         }
     }
-    return strLines.append(strTail);
+    return strLines.append(svTail);
 }
 
-std::size_t CountColumns(std::string_view strText)
+std::size_t CountColumns(std::string_view svText)
 {
     std::size_t nColumns = 0;
-    for (const char c : strText)
+    for (const char c : svText)
         nColumns += IsContinuation(c) ? 0 : 1;
     return nColumns;
 }

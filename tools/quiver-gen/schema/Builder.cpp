@@ -13,7 +13,7 @@ namespace
 
 struct SBitName
 {
-    std::string_view strName;
+    std::string_view svName;
     unsigned nBit;
 };
 
@@ -25,12 +25,12 @@ constexpr SBitName s_bitNames[] = {
     {"union", Derivation_Union},
 };
 
-unsigned ParseBits(std::string_view strText)
+unsigned ParseBits(std::string_view svText)
 {
     unsigned nBits = Derivation_None;
-    for (const std::string_view strPart : SplitList(strText))
+    for (const std::string_view svPart : SplitList(svText))
         for (const SBitName& name : s_bitNames)
-            if (strPart == name.strName || strPart == "#all")
+            if (svPart == name.svName || svPart == "#all")
                 nBits |= name.nBit;
     return nBits;
 }
@@ -51,10 +51,10 @@ constexpr std::string_view s_builtInAttributes = "xmlns";
 
 } // namespace
 
-const SNode* FindChild(const SNode& node, std::string_view strName)
+const SNode* FindChild(const SNode& node, std::string_view svName)
 {
     for (const SNode* pChild : node.children)
-        if (pChild->Is(strName))
+        if (pChild->Is(svName))
             return pChild;
     return nullptr;
 }
@@ -81,7 +81,7 @@ void CBuilder::BuildGlobal(const SNode& node)
 {
     struct SBuild
     {
-        std::string_view strName;
+        std::string_view svName;
         void (CBuilder::*pfnBuild)(const SNode&);
     };
     static constexpr SBuild s_builds[] = {
@@ -91,7 +91,7 @@ void CBuilder::BuildGlobal(const SNode& node)
         {"notation", &CBuilder::BuildNotation},     {"redefine", &CBuilder::BuildRedefine},
     };
     for (const SBuild& build : s_builds)
-        if (node.Is(build.strName))
+        if (node.Is(build.svName))
             (this->*build.pfnBuild)(node);
     if (!node.Is("annotation"))
         return;
@@ -120,23 +120,23 @@ void CBuilder::BuildRedefine(const SNode& node)
 }
 
 template <typename TComponent>
-void CBuilder::Register(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view strKind)
+void CBuilder::Register(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view svKind)
 {
     const auto [it, bNew] = table.byName.emplace(component.name.strLocal, &component);
     table.list.push_back(&component);
     if (!bNew)
-        m_diagnostics.AddError(component.position, std::string(strKind) + " '" + component.name.strLocal +
+        m_diagnostics.AddError(component.position, std::string(svKind) + " '" + component.name.strLocal +
                                                        "' is defined twice; the first definition is at " +
                                                        m_set.Describe(it->second->position));
 }
 
 template <typename TComponent>
 bool CBuilder::RegisterUnlessRedefined(SNamespace::STable<TComponent>& table, TComponent& component,
-                                       std::string_view strKind, ESymbol eSymbol, TComponent* SRedefinition::*ppSlot)
+                                       std::string_view svKind, ESymbol eSymbol, TComponent* SRedefinition::*ppSlot)
 {
     if (!m_pRedefine)
     {
-        Register(table, component, strKind);
+        Register(table, component, svKind);
         return true;
     }
     SRedefinition& redefinition = m_draft.redefinitions[m_nRedefinition];
@@ -149,7 +149,7 @@ void CBuilder::BuildGlobalType(const SNode& node)
 {
     const SQName name = MakeGlobalName(node);
     // The schema for schemas defines what is built in.
-    if (name.strNamespace == s_strXsdNamespace && m_set.FindType(name) &&
+    if (name.strNamespace == s_svXsdNamespace && m_set.FindType(name) &&
         m_set.FindType(name)->eBuiltin != EBuiltin::None)
         return;
     SType* pType = node.Is("simpleType") ? static_cast<SType*>(BuildSimpleType(node)) : BuildComplexType(node);
@@ -384,16 +384,16 @@ SWildcard* CBuilder::BuildWildcard(const SNode& node)
     Start(node, wildcard);
     if (const std::string* pProcess = node.Find("processContents"))
     {
-        const std::string_view strProcess = Trim(*pProcess);
-        wildcard.eProcess = strProcess == "lax"    ? SWildcard::EProcess::Lax
-                            : strProcess == "skip" ? SWildcard::EProcess::Skip
-                                                   : SWildcard::EProcess::Strict;
+        const std::string_view svProcess = Trim(*pProcess);
+        wildcard.eProcess = svProcess == "lax"    ? SWildcard::EProcess::Lax
+                            : svProcess == "skip" ? SWildcard::EProcess::Skip
+                                                  : SWildcard::EProcess::Strict;
     }
     const std::string* pNamespaces = node.Find("namespace");
-    const std::string_view strNamespaces = pNamespaces ? Trim(*pNamespaces) : "##any";
-    if (strNamespaces == "##any")
+    const std::string_view svNamespaces = pNamespaces ? Trim(*pNamespaces) : "##any";
+    if (svNamespaces == "##any")
         return &wildcard;
-    if (strNamespaces == "##other")
+    if (svNamespaces == "##other")
     {
         wildcard.eNamespaces = SWildcard::ENamespaces::Not;
         wildcard.namespaces = {m_document.strTargetNamespace};
@@ -403,15 +403,15 @@ SWildcard* CBuilder::BuildWildcard(const SNode& node)
     }
     wildcard.eNamespaces = SWildcard::ENamespaces::List;
     std::unordered_set<std::string_view> known;
-    for (const std::string_view strPart : SplitList(strNamespaces))
+    for (const std::string_view svPart : SplitList(svNamespaces))
     {
-        if (strPart == "##any" || strPart == "##other" ||
-            (strPart.substr(0, 2) == "##" && strPart != "##local" && strPart != "##targetNamespace"))
-            AddError(node, "the namespace '" + std::string(strPart) + "' is not allowed in a list");
-        else if (known.insert(strPart).second)
-            wildcard.namespaces.emplace_back(strPart == "##local"             ? std::string()
-                                             : strPart == "##targetNamespace" ? m_document.strTargetNamespace
-                                                                              : std::string(strPart));
+        if (svPart == "##any" || svPart == "##other" ||
+            (svPart.substr(0, 2) == "##" && svPart != "##local" && svPart != "##targetNamespace"))
+            AddError(node, "the namespace '" + std::string(svPart) + "' is not allowed in a list");
+        else if (known.insert(svPart).second)
+            wildcard.namespaces.emplace_back(svPart == "##local"             ? std::string()
+                                             : svPart == "##targetNamespace" ? m_document.strTargetNamespace
+                                                                             : std::string(svPart));
     }
     return &wildcard;
 }
@@ -448,12 +448,12 @@ void CBuilder::BuildAttributeUse(const SNode& node, SAttributeDraft& draft, SAtt
     use.pGroup = pGroup;
     use.value = ReadValue(node);
     const std::string* pUse = node.Find("use");
-    const std::string_view strUse = pUse ? Trim(*pUse) : "optional";
-    use.eUse = strUse == "required"     ? SAttributeUse::EUse::Required
-               : strUse == "prohibited" ? SAttributeUse::EUse::Prohibited
-                                        : SAttributeUse::EUse::Optional;
+    const std::string_view svUse = pUse ? Trim(*pUse) : "optional";
+    use.eUse = svUse == "required"     ? SAttributeUse::EUse::Required
+               : svUse == "prohibited" ? SAttributeUse::EUse::Prohibited
+                                       : SAttributeUse::EUse::Optional;
     if (use.value && !use.value->bFixed && use.eUse != SAttributeUse::EUse::Optional)
-        AddError(node, "an attribute with a default is optional, not " + std::string(strUse));
+        AddError(node, "an attribute with a default is optional, not " + std::string(svUse));
     if (use.bReference)
     {
         Forbid(node, "an attribute with 'ref'", {"type", "form"}, {"simpleType"});
@@ -476,8 +476,8 @@ void CBuilder::BuildAttributeType(const SNode& node, SAttribute& attribute)
     if (attribute.name.strLocal == s_builtInAttributes)
         AddError(node, "no attribute can be named 'xmlns'");
     const SFile& file = m_set.files[static_cast<std::size_t>(m_document.nFile)];
-    if (attribute.name.strNamespace == s_strXsiNamespace && !file.bBuiltIn)
-        AddError(node, "no attribute can be declared in the namespace '" + std::string(s_strXsiNamespace) + "'");
+    if (attribute.name.strNamespace == s_svXsiNamespace && !file.bBuiltIn)
+        AddError(node, "no attribute can be declared in the namespace '" + std::string(s_svXsiNamespace) + "'");
     const SNode* pInner = FindChild(node, "simpleType");
     const std::string* pName = node.Find("type");
     if (pName && pInner)
@@ -517,35 +517,35 @@ SQName CBuilder::MakeGlobalName(const SNode& node) const
     return {m_document.strTargetNamespace, pName ? std::string(Trim(*pName)) : std::string()};
 }
 
-std::string CBuilder::GetLocalNamespace(const SNode& node, std::string_view strDefault) const
+std::string CBuilder::GetLocalNamespace(const SNode& node, std::string_view svDefault) const
 {
     const std::string* pForm = node.Find("form");
     if (!pForm)
-        pForm = m_document.pRoot->Find(strDefault);
+        pForm = m_document.pRoot->Find(svDefault);
     return pForm && Trim(*pForm) == "qualified" ? m_document.strTargetNamespace : std::string();
 }
 
-bool CBuilder::ReadBoolean(const SNode& node, std::string_view strName) const
+bool CBuilder::ReadBoolean(const SNode& node, std::string_view svName) const
 {
-    const std::string* pValue = node.Find(strName);
+    const std::string* pValue = node.Find(svName);
     if (!pValue)
         return false;
-    const std::string_view strValue = Trim(*pValue);
-    return strValue == "true" || strValue == "1";
+    const std::string_view svValue = Trim(*pValue);
+    return svValue == "true" || svValue == "1";
 }
 
-/// @param strDefault attribute of the schema that counts where the own one is not written, as far as it fits.
-unsigned CBuilder::ReadBits(const SNode& node, std::string_view strName, std::string_view strDefault, unsigned nAllowed)
+/// @param svDefault attribute of the schema that counts where the own one is not written, as far as it fits.
+unsigned CBuilder::ReadBits(const SNode& node, std::string_view svName, std::string_view svDefault, unsigned nAllowed)
 {
-    const std::string* pValue = node.Find(strName);
+    const std::string* pValue = node.Find(svName);
     if (!pValue)
     {
-        pValue = m_document.pRoot->Find(strDefault);
+        pValue = m_document.pRoot->Find(svDefault);
         return pValue ? ParseBits(*pValue) & nAllowed : Derivation_None;
     }
     const unsigned nBits = ParseBits(*pValue);
     if (Trim(*pValue) != "#all" && (nBits & ~nAllowed) != 0)
-        AddError(node, "the attribute '" + std::string(strName) + "' is '" + *pValue + "', which has no meaning here");
+        AddError(node, "the attribute '" + std::string(svName) + "' is '" + *pValue + "', which has no meaning here");
     return nBits & nAllowed;
 }
 
@@ -560,15 +560,15 @@ std::optional<SValueConstraint> CBuilder::ReadValue(const SNode& node)
     return SValueConstraint{pFixed != nullptr, pFixed ? *pFixed : *pDefault, node.pScope};
 }
 
-void CBuilder::Forbid(const SNode& node, std::string_view strReason, std::initializer_list<std::string_view> attributes,
+void CBuilder::Forbid(const SNode& node, std::string_view svReason, std::initializer_list<std::string_view> attributes,
                       std::initializer_list<std::string_view> children)
 {
-    for (const std::string_view strName : attributes)
-        if (node.Find(strName))
-            AddError(node, std::string(strReason) + " has no attribute '" + std::string(strName) + "'");
-    for (const std::string_view strName : children)
-        if (const SNode* pChild = FindChild(node, strName))
-            AddError(*pChild, std::string(strReason) + " has no child '" + std::string(strName) + "'");
+    for (const std::string_view svName : attributes)
+        if (node.Find(svName))
+            AddError(node, std::string(svReason) + " has no attribute '" + std::string(svName) + "'");
+    for (const std::string_view svName : children)
+        if (const SNode* pChild = FindChild(node, svName))
+            AddError(*pChild, std::string(svReason) + " has no child '" + std::string(svName) + "'");
 }
 
 bool CBuilder::ReadNameOrReference(const SNode& node, bool& bReference)
@@ -582,40 +582,39 @@ bool CBuilder::ReadNameOrReference(const SNode& node, bool& bReference)
     return bReference != bName;
 }
 
-std::optional<SQName> CBuilder::ReadQName(const SNode& node, std::string_view strText)
+std::optional<SQName> CBuilder::ReadQName(const SNode& node, std::string_view svText)
 {
-    strText = Trim(strText);
-    const std::size_t nColon = strText.find(':');
-    const std::string_view strPrefix =
-        nColon == std::string_view::npos ? std::string_view() : strText.substr(0, nColon);
-    const std::string* pNamespace = node.pScope->Find(strPrefix);
-    if (!pNamespace && !strPrefix.empty())
+    svText = Trim(svText);
+    const std::size_t nColon = svText.find(':');
+    const std::string_view svPrefix = nColon == std::string_view::npos ? std::string_view() : svText.substr(0, nColon);
+    const std::string* pNamespace = node.pScope->Find(svPrefix);
+    if (!pNamespace && !svPrefix.empty())
     {
-        AddError(node, "the prefix of '" + std::string(strText) + "' is not declared");
+        AddError(node, "the prefix of '" + std::string(svText) + "' is not declared");
         return std::nullopt;
     }
     SQName name{pNamespace ? *pNamespace : std::string(),
-                std::string(nColon == std::string_view::npos ? strText : strText.substr(nColon + 1))};
+                std::string(nColon == std::string_view::npos ? svText : svText.substr(nColon + 1))};
     const std::string& strTarget = m_document.strTargetNamespace;
     if (name.strNamespace.empty() && m_document.bChameleon)
         name.strNamespace = strTarget;
-    const bool bReachable = name.strNamespace == strTarget || name.strNamespace == s_strXsdNamespace ||
-                            name.strNamespace == s_strXmlNamespace || name.strNamespace == s_strXsiNamespace ||
+    const bool bReachable = name.strNamespace == strTarget || name.strNamespace == s_svXsdNamespace ||
+                            name.strNamespace == s_svXmlNamespace || name.strNamespace == s_svXsiNamespace ||
                             m_document.imports.count(name.strNamespace) > 0;
     if (bReachable)
         return name;
-    AddError(node, name.strNamespace.empty() ? "'" + std::string(strText) +
-                                                   "' is in no namespace, and this document has no import without one"
-                                             : "the namespace '" + name.strNamespace + "' of '" + std::string(strText) +
-                                                   "' is not imported in this document");
+    AddError(node, name.strNamespace.empty()
+                       ? "'" + std::string(svText) + "' is in no namespace, and this document has no import without one"
+                       : "the namespace '" + name.strNamespace + "' of '" + std::string(svText) +
+                             "' is not imported in this document");
     return std::nullopt;
 }
 
 template <typename TTarget>
 SPointerReference<TTarget>* CBuilder::Refer(std::vector<SPointerReference<TTarget>>& references, const SNode& node,
-                                            std::string_view strText, TTarget** ppTarget)
+                                            std::string_view svText, TTarget** ppTarget)
 {
-    std::optional<SQName> name = ReadQName(node, strText);
+    std::optional<SQName> name = ReadQName(node, svText);
     if (!name)
         return nullptr;
     SPointerReference<TTarget>& reference = references.emplace_back();

@@ -38,9 +38,9 @@ private:
     void BuildAttributeGroup(const SNode& node);
     void BuildNotation(const SNode& node);
     template <typename TComponent>
-    void Register(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view strKind);
+    void Register(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view svKind);
     template <typename TComponent>
-    bool RegisterUnlessRedefined(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view strKind,
+    bool RegisterUnlessRedefined(SNamespace::STable<TComponent>& table, TComponent& component, std::string_view svKind,
                                  ESymbol eSymbol, TComponent* SRedefinition::*ppSlot);
 
     // Types.
@@ -78,17 +78,17 @@ private:
     void Start(const SNode& node, SComponent& component);
     void AddError(const SNode& node, std::string strText);
     SQName MakeGlobalName(const SNode& node) const;
-    std::string GetLocalNamespace(const SNode& node, std::string_view strDefault) const;
-    bool ReadBoolean(const SNode& node, std::string_view strName) const;
-    unsigned ReadBits(const SNode& node, std::string_view strName, std::string_view strDefault, unsigned nAllowed);
+    std::string GetLocalNamespace(const SNode& node, std::string_view svDefault) const;
+    bool ReadBoolean(const SNode& node, std::string_view svName) const;
+    unsigned ReadBits(const SNode& node, std::string_view svName, std::string_view svDefault, unsigned nAllowed);
     std::optional<SValueConstraint> ReadValue(const SNode& node);
-    void Forbid(const SNode& node, std::string_view strReason, std::initializer_list<std::string_view> attributes,
+    void Forbid(const SNode& node, std::string_view svReason, std::initializer_list<std::string_view> attributes,
                 std::initializer_list<std::string_view> children);
     bool ReadNameOrReference(const SNode& node, bool& bReference);
-    std::optional<SQName> ReadQName(const SNode& node, std::string_view strText);
+    std::optional<SQName> ReadQName(const SNode& node, std::string_view svText);
     template <typename TTarget>
     SPointerReference<TTarget>* Refer(std::vector<SPointerReference<TTarget>>& references, const SNode& node,
-                                      std::string_view strText, TTarget** ppTarget);
+                                      std::string_view svText, TTarget** ppTarget);
 
     std::size_t m_nDocument;
     const SDocument& m_document;
@@ -102,6 +102,6 @@ private:
 };
 
 /// The first child of a name, null for none.
-const SNode* FindChild(const SNode& node, std::string_view strName);
+const SNode* FindChild(const SNode& node, std::string_view svName);
 
 } // namespace quiver_gen::schema

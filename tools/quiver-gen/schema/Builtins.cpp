@@ -12,11 +12,11 @@ namespace
 struct SBuiltinRow
 {
     EBuiltin eBuiltin;
-    std::string_view strName;
+    std::string_view svName;
     EBuiltin eBase;
-    std::string_view strWhiteSpace;
-    std::string_view strMin;
-    std::string_view strMax;
+    std::string_view svWhiteSpace;
+    std::string_view svMin;
+    std::string_view svMax;
 };
 
 using E = EBuiltin;
@@ -91,13 +91,13 @@ EBuiltin GetListItem(EBuiltin eBuiltin)
     return eBuiltin == E::ENTITIES ? E::ENTITY : E::None;
 }
 
-void AddFacet(SSimpleType& type, EFacet eFacet, std::string_view strValue, bool bFixed = false)
+void AddFacet(SSimpleType& type, EFacet eFacet, std::string_view svValue, bool bFixed = false)
 {
-    if (strValue.empty())
+    if (svValue.empty())
         return;
     SFacet& facet = type.facets.emplace_back();
     facet.eFacet = eFacet;
-    facet.strValue = strValue;
+    facet.strValue = svValue;
     facet.nValue = eFacet == EFacet::MinLength ? 1 : 0;
     facet.bFixed = bFixed;
 }
@@ -106,7 +106,7 @@ void AddFacet(SSimpleType& type, EFacet eFacet, std::string_view strValue, bool 
 
 std::string_view GetBuiltinName(EBuiltin eBuiltin)
 {
-    return s_rows[static_cast<std::size_t>(eBuiltin)].strName;
+    return s_rows[static_cast<std::size_t>(eBuiltin)].svName;
 }
 
 /// Anything: a mixed sequence of any elements, with any attributes, all processed where a declaration is known.
@@ -122,7 +122,7 @@ void SSchemaSet::MakeAnyType()
     m_anyContent.pGroup = &m_anyGroup;
 
     m_anyType.eBuiltin = EBuiltin::AnyType;
-    m_anyType.name = {std::string(s_strXsdNamespace), "anyType"};
+    m_anyType.name = {std::string(s_svXsdNamespace), "anyType"};
     m_anyType.eContent = EContent::Mixed;
     m_anyType.pOwnParticle = m_anyType.pContent = &m_anyContent;
     m_anyType.pOwnWildcard = m_anyType.pWildcard = &m_anyWildcard;
@@ -138,7 +138,7 @@ void SSchemaSet::MakeBuiltins()
             continue;
         SSimpleType& type = m_builtinSimpleTypes.emplace_back();
         type.eBuiltin = row.eBuiltin;
-        type.name = {std::string(s_strXsdNamespace), std::string(row.strName)};
+        type.name = {std::string(s_svXsdNamespace), std::string(row.svName)};
         type.pBase = &GetBuiltin(row.eBase);
         const EBuiltin eItem = GetListItem(row.eBuiltin);
         if (eItem != EBuiltin::None)
@@ -153,12 +153,12 @@ void SSchemaSet::MakeBuiltins()
             type.ePrimitive = row.eBase == EBuiltin::AnySimpleType ? row.eBuiltin : type.pBase->AsSimple()->ePrimitive;
         }
         const bool bFixed = eItem == EBuiltin::None && type.ePrimitive != EBuiltin::String;
-        AddFacet(type, EFacet::WhiteSpace, row.strWhiteSpace, bFixed);
+        AddFacet(type, EFacet::WhiteSpace, row.svWhiteSpace, bFixed);
         AddFacet(type, EFacet::FractionDigits, row.eBuiltin == EBuiltin::Integer ? "0" : "", true);
-        AddFacet(type, EFacet::MinInclusive, row.strMin);
-        AddFacet(type, EFacet::MaxInclusive, row.strMax);
+        AddFacet(type, EFacet::MinInclusive, row.svMin);
+        AddFacet(type, EFacet::MaxInclusive, row.svMax);
         m_builtins[static_cast<std::size_t>(row.eBuiltin)] = &type;
-        m_builtinsByName.emplace(row.strName, &type);
+        m_builtinsByName.emplace(row.svName, &type);
     }
 }
 

@@ -93,14 +93,14 @@ std::string SQName::ToString() const
     return strNamespace.empty() ? strLocal : "{" + strNamespace + "}" + strLocal;
 }
 
-const std::string* SNamespaceScope::Find(std::string_view strPrefix) const
+const std::string* SNamespaceScope::Find(std::string_view svPrefix) const
 {
     for (const SNamespaceScope* pScope = this; pScope; pScope = pScope->pOuter)
     {
-        const auto it = std::lower_bound(pScope->declarations.begin(), pScope->declarations.end(), strPrefix,
-                                         [](const auto& declaration, std::string_view strName)
-                                         { return declaration.first < strName; });
-        if (it != pScope->declarations.end() && it->first == strPrefix)
+        const auto it = std::lower_bound(pScope->declarations.begin(), pScope->declarations.end(), svPrefix,
+                                         [](const auto& declaration, std::string_view svName)
+                                         { return declaration.first < svName; });
+        if (it != pScope->declarations.end() && it->first == svPrefix)
             return &it->second;
     }
     return nullptr;
@@ -246,7 +246,7 @@ SSchemaSet::SSchemaSet()
 
 SType* SSchemaSet::FindType(const SQName& name) const
 {
-    if (name.strNamespace == s_strXsdNamespace)
+    if (name.strNamespace == s_svXsdNamespace)
         if (const auto it = m_builtinsByName.find(name.strLocal); it != m_builtinsByName.end())
             return it->second;
     const SNamespace* pNamespace = FindNamespace(name.strNamespace);

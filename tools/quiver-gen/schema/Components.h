@@ -31,9 +31,9 @@ namespace quiver_gen::schema
 /// schemas stay below 40; the limit keeps a hostile one from the end of the stack.
 constexpr std::size_t s_nMaxDepth = 500;
 
-constexpr std::string_view s_strXsdNamespace = "http://www.w3.org/2001/XMLSchema";
-constexpr std::string_view s_strXsiNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::string_view s_strXmlNamespace = "http://www.w3.org/XML/1998/namespace";
+constexpr std::string_view s_svXsdNamespace = "http://www.w3.org/2001/XMLSchema";
+constexpr std::string_view s_svXsiNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::string_view s_svXmlNamespace = "http://www.w3.org/XML/1998/namespace";
 
 /// A name with its namespace, which is empty for none.
 struct SQName
@@ -95,7 +95,7 @@ struct SNamespaceScope
 
     /// Namespace of a prefix, where the empty prefix asks for the default namespace.
     /// @return null if the prefix is not declared; an undeclared default namespace is an empty text.
-    const std::string* Find(std::string_view strPrefix) const;
+    const std::string* Find(std::string_view svPrefix) const;
 };
 
 /// What all components have.

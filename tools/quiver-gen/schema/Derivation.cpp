@@ -119,14 +119,14 @@ private:
     }
 
     /// Counts what references unfold to, and reports once when it is too much.
-    bool Unfold(const SComponent& component, std::size_t nCount, std::size_t& nTotal, std::string_view strWhat)
+    bool Unfold(const SComponent& component, std::size_t nCount, std::size_t& nTotal, std::string_view svWhat)
     {
         const bool bBefore = nTotal <= s_nMaxUnfolded;
         nTotal = std::min(nTotal + nCount, s_nMaxUnfolded + 1);
         const bool bFits = nTotal <= s_nMaxUnfolded;
         if (bBefore && !bFits)
             AddError(component, "the references of the schema unfold to more than " + std::to_string(s_nMaxUnfolded) +
-                                    " " + std::string(strWhat));
+                                    " " + std::string(svWhat));
         return bFits;
     }
 

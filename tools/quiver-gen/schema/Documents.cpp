@@ -14,7 +14,7 @@ namespace
 {
 
 // The attributes that XML itself defines, for schemas that refer to them where no document for them is at hand.
-constexpr std::string_view s_strXmlSchema =
+constexpr std::string_view s_svXmlSchema =
     R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="http://www.w3.org/XML/1998/namespace">
 <xs:attribute name="lang"><xs:simpleType><xs:union memberTypes="xs:language"><xs:simpleType>
 <xs:restriction base="xs:string"><xs:enumeration value=""/></xs:restriction>
@@ -29,7 +29,7 @@ constexpr std::string_view s_strXmlSchema =
 </xs:attributeGroup>
 </xs:schema>)";
 
-constexpr std::string_view s_strXsiSchema =
+constexpr std::string_view s_svXsiSchema =
     R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="http://www.w3.org/2001/XMLSchema-instance">
 <xs:attribute name="nil" type="xs:boolean"/>
 <xs:attribute name="type" type="xs:QName"/>
@@ -39,19 +39,19 @@ constexpr std::string_view s_strXsiSchema =
 
 struct SBuiltInDocument
 {
-    std::string_view strPath;
-    std::string_view strNamespace;
-    std::string_view strText;
+    std::string_view svPath;
+    std::string_view svNamespace;
+    std::string_view svText;
 };
 
 constexpr SBuiltInDocument s_builtInDocuments[] = {
-    {"(attributes of XML)", s_strXmlNamespace, s_strXmlSchema},
-    {"(attributes of XMLSchema-instance)", s_strXsiNamespace, s_strXsiSchema}};
+    {"(attributes of XML)", s_svXmlNamespace, s_svXmlSchema},
+    {"(attributes of XMLSchema-instance)", s_svXsiNamespace, s_svXsiSchema}};
 
 /// The namespaces that references work with where no document brings them.
-bool IsKnownNamespace(std::string_view strNamespace)
+bool IsKnownNamespace(std::string_view svNamespace)
 {
-    return strNamespace == s_strXmlNamespace || strNamespace == s_strXsiNamespace || strNamespace == s_strXsdNamespace;
+    return svNamespace == s_svXmlNamespace || svNamespace == s_svXsiNamespace || svNamespace == s_svXsdNamespace;
 }
 
 enum class EWay
@@ -114,7 +114,7 @@ public:
         }
         ReportMissingImports();
         for (const SBuiltInDocument& document : s_builtInDocuments)
-            if (IsNeeded(document.strNamespace))
+            if (IsNeeded(document.svNamespace))
                 AddBuiltIn(document);
     }
 
@@ -320,19 +320,19 @@ private:
     bool IsLoaded(const std::string& strNamespace) const { return m_set.FindNamespace(strNamespace) != nullptr; }
 
     /// Whether a document refers to a namespace that none brings.
-    bool IsNeeded(std::string_view strNamespace) const
+    bool IsNeeded(std::string_view svNamespace) const
     {
-        if (IsLoaded(std::string(strNamespace)))
+        if (IsLoaded(std::string(svNamespace)))
             return false;
         for (const STree& tree : m_draft.trees)
             for (const SNode& node : tree.nodes)
                 if (const std::string* pReference = node.bXsd ? node.Find("ref") : nullptr)
                 {
-                    const std::string_view strName = Trim(*pReference);
-                    const std::size_t nColon = strName.find(':');
+                    const std::string_view svName = Trim(*pReference);
+                    const std::size_t nColon = svName.find(':');
                     const std::string* pUri =
-                        nColon == std::string_view::npos ? nullptr : node.pScope->Find(strName.substr(0, nColon));
-                    if (pUri && *pUri == strNamespace)
+                        nColon == std::string_view::npos ? nullptr : node.pScope->Find(svName.substr(0, nColon));
+                    if (pUri && *pUri == svNamespace)
                         return true;
                 }
         return false;
@@ -341,12 +341,12 @@ private:
     void AddBuiltIn(const SBuiltInDocument& builtIn)
     {
         SParsed parsed;
-        parsed.nFile = AddFile(std::string(builtIn.strPath));
+        parsed.nFile = AddFile(std::string(builtIn.svPath));
         m_set.files.back().bBuiltIn = true;
         STree& tree = m_draft.trees.emplace_back();
-        tree = ReadTree(builtIn.strText, parsed.nFile, m_set.scopes, m_diagnostics);
+        tree = ReadTree(builtIn.svText, parsed.nFile, m_set.scopes, m_diagnostics);
         parsed.pTree = &tree;
-        AddDocument(parsed, std::string(builtIn.strNamespace), false);
+        AddDocument(parsed, std::string(builtIn.svNamespace), false);
     }
 
     SSchemaSet& m_set;

@@ -12,10 +12,10 @@ namespace
 {
 
 /// Text in quotes, on one line.
-std::string Quote(std::string_view strText)
+std::string Quote(std::string_view svText)
 {
     std::string strQuoted = "\"";
-    for (const char ch : strText)
+    for (const char ch : svText)
     {
         switch (ch)
         {

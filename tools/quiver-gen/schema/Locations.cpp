@@ -14,7 +14,7 @@ namespace quiver_gen::schema
 namespace
 {
 
-constexpr std::string_view s_strCatalogNamespace = "urn:oasis:names:tc:entity:xmlns:xml:catalog";
+constexpr std::string_view s_svCatalogNamespace = "urn:oasis:names:tc:entity:xmlns:xml:catalog";
 
 constexpr bool IsAlpha(char ch)
 {
@@ -22,19 +22,19 @@ constexpr bool IsAlpha(char ch)
 }
 
 /// Length of the scheme of a URI without its colon; 0 for none. One letter is a drive.
-std::size_t GetSchemeLength(std::string_view strUri)
+std::size_t GetSchemeLength(std::string_view svUri)
 {
-    if (strUri.empty() || !IsAlpha(strUri.front()))
+    if (svUri.empty() || !IsAlpha(svUri.front()))
         return 0;
     const std::size_t nEnd = std::min(
-        strUri.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-"), strUri.size());
-    return nEnd > 1 && nEnd < strUri.size() && strUri[nEnd] == ':' ? nEnd : 0;
+        svUri.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-"), svUri.size());
+    return nEnd > 1 && nEnd < svUri.size() && svUri[nEnd] == ':' ? nEnd : 0;
 }
 
-bool IsFileScheme(std::string_view strUri)
+bool IsFileScheme(std::string_view svUri)
 {
-    const std::size_t nLength = GetSchemeLength(strUri);
-    std::string strScheme(strUri.substr(0, nLength));
+    const std::size_t nLength = GetSchemeLength(svUri);
+    std::string strScheme(svUri.substr(0, nLength));
     std::transform(strScheme.begin(), strScheme.end(), strScheme.begin(),
                    [](char ch) { return static_cast<char>(ch | 0x20); });
     return strScheme == "file";
@@ -42,23 +42,23 @@ bool IsFileScheme(std::string_view strUri)
 
 int GetHexDigit(char ch)
 {
-    constexpr std::string_view strDigits = "0123456789abcdef";
-    const std::size_t nDigit = strDigits.find(ch >= 'A' && ch <= 'F' ? static_cast<char>(ch | 0x20) : ch);
+    constexpr std::string_view svDigits = "0123456789abcdef";
+    const std::size_t nDigit = svDigits.find(ch >= 'A' && ch <= 'F' ? static_cast<char>(ch | 0x20) : ch);
     return nDigit == std::string_view::npos ? -1 : static_cast<int>(nDigit);
 }
 
-std::string DecodePercents(std::string_view strText)
+std::string DecodePercents(std::string_view svText)
 {
     std::string strResult;
-    for (std::size_t n = 0; n < strText.size(); ++n)
+    for (std::size_t n = 0; n < svText.size(); ++n)
     {
-        const bool bEscape = strText[n] == '%' && n + 2 < strText.size();
-        const int nHigh = bEscape ? GetHexDigit(strText[n + 1]) : -1;
-        const int nLow = bEscape ? GetHexDigit(strText[n + 2]) : -1;
+        const bool bEscape = svText[n] == '%' && n + 2 < svText.size();
+        const int nHigh = bEscape ? GetHexDigit(svText[n + 1]) : -1;
+        const int nLow = bEscape ? GetHexDigit(svText[n + 2]) : -1;
         // A null character would end the path for the system, but not for us.
         if (nHigh < 0 || nLow < 0 || nHigh + nLow == 0)
         {
-            strResult += strText[n];
+            strResult += svText[n];
             continue;
         }
         strResult += static_cast<char>(nHigh * 16 + nLow);
@@ -68,37 +68,37 @@ std::string DecodePercents(std::string_view strText)
 }
 
 /// What stands behind `file:` and the empty or local host.
-std::string_view StripFileScheme(std::string_view strUri)
+std::string_view StripFileScheme(std::string_view svUri)
 {
-    strUri.remove_prefix(std::string_view("file:").size());
-    if (strUri.substr(0, 2) != "//")
-        return strUri;
-    strUri.remove_prefix(2);
-    const std::size_t nPath = strUri.find('/');
-    strUri.remove_prefix(std::min(nPath, strUri.size()));
+    svUri.remove_prefix(std::string_view("file:").size());
+    if (svUri.substr(0, 2) != "//")
+        return svUri;
+    svUri.remove_prefix(2);
+    const std::size_t nPath = svUri.find('/');
+    svUri.remove_prefix(std::min(nPath, svUri.size()));
     // A drive follows the slash.
-    if (strUri.size() > 2 && IsAlpha(strUri[1]) && strUri[2] == ':')
-        strUri.remove_prefix(1);
-    return strUri;
+    if (svUri.size() > 2 && IsAlpha(svUri[1]) && svUri[2] == ':')
+        svUri.remove_prefix(1);
+    return svUri;
 }
 
 /// The folder of a path with the separator at its end.
-std::string_view GetFolder(std::string_view strPath)
+std::string_view GetFolder(std::string_view svPath)
 {
 #ifdef _WIN32
     const std::size_t nEnd = strPath.find_last_of("/\\");
 #else
-    const std::size_t nEnd = strPath.rfind('/');
+    const std::size_t nEnd = svPath.rfind('/');
 #endif
-    return nEnd == std::string_view::npos ? std::string_view() : strPath.substr(0, nEnd + 1);
+    return nEnd == std::string_view::npos ? std::string_view() : svPath.substr(0, nEnd + 1);
 }
 
 /// What one entry of a catalog needs: the attribute with what it is about, and the one with the place.
 struct SEntryKind
 {
-    std::string_view strElement;
-    std::string_view strSubject;
-    std::string_view strPlace;
+    std::string_view svElement;
+    std::string_view svSubject;
+    std::string_view svPlace;
     bool bRewrite;
 };
 
@@ -113,7 +113,7 @@ constexpr SEntryKind s_entryKinds[] = {
 const std::string* FindBase(const SNode& node)
 {
     for (const SNodeAttribute& attribute : node.attributes)
-        if (attribute.strLocal == "base" && attribute.strNamespace == s_strXmlNamespace)
+        if (attribute.strLocal == "base" && attribute.strNamespace == s_svXmlNamespace)
             return &attribute.strValue;
     return nullptr;
 }
@@ -162,7 +162,7 @@ std::vector<std::string> CLocations::ReadOneCatalog(const std::string& strPath, 
     if (!tree.bComplete)
         return {};
     const SNode& root = *tree.pRoot;
-    if (root.strLocal != "catalog" || root.strNamespace != s_strCatalogNamespace)
+    if (root.strLocal != "catalog" || root.strNamespace != s_svCatalogNamespace)
     {
         diagnostics.AddError({nFile, root.nLine, root.nColumn}, "this is not an OASIS XML catalog");
         return {};
@@ -187,8 +187,8 @@ void CLocations::AddEntry(const SNode& node, const std::string& strBase)
 {
     for (const SEntryKind& kind : s_entryKinds)
     {
-        const std::string* pSubject = node.strLocal == kind.strElement ? node.Find(kind.strSubject) : nullptr;
-        const std::string* pPlace = pSubject ? node.Find(kind.strPlace) : nullptr;
+        const std::string* pSubject = node.strLocal == kind.svElement ? node.Find(kind.svSubject) : nullptr;
+        const std::string* pPlace = pSubject ? node.Find(kind.svPlace) : nullptr;
         if (!pPlace || IsElsewhere(*pPlace))
             continue;
         if (kind.bRewrite)
@@ -208,17 +208,17 @@ std::optional<std::string> CLocations::Find(const std::string& strUri) const
     return std::nullopt;
 }
 
-bool IsElsewhere(std::string_view strLocation)
+bool IsElsewhere(std::string_view svLocation)
 {
-    return GetSchemeLength(strLocation) > 0 && !IsFileScheme(strLocation);
+    return GetSchemeLength(svLocation) > 0 && !IsFileScheme(svLocation);
 }
 
-std::string ResolveLocation(std::string_view strLocation, std::string_view strFromFile)
+std::string ResolveLocation(std::string_view svLocation, std::string_view svFromFile)
 {
-    std::string strPath = DecodePercents(IsFileScheme(strLocation) ? StripFileScheme(strLocation) : strLocation);
+    std::string strPath = DecodePercents(IsFileScheme(svLocation) ? StripFileScheme(svLocation) : svLocation);
     if (std::filesystem::u8path(strPath).is_absolute())
         return strPath;
-    return std::string(GetFolder(strFromFile)) + strPath;
+    return std::string(GetFolder(svFromFile)) + strPath;
 }
 
 EReadResult ReadFile(const std::string& strPath, std::string& strBytes)

@@ -39,10 +39,10 @@ private:
 };
 
 /// Whether a location names something that cannot be on this disk: a URI with a scheme other than `file`.
-bool IsElsewhere(std::string_view strLocation);
+bool IsElsewhere(std::string_view svLocation);
 
 /// The path of a location that is written in a file: `file:` and percent escapes undone, relative to the file's folder.
-std::string ResolveLocation(std::string_view strLocation, std::string_view strFromFile);
+std::string ResolveLocation(std::string_view svLocation, std::string_view svFromFile);
 
 enum class EReadResult
 {

@@ -17,9 +17,9 @@ constexpr XML_Char s_chSeparator = '\n';
 
 constexpr std::size_t s_nPiece = 1 << 20;
 
-bool IsWhiteSpace(std::string_view strText)
+bool IsWhiteSpace(std::string_view svText)
 {
-    return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    return svText.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
 class CTreeMaker
@@ -49,12 +49,12 @@ public:
                                     [](void* p, const XML_Char* lpctName, int) { This(p).OnSkippedEntity(lpctName); });
     }
 
-    STree Read(std::string_view strBytes)
+    STree Read(std::string_view svBytes)
     {
         SNamespaceScope& scope = m_scopes.emplace_back();
-        scope.declarations.emplace_back("xml", s_strXmlNamespace);
+        scope.declarations.emplace_back("xml", s_svXmlNamespace);
         m_open.push_back({nullptr, &scope, {}});
-        m_tree.bComplete = Parse(strBytes) && !m_bFailed;
+        m_tree.bComplete = Parse(svBytes) && !m_bFailed;
         return std::move(m_tree);
     }
 
@@ -69,15 +69,15 @@ private:
 
     static CTreeMaker& This(void* pUser) { return *static_cast<CTreeMaker*>(pUser); }
 
-    bool Parse(std::string_view strBytes)
+    bool Parse(std::string_view svBytes)
     {
         XML_Parser parser = m_parser.get();
         std::size_t nDone = 0;
         do
         {
-            const std::size_t nLength = std::min(strBytes.size() - nDone, s_nPiece);
-            const bool bFinal = nDone + nLength == strBytes.size();
-            if (XML_Parse(parser, strBytes.data() + nDone, static_cast<int>(nLength), bFinal) != XML_STATUS_OK)
+            const std::size_t nLength = std::min(svBytes.size() - nDone, s_nPiece);
+            const bool bFinal = nDone + nLength == svBytes.size();
+            if (XML_Parse(parser, svBytes.data() + nDone, static_cast<int>(nLength), bFinal) != XML_STATUS_OK)
             {
                 if (XML_GetErrorCode(parser) != XML_ERROR_ABORTED)
                     AddError(std::string("the document is not well-formed: ") +
@@ -85,7 +85,7 @@ private:
                 return false;
             }
             nDone += nLength;
-        } while (nDone < strBytes.size());
+        } while (nDone < svBytes.size());
         return true;
     }
 
@@ -119,16 +119,16 @@ private:
         return &scope;
     }
 
-    static void Split(std::string_view strName, std::string& strNamespace, std::string& strLocal)
+    static void Split(std::string_view svName, std::string& strNamespace, std::string& strLocal)
     {
-        const std::size_t nSeparator = strName.find(s_chSeparator);
+        const std::size_t nSeparator = svName.find(s_chSeparator);
         if (nSeparator == std::string_view::npos)
         {
-            strLocal = strName;
+            strLocal = svName;
             return;
         }
-        strNamespace = strName.substr(0, nSeparator);
-        strLocal = strName.substr(nSeparator + 1);
+        strNamespace = svName.substr(0, nSeparator);
+        strLocal = svName.substr(nSeparator + 1);
     }
 
     void OnStart(const XML_Char* lpctName, const XML_Char** ppAttributes)
@@ -164,7 +164,7 @@ private:
         node.nColumn = position.nColumn;
         node.pScope = pScope;
         Split(lpctName, node.strNamespace, node.strLocal);
-        node.bXsd = node.strNamespace == s_strXsdNamespace;
+        node.bXsd = node.strNamespace == s_svXsdNamespace;
         if (node.bXsd)
             node.strNamespace.clear();
         node.strLang = m_open.back().strLang;
@@ -173,7 +173,7 @@ private:
             SNodeAttribute& attribute = node.attributes.emplace_back();
             Split(ppAttributes[0], attribute.strNamespace, attribute.strLocal);
             attribute.strValue = ppAttributes[1];
-            if (attribute.strLocal == "lang" && attribute.strNamespace == s_strXmlNamespace)
+            if (attribute.strLocal == "lang" && attribute.strNamespace == s_svXmlNamespace)
                 node.strLang = attribute.strValue;
         }
         m_open.push_back({&node, pScope, node.strLang});
@@ -188,15 +188,15 @@ private:
             m_pDocumentation = pNode->Is("documentation") ? pNode : nullptr;
     }
 
-    void OnText(std::string_view strText)
+    void OnText(std::string_view svText)
     {
         if (m_pDocumentation)
         {
-            m_pDocumentation->strText += strText;
+            m_pDocumentation->strText += svText;
             return;
         }
         SNode* pNode = m_open.back().pNode;
-        if (!pNode || pNode->bText || pNode->Is("appinfo") || IsWhiteSpace(strText))
+        if (!pNode || pNode->bText || pNode->Is("appinfo") || IsWhiteSpace(svText))
             return;
         const SPosition position = GetPosition();
         pNode->bText = true;
@@ -222,17 +222,17 @@ private:
 
 } // namespace
 
-const std::string* SNode::Find(std::string_view strName) const
+const std::string* SNode::Find(std::string_view svName) const
 {
     for (const SNodeAttribute& attribute : attributes)
-        if (attribute.strNamespace.empty() && attribute.strLocal == strName)
+        if (attribute.strNamespace.empty() && attribute.strLocal == svName)
             return &attribute.strValue;
     return nullptr;
 }
 
-STree ReadTree(std::string_view strBytes, int nFile, std::deque<SNamespaceScope>& scopes, CDiagnostics& diagnostics)
+STree ReadTree(std::string_view svBytes, int nFile, std::deque<SNamespaceScope>& scopes, CDiagnostics& diagnostics)
 {
-    return CTreeMaker(nFile, scopes, diagnostics).Read(strBytes);
+    return CTreeMaker(nFile, scopes, diagnostics).Read(svBytes);
 }
 
 } // namespace quiver_gen::schema

@@ -37,9 +37,9 @@ struct SNode
     int nTextLine = 0;
     int nTextColumn = 0;
 
-    bool Is(std::string_view strName) const { return bXsd && strLocal == strName; }
+    bool Is(std::string_view svName) const { return bXsd && strLocal == svName; }
     /// Value of an attribute without a namespace, null if there is none.
-    const std::string* Find(std::string_view strName) const;
+    const std::string* Find(std::string_view svName) const;
 };
 
 struct STree
@@ -50,10 +50,10 @@ struct STree
 };
 
 /// Parses an XML document into a tree.
-/// @param strBytes the document, in UTF-8, UTF-16, or what else its declaration names and the parser knows.
+/// @param svBytes the document, in UTF-8, UTF-16, or what else its declaration names and the parser knows.
 /// @param nFile for the positions of errors.
 /// @param scopes gets the namespace declarations.
 /// @param diagnostics gets an error if the document is not well-formed or nests deeper than s_nMaxDepth.
-STree ReadTree(std::string_view strBytes, int nFile, std::deque<SNamespaceScope>& scopes, CDiagnostics& diagnostics);
+STree ReadTree(std::string_view svBytes, int nFile, std::deque<SNamespaceScope>& scopes, CDiagnostics& diagnostics);
 
 } // namespace quiver_gen::schema

@@ -138,15 +138,15 @@ private:
                   &SRedefinition::pFormerAttributeGroup);
     }
 
-    void ReportUndefined(const SReference& reference, std::string_view strKind)
+    void ReportUndefined(const SReference& reference, std::string_view svKind)
     {
         m_diagnostics.AddError(reference.position,
-                               std::string(strKind) + " '" + reference.name.ToString() + "' is not defined");
+                               std::string(svKind) + " '" + reference.name.ToString() + "' is not defined");
     }
 
     template <typename TComponent>
     void ResolveIn(const std::vector<SPointerReference<TComponent>>& references,
-                   SNamespace::STable<TComponent> SNamespace::*ppTable, std::string_view strKind,
+                   SNamespace::STable<TComponent> SNamespace::*ppTable, std::string_view svKind,
                    TComponent* SRedefinition::*ppFormer = nullptr)
     {
         for (const auto& reference : references)
@@ -159,7 +159,7 @@ private:
             const SNamespace* pSpace = m_set.FindNamespace(reference.name.strNamespace);
             *reference.ppTarget = pSpace ? (pSpace->*ppTable).Find(reference.name.strLocal) : nullptr;
             if (!*reference.ppTarget)
-                ReportUndefined(reference, strKind);
+                ReportUndefined(reference, svKind);
         }
     }
 

@@ -15,7 +15,7 @@ namespace
 /// A place in the order of an element's children: any of these names, once or often.
 struct SSlot
 {
-    std::string_view strNames; ///< between blanks
+    std::string_view svNames; ///< between blanks
     bool bMany = false;
     bool bRequired = false;
     bool bLast = false; ///< nothing but what the slots before allow may stand beside it
@@ -26,9 +26,9 @@ constexpr std::size_t s_nMaxSlots = 6;
 /// What an element of the schema language holds. Where its place matters, the name is `parent/name`.
 struct SRule
 {
-    std::string_view strName;
-    std::string_view strRequired; ///< attributes, between blanks; `id` is allowed everywhere
-    std::string_view strOptional;
+    std::string_view svName;
+    std::string_view svRequired; ///< attributes, between blanks; `id` is allowed everywhere
+    std::string_view svOptional;
     std::array<SSlot, s_nMaxSlots> slots{};
 };
 
@@ -124,82 +124,82 @@ constexpr SRule s_rules[] = {
 };
 
 /// Whether a name is one of those between blanks.
-bool IsListed(std::string_view strNames, std::string_view strName)
+bool IsListed(std::string_view svNames, std::string_view svName)
 {
-    std::size_t nStart = strNames.find(strName);
-    for (; nStart != std::string_view::npos; nStart = strNames.find(strName, nStart + 1))
+    std::size_t nStart = svNames.find(svName);
+    for (; nStart != std::string_view::npos; nStart = svNames.find(svName, nStart + 1))
     {
-        const std::size_t nEnd = nStart + strName.size();
-        if ((nStart == 0 || strNames[nStart - 1] == ' ') && (nEnd == strNames.size() || strNames[nEnd] == ' '))
-            return !strName.empty();
+        const std::size_t nEnd = nStart + svName.size();
+        if ((nStart == 0 || svNames[nStart - 1] == ' ') && (nEnd == svNames.size() || svNames[nEnd] == ' '))
+            return !svName.empty();
     }
     return false;
 }
 
 // --- Values of attributes -------------------------------------------------------------------------------------------
 
-bool IsOneOf(std::string_view strValue, std::initializer_list<std::string_view> values)
+bool IsOneOf(std::string_view svValue, std::initializer_list<std::string_view> values)
 {
-    return std::find(values.begin(), values.end(), strValue) != values.end();
+    return std::find(values.begin(), values.end(), svValue) != values.end();
 }
 
-bool IsBoolean(std::string_view strValue)
+bool IsBoolean(std::string_view svValue)
 {
-    return IsOneOf(strValue, {"true", "false", "1", "0"});
+    return IsOneOf(svValue, {"true", "false", "1", "0"});
 }
 
-bool IsCount(std::string_view strValue)
+bool IsCount(std::string_view svValue)
 {
     std::uint64_t nValue = 0;
-    return ParseCount(strValue, nValue);
+    return ParseCount(svValue, nValue);
 }
 
-bool IsCountOrUnbounded(std::string_view strValue)
+bool IsCountOrUnbounded(std::string_view svValue)
 {
-    return strValue == "unbounded" || IsCount(strValue);
+    return svValue == "unbounded" || IsCount(svValue);
 }
 
-bool IsForm(std::string_view strValue)
+bool IsForm(std::string_view svValue)
 {
-    return IsOneOf(strValue, {"qualified", "unqualified"});
+    return IsOneOf(svValue, {"qualified", "unqualified"});
 }
 
-bool IsUse(std::string_view strValue)
+bool IsUse(std::string_view svValue)
 {
-    return IsOneOf(strValue, {"optional", "required", "prohibited"});
+    return IsOneOf(svValue, {"optional", "required", "prohibited"});
 }
 
-bool IsProcessContents(std::string_view strValue)
+bool IsProcessContents(std::string_view svValue)
 {
-    return IsOneOf(strValue, {"strict", "lax", "skip"});
+    return IsOneOf(svValue, {"strict", "lax", "skip"});
 }
 
-bool IsBits(std::string_view strValue)
+bool IsBits(std::string_view svValue)
 {
-    if (strValue == "#all")
+    if (svValue == "#all")
         return true;
-    for (const std::string_view strPart : SplitList(strValue))
-        if (!IsOneOf(strPart, {"extension", "restriction", "substitution", "list", "union"}))
+    for (const std::string_view svPart : SplitList(svValue))
+        if (!IsOneOf(svPart, {"extension", "restriction", "substitution", "list", "union"}))
             return false;
     return true;
 }
 
-bool IsQNameList(std::string_view strValue)
+bool IsQNameList(std::string_view svValue)
 {
-    const std::vector<std::string_view> parts = SplitList(strValue);
+    const std::vector<std::string_view> parts = SplitList(svValue);
     return std::all_of(parts.begin(), parts.end(), IsQName);
 }
 
-bool IsFilled(std::string_view strValue)
+bool IsFilled(std::string_view svValue)
 {
-    return !strValue.empty();
+    return !svValue.empty();
 }
 
 struct SValueRule
 {
-    std::string_view strAttributes; ///< between blanks
-    bool (*pfnIsValid)(std::string_view strValue);
-    std::string_view strExpected;
+    std::string_view svAttributes; ///< between blanks
+    bool (*pfnIsValid)(std::string_view svValue);
+    std::string_view svExpected;
 };
 
 constexpr SValueRule s_valueRules[] = {
@@ -216,10 +216,10 @@ constexpr SValueRule s_valueRules[] = {
     {"targetNamespace", IsFilled, "a namespace"},
 };
 
-const SValueRule* FindValueRule(std::string_view strAttribute)
+const SValueRule* FindValueRule(std::string_view svAttribute)
 {
     for (const SValueRule& rule : s_valueRules)
-        if (IsListed(rule.strAttributes, strAttribute))
+        if (IsListed(rule.svAttributes, svAttribute))
             return &rule;
     return nullptr;
 }
@@ -234,21 +234,21 @@ const CRuleMap& GetRules()
     {
         CRuleMap map;
         for (const SRule& rule : s_rules)
-            map.emplace(rule.strName, &rule);
+            map.emplace(rule.svName, &rule);
         return map;
     }();
     return rules;
 }
 
-const SRule* FindRule(std::string_view strParent, std::string_view strName)
+const SRule* FindRule(std::string_view svParent, std::string_view svName)
 {
     // What is redefined is written as at the top level.
-    std::string strKey(strParent == "redefine" && strName != "annotation" ? std::string_view("schema") : strParent);
-    strKey.append("/").append(strName);
+    std::string strKey(svParent == "redefine" && svName != "annotation" ? std::string_view("schema") : svParent);
+    strKey.append("/").append(svName);
     const CRuleMap& rules = GetRules();
     auto it = rules.find(strKey);
     if (it == rules.end())
-        it = rules.find(strName);
+        it = rules.find(svName);
     return it == rules.end() ? nullptr : it->second;
 }
 
@@ -286,7 +286,7 @@ private:
     /// What the rules for children are called after: a reference to a group holds no group.
     static std::string_view ParentOf(const SRule& rule, const SNode& node)
     {
-        return rule.strName == "group" ? std::string_view() : std::string_view(node.strLocal);
+        return rule.svName == "group" ? std::string_view() : std::string_view(node.strLocal);
     }
 
     void AddError(const SNode& node, std::string strText)
@@ -298,42 +298,42 @@ private:
     {
         for (const SNodeAttribute& attribute : node.attributes)
         {
-            if (attribute.strNamespace == s_strXsdNamespace)
+            if (attribute.strNamespace == s_svXsdNamespace)
                 AddError(node, "the attribute '" + attribute.strLocal + "' of '" + node.strLocal +
                                    "' stands in the schema namespace, where it has no meaning");
             if (!attribute.strNamespace.empty())
                 continue;
-            if (attribute.strLocal != "id" && !IsListed(rule.strRequired, attribute.strLocal) &&
-                !IsListed(rule.strOptional, attribute.strLocal))
+            if (attribute.strLocal != "id" && !IsListed(rule.svRequired, attribute.strLocal) &&
+                !IsListed(rule.svOptional, attribute.strLocal))
                 AddError(node, "the attribute '" + attribute.strLocal + "' is not allowed on '" + Describe(rule) + "'");
             else
                 CheckValue(node, rule, attribute);
         }
-        for (const std::string_view strName : SplitList(rule.strRequired))
-            if (!node.Find(strName))
-                AddError(node, "'" + Describe(rule) + "' needs the attribute '" + std::string(strName) + "'");
+        for (const std::string_view svName : SplitList(rule.svRequired))
+            if (!node.Find(svName))
+                AddError(node, "'" + Describe(rule) + "' needs the attribute '" + std::string(svName) + "'");
     }
 
     /// `schema/element` as `global element`, for people.
     static std::string Describe(const SRule& rule)
     {
-        constexpr std::string_view strGlobal = "schema/";
-        if (rule.strName.substr(0, strGlobal.size()) == strGlobal)
-            return "global " + std::string(rule.strName.substr(strGlobal.size()));
-        return std::string(rule.strName);
+        constexpr std::string_view svGlobal = "schema/";
+        if (rule.svName.substr(0, svGlobal.size()) == svGlobal)
+            return "global " + std::string(rule.svName.substr(svGlobal.size()));
+        return std::string(rule.svName);
     }
 
     void CheckValue(const SNode& node, const SRule& rule, const SNodeAttribute& attribute)
     {
-        const std::string_view strValue = Trim(attribute.strValue);
+        const std::string_view svValue = Trim(attribute.strValue);
         // `fixed` is a boolean on facets only, which are what has a value.
-        const bool bFacet = rule.strRequired == "value";
-        if (attribute.strLocal == "fixed" && bFacet && !IsBoolean(strValue))
+        const bool bFacet = rule.svRequired == "value";
+        if (attribute.strLocal == "fixed" && bFacet && !IsBoolean(svValue))
             AddError(node, "the attribute 'fixed' is '" + attribute.strValue + "', where true or false is needed");
         const SValueRule* pRule = FindValueRule(attribute.strLocal);
-        if (pRule && !pRule->pfnIsValid(strValue))
+        if (pRule && !pRule->pfnIsValid(svValue))
             AddError(node, "the attribute '" + attribute.strLocal + "' is '" + attribute.strValue + "', where " +
-                               std::string(pRule->strExpected) + " is needed");
+                               std::string(pRule->svExpected) + " is needed");
     }
 
     void CheckChildren(const SNode& node, const SRule& rule)
@@ -353,7 +353,7 @@ private:
     static std::string DescribeNames(const SSlot& slot)
     {
         std::string strText;
-        const std::vector<std::string_view> names = SplitList(slot.strNames);
+        const std::vector<std::string_view> names = SplitList(slot.svNames);
         for (std::size_t n = 0; n < names.size(); ++n)
             strText += (n == 0 ? "'" : n + 1 < names.size() ? ", '" : " or '") + std::string(names[n]) + "'";
         return strText;
@@ -369,14 +369,14 @@ private:
             return;
         }
         std::size_t nPlace = nSlot;
-        while (nPlace < s_nMaxSlots && !IsListed(rule.slots[nPlace].strNames, child.strLocal))
+        while (nPlace < s_nMaxSlots && !IsListed(rule.slots[nPlace].svNames, child.strLocal))
             ++nPlace;
         const bool bAfterLast = nSlot < s_nMaxSlots && rule.slots[nSlot].bLast && counts[nSlot] > 0 && nPlace != nSlot;
         if (nPlace == s_nMaxSlots || bAfterLast)
         {
             const bool bElsewhere =
                 std::any_of(rule.slots.begin(), rule.slots.end(),
-                            [&](const SSlot& slot) { return IsListed(slot.strNames, child.strLocal); });
+                            [&](const SSlot& slot) { return IsListed(slot.svNames, child.strLocal); });
             AddError(child, "the element '" + child.strLocal + "' is not allowed " +
                                 (bElsewhere ? "here in '" : "in '") + Describe(rule) + "'");
             return;

@@ -350,22 +350,22 @@ bool HoldsList(const SSimpleType& type)
                         [](const SSimpleType* pMember) { return HoldsList(*pMember); }));
 }
 
-void CheckFinal(const SSimpleType& type, const SSimpleType& used, unsigned nBit, std::string_view strWay,
+void CheckFinal(const SSimpleType& type, const SSimpleType& used, unsigned nBit, std::string_view svWay,
                 CDiagnostics& diagnostics)
 {
     if (used.nFinal & nBit)
-        diagnostics.AddError(type.position, DescribeType(used) + " is final and admits no " + std::string(strWay));
+        diagnostics.AddError(type.position, DescribeType(used) + " is final and admits no " + std::string(svWay));
 }
 
 } // namespace
 
-std::string CValueChecker::Check(const SSimpleType& type, std::string_view strText, const SNamespaceScope* pScope)
+std::string CValueChecker::Check(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope)
 {
     constexpr std::size_t nMostSteps = 5'000'000;
     if (++m_nSteps > nMostSteps)
         return {};
     const SEffectiveFacets& facets = GetFacets(type);
-    const std::string strValue = ApplyWhiteSpace(strText, facets.eWhiteSpace);
+    const std::string strValue = ApplyWhiteSpace(svText, facets.eWhiteSpace);
     std::string strWrong;
     switch (type.eVariety)
     {
@@ -377,11 +377,11 @@ std::string CValueChecker::Check(const SSimpleType& type, std::string_view strTe
         break;
     case EVariety::Union:
         if (std::none_of(type.members.begin(), type.members.end(),
-                         [&](const SSimpleType* pMember) { return Check(*pMember, strText, pScope).empty(); }))
+                         [&](const SSimpleType* pMember) { return Check(*pMember, svText, pScope).empty(); }))
             strWrong = "no member of the union takes it";
         break;
     }
-    if (strWrong.empty() && facets.pEnumerations && !IsEnumerated(type, *facets.pEnumerations, strText, pScope))
+    if (strWrong.empty() && facets.pEnumerations && !IsEnumerated(type, *facets.pEnumerations, svText, pScope))
         strWrong = "it is not one of the enumerated values";
     return strWrong;
 }
@@ -412,27 +412,27 @@ std::string CValueChecker::CheckList(const SSimpleType& type, const SEffectiveFa
                                      const std::string& strValue, const SNamespaceScope* pScope)
 {
     const std::vector<std::string_view> items = SplitList(strValue);
-    for (const std::string_view strItem : items)
-        if (const std::string strWrong = Check(*type.pItem, strItem, pScope); !strWrong.empty())
-            return "of its item '" + std::string(strItem) + "', " + strWrong;
+    for (const std::string_view svItem : items)
+        if (const std::string strWrong = Check(*type.pItem, svItem, pScope); !strWrong.empty())
+            return "of its item '" + std::string(svItem) + "', " + strWrong;
     return CheckLength(facets, items.size());
 }
 
-std::string CValueChecker::GetKey(const SSimpleType& type, std::string_view strText, const SNamespaceScope* pScope)
+std::string CValueChecker::GetKey(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope)
 {
-    const std::string strValue = ApplyWhiteSpace(strText, GetFacets(type).eWhiteSpace);
+    const std::string strValue = ApplyWhiteSpace(svText, GetFacets(type).eWhiteSpace);
     if (type.eVariety == EVariety::Atomic)
         return GetValueKey(type.ePrimitive, strValue, pScope);
     if (type.eVariety == EVariety::List)
     {
         std::string strKey;
-        for (const std::string_view strItem : SplitList(strValue))
-            strKey += GetKey(*type.pItem, strItem, pScope) + " ";
+        for (const std::string_view svItem : SplitList(strValue))
+            strKey += GetKey(*type.pItem, svItem, pScope) + " ";
         return strKey;
     }
     for (const SSimpleType* pMember : type.members)
-        if (Check(*pMember, strText, pScope).empty())
-            return std::string(GetBuiltinName(pMember->ePrimitive)) + " " + GetKey(*pMember, strText, pScope);
+        if (Check(*pMember, svText, pScope).empty())
+            return std::string(GetBuiltinName(pMember->ePrimitive)) + " " + GetKey(*pMember, svText, pScope);
     return strValue;
 }
 
@@ -445,7 +445,7 @@ const SEffectiveFacets& CValueChecker::GetFacets(const SSimpleType& type)
 }
 
 bool CValueChecker::IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations,
-                                 std::string_view strText, const SNamespaceScope* pScope)
+                                 std::string_view svText, const SNamespaceScope* pScope)
 {
     const auto [it, bNew] = m_enumerations.try_emplace(&enumerations);
     // What is added to the map meanwhile leaves this entry where it is.
@@ -453,7 +453,7 @@ bool CValueChecker::IsEnumerated(const SSimpleType& type, const std::vector<SEnu
     if (bNew)
         for (const SEnumeration& enumeration : enumerations)
             keys.insert(GetKey(type, enumeration.strValue, enumeration.pScope));
-    return keys.count(GetKey(type, strText, pScope)) > 0;
+    return keys.count(GetKey(type, svText, pScope)) > 0;
 }
 
 void CheckSimpleType(const SSimpleType& type, CValueChecker& values, CDiagnostics& diagnostics)

@@ -23,10 +23,10 @@ public:
     }
 
     /// @return an empty text for a value, else what is wrong with it.
-    std::string Check(const SSimpleType& type, std::string_view strText, const SNamespaceScope* pScope);
+    std::string Check(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope);
 
     /// A text that is the same for what means the same value of a type; the text must be a value of it.
-    std::string GetKey(const SSimpleType& type, std::string_view strText, const SNamespaceScope* pScope);
+    std::string GetKey(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope);
 
 private:
     std::string CheckAtomic(const SSimpleType& type, const SEffectiveFacets& facets, const std::string& strValue,
@@ -34,7 +34,7 @@ private:
     std::string CheckList(const SSimpleType& type, const SEffectiveFacets& facets, const std::string& strValue,
                           const SNamespaceScope* pScope);
     const SEffectiveFacets& GetFacets(const SSimpleType& type);
-    bool IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations, std::string_view strText,
+    bool IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations, std::string_view svText,
                       const SNamespaceScope* pScope);
 
     const SSchemaSet& m_set;

@@ -30,14 +30,14 @@ bool IsIn(char32_t ch, const SRange (&ranges)[nSize])
                        [ch](const SRange& range) { return ch >= range.chFirst && ch <= range.chLast; });
 }
 
-bool IsNameOf(std::string_view strText, bool bStart, bool bColon)
+bool IsNameOf(std::string_view svText, bool bStart, bool bColon)
 {
-    if (strText.empty())
+    if (svText.empty())
         return false;
-    for (std::size_t nIndex = 0; nIndex < strText.size();)
+    for (std::size_t nIndex = 0; nIndex < svText.size();)
     {
         const bool bFirst = nIndex == 0;
-        const char32_t ch = NextCodePoint(strText, nIndex);
+        const char32_t ch = NextCodePoint(svText, nIndex);
         if (IsIn(ch, s_nameStart) || (ch == ':' && bColon))
             continue;
         if ((bFirst && bStart) || !IsIn(ch, s_nameFurther))
@@ -48,81 +48,81 @@ bool IsNameOf(std::string_view strText, bool bStart, bool bColon)
 
 } // namespace
 
-std::string_view Trim(std::string_view strText)
+std::string_view Trim(std::string_view svText)
 {
-    while (!strText.empty() && IsSpace(strText.front()))
-        strText.remove_prefix(1);
-    while (!strText.empty() && IsSpace(strText.back()))
-        strText.remove_suffix(1);
-    return strText;
+    while (!svText.empty() && IsSpace(svText.front()))
+        svText.remove_prefix(1);
+    while (!svText.empty() && IsSpace(svText.back()))
+        svText.remove_suffix(1);
+    return svText;
 }
 
-std::string Collapse(std::string_view strText)
+std::string Collapse(std::string_view svText)
 {
     std::string strResult;
-    strResult.reserve(strText.size());
-    for (const std::string_view strPart : SplitList(strText))
+    strResult.reserve(svText.size());
+    for (const std::string_view svPart : SplitList(svText))
     {
         if (!strResult.empty())
             strResult += ' ';
-        strResult += strPart;
+        strResult += svPart;
     }
     return strResult;
 }
 
-std::string ReplaceSpaces(std::string_view strText)
+std::string ReplaceSpaces(std::string_view svText)
 {
-    std::string strResult(strText);
+    std::string strResult(svText);
     std::replace_if(strResult.begin(), strResult.end(), IsSpace, ' ');
     return strResult;
 }
 
-std::vector<std::string_view> SplitList(std::string_view strText)
+std::vector<std::string_view> SplitList(std::string_view svText)
 {
     std::vector<std::string_view> parts;
-    for (std::size_t nIndex = 0; nIndex < strText.size();)
+    for (std::size_t nIndex = 0; nIndex < svText.size();)
     {
-        if (IsSpace(strText[nIndex]))
+        if (IsSpace(svText[nIndex]))
         {
             ++nIndex;
             continue;
         }
         const std::size_t nStart = nIndex;
-        while (nIndex < strText.size() && !IsSpace(strText[nIndex]))
+        while (nIndex < svText.size() && !IsSpace(svText[nIndex]))
             ++nIndex;
-        parts.push_back(strText.substr(nStart, nIndex - nStart));
+        parts.push_back(svText.substr(nStart, nIndex - nStart));
     }
     return parts;
 }
 
-bool IsName(std::string_view strText)
+bool IsName(std::string_view svText)
 {
-    return IsNameOf(strText, true, true);
+    return IsNameOf(svText, true, true);
 }
 
-bool IsNCName(std::string_view strText)
+bool IsNCName(std::string_view svText)
 {
-    return IsNameOf(strText, true, false);
+    return IsNameOf(svText, true, false);
 }
 
-bool IsNmtoken(std::string_view strText)
+bool IsNmtoken(std::string_view svText)
 {
-    return IsNameOf(strText, false, true);
+    return IsNameOf(svText, false, true);
 }
 
-bool IsQName(std::string_view strText)
+bool IsQName(std::string_view svText)
 {
-    const std::size_t nColon = strText.find(':');
+    const std::size_t nColon = svText.find(':');
     if (nColon == std::string_view::npos)
-        return IsNCName(strText);
-    return IsNCName(strText.substr(0, nColon)) && IsNCName(strText.substr(nColon + 1));
+        return IsNCName(svText);
+    return IsNCName(svText.substr(0, nColon)) && IsNCName(svText.substr(nColon + 1));
 }
 
-char32_t NextCodePoint(std::string_view strText, std::size_t& nIndex)
+char32_t NextCodePoint(std::string_view svText, std::size_t& nIndex)
 {
     const auto byteAt = [&](std::size_t n)
     {
-        return static_cast<unsigned char>(strText[n]);
+        return static_cast<unsigned char>(svText[n]);
     };
     const unsigned nLead = byteAt(nIndex++);
     if (nLead < 0x80)
@@ -133,29 +133,29 @@ char32_t NextCodePoint(std::string_view strText, std::size_t& nIndex)
     char32_t ch = nLead & (0x3Fu >> nMore);
     for (unsigned n = 0; n < nMore; ++n)
     {
-        if (nIndex >= strText.size() || (byteAt(nIndex) & 0xC0) != 0x80)
+        if (nIndex >= svText.size() || (byteAt(nIndex) & 0xC0) != 0x80)
             return 0xFFFD;
         ch = (ch << 6) | (byteAt(nIndex++) & 0x3Fu);
     }
     return ch;
 }
 
-std::size_t CountCodePoints(std::string_view strText)
+std::size_t CountCodePoints(std::string_view svText)
 {
     return static_cast<std::size_t>(std::count_if(
-        strText.begin(), strText.end(), [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }));
+        svText.begin(), svText.end(), [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }));
 }
 
-bool ParseCount(std::string_view strText, std::uint64_t& nValue)
+bool ParseCount(std::string_view svText, std::uint64_t& nValue)
 {
-    strText = Trim(strText);
-    if (!strText.empty() && strText.front() == '+')
-        strText.remove_prefix(1);
-    if (strText.empty() || strText.find_first_not_of("0123456789") != std::string_view::npos)
+    svText = Trim(svText);
+    if (!svText.empty() && svText.front() == '+')
+        svText.remove_prefix(1);
+    if (svText.empty() || svText.find_first_not_of("0123456789") != std::string_view::npos)
         return false;
     constexpr std::uint64_t nLargest = std::numeric_limits<std::uint64_t>::max();
     nValue = 0;
-    for (const char ch : strText)
+    for (const char ch : svText)
     {
         const auto nDigit = static_cast<std::uint64_t>(ch - '0');
         nValue = nValue > (nLargest - nDigit) / 10 ? nLargest : nValue * 10 + nDigit;

@@ -34,41 +34,41 @@ EComparison CompareOrdered(const TValue& a, const TValue& b)
 class CScanner
 {
 public:
-    explicit CScanner(std::string_view strText)
-        : m_strRest(strText)
+    explicit CScanner(std::string_view svText)
+        : m_svRest(svText)
     {
     }
 
-    bool IsAtEnd() const { return m_strRest.empty(); }
+    bool IsAtEnd() const { return m_svRest.empty(); }
     bool Take(char ch)
     {
-        if (m_strRest.empty() || m_strRest.front() != ch)
+        if (m_svRest.empty() || m_svRest.front() != ch)
             return false;
-        m_strRest.remove_prefix(1);
+        m_svRest.remove_prefix(1);
         return true;
     }
     std::string_view TakeDigits()
     {
         std::size_t n = 0;
-        while (n < m_strRest.size() && IsDigit(m_strRest[n]))
+        while (n < m_svRest.size() && IsDigit(m_svRest[n]))
             ++n;
-        const std::string_view strDigits = m_strRest.substr(0, n);
-        m_strRest.remove_prefix(n);
-        return strDigits;
+        const std::string_view svDigits = m_svRest.substr(0, n);
+        m_svRest.remove_prefix(n);
+        return svDigits;
     }
     /// A number of exactly two digits in a range; -1 if there is none.
     int TakeTwo(int nLeast, int nMost)
     {
-        const std::string_view strDigits = m_strRest.substr(0, 2);
-        if (strDigits.size() != 2 || !IsDigit(strDigits[0]) || !IsDigit(strDigits[1]))
+        const std::string_view svDigits = m_svRest.substr(0, 2);
+        if (svDigits.size() != 2 || !IsDigit(svDigits[0]) || !IsDigit(svDigits[1]))
             return -1;
-        m_strRest.remove_prefix(2);
-        const int nValue = (strDigits[0] - '0') * 10 + strDigits[1] - '0';
+        m_svRest.remove_prefix(2);
+        const int nValue = (svDigits[0] - '0') * 10 + svDigits[1] - '0';
         return nValue < nLeast || nValue > nMost ? -1 : nValue;
     }
 
 private:
-    std::string_view m_strRest;
+    std::string_view m_svRest;
 };
 
 // --- Decimal numbers
@@ -76,27 +76,27 @@ private:
 struct SDecimal
 {
     bool bNegative = false;
-    std::string_view strInteger;  ///< without leading zeros
-    std::string_view strFraction; ///< without trailing zeros
+    std::string_view svInteger;  ///< without leading zeros
+    std::string_view svFraction; ///< without trailing zeros
 
-    bool IsZero() const { return strInteger.empty() && strFraction.empty(); }
+    bool IsZero() const { return svInteger.empty() && svFraction.empty(); }
 };
 
-std::optional<SDecimal> ParseDecimal(std::string_view strText)
+std::optional<SDecimal> ParseDecimal(std::string_view svText)
 {
     SDecimal decimal;
-    CScanner scanner(strText);
+    CScanner scanner(svText);
     decimal.bNegative = scanner.Take('-');
     if (!decimal.bNegative)
         scanner.Take('+');
-    decimal.strInteger = scanner.TakeDigits();
+    decimal.svInteger = scanner.TakeDigits();
     if (scanner.Take('.'))
-        decimal.strFraction = scanner.TakeDigits();
-    if (!scanner.IsAtEnd() || (decimal.strInteger.empty() && decimal.strFraction.empty()))
+        decimal.svFraction = scanner.TakeDigits();
+    if (!scanner.IsAtEnd() || (decimal.svInteger.empty() && decimal.svFraction.empty()))
         return std::nullopt;
-    decimal.strInteger.remove_prefix(std::min(decimal.strInteger.find_first_not_of('0'), decimal.strInteger.size()));
+    decimal.svInteger.remove_prefix(std::min(decimal.svInteger.find_first_not_of('0'), decimal.svInteger.size()));
     // No digit but zero gives npos, and npos + 1 is 0.
-    decimal.strFraction = decimal.strFraction.substr(0, decimal.strFraction.find_last_not_of('0') + 1);
+    decimal.svFraction = decimal.svFraction.substr(0, decimal.svFraction.find_last_not_of('0') + 1);
     return decimal;
 }
 
@@ -109,64 +109,64 @@ int CompareDecimals(const SDecimal& a, const SDecimal& b)
     if (bNegativeA != bNegativeB)
         return bNegativeA ? -1 : 1;
     int nOrder = 0;
-    if (a.strInteger.size() != b.strInteger.size())
-        nOrder = a.strInteger.size() < b.strInteger.size() ? -1 : 1;
-    else if (nOrder = a.strInteger.compare(b.strInteger); nOrder == 0)
-        nOrder = a.strFraction.compare(b.strFraction);
+    if (a.svInteger.size() != b.svInteger.size())
+        nOrder = a.svInteger.size() < b.svInteger.size() ? -1 : 1;
+    else if (nOrder = a.svInteger.compare(b.svInteger); nOrder == 0)
+        nOrder = a.svFraction.compare(b.svFraction);
     return bNegativeA ? -nOrder : nOrder;
 }
 
 std::string GetDecimalKey(const SDecimal& decimal)
 {
-    return std::string(decimal.bNegative && !decimal.IsZero() ? "-" : "") + std::string(decimal.strInteger) + "." +
-           std::string(decimal.strFraction);
+    return std::string(decimal.bNegative && !decimal.IsZero() ? "-" : "") + std::string(decimal.svInteger) + "." +
+           std::string(decimal.svFraction);
 }
 
-bool IsInteger(std::string_view strText)
+bool IsInteger(std::string_view svText)
 {
-    return strText.find('.') == std::string_view::npos && ParseDecimal(strText);
+    return svText.find('.') == std::string_view::npos && ParseDecimal(svText);
 }
 
 // --- Floating point
 
-bool IsFloating(std::string_view strText)
+bool IsFloating(std::string_view svText)
 {
-    if (strText == "INF" || strText == "-INF" || strText == "NaN")
+    if (svText == "INF" || svText == "-INF" || svText == "NaN")
         return true;
-    const std::size_t nExponent = strText.find_first_of("eE");
-    if (!ParseDecimal(strText.substr(0, nExponent)))
+    const std::size_t nExponent = svText.find_first_of("eE");
+    if (!ParseDecimal(svText.substr(0, nExponent)))
         return false;
-    return nExponent == std::string_view::npos || IsInteger(strText.substr(nExponent + 1));
+    return nExponent == std::string_view::npos || IsInteger(svText.substr(nExponent + 1));
 }
 
 template <typename TFloat>
-TFloat ParseFloating(std::string_view strText)
+TFloat ParseFloating(std::string_view svText)
 {
-    if (strText == "NaN")
+    if (svText == "NaN")
         return std::numeric_limits<TFloat>::quiet_NaN();
-    const bool bNegative = strText.front() == '-';
-    if (bNegative || strText.front() == '+')
-        strText.remove_prefix(1);
+    const bool bNegative = svText.front() == '-';
+    if (bNegative || svText.front() == '+')
+        svText.remove_prefix(1);
     TFloat value = std::numeric_limits<TFloat>::infinity();
-    const auto [pStop, eError] = std::from_chars(strText.data(), strText.data() + strText.size(), value);
+    const auto [pStop, eError] = std::from_chars(svText.data(), svText.data() + svText.size(), value);
     // Too small or too large: which of both, the exponent's sign tells.
     if (eError == std::errc::result_out_of_range)
-        value = strText.find("-") != std::string_view::npos ? TFloat(0) : std::numeric_limits<TFloat>::infinity();
+        value = svText.find("-") != std::string_view::npos ? TFloat(0) : std::numeric_limits<TFloat>::infinity();
     return bNegative ? -value : value;
 }
 
 template <typename TFloat>
-EComparison CompareFloating(std::string_view strA, std::string_view strB)
+EComparison CompareFloating(std::string_view svA, std::string_view svB)
 {
-    const auto a = ParseFloating<TFloat>(strA);
-    const auto b = ParseFloating<TFloat>(strB);
+    const auto a = ParseFloating<TFloat>(svA);
+    const auto b = ParseFloating<TFloat>(svB);
     return std::isnan(a) || std::isnan(b) ? EComparison::Unknown : CompareOrdered(a, b);
 }
 
 template <typename TFloat>
-std::string GetFloatingKey(std::string_view strText)
+std::string GetFloatingKey(std::string_view svText)
 {
-    const auto value = ParseFloating<TFloat>(strText);
+    const auto value = ParseFloating<TFloat>(svText);
     std::array<char, 64> buffer{};
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
     return value == 0 ? "0" : std::string(buffer.data(), result.ptr);
@@ -177,13 +177,13 @@ std::string GetFloatingKey(std::string_view strText)
 /// A point in time, or a recurring one as if it fell into the year 1972.
 struct SInstant
 {
-    std::int64_t nSeconds = 0;      ///< since the year 0, in the zone it is written in or in UTC
-    std::string_view strFraction{}; ///< of the second, without trailing zeros
+    std::int64_t nSeconds = 0;     ///< since the year 0, in the zone it is written in or in UTC
+    std::string_view svFraction{}; ///< of the second, without trailing zeros
     bool bZone = false;
 
     friend bool operator<(const SInstant& a, const SInstant& b)
     {
-        return a.nSeconds != b.nSeconds ? a.nSeconds < b.nSeconds : a.strFraction < b.strFraction;
+        return a.nSeconds != b.nSeconds ? a.nSeconds < b.nSeconds : a.svFraction < b.svFraction;
     }
 };
 
@@ -235,11 +235,11 @@ constexpr std::int64_t s_nSecondsOfDay = 86400;
 bool TakeYear(CScanner& scanner, std::int64_t& nYear)
 {
     const bool bNegative = scanner.Take('-');
-    const std::string_view strDigits = scanner.TakeDigits();
-    if (strDigits.size() < 4 || (strDigits.size() > 4 && strDigits.front() == '0'))
+    const std::string_view svDigits = scanner.TakeDigits();
+    if (svDigits.size() < 4 || (svDigits.size() > 4 && svDigits.front() == '0'))
         return false;
     std::uint64_t nValue = 0;
-    ParseCount(strDigits, nValue);
+    ParseCount(svDigits, nValue);
     constexpr std::uint64_t nLargest = 100'000'000'000;
     nYear = static_cast<std::int64_t>(std::min(nValue, nLargest)) * (bNegative ? -1 : 1);
     return nValue != 0;
@@ -258,13 +258,13 @@ bool TakeTime(CScanner& scanner, SInstant& instant)
         return false;
     if (scanner.Take('.'))
     {
-        const std::string_view strDigits = scanner.TakeDigits();
-        if (strDigits.empty())
+        const std::string_view svDigits = scanner.TakeDigits();
+        if (svDigits.empty())
             return false;
-        instant.strFraction = strDigits.substr(0, strDigits.find_last_not_of('0') + 1);
+        instant.svFraction = svDigits.substr(0, svDigits.find_last_not_of('0') + 1);
     }
     instant.nSeconds += nHour * 3600 + nMinute * 60 + nSecond;
-    return nHour < 24 || (nMinute == 0 && nSecond == 0 && instant.strFraction.empty());
+    return nHour < 24 || (nMinute == 0 && nSecond == 0 && instant.svFraction.empty());
 }
 
 bool TakeZone(CScanner& scanner, SInstant& instant)
@@ -288,10 +288,10 @@ bool TakeZone(CScanner& scanner, SInstant& instant)
     return scanner.IsAtEnd();
 }
 
-std::optional<SInstant> ParseInstant(EBuiltin ePrimitive, std::string_view strText)
+std::optional<SInstant> ParseInstant(EBuiltin ePrimitive, std::string_view svText)
 {
     const SDateParts parts = GetDateParts(ePrimitive);
-    CScanner scanner(strText);
+    CScanner scanner(svText);
     SInstant instant;
     std::int64_t nYear = 1972;
     int nMonth = 1;
@@ -341,35 +341,35 @@ struct SDuration
 {
     std::int64_t nMonths = 0;
     std::int64_t nSeconds = 0;
-    std::string_view strFraction{};
+    std::string_view svFraction{};
     bool bNegative = false;
 };
 
-std::int64_t ClampCount(std::string_view strDigits)
+std::int64_t ClampCount(std::string_view svDigits)
 {
     std::uint64_t nValue = 0;
-    ParseCount(strDigits, nValue);
+    ParseCount(svDigits, nValue);
     constexpr std::uint64_t nLargest = 1'000'000'000'000;
     return static_cast<std::int64_t>(std::min(nValue, nLargest));
 }
 
 /// Numbers followed by designators in their order, each at most once.
-bool TakeFields(CScanner& scanner, std::string_view strDesignators, std::string_view& strPending,
+bool TakeFields(CScanner& scanner, std::string_view svDesignators, std::string_view& svPending,
                 std::array<std::int64_t, 6>& fields, std::size_t nFirst, bool& bAny)
 {
     std::size_t nNext = 0;
     while (true)
     {
-        if (strPending.empty())
-            strPending = scanner.TakeDigits();
-        if (strPending.empty())
+        if (svPending.empty())
+            svPending = scanner.TakeDigits();
+        if (svPending.empty())
             return true;
-        while (nNext < strDesignators.size() && !scanner.Take(strDesignators[nNext]))
+        while (nNext < svDesignators.size() && !scanner.Take(svDesignators[nNext]))
             ++nNext;
-        if (nNext == strDesignators.size())
+        if (nNext == svDesignators.size())
             return false;
-        fields[nFirst + nNext++] = ClampCount(strPending);
-        strPending = {};
+        fields[nFirst + nNext++] = ClampCount(svPending);
+        svPending = {};
         bAny = true;
     }
 }
@@ -377,29 +377,29 @@ bool TakeFields(CScanner& scanner, std::string_view strDesignators, std::string_
 bool TakeTimeFields(CScanner& scanner, std::array<std::int64_t, 6>& fields, SDuration& duration)
 {
     bool bAny = false;
-    std::string_view strPending;
-    if (TakeFields(scanner, "HMS", strPending, fields, 3, bAny))
+    std::string_view svPending;
+    if (TakeFields(scanner, "HMS", svPending, fields, 3, bAny))
         return bAny && scanner.IsAtEnd();
     // Only seconds have a fraction.
-    if (strPending.empty() || !scanner.Take('.'))
+    if (svPending.empty() || !scanner.Take('.'))
         return false;
-    const std::string_view strDigits = scanner.TakeDigits();
-    if (strDigits.empty() || !scanner.Take('S'))
+    const std::string_view svDigits = scanner.TakeDigits();
+    if (svDigits.empty() || !scanner.Take('S'))
         return false;
-    fields[5] = ClampCount(strPending);
-    duration.strFraction = strDigits.substr(0, strDigits.find_last_not_of('0') + 1);
+    fields[5] = ClampCount(svPending);
+    duration.svFraction = svDigits.substr(0, svDigits.find_last_not_of('0') + 1);
     return scanner.IsAtEnd();
 }
 
-std::optional<SDuration> ParseDuration(std::string_view strText)
+std::optional<SDuration> ParseDuration(std::string_view svText)
 {
-    CScanner scanner(strText);
+    CScanner scanner(svText);
     SDuration duration;
     duration.bNegative = scanner.Take('-');
     std::array<std::int64_t, 6> fields{};
-    std::string_view strPending;
+    std::string_view svPending;
     bool bAny = false;
-    if (!scanner.Take('P') || !TakeFields(scanner, "YMD", strPending, fields, 0, bAny))
+    if (!scanner.Take('P') || !TakeFields(scanner, "YMD", svPending, fields, 0, bAny))
         return std::nullopt;
     if (scanner.Take('T'))
     {
@@ -434,7 +434,7 @@ EComparison CompareDurations(const SDuration& a, const SDuration& b)
         const std::int64_t nEndB = GetEnd(b, nYear, nMonth);
         EComparison eOrder = CompareOrdered(nEndA, nEndB);
         if (eOrder == EComparison::Equal && a.bNegative == b.bNegative)
-            eOrder = Compare(a.strFraction.compare(b.strFraction) * (a.bNegative ? -1 : 1));
+            eOrder = Compare(a.svFraction.compare(b.svFraction) * (a.bNegative ? -1 : 1));
         if (result && *result != eOrder)
             return EComparison::Unknown;
         result = eOrder;
@@ -444,21 +444,21 @@ EComparison CompareDurations(const SDuration& a, const SDuration& b)
 
 // --- Others
 
-bool IsHexBinary(std::string_view strText)
+bool IsHexBinary(std::string_view svText)
 {
-    return strText.size() % 2 == 0 && strText.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+    return svText.size() % 2 == 0 && svText.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
 }
 
-std::string StripSpaces(std::string_view strText)
+std::string StripSpaces(std::string_view svText)
 {
     std::string strResult;
-    std::copy_if(strText.begin(), strText.end(), std::back_inserter(strResult), [](char ch) { return !IsSpace(ch); });
+    std::copy_if(svText.begin(), svText.end(), std::back_inserter(strResult), [](char ch) { return !IsSpace(ch); });
     return strResult;
 }
 
-bool IsBase64(std::string_view strText)
+bool IsBase64(std::string_view svText)
 {
-    const std::string strDigits = StripSpaces(strText);
+    const std::string strDigits = StripSpaces(svText);
     const std::size_t nEnd =
         std::min(strDigits.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"),
                  strDigits.size());
@@ -466,12 +466,12 @@ bool IsBase64(std::string_view strText)
     return strDigits.size() % 4 == 0 && nPadding <= 2 && strDigits.find_first_not_of('=', nEnd) == std::string::npos;
 }
 
-bool IsLanguage(std::string_view strText)
+bool IsLanguage(std::string_view svText)
 {
     constexpr std::size_t nMost = 8;
     std::size_t nLength = 0;
     bool bFirst = true;
-    for (const char ch : strText)
+    for (const char ch : svText)
     {
         const bool bLetter = (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z');
         if (ch == '-' && nLength > 0)
@@ -485,41 +485,40 @@ bool IsLanguage(std::string_view strText)
     return nLength > 0;
 }
 
-bool IsDeclaredQName(std::string_view strText, const SNamespaceScope* pScope)
+bool IsDeclaredQName(std::string_view svText, const SNamespaceScope* pScope)
 {
-    if (!IsQName(strText))
+    if (!IsQName(svText))
         return false;
-    const std::size_t nColon = strText.find(':');
-    return nColon == std::string_view::npos || (pScope && pScope->Find(strText.substr(0, nColon)));
+    const std::size_t nColon = svText.find(':');
+    return nColon == std::string_view::npos || (pScope && pScope->Find(svText.substr(0, nColon)));
 }
 
-std::string GetQNameKey(std::string_view strText, const SNamespaceScope* pScope)
+std::string GetQNameKey(std::string_view svText, const SNamespaceScope* pScope)
 {
-    const std::size_t nColon = strText.find(':');
-    const std::string_view strPrefix =
-        nColon == std::string_view::npos ? std::string_view() : strText.substr(0, nColon);
-    const std::string* pUri = pScope ? pScope->Find(strPrefix) : nullptr;
+    const std::size_t nColon = svText.find(':');
+    const std::string_view svPrefix = nColon == std::string_view::npos ? std::string_view() : svText.substr(0, nColon);
+    const std::string* pUri = pScope ? pScope->Find(svPrefix) : nullptr;
     return (pUri ? *pUri : std::string()) + " " +
-           std::string(nColon == std::string_view::npos ? strText : strText.substr(nColon + 1));
+           std::string(nColon == std::string_view::npos ? svText : svText.substr(nColon + 1));
 }
 
 } // namespace
 
-std::string ApplyWhiteSpace(std::string_view strText, EWhiteSpace eWhiteSpace)
+std::string ApplyWhiteSpace(std::string_view svText, EWhiteSpace eWhiteSpace)
 {
     switch (eWhiteSpace)
     {
     case EWhiteSpace::Preserve:
-        return std::string(strText);
+        return std::string(svText);
     case EWhiteSpace::Replace:
-        return ReplaceSpaces(strText);
+        return ReplaceSpaces(svText);
     case EWhiteSpace::Collapse:
         break;
     }
-    return Collapse(strText);
+    return Collapse(svText);
 }
 
-bool IsLexical(EBuiltin eBuiltin, std::string_view strText, const SNamespaceScope* pScope)
+bool IsLexical(EBuiltin eBuiltin, std::string_view svText, const SNamespaceScope* pScope)
 {
     using E = EBuiltin;
     switch (eBuiltin)
@@ -536,14 +535,14 @@ bool IsLexical(EBuiltin eBuiltin, std::string_view strText, const SNamespaceScop
     case E::ENTITIES:
         return true;
     case E::Boolean:
-        return strText == "true" || strText == "false" || strText == "1" || strText == "0";
+        return svText == "true" || svText == "false" || svText == "1" || svText == "0";
     case E::Decimal:
-        return ParseDecimal(strText).has_value();
+        return ParseDecimal(svText).has_value();
     case E::Float:
     case E::Double:
-        return IsFloating(strText);
+        return IsFloating(svText);
     case E::Duration:
-        return ParseDuration(strText).has_value();
+        return ParseDuration(svText).has_value();
     case E::DateTime:
     case E::Time:
     case E::Date:
@@ -552,25 +551,25 @@ bool IsLexical(EBuiltin eBuiltin, std::string_view strText, const SNamespaceScop
     case E::GMonthDay:
     case E::GDay:
     case E::GMonth:
-        return ParseInstant(eBuiltin, strText).has_value();
+        return ParseInstant(eBuiltin, svText).has_value();
     case E::HexBinary:
-        return IsHexBinary(strText);
+        return IsHexBinary(svText);
     case E::Base64Binary:
-        return IsBase64(strText);
+        return IsBase64(svText);
     case E::QName:
     case E::NOTATION:
-        return IsDeclaredQName(strText, pScope);
+        return IsDeclaredQName(svText, pScope);
     case E::Language:
-        return IsLanguage(strText);
+        return IsLanguage(svText);
     case E::NMTOKEN:
-        return IsNmtoken(strText);
+        return IsNmtoken(svText);
     case E::Name:
-        return IsName(strText);
+        return IsName(svText);
     case E::NCName:
     case E::ID:
     case E::IDREF:
     case E::ENTITY:
-        return IsNCName(strText);
+        return IsNCName(svText);
     case E::Integer:
     case E::NonPositiveInteger:
     case E::NegativeInteger:
@@ -586,81 +585,81 @@ bool IsLexical(EBuiltin eBuiltin, std::string_view strText, const SNamespaceScop
     case E::PositiveInteger:
         break;
     }
-    return IsInteger(strText);
+    return IsInteger(svText);
 }
 
-EComparison CompareValues(EBuiltin ePrimitive, std::string_view strA, std::string_view strB)
+EComparison CompareValues(EBuiltin ePrimitive, std::string_view svA, std::string_view svB)
 {
     // A value of the wrong form is reported where it stands; here it is like no other.
-    if (!IsLexical(ePrimitive, strA, nullptr) || !IsLexical(ePrimitive, strB, nullptr))
+    if (!IsLexical(ePrimitive, svA, nullptr) || !IsLexical(ePrimitive, svB, nullptr))
         return EComparison::Unknown;
     if (ePrimitive == EBuiltin::Decimal)
-        return Compare(CompareDecimals(*ParseDecimal(strA), *ParseDecimal(strB)));
+        return Compare(CompareDecimals(*ParseDecimal(svA), *ParseDecimal(svB)));
     if (ePrimitive == EBuiltin::Float)
-        return CompareFloating<float>(strA, strB);
+        return CompareFloating<float>(svA, svB);
     if (ePrimitive == EBuiltin::Double)
-        return CompareFloating<double>(strA, strB);
+        return CompareFloating<double>(svA, svB);
     if (ePrimitive == EBuiltin::Duration)
-        return CompareDurations(*ParseDuration(strA), *ParseDuration(strB));
+        return CompareDurations(*ParseDuration(svA), *ParseDuration(svB));
     const SDateParts parts = GetDateParts(ePrimitive);
     if (parts.bYear || parts.bMonth || parts.bDay || parts.bTime)
-        return CompareInstants(*ParseInstant(ePrimitive, strA), *ParseInstant(ePrimitive, strB));
-    return strA == strB ? EComparison::Equal : EComparison::Unknown;
+        return CompareInstants(*ParseInstant(ePrimitive, svA), *ParseInstant(ePrimitive, svB));
+    return svA == svB ? EComparison::Equal : EComparison::Unknown;
 }
 
-std::string GetValueKey(EBuiltin ePrimitive, std::string_view strText, const SNamespaceScope* pScope)
+std::string GetValueKey(EBuiltin ePrimitive, std::string_view svText, const SNamespaceScope* pScope)
 {
     using E = EBuiltin;
-    if (!IsLexical(ePrimitive, strText, pScope))
-        return std::string(strText);
+    if (!IsLexical(ePrimitive, svText, pScope))
+        return std::string(svText);
     if (ePrimitive == E::Decimal)
-        return GetDecimalKey(*ParseDecimal(strText));
+        return GetDecimalKey(*ParseDecimal(svText));
     if (ePrimitive == E::Float)
-        return GetFloatingKey<float>(strText);
+        return GetFloatingKey<float>(svText);
     if (ePrimitive == E::Double)
-        return GetFloatingKey<double>(strText);
+        return GetFloatingKey<double>(svText);
     if (ePrimitive == E::Boolean)
-        return strText == "true" || strText == "1" ? "1" : "0";
+        return svText == "true" || svText == "1" ? "1" : "0";
     if (ePrimitive == E::QName || ePrimitive == E::NOTATION)
-        return GetQNameKey(strText, pScope);
+        return GetQNameKey(svText, pScope);
     if (ePrimitive == E::Base64Binary)
-        return StripSpaces(strText);
+        return StripSpaces(svText);
     if (ePrimitive == E::Duration)
     {
-        const SDuration duration = *ParseDuration(strText);
-        const bool bNone = duration.nMonths == 0 && duration.nSeconds == 0 && duration.strFraction.empty();
+        const SDuration duration = *ParseDuration(svText);
+        const bool bNone = duration.nMonths == 0 && duration.nSeconds == 0 && duration.svFraction.empty();
         return (duration.bNegative && !bNone ? "-" : "") + std::to_string(duration.nMonths) + " " +
-               std::to_string(duration.nSeconds) + "." + std::string(duration.strFraction);
+               std::to_string(duration.nSeconds) + "." + std::string(duration.svFraction);
     }
-    std::string strKey(strText);
+    std::string strKey(svText);
     if (ePrimitive == E::HexBinary)
         std::transform(strKey.begin(), strKey.end(), strKey.begin(),
                        [](char ch) { return ch >= 'a' && ch <= 'f' ? static_cast<char>(ch - 'a' + 'A') : ch; });
     const SDateParts parts = GetDateParts(ePrimitive);
     if (parts.bYear || parts.bMonth || parts.bDay || parts.bTime)
     {
-        const SInstant instant = *ParseInstant(ePrimitive, strText);
-        strKey = std::to_string(instant.nSeconds) + "." + std::string(instant.strFraction) + (instant.bZone ? "Z" : "");
+        const SInstant instant = *ParseInstant(ePrimitive, svText);
+        strKey = std::to_string(instant.nSeconds) + "." + std::string(instant.svFraction) + (instant.bZone ? "Z" : "");
     }
     return strKey;
 }
 
-std::uint64_t GetValueLength(EBuiltin ePrimitive, std::string_view strText)
+std::uint64_t GetValueLength(EBuiltin ePrimitive, std::string_view svText)
 {
     if (ePrimitive == EBuiltin::HexBinary)
-        return strText.size() / 2;
+        return svText.size() / 2;
     if (ePrimitive != EBuiltin::Base64Binary)
-        return CountCodePoints(strText);
-    const std::string strDigits = StripSpaces(strText);
+        return CountCodePoints(svText);
+    const std::string strDigits = StripSpaces(svText);
     const auto nPadding = static_cast<std::size_t>(std::count(strDigits.begin(), strDigits.end(), '='));
     return strDigits.size() / 4 * 3 - nPadding;
 }
 
-SDigits CountDigits(std::string_view strDecimal)
+SDigits CountDigits(std::string_view svDecimal)
 {
-    const SDecimal decimal = *ParseDecimal(strDecimal);
-    return {std::max<std::uint64_t>(decimal.strInteger.size() + decimal.strFraction.size(), 1),
-            decimal.strFraction.size()};
+    const SDecimal decimal = *ParseDecimal(svDecimal);
+    return {std::max<std::uint64_t>(decimal.svInteger.size() + decimal.svFraction.size(), 1),
+            decimal.svFraction.size()};
 }
 
 } // namespace quiver_gen::schema

@@ -21,9 +21,9 @@ class CDependencyWalk
 public:
     using CEdges = std::vector<TComponent*>;
 
-    /// @param strKind what the components are called in messages: "the group".
-    CDependencyWalk(std::string_view strKind, CDiagnostics& diagnostics)
-        : m_strKind(strKind)
+    /// @param svKind what the components are called in messages: "the group".
+    CDependencyWalk(std::string_view svKind, CDiagnostics& diagnostics)
+        : m_strKind(svKind)
         , m_diagnostics(diagnostics)
     {
     }
