@@ -32,7 +32,7 @@ while IFS= read -r source; do
 done < <(git ls-files 'quiver/*.cpp')
 
 # A name that begins with str owns its text; a view begins with sv or is a plain word.
-if git grep -nE 'string_view *[&*]* *([a-z]_)?str[A-Z]|[^_a-z](string|wstring) ([a-z]_)?sv[A-Z]' -- '*.h' '*.cpp'; then
+if git grep -nE 'string_view *[&*]* *([a-z]_)?str[A-Z]|[^_a-z](string|wstring) *[&*]* *([a-z]_)?sv[A-Z]' -- '*.h' '*.cpp'; then
     complain "str is for strings that own their text, sv for views"
 fi
 

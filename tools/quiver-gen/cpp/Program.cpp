@@ -40,7 +40,7 @@ void PrintTree(CXmlElement* pElement, int nDepth)
         PrintTree(pChild, nDepth + 1);
 }
 
-int Work(const std::wstring& strIn, const std::wstring& svOut)
+int Work(const std::wstring& strIn, const std::wstring& strOut)
 {
     const CXmlSerializationContext context;
     CXmlDocument document(context);
@@ -57,8 +57,8 @@ int Work(const std::wstring& strIn, const std::wstring& svOut)
     CXmlDocument written(context);
     written.LoadXml(spObject->ToXml(true, true, EOLType_LF, context).c_str());
     PrintTree(written.GetDocumentElement(), 0);
-    if (!svOut.empty())
-        spObject->ToXmlFile(svOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    if (!strOut.empty())
+        spObject->ToXmlFile(strOut.c_str(), true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
     return 0;
 }
 
