@@ -7,6 +7,7 @@
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace QvXmlLib9
@@ -38,7 +39,11 @@ std::unique_ptr<CElementInfo> MakeRepeated(XmlElementGroupType eGroup, TArgument
 
 } // namespace
 
-CClassDescription::CClassDescription() = default;
+CClassDescription::CClassDescription(const CGeneratedObject* pObject)
+    : m_pObject(pObject)
+{
+}
+
 CClassDescription::~CClassDescription() = default;
 
 void CClassDescription::Class(XmlElementGroupType eGroup, XmlElementType eElementType, const wchar_t* lpctName,
@@ -178,6 +183,110 @@ void CClassDescription::AnyAttribute(int nMember, const SWildcard& wildcard)
     m_pAnyAttribute = MakeAnyAttributeRecord(nMember, wildcard);
 }
 
+// --- Members ---------------------------------------------------------------------------------------------------------
+
+std::ptrdiff_t CClassDescription::OffsetOf(const void* pMember) const
+{
+    return static_cast<const char*>(pMember) - reinterpret_cast<const char*>(m_pObject);
+}
+
+int CClassDescription::Inherited(const void* pMember) const
+{
+    const std::ptrdiff_t nOffset = OffsetOf(pMember);
+    const auto found = std::find_if(m_members.begin(), m_members.end(),
+                                    [nOffset](const SMemberRecord& record) { return record.nOffset == nOffset; });
+    return static_cast<int>(found - m_members.begin());
+}
+
+int CClassDescription::AddMember(const void* pMember, const SMemberOperations& operations, const wchar_t* lpctName)
+{
+    SMemberRecord record;
+    record.nOffset = OffsetOf(pMember);
+    record.pOperations = &operations;
+    record.lpctName = lpctName;
+    m_members.push_back(record);
+    return NumberOf(m_members.back());
+}
+
+SMemberRecord& CClassDescription::AddContent(const void* pMember, const SMemberOperations& operations,
+                                             const wchar_t* lpctName)
+{
+    AddMember(pMember, operations, lpctName);
+    m_members.back().bChoice = m_eGroup == GroupType_Choice;
+    return m_members.back();
+}
+
+int CClassDescription::AddRepeated(const CCollectionMember& member, const SRepeatedElement& element,
+                                   CXmlCollectionBase* (*pfnMake)(const SMemberRecord&))
+{
+    SMemberRecord& record = AddContent(&member, CCollectionMember::s_operations, element.lpctName);
+    record.pElement = &element;
+    record.pfnMake = pfnMake;
+    return NumberOf(record);
+}
+
+int CClassDescription::AddOptional(const CObjectMember& member, const wchar_t* lpctName)
+{
+    return NumberOf(AddContent(&member, CObjectMember::s_optional, lpctName));
+}
+
+int CClassDescription::AddRequired(const CObjectMember& member, const wchar_t* lpctName, PfnCreateObject pfnCreate)
+{
+    SMemberRecord& record = AddContent(&member, CObjectMember::s_required, lpctName);
+    record.pfnCreate = pfnCreate;
+    return NumberOf(record);
+}
+
+void CClassDescription::AddRepeatedElement(int nMember, bool bValues)
+{
+    const SRepeatedElement& element = *m_members.back().pElement;
+    if (bValues)
+        RepeatedElement(element.lpctName, element.lpctNamespace, nMember);
+    else
+        RepeatedObject(element.lpctName, element.lpctNamespace, nMember);
+}
+
+void CClassDescription::Wildcard(const CRepeated<CAnyCol>& member, const SWildcard& wildcard)
+{
+    SMemberRecord& record = AddContent(&member, CCollectionMember::s_operations, L"");
+    record.pWildcard = &wildcard;
+    record.pfnMake = [](const SMemberRecord& made) -> CXmlCollectionBase*
+    {
+        return new CAnyCol(*made.pWildcard);
+    };
+    RepeatedWildcard(NumberOf(record), wildcard);
+}
+
+void CClassDescription::AnyAttribute(const CAnyAttributes& member, const SWildcard& wildcard)
+{
+    const int nMember = AddMember(&member, CAnyAttributes::s_operations, nullptr);
+    m_members.back().pWildcard = &wildcard;
+    AnyAttribute(nMember, wildcard);
+}
+
+void CClassDescription::Restrict()
+{
+    m_elements.clear();
+    m_attributes.clear();
+    m_pAnyAttribute.reset();
+    m_nTextMember = -1;
+    m_bMixed = false;
+    m_bFailIfAttributeUnknown = true;
+}
+
+void CClassDescription::RestrictValues(const void* pMember, void (*pfnCheck)(const QvVariant&, const wchar_t*))
+{
+    m_members.at(static_cast<std::size_t>(Inherited(pMember))).pfnCheck = pfnCheck;
+}
+
+void CClassDescription::RestrictCounts(const void* pMember, int nMin, int nMax)
+{
+    SMemberRecord& record = m_members.at(static_cast<std::size_t>(Inherited(pMember)));
+    record.bCounts = true;
+    record.nMin = nMin;
+    record.nMax = nMax;
+}
+
 void CClassDescription::Build(SClassTables& tables)
 {
     // It takes what it is offered, so it stands behind all others, also where only the base has it.
@@ -188,6 +297,9 @@ void CClassDescription::Build(SClassTables& tables)
                                              m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
     tables.ppElements = MakeTable(m_elements);
     tables.ppAttributes = MakeTable(m_attributes);
+    tables.pMembers = new SMemberRecord[m_members.size()];
+    std::copy(m_members.begin(), m_members.end(), tables.pMembers);
+    tables.nMembers = static_cast<int>(m_members.size());
     tables.pInfo = pInfo.release();
     tables.lpctNamespace = m_lpctNamespace;
     tables.lpctTypeName = m_lpctTypeName;

@@ -2,12 +2,17 @@
 
 #include "quiver/foundation/Export.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/Member.h"
+#include "quiver/generated/MemberRecord.h"
+#include "quiver/generated/RepeatedCol.h"
 #include "quiver/generated/SimpleType.h"
 #include "quiver/generated/Wildcard.h"
 #include "quiver/metadata/ElementInfo.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace QvXmlLib9Data
@@ -20,33 +25,37 @@ namespace QvXmlLib9
 
 template <class TType, class TRule>
 class CNillable;
+class CGeneratedObject;
 struct SClassTables;
-struct SNoRule;
 
 /// Takes down what a generated class says about itself, in the order in which its members stand in documents, and makes
 /// its tables of metadata of it:
 ///
-///     void CItem::Describe(CClassDescription& description)
+///     void CItem::Describe(CClassDescription& description) const
 ///     {
 ///         description.Class(GroupType_Sequence, ElementType_Element, L"item", s_lpctNamespace);
-///         description.Element(L"product", s_lpctNamespace, Member_Product, xs::String::Type());
-///         description.OptionalElement(L"note", s_lpctNamespace, Member_Note, xs::String::Type());
-///         description.Attribute(L"part", L"", Member_Part, SSku::Type());
+///         description.Element(m_Product, L"product", s_lpctNamespace);
+///         description.Element(m_Note, L"note", s_lpctNamespace);
+///         description.Attribute(m_Part, L"part", L"");
 ///     }
 ///
-/// Of each pair the first operation is for what has to be there and the one with Optional for what may be absent; in a
-/// choice only the latter is of use. Names and namespaces are literals: the pointers are kept. `nMember` is the number
-/// by which `AccessProperty` knows the member.
+/// The type of a member says whether it has to be there. Names and namespaces are literals: the pointers are kept.
 ///
 /// A class that extends another one calls `Describe` of that first and `Class` afterwards: its members follow those of
-/// the base.
+/// the base. One that restricts another does the same with `Restrict` in between, and describes anew what is left.
+///
+/// The operations with `nMember` are for a class that has its own `AccessProperty`, to which that number is handed. Of
+/// each pair the first is for what has to be there and the one with Optional for what may be absent; in a choice only
+/// the latter is of use.
 class QVXMLLIB_API CClassDescription
 {
 public:
     using XmlElementGroupType = QvXmlLib9Data::XmlElementGroupType;
     using XmlElementType = QvXmlLib9Data::XmlElementType;
 
-    CClassDescription();
+    /// @param pObject an object of the class, by which its members are known; null for a class that has its own
+    ///                `AccessProperty`.
+    explicit CClassDescription(const CGeneratedObject* pObject = nullptr);
     CClassDescription(const CClassDescription&) = delete;
     CClassDescription& operator=(const CClassDescription&) = delete;
     ~CClassDescription();
@@ -159,6 +168,133 @@ public:
     void AnyAttribute(int nMember, const SWildcard& wildcard);
     /// @}
 
+    /// @name Members
+    /// @{
+
+    /// An element with a simple value.
+    template <class TType, class TRule>
+    void Element(const CRequired<TType, TRule>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        Element(lpctName, lpctNamespace, AddValue(member, lpctName), TType::Type());
+    }
+    template <class TType, class TRule>
+    void Element(const COptional<TType, TRule>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        OptionalElement(lpctName, lpctNamespace, AddValue(member, lpctName), TType::Type());
+    }
+
+    /// An element with an object of one class, or with a value that may be nil.
+    template <class TClass>
+    void Element(const CRequiredObject<TClass>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        Object(lpctName, lpctNamespace, AddRequired(member, lpctName, &CreateObject<TClass>), &CreateObject<TClass>);
+    }
+    template <class TClass>
+    void Element(const COptionalObject<TClass>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        OptionalObject(lpctName, lpctNamespace, AddOptional(member, lpctName), &CreateObject<TClass>);
+    }
+
+    /// An element whose class its name or `xsi:type` decides.
+    template <class TClass>
+    void Element(const CPolymorphicObject<TClass>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        PolymorphicObject<TClass>(lpctName, lpctNamespace, AddOptional(member, lpctName));
+    }
+    /// The same where it may be absent: its member does not tell.
+    template <class TClass>
+    void OptionalElement(const CPolymorphicObject<TClass>& member, const wchar_t* lpctName,
+                         const wchar_t* lpctNamespace)
+    {
+        OptionalPolymorphicObject<TClass>(lpctName, lpctNamespace, AddOptional(member, lpctName));
+    }
+
+    /// A repeated element.
+    template <class TCollection>
+    void Element(const CRepeated<TCollection>& member, const SRepeatedElement& element)
+    {
+        AddRepeatedElement(AddRepeated(member, element), std::is_base_of_v<CValueColBase, TCollection>);
+    }
+
+    /// A nested group.
+    template <class TClass>
+    void Group(const CRequiredObject<TClass>& member, const wchar_t* lpctName, bool bContentRequired)
+    {
+        Group(lpctName, AddRequired(member, lpctName, &CreateObject<TClass>), bContentRequired, &CreateObject<TClass>);
+    }
+    template <class TClass>
+    void Group(const COptionalObject<TClass>& member, const wchar_t* lpctName)
+    {
+        OptionalGroup(lpctName, AddOptional(member, lpctName), &CreateObject<TClass>);
+    }
+    template <class TCollection>
+    void Group(const CRepeated<TCollection>& member, const SRepeatedElement& element)
+    {
+        RepeatedGroup(element.lpctName, AddRepeated(member, element));
+    }
+
+    /// An element that the schema does not describe.
+    /// @param lpctName what a choice calls it.
+    void Wildcard(const COptionalObject<CElement>& member, const wchar_t* lpctName, const SWildcard& wildcard)
+    {
+        Wildcard(AddOptional(member, lpctName), wildcard);
+    }
+    void OptionalWildcard(const COptionalObject<CElement>& member, const wchar_t* lpctName, const SWildcard& wildcard)
+    {
+        OptionalWildcard(AddOptional(member, lpctName), wildcard);
+    }
+    void Wildcard(const CRepeated<CAnyCol>& member, const SWildcard& wildcard);
+
+    template <class TType, class TRule>
+    void Attribute(const CRequired<TType, TRule>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        Attribute(lpctName, lpctNamespace, AddAttribute(member, lpctName), TType::Type());
+    }
+    template <class TType, class TRule>
+    void Attribute(const COptional<TType, TRule>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        OptionalAttribute(lpctName, lpctNamespace, AddAttribute(member, lpctName), TType::Type());
+    }
+    template <class TType, class TRule>
+    void Attribute(const CDefaulted<TType, TRule>& member, const wchar_t* lpctName, const wchar_t* lpctNamespace)
+    {
+        OptionalAttribute(lpctName, lpctNamespace, AddAttribute(member, lpctName), TType::Type(), TRule::Text());
+    }
+    void AnyAttribute(const CAnyAttributes& member, const SWildcard& wildcard);
+
+    /// The text of an element with simple content.
+    template <class TType, class TRule>
+    void Text(const CRequired<TType, TRule>& member)
+    {
+        Text(AddMember(&member, s_textOperations<CRequired<TType, TRule>>, nullptr));
+    }
+    /// The text of an element with mixed content.
+    template <class TType, class TRule>
+    void MixedText(const CRequired<TType, TRule>& member)
+    {
+        MixedText(AddMember(&member, SValueOperations<CRequired<TType, TRule>>::s_operations, nullptr));
+    }
+    /// @}
+
+    /// @name Restriction
+    /// @{
+
+    /// Drops what the base has said of its content and its attributes. Its members stay known.
+    void Restrict();
+
+    /// The number of a member that a base has described.
+    int Inherited(const void* pMember) const;
+
+    /// Lets no values of a member pass but those of a narrower type.
+    template <class TType, class TRule = SNoRule>
+    void RestrictValues(const void* pMember)
+    {
+        RestrictValues(pMember, &CheckRestricted<TType, TRule>);
+    }
+    /// Narrows how often a repeated member may stand.
+    void RestrictCounts(const void* pMember, int nMin, int nMax);
+    /// @}
+
     /// Makes the tables. They belong to the caller.
     void Build(SClassTables& tables);
 
@@ -172,9 +308,39 @@ private:
                      const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired);
     void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate);
     void OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate);
-    void AddWildcard(int nMember, const SWildcard& wildcard, bool bRequired);
     void Add(std::unique_ptr<CElementInfo> pRecord);
 
+    /// @return the number that the library asks for it by.
+    int AddMember(const void* pMember, const SMemberOperations& operations, const wchar_t* lpctName);
+    /// The same for one of the members of the group that the class is.
+    SMemberRecord& AddContent(const void* pMember, const SMemberOperations& operations, const wchar_t* lpctName);
+    int NumberOf(const SMemberRecord& record) const { return static_cast<int>(&record - m_members.data()); }
+
+    template <class TMember>
+    int AddValue(const TMember& member, const wchar_t* lpctName)
+    {
+        return NumberOf(AddContent(&member, SValueOperations<TMember>::s_operations, lpctName));
+    }
+    template <class TMember>
+    int AddAttribute(const TMember& member, const wchar_t* lpctName)
+    {
+        return AddMember(&member, SValueOperations<TMember>::s_operations, lpctName);
+    }
+    template <class TCollection>
+    int AddRepeated(const CRepeated<TCollection>& member, const SRepeatedElement& element)
+    {
+        return AddRepeated(member, element, &MakeCollection<TCollection>);
+    }
+    int AddRepeated(const CCollectionMember& member, const SRepeatedElement& element,
+                    CXmlCollectionBase* (*pfnMake)(const SMemberRecord&));
+    int AddOptional(const CObjectMember& member, const wchar_t* lpctName);
+    int AddRequired(const CObjectMember& member, const wchar_t* lpctName, PfnCreateObject pfnCreate);
+    void AddRepeatedElement(int nMember, bool bValues);
+    void RestrictValues(const void* pMember, void (*pfnCheck)(const QvVariant&, const wchar_t*));
+    std::ptrdiff_t OffsetOf(const void* pMember) const;
+
+    const CGeneratedObject* m_pObject;
+    std::vector<SMemberRecord> m_members;
     XmlElementGroupType m_eGroup{};
     XmlElementType m_eElementType{};
     const wchar_t* m_lpctName = L"";

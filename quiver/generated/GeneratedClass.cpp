@@ -62,6 +62,7 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
     CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    Throw_IfNoChoiceWasRead(pElement, context);
     // A nested group shares its element with the class around it, which looks.
     if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
@@ -87,16 +88,51 @@ void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const 
                                               element.GetLocalName().c_str(), pFirstChild->GetLocalName().c_str()));
 }
 
-void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&),
-                                   PfnCreateObject pfnCreate)
+void CGeneratedObject::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                                 const CXmlSerializationContext& context, bool bOptionalChoice) const
+{
+    Throw_IfChoiceIsMissing(context);
+    CXmlGeneratedClass::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
+}
+
+void CGeneratedObject::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
+{
+    const SClassTables& tables = Tables();
+    if (nPropertyIndex < 0 || nPropertyIndex >= tables.nMembers)
+        return;
+    const SMemberRecord& record = tables.pMembers[nPropertyIndex];
+    const wchar_t* const lpctName = record.lpctName == nullptr ? ElementName().c_str() : record.lpctName;
+    // A value is checked before the member takes it, and after the member gave it.
+    if (!bRead && record.pfnCheck != nullptr)
+        record.pfnCheck(value, lpctName);
+    if (record.bChoice)
+        ChoiceState()->Access(MemberAt(record.nOffset), bRead, value, record);
+    else
+        record.pOperations->pfnAccess(MemberAt(record.nOffset), bRead, value, {record, lpctName, nullptr});
+    if (bRead && record.pfnCheck != nullptr)
+        record.pfnCheck(value, lpctName);
+    if (record.bCounts)
+        RestrictCounts(value, record.nMin, record.nMax);
+}
+
+void CGeneratedObject::Init()
+{
+    const SClassTables& tables = Tables();
+    for (int n = 0; n < tables.nMembers; ++n)
+        tables.pMembers[n].pOperations->pfnReset(MemberAt(tables.pMembers[n].nOffset));
+    if (CChoiceState* const pChoice = ChoiceState())
+        pChoice->Reset();
+}
+
+void CGeneratedObject::BuildTables(SClassTables& tables, PfnCreateObject pfnCreate) const
 {
     const CQVCriticalSectionLock lock(m_csInit);
     if (tables.bBuilt.load(std::memory_order_relaxed))
         return;
     try
     {
-        CClassDescription description;
-        pfnDescribe(description);
+        CClassDescription description(this);
+        Describe(description);
         description.Build(tables);
     }
     catch (...)
@@ -112,24 +148,31 @@ void CGeneratedObject::FreeTables(SClassTables& tables)
 {
     tables.bBuilt.store(false, std::memory_order_relaxed);
     CleanMetaData(tables.pInfo, tables.ppElements, tables.ppAttributes);
+    delete[] tables.pMembers;
+    tables.pMembers = nullptr;
+    tables.nMembers = 0;
 }
 
-void CGeneratedObject::Throw_IfChoiceIsMissing(bool bMissing, const CXmlSerializationContext& context) const
+bool CGeneratedObject::IsChoiceMissing(const CXmlSerializationContext& context) const
 {
-    if (bMissing && Tables().bRequiresChoice && !context.GetIgnoreMissingChoice() && !IsNilElement())
+    const CChoiceState* const pChoice = ChoiceState();
+    return pChoice != nullptr && !pChoice->IsSelected() && Tables().bRequiresChoice &&
+           !context.GetIgnoreMissingChoice() && !IsNilElement();
+}
+
+void CGeneratedObject::Throw_IfChoiceIsMissing(const CXmlSerializationContext& context) const
+{
+    if (IsChoiceMissing(context))
         throw CQvValidationException(
             FormatString(L"Failed to convert the element [%s] to XML", ElementName().c_str()),
             CQvValidationException(L"This element is a choice, and as such must have at one (and only one) valid item, "
                                    L"currently there are none set"));
 }
 
-void CGeneratedObject::Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElement,
-                                               const CXmlSerializationContext& context) const
+void CGeneratedObject::Throw_IfNoChoiceWasRead(CXmlElement* pElement, const CXmlSerializationContext& context) const
 {
-    const SClassTables& tables = Tables();
     // Of a nested group the record that holds it knows whether it has to be there.
-    if (!bMissing || !tables.bRequiresChoice || context.GetIgnoreMissingChoice() ||
-        tables.pInfo->GetElementType() != QvXmlLib9Data::ElementType_Element || IsNilElement())
+    if (!IsChoiceMissing(context) || Tables().pInfo->GetElementType() != QvXmlLib9Data::ElementType_Element)
         return;
     Throw_InElement(*pElement, FormatString(L"No child elements within the element [%s] were populated. The element "
                                             L"represents a choice, so one and only one element should be populated. "
@@ -144,6 +187,16 @@ bool CChoiceState::IsGiven(const QvVariant& value)
     if (value.GetTypeAsEnum() == ItemType_XmlObjectBase)
         return value.XmlObjectPtr() != nullptr;
     return value.IsValid();
+}
+
+void CChoiceState::Access(void* pMember, bool bRead, QvVariant& value, const SMemberRecord& record)
+{
+    const bool bTells = record.pOperations->pfnIsSet == nullptr;
+    if (!bTells && !bRead && IsGiven(value))
+        Throw_IfOtherIsSelected(pMember);
+    record.pOperations->pfnAccess(pMember, bRead, value, {record, record.lpctName, m_pOwner});
+    if (!bTells && !bRead)
+        Select(pMember, record.lpctName, record.pOperations->pfnIsSet(pMember));
 }
 
 void CChoiceState::Throw_IfOtherIsSelected(const void* pMember) const

@@ -7,13 +7,14 @@
 #include "quiver/values/QvVariant.h"
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <utility>
 
 /// @file
-/// The bases of the classes that quiver-gen writes. Such a class has accessors, members (Member.h), and three
-/// operations that say nothing twice:
+/// The bases of the classes that quiver-gen writes. Such a class has accessors, members (Member.h), and one operation
+/// that describes them, by which the library reaches them (ClassDescription.h):
 ///
 ///     class CItem : public CGenerated<CItem>
 ///     {
@@ -24,11 +25,7 @@
 ///         void SetProduct(const std::wstring& value) { m_Product.Set(value, L"product"); }
 ///
 ///     protected:
-///         friend class CGenerated<CItem>;
-///         enum : int { Member_Product, Member_Count };
-///         static void Describe(CClassDescription& description);                           // the tables of metadata
-///         void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override; // a switch over the members
-///         void Init() override;                                                           // resets each member
+///         void Describe(CClassDescription& description) const override;
 ///
 ///     private:
 ///         CRequired<xs::String> m_Product;
@@ -46,6 +43,8 @@ struct SClassTables
     QvXmlLib9Data::CParentElementInfo* pInfo = nullptr;
     QvXmlLib9Data::CElementInfo** ppElements = nullptr;
     QvXmlLib9Data::CAttributeInfo** ppAttributes = nullptr;
+    SMemberRecord* pMembers = nullptr;
+    int nMembers = 0;
     const wchar_t* lpctNamespace = nullptr;
     const wchar_t* lpctTypeName = nullptr;
     const wchar_t* lpctTypeNamespace = nullptr;
@@ -54,6 +53,8 @@ struct SClassTables
     bool bMixed = false;
     std::atomic<bool> bBuilt{false};
 };
+
+class CChoiceState;
 
 /// What all generated classes have in common.
 class QVXMLLIB_API CGeneratedObject : public CXmlGeneratedClass
@@ -81,29 +82,45 @@ protected:
     /// The metadata of the class.
     virtual const SClassTables& Tables() const = 0;
 
+    /// What the class says about itself, of which its metadata are made.
+    virtual void Describe(CClassDescription& description) const = 0;
+
     std::wstring GetTargetNamespace() const override;
     QvXmlLib9Data::CParentElementInfo* GetClassInfo() const override { return Tables().pInfo; }
     QvXmlLib9Data::CElementInfo** GetClassElementInfo() const override { return Tables().ppElements; }
     QvXmlLib9Data::CAttributeInfo** GetClassAttributeInfo() const override { return Tables().ppAttributes; }
     void AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const override;
 
-    /// Refuses what the walker over the records passes by: text where a class has none, and content of a nil element.
+    void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
+                   const CXmlSerializationContext& context, bool bOptionalChoice) const override;
+
+    /// Refuses what the walker over the records passes by: text where a class has none, content of a nil element, and
+    /// a choice without the member that it has to have.
     CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
                              bool bOptionalChoice) override;
 
-    /// Builds the metadata of a class unless they are there.
-    static void BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), PfnCreateObject pfnCreate);
-    static void FreeTables(SClassTables& tables);
+    /// Reach the members that the class has described.
+    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override;
+    void Init() override;
 
-    /// @throws CQvValidationException on writing a choice that has to have a member and has none.
-    void Throw_IfChoiceIsMissing(bool bMissing, const CXmlSerializationContext& context) const;
-    /// The same on reading one.
-    void Throw_IfNoChoiceWasRead(bool bMissing, CXmlElement* pElement, const CXmlSerializationContext& context) const;
+    /// Which member of its choice the object has, null for a class that is none.
+    virtual const CChoiceState* ChoiceState() const { return nullptr; }
+
+    /// Builds the metadata of a class unless they are there.
+    void BuildTables(SClassTables& tables, PfnCreateObject pfnCreate) const;
+    static void FreeTables(SClassTables& tables);
 
     /// Whether the object's class is nillable and the object is nil.
     bool IsNilElement() const;
 
 private:
+    CChoiceState* ChoiceState() { return const_cast<CChoiceState*>(std::as_const(*this).ChoiceState()); }
+    void* MemberAt(std::ptrdiff_t nOffset) { return reinterpret_cast<char*>(this) + nOffset; }
+    /// @throws CQvValidationException on writing a choice that has to have a member and has none.
+    void Throw_IfChoiceIsMissing(const CXmlSerializationContext& context) const;
+    /// The same on reading one.
+    void Throw_IfNoChoiceWasRead(CXmlElement* pElement, const CXmlSerializationContext& context) const;
+    bool IsChoiceMissing(const CXmlSerializationContext& context) const;
     void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                 const CXmlSerializationContext& context) const;
 
@@ -138,9 +155,9 @@ private:
     };
     friend struct SGuard;
 
-    static void Build()
+    void Build() const
     {
-        CGeneratedObject::BuildTables(s_tables, &TClass::Describe, &CreateObject<TClass>);
+        this->BuildTables(s_tables, &CreateObject<TClass>);
         static const SGuard s_guard{};
     }
 
@@ -184,25 +201,8 @@ public:
         Set<TMember, TObject*>(member, pObject, lpctName);
     }
 
-    /// `AccessProperty` of a value or object.
-    template <class TMember>
-    void Access(TMember& member, bool bRead, QvVariant& value, const wchar_t* lpctName)
-    {
-        if (!bRead && IsGiven(value))
-            Throw_IfOtherIsSelected(&member);
-        member.Access(bRead, value, lpctName);
-        if (!bRead)
-            Select(&member, lpctName, member.IsSet());
-    }
-
-    /// `AccessProperty` of a repeated member.
-    template <class TRepeated, class TElement,
-              std::enable_if_t<!std::is_convertible_v<const TElement&, const wchar_t*>, int> = 0>
-    void Access(TRepeated& member, bool bRead, QvVariant& value, const TElement& element)
-    {
-        if (bRead)
-            value.SetXmlCollection(Get(member, element));
-    }
+    /// `AccessProperty` of a member.
+    void Access(void* pMember, bool bRead, QvVariant& value, const SMemberRecord& record);
 
     /// The collection of a repeated member, which tells this when it fills and empties.
     template <class TRepeated, class TElement>
@@ -247,21 +247,7 @@ protected:
         m_choice.OnEvent(*pMsgSource, eMsgType);
     }
 
-    void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
-                   const CXmlSerializationContext& context, bool bOptionalChoice) const override
-    {
-        this->Throw_IfChoiceIsMissing(!m_choice.IsSelected(), context);
-        CGenerated<TClass, TBase>::ToXml_Int(pWriter, bIsRoot, lpctNamespaceUri, context, bOptionalChoice);
-    }
-
-    CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
-                             bool bOptionalChoice) override
-    {
-        CXmlElement* const pNext =
-            CGenerated<TClass, TBase>::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-        this->Throw_IfNoChoiceWasRead(!m_choice.IsSelected(), pElement, context);
-        return pNext;
-    }
+    const CChoiceState* ChoiceState() const override { return &m_choice; }
 
     CChoiceState m_choice;
 };

@@ -65,4 +65,91 @@ void CheckAlternative(const CXmlObjectBase* pObject, const wchar_t* lpctName, co
         ThrowNameDiffers(lpctName, strName);
 }
 
+// --- Objects ---------------------------------------------------------------------------------------------------------
+
+const SMemberOperations CObjectMember::s_optional{&CObjectMember::AccessOptional, &CObjectMember::ResetMember,
+                                                  &CObjectMember::IsMemberSet};
+const SMemberOperations CObjectMember::s_required{&CObjectMember::AccessRequired, &CObjectMember::ResetMember,
+                                                  &CObjectMember::IsMemberSet};
+
+CXmlObjectBase* CObjectMember::Require(PfnCreateObject pfnCreate, const wchar_t* lpctName) const
+{
+    if (m_spObject == nullptr)
+        m_spObject = pfnCreate(0, lpctName);
+    return m_spObject;
+}
+
+void CObjectMember::Access(bool bRead, QvVariant& variant)
+{
+    if (bRead)
+        variant.SetXmlObject(m_spObject);
+    else
+        m_spObject = variant.XmlObjectPtr();
+}
+
+void CObjectMember::AccessOptional(void* pMember, bool bRead, QvVariant& variant, const SMemberCall&)
+{
+    static_cast<CObjectMember*>(pMember)->Access(bRead, variant);
+}
+
+void CObjectMember::AccessRequired(void* pMember, bool bRead, QvVariant& variant, const SMemberCall& call)
+{
+    CObjectMember& member = *static_cast<CObjectMember*>(pMember);
+    if (bRead)
+        member.Require(call.record.pfnCreate, call.lpctName);
+    member.Access(bRead, variant);
+}
+
+void CObjectMember::ResetMember(void* pMember)
+{
+    static_cast<CObjectMember*>(pMember)->Reset();
+}
+
+bool CObjectMember::IsMemberSet(const void* pMember)
+{
+    return static_cast<const CObjectMember*>(pMember)->IsSet();
+}
+
+// --- Collections -----------------------------------------------------------------------------------------------------
+
+const SMemberOperations CCollectionMember::s_operations{&CCollectionMember::AccessMember,
+                                                        &CCollectionMember::ResetMember, nullptr};
+
+CCollectionMember::~CCollectionMember()
+{
+    Reset();
+}
+
+void CCollectionMember::Hold(CXmlCollectionBase* pCollection, IEventSink* pOwner) const
+{
+    m_spCollection = pCollection;
+    m_pOwner = pOwner;
+    if (pOwner != nullptr)
+        pCollection->AddEventListener(pOwner);
+}
+
+void CCollectionMember::Reset()
+{
+    if (m_spCollection == nullptr)
+        return;
+    if (m_pOwner != nullptr)
+        m_spCollection->RemoveEventListener(m_pOwner);
+    m_spCollection = nullptr;
+}
+
+void CCollectionMember::AccessMember(void* pMember, bool bRead, QvVariant& variant, const SMemberCall& call)
+{
+    if (!bRead)
+        return;
+    const CCollectionMember& member = *static_cast<CCollectionMember*>(pMember);
+    if (member.m_spCollection == nullptr)
+        member.Hold(call.record.pfnMake(call.record), call.pOwner);
+    variant.SetXmlCollection(member.m_spCollection);
+}
+
+void CCollectionMember::ResetMember(void* pMember)
+{
+    static_cast<CCollectionMember*>(pMember)->Reset();
+}
+
 } // namespace QvXmlLib9

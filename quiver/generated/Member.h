@@ -1,10 +1,12 @@
 #pragma once
 
 #include "quiver/collections/Element.h"
+#include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlObjectBase.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/MemberRecord.h"
 #include "quiver/generated/Value.h"
 
 #include <optional>
@@ -289,27 +291,48 @@ inline void CheckObject(const CElement*, const wchar_t*, bool)
 QVXMLLIB_API void CheckAlternative(const CXmlObjectBase* pObject, const wchar_t* lpctName,
                                    const SAlternatives& alternatives);
 
-/// The object in a variant that a record hands over.
-template <class TClass>
-TClass* ObjectIn(const QvVariant& variant)
+/// What the members with a child object share: the object, whatever its class.
+class QVXMLLIB_API CObjectMember
 {
-    return static_cast<TClass*>(variant.XmlObjectPtr());
-}
+public:
+    bool IsSet() const { return m_spObject != nullptr; }
+    static bool IsGiven(const CXmlObjectBase* pObject) { return pObject != nullptr; }
+    void Reset() { m_spObject = nullptr; }
+
+    /// What the library does with a member that may be empty.
+    static const SMemberOperations s_optional;
+    /// What it does with one that makes its object when it is asked for.
+    static const SMemberOperations s_required;
+
+protected:
+    CObjectMember() = default;
+    ~CObjectMember() = default;
+    CObjectMember(const CObjectMember&) = default;
+    CObjectMember& operator=(const CObjectMember&) = default;
+
+    /// The object, made if there is none.
+    CXmlObjectBase* Require(PfnCreateObject pfnCreate, const wchar_t* lpctName) const;
+    void Access(bool bRead, QvVariant& variant);
+
+    mutable CSmartPtr<CXmlObjectBase> m_spObject;
+
+private:
+    static void AccessOptional(void* pMember, bool bRead, QvVariant& variant, const SMemberCall& call);
+    static void AccessRequired(void* pMember, bool bRead, QvVariant& variant, const SMemberCall& call);
+    static void ResetMember(void* pMember);
+    static bool IsMemberSet(const void* pMember);
+};
 
 /// A child object that has to be there: it is made when it is asked for the first time.
 template <class TClass>
-class CRequiredObject
+class CRequiredObject : public CObjectMember
 {
 public:
     /// @param lpctName name of the element that a new object gets.
     CSmartPtr<TClass> Get(const wchar_t* lpctName) const
     {
-        if (m_spObject == nullptr)
-            m_spObject = new TClass(lpctName);
-        return m_spObject;
+        return static_cast<TClass*>(Require(&CreateObject<TClass>, lpctName));
     }
-
-    bool IsSet() const { return m_spObject != nullptr; }
 
     /// @throws CQvInvalidParamException for null and for an object under another element name.
     void Set(TClass* pObject, const wchar_t* lpctName)
@@ -317,31 +340,23 @@ public:
         // A new object that is refused has no other owner.
         const CSmartPtr<TClass> spObject = pObject;
         CheckObject(pObject, lpctName, true);
-        m_spObject = spObject;
+        m_spObject = pObject;
     }
-
-    void Reset() { m_spObject = nullptr; }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (bRead)
-            variant.SetXmlObject(Get(lpctName));
-        else
-            m_spObject = ObjectIn<TClass>(variant);
+            Require(&CreateObject<TClass>, lpctName);
+        CObjectMember::Access(bRead, variant);
     }
-
-private:
-    mutable CSmartPtr<TClass> m_spObject;
 };
 
 /// A child object that may be absent.
 template <class TClass>
-class COptionalObject
+class COptionalObject : public CObjectMember
 {
 public:
-    CSmartPtr<TClass> Get() const { return m_spObject; }
-    bool IsSet() const { return m_spObject != nullptr; }
-    static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
+    CSmartPtr<TClass> Get() const { return static_cast<TClass*>(static_cast<CXmlObjectBase*>(m_spObject)); }
 
     /// @throws CQvInvalidParamException for an object under another element name.
     void Check(const TClass* pObject, const wchar_t* lpctName) const { CheckObject(pObject, lpctName, false); }
@@ -351,33 +366,20 @@ public:
     {
         const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = spObject;
+        m_spObject = pObject;
     }
 
-    void Reset() { m_spObject = nullptr; }
-
-    void Access(bool bRead, QvVariant& variant, const wchar_t*)
-    {
-        if (bRead)
-            variant.SetXmlObject(m_spObject);
-        else
-            m_spObject = ObjectIn<TClass>(variant);
-    }
-
-private:
-    CSmartPtr<TClass> m_spObject;
+    void Access(bool bRead, QvVariant& variant, const wchar_t*) { CObjectMember::Access(bRead, variant); }
 };
 
 /// A child object of an abstract or extended type, or an element that others may stand for: any class derived from
 /// `TClass`, under any name that its substitution group allows. It is null as long as none is set, also where one has
 /// to be there before the object is written: only the program knows its class.
 template <class TClass>
-class CPolymorphicObject
+class CPolymorphicObject : public CObjectMember
 {
 public:
-    CSmartPtr<TClass> Get() const { return m_spObject; }
-    bool IsSet() const { return m_spObject != nullptr; }
-    static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
+    CSmartPtr<TClass> Get() const { return static_cast<TClass*>(static_cast<CXmlObjectBase*>(m_spObject)); }
 
     /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
     void Check(const TClass* pObject, const wchar_t* lpctName) const
@@ -390,53 +392,54 @@ public:
     {
         const CSmartPtr<TClass> spObject = pObject;
         Check(pObject, lpctName);
-        m_spObject = spObject;
+        m_spObject = pObject;
     }
 
-    void Reset() { m_spObject = nullptr; }
+    void Access(bool bRead, QvVariant& variant, const wchar_t*) { CObjectMember::Access(bRead, variant); }
+};
 
-    void Access(bool bRead, QvVariant& variant, const wchar_t*)
-    {
-        if (bRead)
-            variant.SetXmlObject(m_spObject);
-        else
-            m_spObject = ObjectIn<TClass>(variant);
-    }
+/// What the members with a collection share: the collection, whatever its class.
+class QVXMLLIB_API CCollectionMember
+{
+public:
+    CCollectionMember(const CCollectionMember&) = delete;
+    CCollectionMember& operator=(const CCollectionMember&) = delete;
+
+    /// The next Get makes a new collection; one that is still held outside belongs to nobody from now on.
+    void Reset();
+
+    static const SMemberOperations s_operations;
+
+protected:
+    CCollectionMember() = default;
+    ~CCollectionMember();
+
+    /// @param pOwner who wants to hear of changes, or null.
+    void Hold(CXmlCollectionBase* pCollection, IEventSink* pOwner) const;
+
+    mutable CSmartPtr<CXmlCollectionBase> m_spCollection;
 
 private:
-    CSmartPtr<TClass> m_spObject;
+    static void AccessMember(void* pMember, bool bRead, QvVariant& variant, const SMemberCall& call);
+    static void ResetMember(void* pMember);
+
+    mutable IEventSink* m_pOwner = nullptr;
 };
 
 /// A repeated member: a collection that is made when it is asked for the first time.
 /// @tparam TCollection CObjectCol, CPolymorphicCol, CGroupCol, CValueCol or CAnyCol.
 template <class TCollection>
-class CRepeated
+class CRepeated : public CCollectionMember
 {
 public:
-    CRepeated() = default;
-    CRepeated(const CRepeated&) = delete;
-    CRepeated& operator=(const CRepeated&) = delete;
-    ~CRepeated() { Reset(); }
-
     /// @param element what the collection is made with: SRepeatedElement, or SWildcard.
     /// @param pOwner who wants to hear of changes, or null.
     template <class TElement>
     CSmartPtr<TCollection> Get(const TElement& element, IEventSink* pOwner = nullptr) const
     {
         if (m_spCollection == nullptr)
-        {
-            m_spCollection = new TCollection(element);
-            m_spCollection->SetOwner(pOwner);
-        }
-        return m_spCollection;
-    }
-
-    /// The next Get makes a new collection; one that is still held outside belongs to nobody from now on.
-    void Reset()
-    {
-        if (m_spCollection != nullptr)
-            m_spCollection->SetOwner(nullptr);
-        m_spCollection = nullptr;
+            Hold(new TCollection(element), pOwner);
+        return static_cast<TCollection*>(static_cast<CXmlCollectionBase*>(m_spCollection));
     }
 
     template <class TElement>
@@ -445,9 +448,38 @@ public:
         if (bRead)
             variant.SetXmlCollection(Get(element));
     }
-
-private:
-    mutable CSmartPtr<TCollection> m_spCollection;
 };
+
+/// Makes the collection of a repeated member.
+template <class TCollection>
+CXmlCollectionBase* MakeCollection(const SMemberRecord& record)
+{
+    return new TCollection(*record.pElement);
+}
+
+// --- The library's way to them ---------------------------------------------------------------------------------------
+
+/// What the library does with a member that holds a value.
+template <class TMember>
+struct SValueOperations
+{
+    static void Access(void* pMember, bool bRead, QvVariant& value, const SMemberCall& call)
+    {
+        static_cast<TMember*>(pMember)->Access(bRead, value, call.lpctName);
+    }
+    static void AccessText(void* pMember, bool bRead, QvVariant& value, const SMemberCall& call)
+    {
+        static_cast<TMember*>(pMember)->AccessText(bRead, value, call.lpctName);
+    }
+    static void Reset(void* pMember) { static_cast<TMember*>(pMember)->Reset(); }
+    static bool IsSet(const void* pMember) { return static_cast<const TMember*>(pMember)->IsSet(); }
+
+    static constexpr SMemberOperations s_operations{&Access, &Reset, &IsSet};
+};
+
+/// The same for the text of an element with simple content.
+template <class TMember>
+inline constexpr SMemberOperations s_textOperations{
+    &SValueOperations<TMember>::AccessText, &SValueOperations<TMember>::Reset, &SValueOperations<TMember>::IsSet};
 
 } // namespace QvXmlLib9

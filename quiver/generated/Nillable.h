@@ -36,22 +36,15 @@ public:
     }
 
 protected:
-    friend class CGenerated<CNillable>;
-
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(QvXmlLib9Data::GroupType_Sequence, QvXmlLib9Data::ElementType_Element, L"", L"");
-        description.Text(0);
-    }
-
-    void AccessProperty(int, bool bRead, QvVariant& value) override
-    {
-        m_value.AccessText(bRead, value, this->ElementName().c_str());
+        description.Text(m_value);
     }
 
     void Init() override
     {
-        m_value.Reset();
+        CGenerated<CNillable>::Init();
         ResetNil();
     }
 

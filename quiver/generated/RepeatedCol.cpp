@@ -13,15 +13,6 @@
 namespace QvXmlLib9
 {
 
-void CCollectionOwner::Set(CXmlCollectionBase& collection, IEventSink* pSink)
-{
-    if (m_pSink != nullptr)
-        collection.RemoveEventListener(m_pSink);
-    m_pSink = pSink;
-    if (pSink != nullptr)
-        collection.AddEventListener(pSink);
-}
-
 // --- Counts ------------------------------------------------------------------------------------------
 
 CCollectionCounts::~CCollectionCounts() = default;
@@ -225,6 +216,11 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
     }
     return pCurrent;
 }
+
+const SMemberOperations CAnyAttributes::s_operations{
+    [](void* pMember, bool bRead, QvVariant& value, const SMemberCall& call)
+    { static_cast<CAnyAttributes*>(pMember)->Access(bRead, value, *call.record.pWildcard); },
+    [](void* pMember) { static_cast<CAnyAttributes*>(pMember)->Reset(); }, nullptr};
 
 // --- Simple values -----------------------------------------------------------------------------------
 

@@ -35,17 +35,6 @@ struct SRepeatedElement
     int nMax; ///< -1 for unbounded
 };
 
-/// Who hears of the changes of a collection: the object with the choice that it belongs to.
-class QVXMLLIB_API CCollectionOwner
-{
-public:
-    /// @param pSink the new owner, or null.
-    void Set(CXmlCollectionBase& collection, IEventSink* pSink);
-
-private:
-    IEventSink* m_pSink = nullptr;
-};
-
 /// How many items a collection may have. A class that restricts another one may narrow it.
 class QVXMLLIB_API CCollectionCounts
 {
@@ -81,7 +70,6 @@ QVXMLLIB_API void RestrictCounts(const QvVariant& value, int nMin, int nMax);
 class QVXMLLIB_API CObjectColBase : public CXmlCollection, public CCollectionCounts
 {
 public:
-    void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
     void ValidateCount(const CXmlSerializationContext& context) const override;
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
@@ -113,7 +101,6 @@ protected:
 private:
     SRepeatedElement m_element;
     PfnCreateObject m_pfnCreate;
-    CCollectionOwner m_owner;
 };
 
 /// The typed interface of a collection of objects.
@@ -232,7 +219,6 @@ public:
     explicit CAnyCol(const SWildcard& wildcard);
     ~CAnyCol() override;
 
-    void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
     void ValidateCount(const CXmlSerializationContext& context) const override;
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
@@ -246,13 +232,14 @@ protected:
 
 private:
     SWildcard m_wildcard;
-    CCollectionOwner m_owner;
 };
 
 /// The attributes of a class that the schema lets through without describing them.
-class CAnyAttributes
+class QVXMLLIB_API CAnyAttributes
 {
 public:
+    static const SMemberOperations s_operations;
+
     /// Never null.
     CSmartPtr<CAttributeCol> Get(const SWildcard&) const
     {
@@ -279,7 +266,6 @@ private:
 class QVXMLLIB_API CValueColBase : public CXmlCollectionBase, public CCollectionCounts
 {
 public:
-    void SetOwner(IEventSink* pOwner) { m_owner.Set(*this, pOwner); }
     void ValidateCount(const CXmlSerializationContext& context) const override;
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
@@ -301,7 +287,6 @@ protected:
 
 private:
     SRepeatedElement m_element;
-    CCollectionOwner m_owner;
 };
 
 /// Repeated elements with values of a simple type.

@@ -31,13 +31,17 @@ struct STables : CGeneratedObject
     }
     ~STables() override { FreeTables(m_tables); }
     const SClassTables& Tables() const override { return m_tables; }
-    void AccessProperty(int, bool, QvVariant&) override {}
-    void Init() override {}
+    void Describe(CClassDescription& description) const override { m_pfnDescribe(description); }
 
     /// Builds by a function, at most once.
-    void Build(void (*pfnDescribe)(CClassDescription&)) { BuildTables(m_tables, pfnDescribe, nullptr); }
+    void Build(void (*pfnDescribe)(CClassDescription&))
+    {
+        m_pfnDescribe = pfnDescribe;
+        BuildTables(m_tables, nullptr);
+    }
 
     SClassTables m_tables;
+    void (*m_pfnDescribe)(CClassDescription&) = nullptr;
 };
 
 } // namespace

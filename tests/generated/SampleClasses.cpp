@@ -39,8 +39,6 @@ CAddress::CAddress(const wchar_t* lpctElementName)
 {
 }
 
-CAddress::~CAddress() = default;
-
 const SAlternatives& CAddress::Alternatives()
 {
     static constexpr SAlternative s_alternatives[] = {
@@ -50,25 +48,11 @@ const SAlternatives& CAddress::Alternatives()
     return s_all;
 }
 
-void CAddress::Describe(CClassDescription& description)
+void CAddress::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Sequence, ElementType_Element, L"address", s_lpctNamespace);
     description.TypeName(L"Address", s_lpctNamespace);
-    description.Element(L"city", s_lpctNamespace, Member_City, xs::String::Type());
-}
-
-void CAddress::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_City:
-        return m_City.Access(bRead, value, L"city");
-    }
-}
-
-void CAddress::Init()
-{
-    m_City.Reset();
+    description.Element(m_City, L"city", s_lpctNamespace);
 }
 
 CForeignAddress::CForeignAddress(const wchar_t* lpctElementName)
@@ -77,35 +61,13 @@ CForeignAddress::CForeignAddress(const wchar_t* lpctElementName)
 {
 }
 
-CForeignAddress::~CForeignAddress() = default;
-
-void CForeignAddress::Describe(CClassDescription& description)
+void CForeignAddress::Describe(CClassDescription& description) const
 {
     CAddress::Describe(description);
     description.Class(GroupType_Sequence, ElementType_Element, L"address", s_lpctNamespace);
     description.TypeName(L"ForeignAddress", s_lpctNamespace);
-    description.Element(L"country", s_lpctNamespace, Member_Country, xs::String::Type());
-    description.OptionalAttribute(L"urgent", L"", Member_Urgent, xs::Boolean::Type());
-}
-
-void CForeignAddress::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Country:
-        return m_Country.Access(bRead, value, L"country");
-    case Member_Urgent:
-        return m_Urgent.Access(bRead, value, L"urgent");
-    default:
-        return CAddress::AccessProperty(nPropertyIndex, bRead, value);
-    }
-}
-
-void CForeignAddress::Init()
-{
-    CAddress::Init();
-    m_Country.Reset();
-    m_Urgent.Reset();
+    description.Element(m_Country, L"country", s_lpctNamespace);
+    description.Attribute(m_Urgent, L"urgent", L"");
 }
 
 // --- Payment ---
@@ -118,36 +80,13 @@ CPayment::CPayment(const wchar_t* lpctElementName)
 {
 }
 
-CPayment::~CPayment() = default;
-
-void CPayment::Describe(CClassDescription& description)
+void CPayment::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Choice, ElementType_Element, L"payment", s_lpctNamespace);
     description.RequireChoice();
-    description.OptionalElement(L"card", s_lpctNamespace, Member_Card, SSku::Type());
-    description.RepeatedElement(L"note", s_lpctNamespace, Member_Note);
-    description.OptionalObject<CAddress>(L"cash", s_lpctNamespace, Member_Cash);
-}
-
-void CPayment::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Card:
-        return m_choice.Access(m_Card, bRead, value, L"card");
-    case Member_Note:
-        return m_choice.Access(m_Note, bRead, value, s_Note);
-    case Member_Cash:
-        return m_choice.Access(m_Cash, bRead, value, L"cash");
-    }
-}
-
-void CPayment::Init()
-{
-    m_Card.Reset();
-    m_Note.Reset();
-    m_Cash.Reset();
-    m_choice.Reset();
+    description.Element(m_Card, L"card", s_lpctNamespace);
+    description.Element(m_Note, s_Note);
+    description.Element(m_Cash, L"cash", s_lpctNamespace);
 }
 
 // --- Pair ---
@@ -158,30 +97,11 @@ COrderPair::COrderPair(const wchar_t* lpctElementName)
 {
 }
 
-COrderPair::~COrderPair() = default;
-
-void COrderPair::Describe(CClassDescription& description)
+void COrderPair::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Sequence, ElementType_Pseudo, L"key", s_lpctNamespace);
-    description.Element(L"key", s_lpctNamespace, Member_Key, xs::Token::Type());
-    description.Element(L"amount", s_lpctNamespace, Member_Amount, xs::Decimal::Type());
-}
-
-void COrderPair::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Key:
-        return m_Key.Access(bRead, value, L"key");
-    case Member_Amount:
-        return m_Amount.Access(bRead, value, L"amount");
-    }
-}
-
-void COrderPair::Init()
-{
-    m_Key.Reset();
-    m_Amount.Reset();
+    description.Element(m_Key, L"key", s_lpctNamespace);
+    description.Element(m_Amount, L"amount", s_lpctNamespace);
 }
 
 // --- Price ---
@@ -192,30 +112,11 @@ CPrice::CPrice(const wchar_t* lpctElementName)
 {
 }
 
-CPrice::~CPrice() = default;
-
-void CPrice::Describe(CClassDescription& description)
+void CPrice::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Sequence, ElementType_Element, L"price", s_lpctNamespace);
-    description.OptionalAttribute(L"tag", L"", Member_Tag, SColour::Type(), s_lpctTag);
-    description.Text(Member_Value);
-}
-
-void CPrice::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Value:
-        return m_Value.AccessText(bRead, value, L"price");
-    case Member_Tag:
-        return m_Tag.Access(bRead, value, L"tag");
-    }
-}
-
-void CPrice::Init()
-{
-    m_Value.Reset();
-    m_Tag.Reset();
+    description.Attribute(m_Tag, L"tag", L"");
+    description.Text(m_Value);
 }
 
 // --- Order ---
@@ -234,74 +135,22 @@ COrder::COrder(const wchar_t* lpctElementName)
 {
 }
 
-COrder::~COrder() = default;
-
-void COrder::Describe(CClassDescription& description)
+void COrder::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Sequence, ElementType_Element, L"order", s_lpctNamespace);
-    description.Element(L"sku", s_lpctNamespace, Member_Sku, SSku::Type());
-    description.Element(L"quantity", s_lpctNamespace, Member_Quantity, SQuantity::Type());
-    description.OptionalElement(L"colour", s_lpctNamespace, Member_Colour, SColour::Type());
-    description.OptionalElement(L"sizes", s_lpctNamespace, Member_Sizes, SSizes::Type());
-    description.OptionalNillableElement<xs::Date>(L"shipped", s_lpctNamespace, Member_Shipped);
-    description.PolymorphicObject<CAddress>(L"address", s_lpctNamespace, Member_Address);
-    description.Object<CPayment>(L"payment", s_lpctNamespace, Member_Payment);
-    description.RepeatedGroup(L"key", Member_Pair);
-    description.RepeatedObject(L"price", s_lpctNamespace, Member_Price);
-    description.RepeatedObject(L"via", s_lpctNamespace, Member_Via);
-    description.RepeatedWildcard(Member_Any, s_Any);
-    description.Attribute(L"number", L"", Member_Number, xs::Int::Type());
-    description.AnyAttribute(Member_AnyAttribute, s_AnyAttribute);
-}
-
-void COrder::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Sku:
-        return m_Sku.Access(bRead, value, L"sku");
-    case Member_Quantity:
-        return m_Quantity.Access(bRead, value, L"quantity");
-    case Member_Colour:
-        return m_Colour.Access(bRead, value, L"colour");
-    case Member_Sizes:
-        return m_Sizes.Access(bRead, value, L"sizes");
-    case Member_Shipped:
-        return m_Shipped.Access(bRead, value, L"shipped");
-    case Member_Address:
-        return m_Address.Access(bRead, value, L"address");
-    case Member_Payment:
-        return m_Payment.Access(bRead, value, L"payment");
-    case Member_Pair:
-        return m_Pair.Access(bRead, value, s_Pair);
-    case Member_Price:
-        return m_Price.Access(bRead, value, s_Price);
-    case Member_Via:
-        return m_Via.Access(bRead, value, s_Via);
-    case Member_Any:
-        return m_Any.Access(bRead, value, s_Any);
-    case Member_Number:
-        return m_Number.Access(bRead, value, L"number");
-    case Member_AnyAttribute:
-        return m_AnyAttribute.Access(bRead, value, s_AnyAttribute);
-    }
-}
-
-void COrder::Init()
-{
-    m_Sku.Reset();
-    m_Quantity.Reset();
-    m_Colour.Reset();
-    m_Sizes.Reset();
-    m_Shipped.Reset();
-    m_Address.Reset();
-    m_Payment.Reset();
-    m_Pair.Reset();
-    m_Price.Reset();
-    m_Via.Reset();
-    m_Any.Reset();
-    m_Number.Reset();
-    m_AnyAttribute.Reset();
+    description.Element(m_Sku, L"sku", s_lpctNamespace);
+    description.Element(m_Quantity, L"quantity", s_lpctNamespace);
+    description.Element(m_Colour, L"colour", s_lpctNamespace);
+    description.Element(m_Sizes, L"sizes", s_lpctNamespace);
+    description.Element(m_Shipped, L"shipped", s_lpctNamespace);
+    description.Element(m_Address, L"address", s_lpctNamespace);
+    description.Element(m_Payment, L"payment", s_lpctNamespace);
+    description.Group(m_Pair, s_Pair);
+    description.Element(m_Price, s_Price);
+    description.Element(m_Via, s_Via);
+    description.Wildcard(m_Any, s_Any);
+    description.Attribute(m_Number, L"number", L"");
+    description.AnyAttribute(m_AnyAttribute, s_AnyAttribute);
 }
 
 } // namespace sample

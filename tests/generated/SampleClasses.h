@@ -45,22 +45,13 @@ class CAddress : public QvXmlLib9::CGenerated<CAddress>
 {
 public:
     explicit CAddress(const wchar_t* lpctElementName = L"address");
-    ~CAddress() override;
     static const QvXmlLib9::SAlternatives& Alternatives();
 
     const std::wstring& GetCity() const { return m_City.Get(); }
     void SetCity(const std::wstring& value) { m_City.Set(value, L"city"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<CAddress>;
-    enum : int
-    {
-        Member_City,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     QvXmlLib9::CRequired<QvXmlLib9::xs::String> m_City;
@@ -70,7 +61,6 @@ class CForeignAddress : public QvXmlLib9::CGenerated<CForeignAddress, CAddress>
 {
 public:
     explicit CForeignAddress(const wchar_t* lpctElementName = L"address");
-    ~CForeignAddress() override;
 
     const std::wstring& GetCountry() const { return m_Country.Get(); }
     void SetCountry(const std::wstring& value) { m_Country.Set(value, L"country"); }
@@ -78,16 +68,7 @@ public:
     void SetUrgent(const std::optional<bool>& value) { m_Urgent.Set(value, L"urgent"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<CForeignAddress, CAddress>;
-    enum : int
-    {
-        Member_Country = CAddress::Member_Count,
-        Member_Urgent,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     QvXmlLib9::CRequired<QvXmlLib9::xs::String> m_Country;
@@ -99,7 +80,6 @@ class CPayment : public QvXmlLib9::CGeneratedChoice<CPayment>
 {
 public:
     explicit CPayment(const wchar_t* lpctElementName = L"payment");
-    ~CPayment() override;
 
     const std::optional<std::wstring>& GetCard() const { return m_Card.Get(); }
     void SetCard(const std::optional<std::wstring>& value) { m_choice.Set(m_Card, value, L"card"); }
@@ -108,17 +88,7 @@ public:
     void SetCash(CAddress* pValue) { m_choice.Set(m_Cash, pValue, L"cash"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<CPayment>;
-    enum : int
-    {
-        Member_Card,
-        Member_Note,
-        Member_Cash,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     static const QvXmlLib9::SRepeatedElement s_Note;
@@ -133,7 +103,6 @@ class COrderPair : public QvXmlLib9::CGenerated<COrderPair>
 {
 public:
     explicit COrderPair(const wchar_t* lpctElementName = L"key");
-    ~COrderPair() override;
 
     const std::wstring& GetKey() const { return m_Key.Get(); }
     void SetKey(const std::wstring& value) { m_Key.Set(value, L"key"); }
@@ -141,16 +110,7 @@ public:
     void SetAmount(const QvXmlLib9::CDecimal& value) { m_Amount.Set(value, L"amount"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<COrderPair>;
-    enum : int
-    {
-        Member_Key,
-        Member_Amount,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     QvXmlLib9::CRequired<QvXmlLib9::xs::Token> m_Key;
@@ -162,7 +122,6 @@ class CPrice : public QvXmlLib9::CGenerated<CPrice>
 {
 public:
     explicit CPrice(const wchar_t* lpctElementName = L"price");
-    ~CPrice() override;
 
     double GetValue() const { return m_Value.Get(); }
     void SetValue(double value) { m_Value.Set(value, L"price"); }
@@ -171,16 +130,7 @@ public:
     bool HasTag() const { return m_Tag.IsSet(); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<CPrice>;
-    enum : int
-    {
-        Member_Value,
-        Member_Tag,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     static constexpr wchar_t s_lpctTag[] = L"dark blue";
@@ -194,7 +144,6 @@ class COrder : public QvXmlLib9::CGenerated<COrder>
 {
 public:
     explicit COrder(const wchar_t* lpctElementName = L"order");
-    ~COrder() override;
 
     const std::wstring& GetSku() const { return m_Sku.Get(); }
     void SetSku(const std::wstring& value) { m_Sku.Set(value, L"sku"); }
@@ -219,27 +168,7 @@ public:
     void SetNumber(int value) { m_Number.Set(value, L"number"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<COrder>;
-    enum : int
-    {
-        Member_Sku,
-        Member_Quantity,
-        Member_Colour,
-        Member_Sizes,
-        Member_Shipped,
-        Member_Address,
-        Member_Payment,
-        Member_Pair,
-        Member_Price,
-        Member_Via,
-        Member_Any,
-        Member_Number,
-        Member_AnyAttribute,
-        Member_Count
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     static const QvXmlLib9::SRepeatedElement s_Pair;

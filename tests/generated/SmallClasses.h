@@ -32,35 +32,13 @@ public:
     CDefaulted<xs::Decimal, SFixed<s_lpctVersion>> m_Version;
 
 protected:
-    friend class CGenerated<CRules>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"rules", s_lpctNamespace);
-        description.Element(L"size", s_lpctNamespace, 0, xs::Int::Type());
-        description.OptionalElement(L"unit", s_lpctNamespace, 1, xs::Token::Type());
-        description.OptionalAttribute(L"lang", L"", 2, xs::String::Type(), s_lpctLang);
-        description.OptionalAttribute(L"version", L"", 3, xs::Decimal::Type(), s_lpctVersion);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_Size.Access(bRead, value, L"size");
-        case 1:
-            return m_Unit.Access(bRead, value, L"unit");
-        case 2:
-            return m_Lang.Access(bRead, value, L"lang");
-        case 3:
-            return m_Version.Access(bRead, value, L"version");
-        }
-    }
-    void Init() override
-    {
-        m_Size.Reset();
-        m_Unit.Reset();
-        m_Lang.Reset();
-        m_Version.Reset();
+        description.Element(m_Size, L"size", s_lpctNamespace);
+        description.Element(m_Unit, L"unit", s_lpctNamespace);
+        description.Attribute(m_Lang, L"lang", L"");
+        description.Attribute(m_Version, L"version", L"");
     }
 };
 
@@ -94,45 +72,20 @@ public:
     COptionalObject<CElement> m_Other;
 
 protected:
-    friend class CGenerated<CAnswer>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Choice, ElementType_Element, L"answer", s_lpctNamespace);
         description.RequireChoice();
-        description.OptionalElement(L"number", s_lpctNamespace, 0, xs::Int::Type());
-        description.OptionalElement(L"number", L"urn:twin", 1, xs::Int::Type());
-        description.RepeatedElement(L"name", s_lpctNamespace, 2);
-        description.RepeatedGroup(L"key", 3);
-        description.OptionalPolymorphicObject<CAddress>(L"address", s_lpctNamespace, 4);
-        description.OptionalWildcard(5, s_Other);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_choice.Access(m_Number, bRead, value, L"number");
-        case 1:
-            return m_choice.Access(m_Twin, bRead, value, L"number");
-        case 2:
-            return m_choice.Access(m_Name, bRead, value, s_Name);
-        case 3:
-            return m_choice.Access(m_Pair, bRead, value, s_Key);
-        case 4:
-            return m_choice.Access(m_Address, bRead, value, L"address");
-        case 5:
-            return m_choice.Access(m_Other, bRead, value, L"AnyElement");
-        }
+        description.Element(m_Number, L"number", s_lpctNamespace);
+        description.Element(m_Twin, L"number", L"urn:twin");
+        description.Element(m_Name, s_Name);
+        description.Group(m_Pair, s_Key);
+        description.OptionalElement(m_Address, L"address", s_lpctNamespace);
+        description.OptionalWildcard(m_Other, L"AnyElement", s_Other);
     }
     void Init() override
     {
-        m_Number.Reset();
-        m_Twin.Reset();
-        m_Name.Reset();
-        m_Pair.Reset();
-        m_Address.Reset();
-        m_Other.Reset();
-        m_choice.Reset();
+        CGenerated::Init();
         ResetNil();
     }
 };
@@ -157,25 +110,11 @@ public:
     CRepeated<CValueCol<xs::Int>> m_Count;
 
 protected:
-    friend class CGenerated<CEnvelopeChoice>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Choice, ElementType_Pseudo, L"price", s_lpctNamespace);
-        description.RepeatedObject(L"price", s_lpctNamespace, 0);
-        description.RepeatedElement(L"count", s_lpctNamespace, 1);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        if (nPropertyIndex == 0)
-            m_choice.Access(m_Price, bRead, value, s_Price);
-        else
-            m_choice.Access(m_Count, bRead, value, s_Count);
-    }
-    void Init() override
-    {
-        m_Price.Reset();
-        m_Count.Reset();
-        m_choice.Reset();
+        description.Element(m_Price, s_Price);
+        description.Element(m_Count, s_Count);
     }
 };
 
@@ -201,39 +140,14 @@ public:
     COptional<xs::Token> m_Tail;
 
 protected:
-    friend class CGenerated<CEnvelope>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"envelope", s_lpctNamespace);
-        description.Element(L"head", s_lpctNamespace, 0, xs::Token::Type());
-        description.Wildcard(1, s_One);
-        description.RepeatedWildcard(2, s_Many);
-        description.OptionalGroup<CEnvelopeChoice>(L"price", 3);
-        description.OptionalElement(L"tail", s_lpctNamespace, 4, xs::Token::Type());
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_Head.Access(bRead, value, L"head");
-        case 1:
-            return m_One.Access(bRead, value, L"AnyElement");
-        case 2:
-            return m_Many.Access(bRead, value, s_Many);
-        case 3:
-            return m_Choice.Access(bRead, value, L"price");
-        case 4:
-            return m_Tail.Access(bRead, value, L"tail");
-        }
-    }
-    void Init() override
-    {
-        m_Head.Reset();
-        m_One.Reset();
-        m_Many.Reset();
-        m_Choice.Reset();
-        m_Tail.Reset();
+        description.Element(m_Head, L"head", s_lpctNamespace);
+        description.Wildcard(m_One, L"AnyElement", s_One);
+        description.Wildcard(m_Many, s_Many);
+        description.Group(m_Choice, L"price");
+        description.Element(m_Tail, L"tail", s_lpctNamespace);
     }
 };
 
@@ -250,14 +164,11 @@ public:
     CRequiredObject<CEndless> m_Inner;
 
 protected:
-    friend class CGenerated<CEndless>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"endless", s_lpctNamespace);
-        description.Object<CEndless>(L"endless", s_lpctNamespace, 0);
+        description.Element(m_Inner, L"endless", s_lpctNamespace);
     }
-    void AccessProperty(int, bool bRead, QvVariant& value) override { m_Inner.Access(bRead, value, L"endless"); }
-    void Init() override { m_Inner.Reset(); }
 };
 
 /// An all group with what its records can hold.
@@ -278,43 +189,15 @@ public:
     COptionalObject<CNillable<xs::Date>> m_Day;
 
 protected:
-    friend class CGenerated<CEverything>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_All, ElementType_Element, L"everything", s_lpctNamespace);
-        description.Element(L"number", s_lpctNamespace, 0, xs::Int::Type());
-        description.OptionalElement(L"note", s_lpctNamespace, 1, xs::Token::Type());
-        description.PolymorphicObject<CAddress>(L"address", s_lpctNamespace, 2);
-        description.OptionalPolymorphicObject<CAddress>(L"second", s_lpctNamespace, 3);
-        description.Object<CPrice>(L"price", s_lpctNamespace, 4);
-        description.OptionalNillableElement<xs::Date>(L"day", s_lpctNamespace, 5);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_Number.Access(bRead, value, L"number");
-        case 1:
-            return m_Note.Access(bRead, value, L"note");
-        case 2:
-            return m_Address.Access(bRead, value, L"address");
-        case 3:
-            return m_Second.Access(bRead, value, L"second");
-        case 4:
-            return m_Price.Access(bRead, value, L"price");
-        case 5:
-            return m_Day.Access(bRead, value, L"day");
-        }
-    }
-    void Init() override
-    {
-        m_Number.Reset();
-        m_Note.Reset();
-        m_Address.Reset();
-        m_Second.Reset();
-        m_Price.Reset();
-        m_Day.Reset();
+        description.Element(m_Number, L"number", s_lpctNamespace);
+        description.Element(m_Note, L"note", s_lpctNamespace);
+        description.Element(m_Address, L"address", s_lpctNamespace);
+        description.OptionalElement(m_Second, L"second", s_lpctNamespace);
+        description.Element(m_Price, L"price", s_lpctNamespace);
+        description.Element(m_Day, L"day", s_lpctNamespace);
     }
 };
 
@@ -336,31 +219,12 @@ public:
     CRequired<xs::MixedText> m_Text;
 
 protected:
-    friend class CGenerated<COpen>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"open", s_lpctNamespace);
-        description.OptionalElement(L"id", s_lpctNamespace, 0, xs::Int::Type());
-        description.AnyAttribute(1, s_Attributes);
-        description.Text(2);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_Id.Access(bRead, value, L"id");
-        case 1:
-            return m_Attributes.Access(bRead, value, s_Attributes);
-        case 2:
-            return m_Text.Access(bRead, value, L"open");
-        }
-    }
-    void Init() override
-    {
-        m_Id.Reset();
-        m_Attributes.Reset();
-        m_Text.Reset();
+        description.Element(m_Id, L"id", s_lpctNamespace);
+        description.AnyAttribute(m_Attributes, s_Attributes);
+        description.Text(m_Text);
     }
 };
 
@@ -377,24 +241,11 @@ public:
     COptional<xs::Int> m_Extra;
 
 protected:
-    friend class CGenerated<COpenDerived, COpen>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         COpen::Describe(description);
         description.Class(GroupType_Sequence, ElementType_Element, L"open", s_lpctNamespace);
-        description.OptionalAttribute(L"extra", L"urn:a", 3, xs::Int::Type());
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        if (nPropertyIndex == 3)
-            m_Extra.Access(bRead, value, L"extra");
-        else
-            COpen::AccessProperty(nPropertyIndex, bRead, value);
-    }
-    void Init() override
-    {
-        COpen::Init();
-        m_Extra.Reset();
+        description.Attribute(m_Extra, L"extra", L"urn:a");
     }
 };
 
@@ -412,15 +263,12 @@ public:
     COptional<xs::Int> m_Area;
 
 protected:
-    friend class CGenerated<CShape>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"shape", s_lpctNamespace);
         description.TypeName(L"Shape", s_lpctNamespace);
-        description.OptionalAttribute(L"area", L"", 0, xs::Int::Type());
+        description.Attribute(m_Area, L"area", L"");
     }
-    void AccessProperty(int, bool bRead, QvVariant& value) override { m_Area.Access(bRead, value, L"area"); }
-    void Init() override { m_Area.Reset(); }
 };
 
 class CCircle : public CGenerated<CCircle, CShape>
@@ -433,8 +281,7 @@ public:
     }
 
 protected:
-    friend class CGenerated<CCircle, CShape>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         CShape::Describe(description);
         description.Class(GroupType_Sequence, ElementType_Element, L"circle", s_lpctNamespace);
@@ -471,35 +318,13 @@ public:
     CRepeated<CPolymorphicCol<CShape>> m_Shapes;
 
 protected:
-    friend class CGenerated<CDrawing>;
-    static void Describe(CClassDescription& description)
+    void Describe(CClassDescription& description) const override
     {
         description.Class(GroupType_Sequence, ElementType_Element, L"drawing", s_lpctNamespace);
-        description.Element(L"title", s_lpctNamespace, 0, xs::Token::Type());
-        description.PolymorphicObject<CShape>(L"shape", s_lpctNamespace, 1);
-        description.Element(L"middle", s_lpctNamespace, 2, xs::Token::Type());
-        description.RepeatedObject(L"shape", s_lpctNamespace, 3);
-    }
-    void AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value) override
-    {
-        switch (nPropertyIndex)
-        {
-        case 0:
-            return m_Title.Access(bRead, value, L"title");
-        case 1:
-            return m_Frame.Access(bRead, value, L"shape");
-        case 2:
-            return m_Middle.Access(bRead, value, L"middle");
-        case 3:
-            return m_Shapes.Access(bRead, value, s_Shape);
-        }
-    }
-    void Init() override
-    {
-        m_Title.Reset();
-        m_Frame.Reset();
-        m_Middle.Reset();
-        m_Shapes.Reset();
+        description.Element(m_Title, L"title", s_lpctNamespace);
+        description.Element(m_Frame, L"shape", s_lpctNamespace);
+        description.Element(m_Middle, L"middle", s_lpctNamespace);
+        description.Element(m_Shapes, s_Shape);
     }
 };
 

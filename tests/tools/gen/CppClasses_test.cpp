@@ -89,17 +89,7 @@ public:
     void SetPart(const std::wstring& value) { m_Part.Set(value, L"part"); }
 
 protected:
-    friend class QvXmlLib9::CGenerated<CItem>;
-    enum : int
-    {
-        Member_Product,
-        Member_Quantity,
-        Member_Note,
-        Member_Part
-    };
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int nPropertyIndex, bool bRead, QvXmlLib9::QvVariant& value) override;
-    void Init() override;
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 
 private:
     QvXmlLib9::CRequired<QvXmlLib9::xs::String> m_Product;
@@ -114,36 +104,13 @@ private:
 {
 }
 
-void CItem::Describe(CClassDescription& description)
+void CItem::Describe(CClassDescription& description) const
 {
     description.Class(GroupType_Sequence, ElementType_Element, L"item", s_lpctNamespace);
-    description.Element(L"product", s_lpctNamespace, Member_Product, xs::String::Type());
-    description.Element(L"quantity", s_lpctNamespace, Member_Quantity, xs::Int::Type());
-    description.OptionalElement(L"note", s_lpctNamespace, Member_Note, xs::String::Type());
-    description.Attribute(L"part", L"", Member_Part, xs::String::Type());
-}
-
-void CItem::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
-{
-    switch (nPropertyIndex)
-    {
-    case Member_Product:
-        return m_Product.Access(bRead, value, L"product");
-    case Member_Quantity:
-        return m_Quantity.Access(bRead, value, L"quantity");
-    case Member_Note:
-        return m_Note.Access(bRead, value, L"note");
-    case Member_Part:
-        return m_Part.Access(bRead, value, L"part");
-    }
-}
-
-void CItem::Init()
-{
-    m_Product.Reset();
-    m_Quantity.Reset();
-    m_Note.Reset();
-    m_Part.Reset();
+    description.Element(m_Product, L"product", s_lpctNamespace);
+    description.Element(m_Quantity, L"quantity", s_lpctNamespace);
+    description.Element(m_Note, L"note", s_lpctNamespace);
+    description.Attribute(m_Part, L"part", L"");
 }
 )");
 }
@@ -157,16 +124,13 @@ public:
     explicit CNothing(const wchar_t* lpctElementName = L"nothing");
 
 protected:
-    friend class QvXmlLib9::CGenerated<CNothing>;
-    static void Describe(QvXmlLib9::CClassDescription& description);
-    void AccessProperty(int, bool, QvXmlLib9::QvVariant&) override {}
-    void Init() override {}
+    void Describe(QvXmlLib9::CClassDescription& description) const override;
 };
 )");
     nothing.bNillable = true;
     EXPECT_THAT(Declare(nothing), HasSubstr("CGenerated<CNothing>, public QvXmlLib9::CNillableState\n"));
     EXPECT_THAT(Declare(nothing), HasSubstr("    void Init() override;\n"));
-    EXPECT_THAT(Define(nothing), HasSubstr("void CNothing::Init()\n{\n    ResetNil();\n}\n"));
+    EXPECT_THAT(Define(nothing), HasSubstr("void CNothing::Init()\n{\n    CGenerated::Init();\n    ResetNil();\n}\n"));
     nothing.strElement.clear();
     EXPECT_THAT(Declare(nothing), HasSubstr("    explicit CNothing(const wchar_t* lpctElementName);\n"));
 }
@@ -190,7 +154,6 @@ TEST_F(CppClasses, PrintsAChoice)
              "CSmartPtr<QvXmlLib9::CValueCol<QvXmlLib9::xs::Int>> GetCoin() const { return m_choice.Get(m_Coin, "
              "s_Coin); }",
              "void SetPaid(int value) { m_Paid.Set(value, L\"paid\"); }",
-             "    friend class QvXmlLib9::CGenerated<CPayment>;\n",
              "    QvXmlLib9::COptional<QvXmlLib9::xs::Int> m_Cash;\n",
              "    QvXmlLib9::COptionalObject<CCard> m_Card;\n",
          })
@@ -200,17 +163,30 @@ TEST_F(CppClasses, PrintsAChoice)
              "    , CGeneratedChoice(lpctElementName)\n",
              "    description.Class(GroupType_Choice, ElementType_Element, L\"payment\", s_lpctNamespace);\n"
              "    description.RequireChoice();\n",
-             "    description.OptionalElement(L\"cash\", s_lpctNamespace, Member_Cash, xs::Int::Type());\n",
-             "    description.OptionalObject<CCard>(L\"card\", s_lpctNamespace, Member_Card);\n",
-             "    description.RepeatedElement(L\"coin\", s_lpctNamespace, Member_Coin);\n",
-             "        return m_choice.Access(m_Card, bRead, value, L\"card\");\n",
-             "        return m_choice.Access(m_Coin, bRead, value, s_Coin);\n",
-             "        return m_Paid.Access(bRead, value, L\"paid\");\n",
-             "    m_Paid.Reset();\n    m_choice.Reset();\n",
+             "    description.Element(m_Cash, L\"cash\", s_lpctNamespace);\n",
+             "    description.Element(m_Card, L\"card\", s_lpctNamespace);\n",
+             "    description.Element(m_Coin, s_Coin);\n",
+             "    description.Attribute(m_Paid, L\"paid\", L\"\");\n",
          })
         EXPECT_THAT(strDefined, HasSubstr(lpcPart));
     choice.bEmptiable = true;
     EXPECT_THAT(Define(choice), Not(HasSubstr("RequireChoice")));
+}
+
+TEST_F(CppClasses, LeavesTheStateOfARestrictedChoiceToItsBase)
+{
+    SClass& choice = m_make.Class("CPayment", "payment");
+    choice.eGroup = SClass::EGroup::Choice;
+    SClass& narrow = m_make.Class("CCashPayment", "payment");
+    narrow.eGroup = SClass::EGroup::Choice;
+    narrow.pBase = &choice;
+    narrow.bRestriction = true;
+    EXPECT_THAT(Declare(narrow),
+                HasSubstr("class CCashPayment : public QvXmlLib9::CGenerated<CCashPayment, CPayment>\n"));
+    EXPECT_THAT(Define(narrow), HasSubstr("    , CGenerated(lpctElementName)\n"));
+    choice.eGroup = SClass::EGroup::Sequence;
+    EXPECT_THAT(Declare(narrow),
+                HasSubstr("class CCashPayment : public QvXmlLib9::CGeneratedChoice<CCashPayment, CPayment>\n"));
 }
 
 TEST_F(CppClasses, PutsAMemberBehindThoseOfTheBase)
@@ -222,19 +198,14 @@ TEST_F(CppClasses, PutsAMemberBehindThoseOfTheBase)
     SClass& company = m_make.Class("CCompany", "party");
     company.pBase = &between;
     m_make.Value(company, "Vat", "vat", *m_pString);
-    EXPECT_THAT(Declare(base), HasSubstr("        Member_Name,\n        MemberCount\n"));
     EXPECT_THAT(Declare(between), HasSubstr("class CBetween : public QvXmlLib9::CGenerated<CBetween, CParty>\n"));
-    EXPECT_THAT(Declare(between), Not(HasSubstr("Init")));
-    EXPECT_THAT(Declare(between), Not(HasSubstr("enum")));
-    EXPECT_THAT(Declare(company), HasSubstr("        Member_Vat = CParty::MemberCount\n"));
-    EXPECT_THAT(Declare(company), HasSubstr("friend class QvXmlLib9::CGenerated<CCompany, CBetween>;"));
+    EXPECT_THAT(Declare(between), Not(HasSubstr("private")));
     const std::string strDefined = Define(company);
     for (const char* const lpcPart : {
              "    CBetween::Describe(description);\n"
              "    description.Class(GroupType_Sequence, ElementType_Element, L\"party\", s_lpctNamespace);\n"
-             "    description.TypeName(L\"Company\", s_lpctNamespace);\n",
-             "    default:\n        return CBetween::AccessProperty(nPropertyIndex, bRead, value);\n",
-             "{\n    CBetween::Init();\n    m_Vat.Reset();\n}\n",
+             "    description.TypeName(L\"Company\", s_lpctNamespace);\n"
+             "    description.Element(m_Vat, L\"vat\", s_lpctNamespace);\n",
          })
         EXPECT_THAT(strDefined, HasSubstr(lpcPart));
 }
@@ -255,16 +226,19 @@ TEST_F(CppClasses, DescribesARestrictionAnewWithTheMembersOfTheBase)
     const std::string strDeclared = Declare(narrow);
     EXPECT_THAT(strDeclared, Not(HasSubstr("GetName")));
     EXPECT_THAT(strDeclared, Not(HasSubstr("m_AnyAttribute")));
-    EXPECT_THAT(strDeclared, HasSubstr("        Member_Id = CParty::MemberCount\n"));
+    // The restriction describes the members of the base, so it has to reach them.
+    EXPECT_THAT(Declare(base), Not(HasSubstr("private:")));
     EXPECT_THAT(strDeclared, HasSubstr("    static const QvXmlLib9::SWildcard s_AnyAttribute;\n"));
     const std::string strDefined = Define(narrow);
-    EXPECT_THAT(strDefined, Not(HasSubstr("CParty::Describe")));
-    EXPECT_THAT(strDefined, Not(HasSubstr("m_Name")));
     for (const char* const lpcPart : {
              "static constexpr const wchar_t* s_urisCNamedAnyAttribute[] = {s_lpctNamespace, L\"\"};\n"
              "const SWildcard CNamed::s_AnyAttribute{SWildcard::Not, s_urisCNamedAnyAttribute, 2, 0, -1};\n",
-             "    description.Element(L\"name\", s_lpctNamespace, Member_Name, xs::String::Type());\n",
-             "    description.AnyAttribute(Member_AnyAttribute, s_AnyAttribute);\n",
+             "    CParty::Describe(description);\n    description.Restrict();\n    description.Class(",
+             "    description.Element(L\"name\", s_lpctNamespace, description.Inherited(&m_Name), "
+             "xs::String::Type());\n"
+             "    description.RestrictValues<xs::String>(&m_Name);\n",
+             "    description.Attribute(m_Id, L\"id\", L\"\");\n",
+             "    description.AnyAttribute(description.Inherited(&m_AnyAttribute), s_AnyAttribute);\n",
          })
         EXPECT_THAT(strDefined, HasSubstr(lpcPart));
 }
@@ -301,11 +275,8 @@ TEST_F(CppClasses, HoldsDefaultAndFixedValuesByRules)
              "QvXmlLib9::SDefault<s_lpctDefaultE>>> m_E;\n",
          })
         EXPECT_THAT(strDeclared, HasSubstr(lpcPart));
-    const std::string strDefined = Define(item);
-    EXPECT_THAT(strDefined,
-                HasSubstr("description.OptionalAttribute(L\"d\", L\"\", Member_D, xs::Int::Type(), s_lpctDefaultD);"));
-    EXPECT_THAT(strDefined, HasSubstr("description.NillableElement<xs::Int, SDefault<s_lpctDefaultE>>(L\"e\", "
-                                      "s_lpctNamespace, Member_E);"));
+    EXPECT_THAT(Define(item), HasSubstr("    description.Attribute(m_D, L\"d\", L\"\");\n"));
+    EXPECT_THAT(Define(item), HasSubstr("    description.Element(m_E, L\"e\", s_lpctNamespace);\n"));
 }
 
 TEST_F(CppClasses, BreaksTheTextOfALongDefault)
@@ -337,34 +308,31 @@ TEST_F(CppClasses, PrintsEachKindOfObject)
     constexpr auto eRepeated = ECardinality::Repeated;
     constexpr SObjectCase s_cases[] = {
         {eObject, eRequired, false, "CRequiredObject<CPart>",
-         "CSmartPtr<CPart> GetX() const { return m_X.Get(L\"x\"); }",
-         "Object<CPart>(L\"x\", s_lpctNamespace, Member_X);"},
+         "CSmartPtr<CPart> GetX() const { return m_X.Get(L\"x\"); }", "Element(m_X, L\"x\", s_lpctNamespace);"},
         {eObject, eOptional, false, "COptionalObject<CPart>", "CSmartPtr<CPart> GetX() const { return m_X.Get(); }",
-         "OptionalObject<CPart>(L\"x\", s_lpctNamespace, Member_X);"},
+         "Element(m_X, L\"x\", s_lpctNamespace);"},
         {eObject, eRepeated, false, "CRepeated<CPartCol>", "CSmartPtr<CPartCol> GetX() const { return m_X.Get(s_X); }",
-         "RepeatedObject(L\"x\", s_lpctNamespace, Member_X);"},
+         "Element(m_X, s_X);"},
         {eObject, eRequired, true, "CPolymorphicObject<CPart>", "CSmartPtr<CPart> GetX() const { return m_X.Get(); }",
-         "PolymorphicObject<CPart>(L\"x\", s_lpctNamespace, Member_X);"},
+         "Element(m_X, L\"x\", s_lpctNamespace);"},
         {eObject, eOptional, true, "CPolymorphicObject<CPart>", "CSmartPtr<CPart> GetX() const { return m_X.Get(); }",
-         "OptionalPolymorphicObject<CPart>(L\"x\", s_lpctNamespace, Member_X);"},
+         "OptionalElement(m_X, L\"x\", s_lpctNamespace);"},
         {eObject, eRepeated, true, "CRepeated<QvXmlLib9::CPolymorphicCol<CPart>>",
-         "CSmartPtr<QvXmlLib9::CPolymorphicCol<CPart>> GetX() const { return m_X.Get(s_X); }",
-         "RepeatedObject(L\"x\", s_lpctNamespace, Member_X);"},
+         "CSmartPtr<QvXmlLib9::CPolymorphicCol<CPart>> GetX() const { return m_X.Get(s_X); }", "Element(m_X, s_X);"},
         {eGroup, eRequired, false, "CRequiredObject<CPart>",
-         "CSmartPtr<CPart> GetX() const { return m_X.Get(L\"x\"); }", "Group<CPart>(L\"x\", Member_X, true);"},
+         "CSmartPtr<CPart> GetX() const { return m_X.Get(L\"x\"); }", "Group(m_X, L\"x\", true);"},
         {eGroup, eOptional, false, "COptionalObject<CPart>", "CSmartPtr<CPart> GetX() const { return m_X.Get(); }",
-         "OptionalGroup<CPart>(L\"x\", Member_X);"},
+         "Group(m_X, L\"x\");"},
         {eGroup, eRepeated, false, "CRepeated<QvXmlLib9::CGroupCol<CPart>>",
-         "CSmartPtr<QvXmlLib9::CGroupCol<CPart>> GetX() const { return m_X.Get(s_X); }",
-         "RepeatedGroup(L\"x\", Member_X);"},
+         "CSmartPtr<QvXmlLib9::CGroupCol<CPart>> GetX() const { return m_X.Get(s_X); }", "Group(m_X, s_X);"},
         {eNillable, eRequired, false, "CRequiredObject<QvXmlLib9::CNillable<QvXmlLib9::xs::Int>>",
          "CSmartPtr<QvXmlLib9::CNillable<QvXmlLib9::xs::Int>> GetX() const { return m_X.Get(L\"x\"); }",
-         "NillableElement<xs::Int>(L\"x\", s_lpctNamespace, Member_X);"},
+         "Element(m_X, L\"x\", s_lpctNamespace);"},
         {eNillable, eOptional, false, "COptionalObject<QvXmlLib9::CNillable<QvXmlLib9::xs::Int>>",
          "CSmartPtr<QvXmlLib9::CNillable<QvXmlLib9::xs::Int>> GetX() const { return m_X.Get(); }",
-         "OptionalNillableElement<xs::Int>(L\"x\", s_lpctNamespace, Member_X);"},
+         "Element(m_X, L\"x\", s_lpctNamespace);"},
         {eNillable, eRepeated, false, "CRepeated<QvXmlLib9::CObjectCol<QvXmlLib9::CNillable<QvXmlLib9::xs::Int>>>",
-         "GetX() const", "RepeatedObject(L\"x\", s_lpctNamespace, Member_X);"},
+         "GetX() const", "Element(m_X, s_X);"},
     };
     SClass& part = m_make.Class("CPart", "part");
     SClass& owner = m_make.Class("COwner", "owner");
@@ -392,15 +360,11 @@ TEST_F(CppClasses, LeavesToTheSourceWhatNeedsALaterClass)
     SClass& part = m_make.Class("CPart", "part");
     m_make.Object(owner, "Part", "part", part);
     m_make.Object(owner, "Parts", "parts", part, ECardinality::Repeated);
-    EXPECT_THAT(Declare(owner), Not(HasSubstr("~COwner")));
     m_pLater = &part;
     const std::string strDeclared = Declare(owner);
-    EXPECT_THAT(strDeclared, HasSubstr("    ~COwner() override;\n"));
     EXPECT_THAT(strDeclared, HasSubstr("    CSmartPtr<CPart> GetPart() const;\n    void SetPart(CPart* pValue);\n"));
     EXPECT_THAT(strDeclared, HasSubstr("    CSmartPtr<CPartCol> GetParts() const;\n"));
     EXPECT_THAT(Define(owner), HasSubstr(R"(
-COwner::~COwner() = default;
-
 CSmartPtr<CPart> COwner::GetPart() const
 {
     return m_Part.Get(L"part");
@@ -429,12 +393,12 @@ TEST_F(CppClasses, PrintsWildcards)
     EXPECT_THAT(Declare(open), HasSubstr("    QvXmlLib9::COptionalObject<QvXmlLib9::CElement> m_Any;\n"));
     EXPECT_THAT(Define(open), HasSubstr("const SWildcard COpen::s_Any{SWildcard::Any, nullptr, 0, 1, 1};\n"));
     EXPECT_THAT(Define(open), HasSubstr("    description.IgnoreUnknownAttributes();\n"
-                                        "    description.Wildcard(Member_Any, s_Any);\n"));
+                                        "    description.Wildcard(m_Any, L\"Any\", s_Any);\n"));
     any.eCardinality = ECardinality::Optional;
     any.strElement = "extension";
     EXPECT_THAT(Define(open),
                 HasSubstr("const SWildcard COpen::s_Any{SWildcard::Any, nullptr, 0, 0, 1, L\"extension\"};\n"));
-    EXPECT_THAT(Define(open), HasSubstr("    description.OptionalWildcard(Member_Any, s_Any);\n"));
+    EXPECT_THAT(Define(open), HasSubstr("    description.OptionalWildcard(m_Any, L\"extension\", s_Any);\n"));
     any.strElement.clear();
     any.eCardinality = ECardinality::Repeated;
     any.nMin = 2;
@@ -445,7 +409,7 @@ TEST_F(CppClasses, PrintsWildcards)
     EXPECT_THAT(Define(open), HasSubstr("static constexpr const wchar_t* s_urisCOpenAny[] = {s_lpctNamespace};\n"
                                         "const SWildcard COpen::s_Any{SWildcard::List, s_urisCOpenAny, 1, 2, "
                                         "2147483647};\n"));
-    EXPECT_THAT(Define(open), HasSubstr("    description.RepeatedWildcard(Member_Any, s_Any);\n"));
+    EXPECT_THAT(Define(open), HasSubstr("    description.Wildcard(m_Any, s_Any);\n"));
 }
 
 TEST_F(CppClasses, PrintsTextUnderTheNameOfTheElement)
@@ -455,13 +419,11 @@ TEST_F(CppClasses, PrintsTextUnderTheNameOfTheElement)
     EXPECT_THAT(
         Declare(note),
         HasSubstr("    void SetValue(const std::wstring& value) { m_Value.Set(value, ElementName().c_str()); }\n"));
-    EXPECT_THAT(Define(note), HasSubstr("    description.Text(Member_Value);\n"));
-    EXPECT_THAT(Define(note), HasSubstr("        return m_Value.AccessText(bRead, value, ElementName().c_str());\n"));
+    EXPECT_THAT(Define(note), HasSubstr("    description.Text(m_Value);\n"));
     note.pText = nullptr;
     note.bMixed = true;
     EXPECT_THAT(Declare(note), HasSubstr("    QvXmlLib9::CRequired<QvXmlLib9::xs::MixedText> m_Text;\n"));
-    EXPECT_THAT(Define(note), HasSubstr("    description.MixedText(Member_Text);\n"));
-    EXPECT_THAT(Define(note), HasSubstr("        return m_Text.Access(bRead, value, ElementName().c_str());\n"));
+    EXPECT_THAT(Define(note), HasSubstr("    description.MixedText(m_Text);\n"));
 }
 
 TEST_F(CppClasses, ListsWhatMayStandInItsPlace)

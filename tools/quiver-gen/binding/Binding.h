@@ -137,7 +137,7 @@ struct SMember
     ECardinality eCardinality = ECardinality::Required;
     std::int64_t nMin = 1; ///< of a repeated one
     std::int64_t nMax = 1; ///< of a repeated one; -1 for unbounded
-    std::string strName;   ///< in C++: `ShipTo` gives GetShipTo, SetShipTo, m_ShipTo and Member_ShipTo
+    std::string strName;   ///< in C++: `ShipTo` gives GetShipTo, SetShipTo and m_ShipTo
     /// Local name in documents. Of a group, the elements it begins with, for messages: `b or c`. Of a wildcard, the
     /// only name that it takes, empty for every name.
     std::string strElement;

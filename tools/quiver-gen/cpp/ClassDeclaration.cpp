@@ -20,7 +20,7 @@ std::string Line(const std::string& strText)
 
 std::string DeclareHead(const SClass& type, const CScope& scope)
 {
-    const std::string strTemplate = type.eGroup == SClass::EGroup::Choice ? "CGeneratedChoice" : "CGenerated";
+    const std::string strTemplate = HoldsChoice(type) ? "CGeneratedChoice" : "CGenerated";
     std::vector<std::string> arguments = {type.strName};
     if (type.pBase != nullptr)
         arguments.push_back(scope.Name(*type.pBase));
@@ -68,14 +68,12 @@ std::string DeclareTextsOfAccessors(const std::vector<SField>& fields)
     return strText.empty() ? strText : strText + '\n';
 }
 
-std::string DeclareConstruction(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
+std::string DeclareConstruction(const SClass& type, const SPlace& place)
 {
     std::string strParameter = "const wchar_t* lpctElementName";
     if (!type.strElement.empty())
         strParameter += " = " + WideLiteral(type.strElement);
     std::string strText = Arrange(4, "explicit " + type.strName + '(', {strParameter}, ");") + '\n';
-    if (NeedsDestructor(fields, place))
-        strText += Line('~' + type.strName + "() override;");
     if (!type.alternatives.empty())
     {
         strText += "\n    /// What may stand where this class is declared.\n" +
@@ -109,64 +107,12 @@ std::string DeclareAccessors(const std::vector<SField>& fields, const SPlace& pl
     return strText;
 }
 
-/// The nearest base with an enumeration of its members, null for none.
-const SClass* FindCountedBase(const SClass& type)
+std::string DeclareOperations(const SClass& type, const CScope& scope)
 {
-    const SClass* pBase = type.pBase;
-    for (; pBase != nullptr; pBase = pBase->pBase)
-    {
-        const std::vector<SField> fields = GetFields(*pBase);
-        if (std::any_of(fields.begin(), fields.end(), [](const SField& field) { return !field.bInherited; }))
-            break;
-    }
-    return pBase;
-}
-
-std::string DeclareMemberNumbers(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
-{
-    std::vector<std::string> numbers;
-    for (const SField& field : fields)
-    {
-        if (!field.bInherited)
-            numbers.push_back("Member_" + field.strName);
-    }
-    if (numbers.empty())
-        return {};
-    if (const SClass* const pBase = FindCountedBase(type))
-        numbers.front() += " = " + place.scope.Name(*pBase) + "::MemberCount";
-    if (place.usage.IsBase(type))
-        numbers.push_back("MemberCount");
-    std::string strText = "    enum : int\n    {\n";
-    for (const std::string& strNumber : numbers)
-        strText += "        " + strNumber + (&strNumber == &numbers.back() ? "\n" : ",\n");
-    return strText + "    };\n";
-}
-
-std::string DeclareOperations(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
-{
-    const CScope& scope = place.scope;
-    std::vector<std::string> arguments = {type.strName};
-    if (type.pBase != nullptr)
-        arguments.push_back(scope.Name(*type.pBase));
-    std::string strText = Arrange(4, "friend class " + scope.Library("CGenerated") + '<', arguments, ">;") + '\n';
-    const std::string strNumbers = DeclareMemberNumbers(type, fields, place);
-    strText += strNumbers;
-    strText += Line("static void Describe(" + scope.Library("CClassDescription") + "& description);");
-    const std::string strAccess = "void AccessProperty(int nPropertyIndex, bool bRead, ";
-    const bool bRestricted = std::any_of(fields.begin(), fields.end(), &IsRestricted);
-    if (!strNumbers.empty() || bRestricted)
-        strText += Line(strAccess + scope.Library("QvVariant") + "& value) override;");
-    if (!strNumbers.empty())
+    std::string strText =
+        Line("void Describe(" + scope.Library("CClassDescription") + "& description) const override;");
+    if (type.bNillable)
         strText += Line("void Init() override;");
-    else
-    {
-        if (type.pBase == nullptr && !bRestricted)
-            strText += Line("void AccessProperty(int, bool, " + scope.Library("QvVariant") + "&) override {}");
-        if (type.bNillable)
-            strText += Line("void Init() override;");
-        else if (type.pBase == nullptr)
-            strText += Line("void Init() override {}");
-    }
     return strText;
 }
 
@@ -176,8 +122,8 @@ std::string DeclareMember(const std::string& strType, const std::string& strName
     return strLine.size() <= s_nColumns + 1 ? strLine : Line(strType) + Line("    " + strName + ';');
 }
 
-/// Constants and members.
-std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
+/// Constants and members. A class that restricts this one describes its members anew.
+std::string DeclareData(const SClass& type, const std::vector<SField>& fields, const SPlace& place)
 {
     std::string strConstants;
     std::string strMembers;
@@ -197,7 +143,7 @@ std::string DeclareData(const std::vector<SField>& fields, const SPlace& place)
     if (strConstants.empty() && strMembers.empty())
         return {};
     const bool bBoth = !strConstants.empty() && !strMembers.empty();
-    return "\nprivate:\n" + strConstants + (bBoth ? "\n" : "") + strMembers;
+    return (place.usage.IsBase(type) ? "\n" : "\nprivate:\n") + strConstants + (bBoth ? "\n" : "") + strMembers;
 }
 
 } // namespace
@@ -206,9 +152,9 @@ std::string DeclareClass(const SClass& type, const SPlace& place)
 {
     const std::vector<SField> fields = GetFields(type);
     return CommentLines(type.documentation, 0, "///") + DeclareHead(type, place.scope) + "{\n" +
-           DeclareTextsOfAccessors(fields) + "public:\n" + DeclareConstruction(type, fields, place) +
-           DeclareAccessors(fields, place) + "\nprotected:\n" + DeclareOperations(type, fields, place) +
-           DeclareData(fields, place) + "};\n";
+           DeclareTextsOfAccessors(fields) + "public:\n" + DeclareConstruction(type, place) +
+           DeclareAccessors(fields, place) + "\nprotected:\n" + DeclareOperations(type, place.scope) +
+           DeclareData(type, fields, place) + "};\n";
 }
 
 } // namespace quiver_gen::cpp

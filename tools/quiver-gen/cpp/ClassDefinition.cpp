@@ -37,10 +37,6 @@ public:
         PrintAlternatives();
         PrintAccessors();
         PrintDescribe();
-        const bool bRestricted = std::any_of(m_fields.begin(), m_fields.end(), &IsRestricted);
-        if (bRestricted ||
-            std::any_of(m_fields.begin(), m_fields.end(), [](const SField& field) { return !field.bInherited; }))
-            PrintAccessProperty(bRestricted);
         PrintInit();
         return std::move(m_strText);
     }
@@ -74,8 +70,9 @@ private:
     void DescribeClass();
     void DescribeMember(const SField& field);
     void DescribeAttribute(const SField& field);
-    void PrintRestriction(const SField& field);
-    void PrintAccessProperty(bool bRestricted);
+    void DescribeInherited(const SField& field);
+    void DescribeInheritedMember(const SField& field);
+    void Restrict(const SField& field);
     void PrintInit();
 
     const SClass& m_type;
@@ -179,15 +176,12 @@ void CDefinition::PrintConstants()
 
 void CDefinition::PrintConstruction()
 {
-    const bool bChoice = m_type.eGroup == SClass::EGroup::Choice;
     if (!m_strText.empty())
         m_strText += '\n';
     m_strText += Arrange(0, Own(m_type.strName) + '(', {"const wchar_t* lpctElementName"}, ")") + '\n';
     Line(": CInstanceMonitor(" + WideLiteral(m_type.strName) + ')');
-    Line(std::string(bChoice ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
+    Line(std::string(HoldsChoice(m_type) ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
     m_strText += "{\n}\n";
-    if (NeedsDestructor(m_fields, m_header))
-        m_strText += '\n' + Own('~' + m_type.strName) + "() = default;\n";
 }
 
 void CDefinition::PrintAlternatives()
@@ -251,12 +245,36 @@ void CDefinition::DescribeClass()
 void CDefinition::DescribeMember(const SField& field)
 {
     const SMember& member = *field.pMember;
-    const std::string strNumber = "Member_" + field.strName;
-    const std::string strCardinality = member.eCardinality == ECardinality::Repeated   ? "Repeated"
-                                       : member.eCardinality == ECardinality::Optional ? "Optional"
-                                                                                       : "";
+    const std::string strConstant = GetConstantName(field);
+    const bool bGroup = member.eMember == EMember::Group;
+    // These members do not tell whether they may be empty.
+    const bool bTells = !field.IsWildcard() && field.eStorage != EStorage::Polymorphic;
+    const bool bOptional = !bTells && member.eCardinality == ECardinality::Optional;
+    const std::string strFunction = "description." + std::string(bOptional ? "Optional" : "") +
+                                    (field.IsWildcard() ? "Wildcard"
+                                     : bGroup           ? "Group"
+                                                        : "Element");
+    std::vector<std::string> arguments = {"m_" + field.strName};
+    if (field.eStorage != EStorage::Repeated)
+        arguments.push_back(WideLiteral(field.strLabel));
+    if (!strConstant.empty())
+        arguments.push_back(strConstant);
+    else if (!bGroup)
+        arguments.push_back(m_uris.Use(member.strUri));
+    else if (field.eStorage == EStorage::RequiredObject)
+        arguments.push_back(member.bContentRequired ? "true" : "false");
+    Call(strFunction, arguments);
+}
+
+void CDefinition::DescribeInheritedMember(const SField& field)
+{
+    const SMember& member = *field.pMember;
     const bool bRepeated = member.eCardinality == ECardinality::Repeated;
-    const std::string strFunction = "description." + strCardinality;
+    const std::string strNumber = "description.Inherited(&m_" + field.strName + ')';
+    const std::string strFunction =
+        std::string("description.") + (bRepeated                                       ? "Repeated"
+                                       : member.eCardinality == ECardinality::Optional ? "Optional"
+                                                                                       : "");
     std::vector<std::string> element = {WideLiteral(member.strElement), m_uris.Use(member.strUri), strNumber};
     switch (member.eMember)
     {
@@ -267,9 +285,7 @@ void CDefinition::DescribeMember(const SField& field)
     case EMember::NillableValue:
         if (bRepeated)
             return Call("description.RepeatedObject", element);
-        return Call(strFunction + "NillableElement<" + m_scope.Name(*field.pType) + GetRuleArgument(field, m_scope) +
-                        '>',
-                    element);
+        return Call(strFunction + "Object<" + GetObjectType(field, m_scope) + '>', element);
     case EMember::Object:
         if (bRepeated)
             return Call("description.RepeatedObject", element);
@@ -290,124 +306,69 @@ void CDefinition::DescribeMember(const SField& field)
 
 void CDefinition::DescribeAttribute(const SField& field)
 {
-    const SAttribute& attribute = *field.pAttribute;
-    std::vector<std::string> arguments = {WideLiteral(attribute.strAttribute), m_uris.Use(attribute.strUri),
-                                          "Member_" + field.strName, m_scope.Name(*field.pType) + "::Type()"};
-    if (field.eStorage == EStorage::Defaulted && !field.bInherited)
-        arguments.push_back(GetRuleName(field));
-    Call(attribute.bRequired ? "description.Attribute" : "description.OptionalAttribute", arguments);
+    Call("description.Attribute",
+         {"m_" + field.strName, WideLiteral(field.pAttribute->strAttribute), m_uris.Use(field.pAttribute->strUri)});
+}
+
+/// What a restriction leaves of the members of its base.
+void CDefinition::DescribeInherited(const SField& field)
+{
+    const std::string strNumber = "description.Inherited(&m_" + field.strName + ')';
+    if (field.pMember != nullptr)
+        DescribeInheritedMember(field);
+    else if (field.pAttribute != nullptr)
+        Call(field.pAttribute->bRequired ? "description.Attribute" : "description.OptionalAttribute",
+             {WideLiteral(field.pAttribute->strAttribute), m_uris.Use(field.pAttribute->strUri), strNumber,
+              m_scope.Name(*field.pType) + "::Type()"});
+    else if (field.IsText())
+        Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {strNumber});
+    else
+        Call("description.AnyAttribute", {strNumber, GetConstantName(field)});
+    if (IsRestricted(field))
+        Restrict(field);
+}
+
+void CDefinition::Restrict(const SField& field)
+{
+    const std::string strMember = "&m_" + field.strName;
+    if (field.eStorage == EStorage::Repeated)
+        return Call("description.RestrictCounts",
+                    {strMember, Number(field.pMember->nMin), Number(field.pMember->nMax)});
+    const std::string strRule = field.pRule == nullptr ? std::string() : GetRuleArgument(field, m_scope);
+    Call("description.RestrictValues<" + m_scope.Name(*field.pType) + strRule + '>', {strMember});
 }
 
 void CDefinition::PrintDescribe()
 {
-    Begin("void " + Own("Describe(") + m_scope.Library("CClassDescription") + "& description)");
-    if (m_type.pBase != nullptr && !m_type.bRestriction)
+    Begin("void " + Own("Describe(") + m_scope.Library("CClassDescription") + "& description) const");
+    if (m_type.pBase != nullptr)
         Line(m_scope.Name(*m_type.pBase) + "::Describe(description);");
+    if (m_type.bRestriction)
+        Line("description.Restrict();");
     DescribeClass();
     for (const SField& field : m_fields)
     {
-        if (field.pMember != nullptr)
+        if (field.bInherited)
+            DescribeInherited(field);
+        else if (field.pMember != nullptr)
             DescribeMember(field);
         else if (field.pAttribute != nullptr)
             DescribeAttribute(field);
         else if (field.IsText())
-            Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {"Member_" + field.strName});
+            Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {"m_" + field.strName});
         else
-            Call("description.AnyAttribute", {"Member_" + field.strName, GetConstantName(field)});
-    }
-    End();
-}
-
-// --- Members --------------------------------------------------------------------------------------------------------
-
-/// A value is checked before the base takes it, and after the base gave it.
-void CDefinition::PrintRestriction(const SField& field)
-{
-    Line("case Member_" + field.strName + ':');
-    if (field.eStorage == EStorage::Repeated)
-        m_strText +=
-            Arrange(8, "RestrictCounts(", {"value", Number(field.pMember->nMin), Number(field.pMember->nMax)}, ");") +
-            '\n';
-    else
-        m_strText += Arrange(8,
-                             "CheckRestricted<" + m_scope.Name(*field.pType) +
-                                 (field.pRule == nullptr ? std::string() : GetRuleArgument(field, m_scope)) + ">(",
-                             {"value", GetLabel(field)}, ");") +
-                     '\n';
-    Line("    break;");
-}
-
-void CDefinition::PrintAccessProperty(bool bRestricted)
-{
-    const std::string strToBase =
-        m_type.pBase == nullptr ? "" : m_scope.Name(*m_type.pBase) + "::AccessProperty(nPropertyIndex, bRead, value);";
-    const std::string strVariant = m_scope.Library("QvVariant") + "& value)";
-    Begin("void " + Own("AccessProperty(int nPropertyIndex, bool bRead, ") + strVariant);
-    if (bRestricted)
-    {
-        Line("if (bRead)");
-        Line("    " + strToBase);
-    }
-    Line("switch (nPropertyIndex)");
-    Line("{");
-    for (const SField& field : m_fields)
-    {
-        if (IsRestricted(field))
-            PrintRestriction(field);
-        if (field.bInherited)
-            continue;
-        const std::string strConstant = GetConstantName(field);
-        const bool bByConstant = field.eStorage == EStorage::Repeated || field.eStorage == EStorage::AnyAttributes;
-        const std::string strMember = "m_" + field.strName;
-        const std::string strLast = bByConstant ? strConstant : GetLabel(field);
-        Line("case Member_" + field.strName + ':');
-        if (field.bChoice)
-            m_strText += Arrange(8, "return m_choice.Access(", {strMember, "bRead", "value", strLast}, ");") + '\n';
-        else
-            m_strText +=
-                Arrange(8, "return " + strMember + (m_type.pText && field.IsText() ? ".AccessText(" : ".Access("),
-                        {"bRead", "value", strLast}, ");") +
-                '\n';
-    }
-    if (bRestricted)
-    {
-        Line("default:");
-        Line("    break;");
-    }
-    else if (m_type.pBase != nullptr)
-    {
-        Line("default:");
-        Line("    return " + strToBase);
-    }
-    Line("}");
-    if (bRestricted)
-    {
-        Line("if (!bRead)");
-        Line("    " + strToBase);
+            Call("description.AnyAttribute", {"m_" + field.strName, GetConstantName(field)});
     }
     End();
 }
 
 void CDefinition::PrintInit()
 {
-    std::vector<std::string> lines;
-    for (const SField& field : m_fields)
-    {
-        if (!field.bInherited)
-            lines.push_back("m_" + field.strName + ".Reset();");
-    }
-    const bool bOwn = !lines.empty();
-    if (!bOwn && !m_type.bNillable)
+    if (!m_type.bNillable)
         return;
-    if (bOwn && m_type.eGroup == SClass::EGroup::Choice)
-        lines.push_back("m_choice.Reset();");
-    if (m_type.bNillable)
-        lines.push_back("ResetNil();");
     Begin("void " + Own("Init()"));
-    if (m_type.pBase != nullptr)
-        Line(m_scope.Name(*m_type.pBase) + "::Init();");
-    for (const std::string& strLine : lines)
-        Line(strLine);
+    Line("CGenerated::Init();");
+    Line("ResetNil();");
     End();
 }
 

@@ -246,6 +246,15 @@ std::vector<SField> GetFields(const SClass& type)
     return fields;
 }
 
+bool HoldsChoice(const SClass& type)
+{
+    const auto IsChoice = [](const SClass& other)
+    {
+        return other.eGroup == SClass::EGroup::Choice;
+    };
+    return IsChoice(type) && !HasBase(type, IsChoice);
+}
+
 ECollection GetNamedCollection(const SClass& item)
 {
     if (item.bPseudo)
@@ -277,13 +286,6 @@ CUsage::CUsage(const SBinding& binding)
 std::string GetCollectionType(const SClass& item, const CScope& scope)
 {
     return GetCollectionType(GetNamedCollection(item), scope.Name(item), scope);
-}
-
-bool NeedsDestructor(const std::vector<SField>& fields, const SPlace& header)
-{
-    return std::any_of(fields.begin(), fields.end(),
-                       [&](const SField& field)
-                       { return !field.bInherited && field.pClass != nullptr && !header.IsComplete(*field.pClass); });
 }
 
 std::string GetStorageType(const SField& field, const SPlace& place)

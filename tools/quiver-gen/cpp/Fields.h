@@ -47,6 +47,9 @@ struct SField
 /// What a class lists, in the order of its tables: text, elements, attributes, open attributes.
 std::vector<SField> GetFields(const binding::SClass& type);
 
+/// Whether a class is a choice, and no base of it holds that.
+bool HoldsChoice(const binding::SClass& type);
+
 /// The kinds of collections of objects.
 enum class ECollection
 {
@@ -92,9 +95,6 @@ struct SPlace
     std::function<bool(const binding::SClass&)> IsCollectionNamed;
     bool bUtf8 = false; ///< accessors take and give text as UTF-8
 };
-
-/// Whether the destructor of a class has to be defined in a source, where the classes that it holds are known.
-bool NeedsDestructor(const std::vector<SField>& fields, const SPlace& header);
 
 /// Type of the data member: `QvXmlLib9::CRequired<SSku>`.
 std::string GetStorageType(const SField& field, const SPlace& place);
