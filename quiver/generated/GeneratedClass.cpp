@@ -98,9 +98,17 @@ void CGeneratedObject::ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_
 void CGeneratedObject::AccessProperty(int nPropertyIndex, bool bRead, QvVariant& value)
 {
     const SClassTables& tables = Tables();
-    if (nPropertyIndex < 0 || nPropertyIndex >= tables.nMembers)
+    if (static_cast<unsigned int>(nPropertyIndex) >= static_cast<unsigned int>(tables.nMembers))
         return;
     const SMemberRecord& record = tables.pMembers[nPropertyIndex];
+    if (record.IsPlain())
+        record.pOperations->pfnAccess(MemberAt(record.nOffset), bRead, value, {record, record.lpctName, nullptr});
+    else
+        AccessMember(record, bRead, value);
+}
+
+void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
+{
     const wchar_t* const lpctName = record.lpctName == nullptr ? ElementName().c_str() : record.lpctName;
     // A value is checked before the member takes it, and after the member gave it.
     if (!bRead && record.pfnCheck != nullptr)

@@ -115,6 +115,8 @@ protected:
 
 private:
     CChoiceState* ChoiceState() { return const_cast<CChoiceState*>(std::as_const(*this).ChoiceState()); }
+    /// AccessProperty of a member that is more than a property.
+    void AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value);
     void* MemberAt(std::ptrdiff_t nOffset) { return reinterpret_cast<char*>(this) + nOffset; }
     /// @throws CQvValidationException on writing a choice that has to have a member and has none.
     void Throw_IfChoiceIsMissing(const CXmlSerializationContext& context) const;

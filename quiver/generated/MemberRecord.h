@@ -54,6 +54,9 @@ struct SMemberRecord
     int nMin = 0;
     int nMax = 0; ///< -1 for unbounded
     /// @}
+
+    /// Whether its operations alone are to be asked.
+    bool IsPlain() const { return lpctName != nullptr && !bChoice && pfnCheck == nullptr && !bCounts; }
 };
 
 } // namespace QvXmlLib9
