@@ -402,4 +402,18 @@ void CheckRules(const SDocument& document, CDiagnostics& diagnostics)
     CRuleChecker(document, diagnostics).Check();
 }
 
+std::set<CConstruct> GetLanguage()
+{
+    std::set<CConstruct> language;
+    for (const SRule& rule : s_rules)
+    {
+        const std::string strElement(rule.svName.substr(rule.svName.rfind('/') + 1));
+        language.insert({strElement, {}});
+        for (const std::string_view svNames : {rule.svRequired, rule.svOptional})
+            for (const std::string_view svName : SplitList(svNames))
+                language.insert({strElement, std::string(svName)});
+    }
+    return language;
+}
+
 } // namespace quiver_gen::schema
