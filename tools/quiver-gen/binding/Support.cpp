@@ -42,7 +42,7 @@ constexpr SSupport s_documents[] = {
 constexpr SSupport s_declarations[] = {
     {"element", "", "a member with `Get` and `Set`; a global one also a root of the factory", "any-type",
      "sequence CppWriter.WritesTheFactory BindingContent.BecomesMembersAndGroups"},
-    {"element attribute", "name", "the name of the accessors, in capitals and made unique", "",
+    {"element attribute", "name", "the name of the accessors, in Pascal case and made unique", "",
      "names BindingNames.AreApart"},
     {"element attribute", "ref", "the member that the global declaration says", "", "forms attributes"},
     {"element attribute", "type", "the type of the member: a value, or an object of a class", "",
