@@ -44,6 +44,29 @@ struct STables : CGeneratedObject
     void (*m_pfnDescribe)(CClassDescription&) = nullptr;
 };
 
+/// Restricts CDrawing: a title of another form, one shape, no frame.
+class CSketch : public CGenerated<CSketch, CDrawing>
+{
+public:
+    explicit CSketch(const wchar_t* lpctElementName = L"drawing")
+        : CInstanceMonitor(L"CSketch")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        CDrawing::Describe(description);
+        description.Restrict();
+        description.Class(GroupType_Sequence, ElementType_Element, L"drawing", s_lpctNamespace);
+        description.Element(L"title", s_lpctNamespace, description.Inherited(&m_Title), SSku::Type());
+        description.RestrictValues<SSku>(&m_Title);
+        description.RepeatedObject(L"shape", s_lpctNamespace, description.Inherited(&m_Shapes));
+        description.RestrictCounts(&m_Shapes, 1, 1);
+    }
+};
+
 } // namespace
 
 TEST(ClassDescription, KeepsTheOrderOfTheMembers)
@@ -129,4 +152,35 @@ TEST(ClassDescription, LeavesNothingBehindWhenItFails)
     tables.Build([](CClassDescription& description)
                  { description.Class(GroupType_Sequence, ElementType_Element, L"x", L""); });
     EXPECT_TRUE(tables.m_tables.bBuilt);
+}
+
+TEST(ClassDescription, NarrowsTheMembersOfABase)
+{
+    const std::wstring strTitle = L"<title>ABC-1</title>";
+    const std::wstring strShape = L"<s:circle/>";
+    EXPECT_EQ(Refusal<CSketch>(Document(L"drawing", L"", strTitle + strShape)), L"done");
+    EXPECT_TRUE(EndsWith(Refusal<CSketch>(Document(L"drawing", L"", strTitle + strShape + strShape)),
+                         L"The Maximum number of [shape] elements allowed in this collection is 1"));
+    EXPECT_NE(Refusal<CSketch>(Document(L"drawing", L"", L"<title>free</title>" + strShape)), L"done");
+    EXPECT_NE(Refusal<CSketch>(Document(L"drawing", L"", strTitle + strShape + L"<middle>x</middle>")), L"done");
+}
+
+TEST(ClassDescription, ChecksInheritedMembersWhenTheyAreWritten)
+{
+    CSketch sketch;
+    sketch.m_Title.Set(L"free", L"title");
+    sketch.m_Shapes.Get(CDrawing::s_Shape)->Add(new CCircle);
+    EXPECT_NE(MessagesOf([&] { Write(sketch); }), L"done");
+    sketch.m_Title.Set(L"ABC-1", L"title");
+    EXPECT_EQ(MessagesOf([&] { Write(sketch); }), L"done");
+}
+
+TEST(ClassDescription, ResetsMembersThatARestrictionLeavesOut)
+{
+    CSketch sketch;
+    sketch.m_Frame.Set(new CCircle, L"shape");
+    sketch.FromXml(Document(L"drawing", L"", L"<title>ABC-1</title><s:circle/>").c_str(),
+                   CXmlSerializationContext::GetDefaultContext());
+    EXPECT_FALSE(sketch.m_Frame.IsSet());
+    EXPECT_EQ(sketch.m_Shapes.Get(CDrawing::s_Shape)->GetCount(), 1);
 }
