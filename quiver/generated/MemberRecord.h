@@ -12,7 +12,7 @@ namespace QvXmlLib9
 {
 
 class CXmlCollectionBase;
-class QvVariant;
+struct QvVariant;
 struct SMemberRecord;
 struct SRepeatedElement;
 struct SWildcard;
