@@ -17,6 +17,20 @@ if ! diff -u cmake/installed_files.txt "$scratch/installed"; then
     exit 1
 fi
 
+echo "check_package: version"
+version=$(sed -nE 's/^project\(Quiver VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
+expect_version()
+{
+    [ "$2" = "$version" ] || { echo "check_package: $1 has the version $2, not $version" >&2; exit 1; }
+}
+for program in quiver-fi quiver-gen; do
+    expect_version "$program" "$("$prefix/bin/$program" --version | sed "s/^$program //")"
+done
+pc=$(find "$prefix" -name quiver.pc)
+expect_version quiver.pc "$(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --modversion quiver)"
+expect_version "the shared library" "$(basename "$prefix"/lib*/libQvXmlLib9.so.*.*.* | sed 's/.*\.so\.//')"
+grep -q "^## $version" CHANGELOG.md || { echo "check_package: CHANGELOG.md has no section $version" >&2; exit 1; }
+
 echo "check_package: find_package"
 cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$scratch/build" >/dev/null
@@ -48,7 +62,6 @@ cmake --build "$scratch/part" --target parcel_none >/dev/null
 "$scratch/part/parcel_none"
 
 echo "check_package: pkg-config"
-pc=$(find "$prefix" -name quiver.pc)
 export PKG_CONFIG_PATH
 PKG_CONFIG_PATH=$(dirname "$pc")
 read -ra flags < <(pkg-config --define-variable=prefix="$prefix" --cflags --libs quiver)
