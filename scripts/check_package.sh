@@ -53,7 +53,8 @@ grep -q 40000 "$generated" || { echo "check_package: a changed schema leaves its
 
 echo "check_package: add_subdirectory"
 # The flags of the build that is there, so that a compiler cache has the objects.
-flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON)
+# This part takes PCRE2, the installed one PCRE.
+flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON -DQUIVER_PCRE=2)
 if command -v ccache >/dev/null; then
     flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 fi

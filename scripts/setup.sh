@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build pkg-config
-    libexpat1-dev libpcre3-dev zlib1g-dev
+    libexpat1-dev libpcre3-dev libpcre2-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
     locales
 )
