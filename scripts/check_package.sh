@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
-# static, and by pkg-config; and then its sources as a part of another project. Each CMake project has classes made of a
-# schema too. Compares the installed files with the list that is checked in.
+# Shows Quiver in somebody else's build: installs the release build into a fresh prefix and uses it from there by find_package,
+# shared and static, by quiver_generate and by pkg-config; uses its sources as a part of another project, with PCRE2; makes the
+# Debian packages, installs, uses and removes them; and checks the recipes of packaging as far as that goes offline. Compares
+# the installed files with the list that is checked in, and what each part says of its version with the project's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -65,6 +66,14 @@ cmake --build "$scratch/part" --target parcel_none >/dev/null
 echo "check_package: pkg-config"
 export PKG_CONFIG_PATH
 PKG_CONFIG_PATH=$(dirname "$pc")
-read -ra flags < <(pkg-config --define-variable=prefix="$prefix" --cflags --libs quiver)
+read -ra flags < <(pkg-config --cflags --libs quiver)
 g++ -std=c++17 tests/package/consumer.cpp "${flags[@]}" -o "$scratch/consumer"
-LD_LIBRARY_PATH=$(pkg-config --define-variable=prefix="$prefix" --variable=libdir quiver) "$scratch/consumer"
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir quiver) "$scratch/consumer"
+
+echo "check_package: Debian packages"
+command -v lintian >/dev/null || { echo "check_package: lintian is missing; scripts/setup.sh --checks installs it" >&2; exit 1; }
+(cd build/release && cpack -B "$scratch/packages" >/dev/null 2>&1) || { echo "check_package: cpack failed" >&2; exit 1; }
+tests/package/check_debian.sh "$scratch/packages"
+
+echo "check_package: recipes"
+scripts/check_packaging.py
