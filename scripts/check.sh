@@ -93,6 +93,11 @@ while IFS= read -r name; do
     grep -qxF "### $name" docs/compatibility.md || complain "docs/compatibility.md has no entry \"$name\""
 done < <(git grep -ohE 'docs/compatibility\.md: [A-Z][^).:]*' -- '*.h' '*.cpp' | sed -e 's/^[^:]*: //' -e 's/ *$//' | sort -u)
 
+# What debuggers show are members that classes have.
+while IFS= read -r member; do
+    git grep -qwF "$member" -- 'quiver/*.h' || complain "tools/debugger names $member, which no class has"
+done < <(grep -ohE '\b(m_[A-Za-z0-9]+|p?str[A-Z][A-Za-z]+)\b' tools/debugger/quiver.natvis tools/debugger/quiver_gdb.py | sort -u)
+
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then
     complain "the macros above hold code"

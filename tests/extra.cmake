@@ -183,3 +183,16 @@ if(TARGET Constructs_test)
     endif()
     target_compile_definitions(Golden_test PRIVATE QUIVER_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/golden")
 endif()
+
+# --- Values in the debugger -----------------------------------------------------------------------------------------
+
+# gdb reads the debug information of the program alone, so that the library may have been built without.
+find_program(QUIVER_GDB gdb)
+mark_as_advanced(QUIVER_GDB)
+if(QUIVER_GDB AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUIVER_SANITIZE)
+    add_executable(debugger_values "${CMAKE_CURRENT_SOURCE_DIR}/debugger/values.cpp")
+    target_link_libraries(debugger_values PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
+    target_compile_options(debugger_values PRIVATE -O0 -g -femit-class-debug-always)
+    add_test(NAME Debugger COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/debugger/check.sh" $<TARGET_FILE:debugger_values>)
+    set_tests_properties(Debugger PROPERTIES TIMEOUT 300)
+endif()
