@@ -76,7 +76,7 @@ public:
 
     /// Starts an element inside the one that is open, or the root.
     /// @param svName the local name.
-    /// @param strNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
+    /// @param svNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
     virtual void StartElement(std::wstring_view svName, std::wstring_view svNamespace) = 0;
 
     /// Writes text into the open element. Empty text writes nothing.
@@ -87,7 +87,7 @@ public:
     virtual void EndElement() = 0;
 
     /// Writes an attribute of the open element.
-    /// @param strNamespace the namespace URI, empty for none.
+    /// @param svNamespace the namespace URI, empty for none.
     /// @param eType as for WriteText.
     /// @throws CQvException "Attributes must be added before elements" once the element has text or a child.
     virtual void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
