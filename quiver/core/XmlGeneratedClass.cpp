@@ -2,7 +2,7 @@
 
 #include "quiver/collections/Attribute.h"
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"

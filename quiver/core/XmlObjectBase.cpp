@@ -2,7 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"

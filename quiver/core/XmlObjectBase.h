@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/ShortText.h"

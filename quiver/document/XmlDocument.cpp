@@ -1,9 +1,9 @@
 #include "quiver/document/XmlDocument.h"
 
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/DocumentSource.h"
 #include "quiver/document/ExpatReader.h"
 #include "quiver/document/OverlappedSource.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/fastinfoset/FastInfosetReader.h"
 #include "quiver/foundation/Encoder.h"

@@ -2,9 +2,9 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/metadata/ElementInfoAll.h"

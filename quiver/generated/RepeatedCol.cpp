@@ -1,7 +1,7 @@
 #include "quiver/generated/RepeatedCol.h"
 
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"

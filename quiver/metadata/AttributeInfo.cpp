@@ -2,8 +2,8 @@
 
 #include "quiver/collections/Attribute.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlAttribute.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"

@@ -1,4 +1,4 @@
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
