@@ -185,7 +185,7 @@ public:
             Base::Checked(*value, lpctName);
     }
 
-    /// Sets the value, or takes it away. Throws as Check does; the old one stays then.
+    /// Sets the value, or takes it away. @throws what Check throws; the old one stays then.
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
         m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
@@ -334,19 +334,20 @@ private:
     mutable CSmartPtr<TClass> m_spObject;
 };
 
-/// A child object that may be absent.
-template <class TClass>
-class COptionalObject
+/// An object or null. `TCheck` is called with the object and the name of the property, and throws for one that may not
+/// stand there.
+template <class TClass, class TCheck>
+class CHeldObject
 {
 public:
     CSmartPtr<TClass> Get() const { return m_spObject; }
     bool IsSet() const { return m_spObject != nullptr; }
     static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
 
-    /// @throws CQvInvalidParamException for an object under another element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const { CheckObject(pObject, lpctName, false); }
+    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
+    void Check(const TClass* pObject, const wchar_t* lpctName) const { TCheck()(pObject, lpctName); }
 
-    /// Sets the object, or takes it away with null. Throws as Check does.
+    /// Sets the object, or takes it away with null. @throws what Check throws.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
         const CSmartPtr<TClass> spObject = pObject;
@@ -368,43 +369,36 @@ private:
     CSmartPtr<TClass> m_spObject;
 };
 
+struct SOwnNameCheck
+{
+    template <class TClass>
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckObject(pObject, lpctName, false);
+    }
+};
+
+template <class TClass>
+struct SAlternativeCheck
+{
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckAlternative(pObject, lpctName, TClass::Alternatives());
+    }
+};
+
+/// A child object that may be absent; it stands under its own name only.
+template <class TClass>
+class COptionalObject : public CHeldObject<TClass, SOwnNameCheck>
+{
+};
+
 /// A child object of an abstract or extended type, or an element that others may stand for: any class derived from
 /// `TClass`, under any name that its substitution group allows. It is null as long as none is set, also where one has
 /// to be there before the object is written: only the program knows its class.
 template <class TClass>
-class CPolymorphicObject
+class CPolymorphicObject : public CHeldObject<TClass, SAlternativeCheck<TClass>>
 {
-public:
-    CSmartPtr<TClass> Get() const { return m_spObject; }
-    bool IsSet() const { return m_spObject != nullptr; }
-    static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
-
-    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const
-    {
-        CheckAlternative(pObject, lpctName, TClass::Alternatives());
-    }
-
-    /// Sets the object, or takes it away with null. Throws as Check does.
-    void Set(TClass* pObject, const wchar_t* lpctName)
-    {
-        const CSmartPtr<TClass> spObject = pObject;
-        Check(pObject, lpctName);
-        m_spObject = spObject;
-    }
-
-    void Reset() { m_spObject = nullptr; }
-
-    void Access(bool bRead, QvVariant& variant, const wchar_t*)
-    {
-        if (bRead)
-            variant.SetXmlObject(m_spObject);
-        else
-            m_spObject = ObjectIn<TClass>(variant);
-    }
-
-private:
-    CSmartPtr<TClass> m_spObject;
 };
 
 /// A repeated member: a collection that is made when it is asked for the first time.
