@@ -416,7 +416,7 @@ CBinaryData EncodeUtf8(const wchar_t* lpctText)
     const auto dwActualLen = static_cast<std::size_t>(pOut - pBytes.get());
     QV_ASSERT(dwActualLen != 0);
     QV_ASSERT(dwActualLen == dwUtf8Len);
-    return CBinaryData(pBytes.release(), dwActualLen, true);
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(dwActualLen), true);
 }
 
 // --- Units ----------------------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
 #include <array>
@@ -213,47 +214,46 @@ thread_local bool t_bThreadEnded = false;
 #undef QV_FAST_THREAD_LOCAL
 
 /// Ends a thread's counting: what it counted goes to the records.
-class CThreadOwner
+void EndThread(void* pData)
 {
-public:
-    CThreadOwner()
-        : m_pThread(std::make_unique<SThread>())
+    const std::unique_ptr<SThread> pThread(static_cast<SThread*>(pData));
+    SState& state = State();
+    const std::lock_guard<std::mutex> lock(state.m_cs);
+    for (const std::unique_ptr<ClassType>& pct : state.m_records)
     {
-        SState& state = State();
-        const std::lock_guard<std::mutex> lock(state.m_cs);
-        state.m_threads.push_back(&m_pThread->counts);
-        t_pThread = m_pThread.get();
+        const CThreadCounts::SCount* const pCount = pThread->counts.Find(pct->nIndex);
+        if (pCount == nullptr)
+            continue;
+        pct->lTotalCount += pCount->lTotal.load(std::memory_order_relaxed);
+        pct->lDestroyedCount += pCount->lDestroyed.load(std::memory_order_relaxed);
     }
+    state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), &pThread->counts));
+    t_pThread = nullptr;
+    t_bThreadEnded = true;
+}
 
-    ~CThreadOwner()
+/// Begins the counting of the calling thread.
+void BeginThread()
+{
+    auto pThread = std::make_unique<SThread>();
     {
         SState& state = State();
         const std::lock_guard<std::mutex> lock(state.m_cs);
-        for (const std::unique_ptr<ClassType>& pct : state.m_records)
+        state.m_threads.push_back(&pThread->counts);
+        if (!QvXmlLib9::Platform::CallAtThreadEnd(&EndThread, pThread.get()))
         {
-            const CThreadCounts::SCount* const pCount = m_pThread->counts.Find(pct->nIndex);
-            if (pCount == nullptr)
-                continue;
-            pct->lTotalCount += pCount->lTotal.load(std::memory_order_relaxed);
-            pct->lDestroyedCount += pCount->lDestroyed.load(std::memory_order_relaxed);
+            state.m_threads.pop_back();
+            throw std::bad_alloc();
         }
-        state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), &m_pThread->counts));
-        t_pThread = nullptr;
-        t_bThreadEnded = true;
     }
-
-    CThreadOwner(const CThreadOwner&) = delete;
-    CThreadOwner& operator=(const CThreadOwner&) = delete;
-
-private:
-    std::unique_ptr<SThread> m_pThread;
-};
+    t_pThread = pThread.release();
+}
 
 /// What the calling thread has, or null while the thread comes to its end.
 SThread* GetThread()
 {
     if (t_pThread == nullptr && !t_bThreadEnded)
-        thread_local const CThreadOwner t_owner;
+        BeginThread();
     return t_pThread;
 }
 

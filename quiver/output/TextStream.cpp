@@ -122,7 +122,7 @@ CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)
     ForEachPieceUpToZero(buffer, [&](auto strPiece) { output.Write(strPiece); });
     const auto nWritten = static_cast<std::size_t>(output.GetEnd() - pBytes.get());
     QV_ASSERT_MSG(nWritten == nBytes, "dwActualLen == dwUtf8Len");
-    return CBinaryData(pBytes.release(), nWritten, true);
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(nWritten), true);
 }
 
 CBinaryData EncodeUtf16Pieces(const CStringBuffer& buffer)
@@ -139,7 +139,7 @@ CBinaryData EncodeUtf16Pieces(const CStringBuffer& buffer)
                              WriteUtf16(strPiece, pOut);
                              pOut += strPiece.size() * 2;
                          });
-    return CBinaryData(pBytes.release(), nUnits * 2, true);
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(nUnits * 2), true);
 }
 
 } // namespace

@@ -144,6 +144,14 @@ std::size_t GetStackBytesLeft();
 /// Size in bytes of the calling thread's stack, or the greatest value where the platform cannot tell.
 std::size_t GetStackSize();
 
+// --- Threads --------------------------------------------------------------------------------------------------------
+
+/// Has an operation called when the calling thread ends, after the destructors of the thread's own objects or, where
+/// these come late, ahead of them. A thread has one; the last call holds.
+/// @return false for want of memory.
+using PfnThreadEnd = void (*)(void* pData);
+bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData);
+
 // --- Time -----------------------------------------------------------------------------------------------------------
 
 /// The machine's local time.

@@ -566,4 +566,34 @@ bool GetZonedTime(__int64 nTime, std::tm& fields)
     return localtime_r(&nSeconds, &fields) != nullptr;
 }
 
+// --- Threads --------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+struct SThreadEnd
+{
+    SThreadEnd() = default;
+    SThreadEnd(const SThreadEnd&) = delete;
+    SThreadEnd& operator=(const SThreadEnd&) = delete;
+    ~SThreadEnd()
+    {
+        if (pfnEnd != nullptr)
+            pfnEnd(pData);
+    }
+
+    PfnThreadEnd pfnEnd = nullptr;
+    void* pData = nullptr;
+};
+
+} // namespace
+
+bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData)
+{
+    thread_local SThreadEnd t_end;
+    t_end.pfnEnd = pfnEnd;
+    t_end.pData = pData;
+    return true;
+}
+
 } // namespace QvXmlLib9::Platform
