@@ -72,6 +72,7 @@ while IFS= read -r source; do
     stem=$(basename "${source%.cpp}")
     case "$source" in
     quiver/foundation/platform/*) stem=Platform ;;
+    quiver/foundation/PatternEngine*) stem=Pattern ;;
     esac
     [ -n "$(git ls-files "tests/*/${stem}_test.cpp" "tests/${stem}_test.cpp")" ] || complain "$source has no test tests/*/${stem}_test.cpp"
 done < <(git ls-files 'quiver/*.cpp')

@@ -4,14 +4,14 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build pkg-config
-    libexpat1-dev libpcre3-dev zlib1g-dev
+    libexpat1-dev libpcre3-dev libpcre2-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
     locales
 )
 if [ "${1:-}" = "--checks" ]; then
     # What only the checks of continuous integration need.
     packages+=(clang clang-format libclang-rt-14-dev python3 default-jdk-headless libfastinfoset-java)
-    packages+=(libxml2-utils libxerces-c-dev bc)
+    packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian)
 fi
 if [ "${1:-}" = "--windows" ]; then
     # What building for Windows, and running there, needs beside.

@@ -35,9 +35,32 @@ if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     endforeach()
 endif()
 
-# --- Patterns against the library that matches them -----------------------------------------------------------------
+# --- Patterns, by both libraries that match them --------------------------------------------------------------------
 
-target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
+# Answers are compared with those of PCRE called directly, whichever library the build takes.
+if(PCRE_FOUND)
+    target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
+    target_compile_definitions(Pattern_test PRIVATE QUIVER_TEST_WITH_PCRE)
+endif()
+
+# Where both are installed, the tests of patterns and facets run a second time with the one that the build does not take: its
+# source precedes that of the library.
+if(PCRE_FOUND AND PCRE2_FOUND)
+    add_library(quiver_other_pattern_engine OBJECT
+        "${PROJECT_SOURCE_DIR}/quiver/foundation/${QUIVER_OTHER_PATTERN_ENGINE}")
+    target_link_libraries(quiver_other_pattern_engine
+        PUBLIC PCRE::PCRE PCRE2::8BIT
+        PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
+    foreach(_name Pattern_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test Constructs_test)
+        if(TARGET ${_name})
+            set(_other ${_name}.other_pcre)
+            add_executable(${_other} $<TARGET_OBJECTS:${_name}> $<TARGET_OBJECTS:quiver_other_pattern_engine>)
+            target_link_libraries(${_other} PRIVATE quiver_other_pattern_engine quiver_test_support)
+            add_test(NAME ${_other} COMMAND ${_other})
+            set_tests_properties(${_other} PROPERTIES TIMEOUT 600)
+        endif()
+    endforeach()
+endif()
 
 # --- Generated classes ----------------------------------------------------------------------------------------------
 

@@ -11,6 +11,7 @@
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/Product.h"
 #include "quiver/foundation/QvZip.h"
 #include "quiver/foundation/StackGuard.h"
 #include "quiver/foundation/platform/Platform.h"
@@ -29,9 +30,6 @@ namespace QvXmlLib9
 namespace
 {
 
-constexpr int s_nLibraryMajor = 9;
-constexpr int s_nLibraryMinor = 0;
-
 // Set while the process starts, before objects are used on several threads.
 int s_nGeneratorMajor = 0;
 int s_nGeneratorMinor = 0;
@@ -42,12 +40,12 @@ std::atomic<bool> s_bFirstObjectMade{false};
 
 bool IsGeneratorVersionRight()
 {
-    return s_nGeneratorMajor == s_nLibraryMajor && s_nGeneratorMinor == s_nLibraryMinor;
+    return s_nGeneratorMajor == g_nVersionMajor && s_nGeneratorMinor == g_nVersionMinor;
 }
 
 std::wstring FormatVersions(const wchar_t* lpctFormat)
 {
-    return FormatString(lpctFormat, s_nLibraryMajor, s_nLibraryMinor, s_nGeneratorMajor, s_nGeneratorMinor);
+    return FormatString(lpctFormat, g_nVersionMajor, g_nVersionMinor, s_nGeneratorMajor, s_nGeneratorMinor);
 }
 
 void ShowVersionMismatch()

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +14,7 @@ namespace QvXmlLib9
 /// search builds no string, and a copy is a copy of three blocks of memory.
 ///
 /// Where one text can stand in several places, a number tells them apart. Texts are UTF-16 units, none of them 0.
-class QVXMLLIB_API CFIIndexMap
+class CFIIndexMap
 {
 public:
     /// X.891, 8.4: no table holds more entries than this.
@@ -117,7 +115,7 @@ private:
 
 /// From qualified names to their indexes, as CFIIndexMap. Elements of a document follow each other in patterns, so what
 /// came behind a name the last time is tried first.
-class QVXMLLIB_API CFINameMap
+class CFINameMap
 {
 public:
     /// Parts that are not there are empty.

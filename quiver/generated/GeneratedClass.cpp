@@ -5,6 +5,7 @@
 #include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/Product.h"
 #include "quiver/output/XmlWriter.h"
 
 namespace QvXmlLib9
@@ -24,7 +25,7 @@ namespace
 
 SRegisterGenerator::SRegisterGenerator()
 {
-    Register(9, 0);
+    Register(g_nVersionMajor, g_nVersionMinor);
 }
 
 CGeneratedObject::CGeneratedObject(const wchar_t* lpctElementName)

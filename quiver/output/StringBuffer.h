@@ -1,6 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <cstddef>
@@ -24,7 +23,7 @@ namespace QvXmlLib9
 /// The buffer holds UTF-16 code units only: a whole code point above 0xFFFF is stored as its surrogate pair. Blocks
 /// that are full are kept in one or two bytes a unit, so that a large document takes no more memory than its bytes
 /// will. An object is used by one thread at a time.
-class QVXMLLIB_API CStringBuffer : public CInstanceMonitor
+class CStringBuffer : public CInstanceMonitor
 {
 public:
     /// An empty buffer with blocks of 4095 units.

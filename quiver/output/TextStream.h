@@ -1,6 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/StringBuffer.h"
@@ -23,7 +22,7 @@ class CBinaryData;
 ///     CBinaryData bytes = stream.GetBinaryData();
 ///
 /// A stream is used by one thread at a time.
-class QVXMLLIB_API CTextStream : public CInstanceMonitor
+class CTextStream : public CInstanceMonitor
 {
 public:
     /// A stream without a byte form (`Encoding_None`).

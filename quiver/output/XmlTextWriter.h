@@ -1,6 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
@@ -32,7 +31,7 @@ class CTextStream;
 ///
 /// A namespace that has no prefix gets a generated one (AA, AB, ...), declared on the element that needs it first. A
 /// default namespace or a prefix set while an element is open changes how names are written but is not declared.
-class QVXMLLIB_API CXmlTextWriter : public CXmlWriter
+class CXmlTextWriter : public CXmlWriter
 {
 public:
     /// @param pStream where to; must live as long as the writer. Not owned.
