@@ -198,6 +198,11 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
 
 void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)
 {
+    if (IsTagCurrent(context))
+    {
+        m_out.WriteIntegerBit3(byCurrent, context.m_dwNameIndex);
+        return;
+    }
     CFINameMap& map = m_vocabulary.m_elementNameMap;
     if (m_nQualifierNamespaceId != context.m_nNamespaceId || m_nQualifierVersion != GetScopeVersion())
     {
@@ -214,10 +219,19 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
     }
     const CFINameMap::SName name{m_strElementPrefix, context.m_svNamespace, context.m_strElementName};
     const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
-    if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
-        m_out.WriteIntegerBit3(byCurrent, dwIndex);
-    else
+    const std::size_t nUnits = name.svNamespace.size() + name.svLocalName.size();
+    if (dwIndex == 0 || !MayRepeatName(nUnits))
+    {
         WriteLiteralElementName(byCurrent, name);
+        return;
+    }
+    m_out.WriteIntegerBit3(byCurrent, dwIndex);
+    // References to long names are counted, each of them.
+    if (nUnits <= CFIRepetition::s_nShortName)
+    {
+        context.m_dwNameIndex = dwIndex;
+        SetTagCurrent(context);
+    }
 }
 
 void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)

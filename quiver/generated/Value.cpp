@@ -435,9 +435,7 @@ void StoreValue(const CSimpleType& type, float value, QvVariant& variant)
 
 void StoreValue(const CSimpleType& type, double value, QvVariant& variant)
 {
-    IntegerRoom room;
-    if (!PrintShortR8(room, value).empty() ||
-        PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
+    if (IsShortR8(value) || PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
         variant.SetR8(value);
     else
         variant.SetString(ValueText(type, value));

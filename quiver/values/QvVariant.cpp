@@ -400,7 +400,10 @@ void QvVariant::SetString(std::wstring value)
 
 void QvVariant::SetStringRef(const std::wstring& value)
 {
-    if (!m_bMayBorrow || HasWholeCodePoints(value))
+    std::uint32_t nAll = 0;
+    for (const wchar_t c : value)
+        nAll |= static_cast<std::uint32_t>(c);
+    if (!m_bMayBorrow || nAll > 0xFFFF)
         return SetString(value);
     Clear();
     // Only read through: whoever takes the value away copies it.

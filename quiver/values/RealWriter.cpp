@@ -34,22 +34,29 @@ double UlpOf(double dValue)
 /// of the number.
 bool HasSixteenDigits(double dMagnitude)
 {
-    double dSixteenthDigit = 1e-18;
-    for (double dPower = 1e-2; dPower <= dMagnitude; dPower *= 10)
+    double dSixteenthDigit = dMagnitude < 10 ? 1e-18 : 1e-15;
+    for (double dPower = dMagnitude < 10 ? 1e-2 : 1e1; dPower <= dMagnitude; dPower *= 10)
         dSixteenthDigit *= 10;
     return UlpOf(dMagnitude) < dSixteenthDigit * 0.999;
 }
 
-/// A decimal with a few fraction digits, as prices and measurements are.
-std::wstring_view PrintShortDecimal(IntegerRoom& room, double dValue)
+/// Ten thousand times a number that is a decimal with a few fraction digits, as prices and measurements are; 0 for any
+/// other.
+std::uint64_t FindShortDecimal(double dValue)
 {
     constexpr double dScale = 1e4;
     const double dMagnitude = std::fabs(dValue);
     if (!(dMagnitude >= 1e-3 && dMagnitude < 1e11))
-        return {};
+        return 0;
     // Both numbers are whole and small enough to be exact, so the quotient is the number nearest to the decimal.
-    auto nScaled = static_cast<std::uint64_t>(dMagnitude * dScale + 0.5);
-    if (static_cast<double>(nScaled) / dScale != dMagnitude || !HasSixteenDigits(dMagnitude))
+    const auto nScaled = static_cast<std::uint64_t>(dMagnitude * dScale + 0.5);
+    return static_cast<double>(nScaled) / dScale == dMagnitude && HasSixteenDigits(dMagnitude) ? nScaled : 0;
+}
+
+std::wstring_view PrintShortDecimal(IntegerRoom& room, double dValue)
+{
+    std::uint64_t nScaled = FindShortDecimal(dValue);
+    if (nScaled == 0)
         return {};
 
     wchar_t* const pEnd = room + std::size(room);
@@ -69,12 +76,15 @@ std::wstring_view PrintShortDecimal(IntegerRoom& room, double dValue)
 }
 
 /// A whole number below a power of ten; not the negative zero.
+bool IsWhole(double dValue, double dLimit)
+{
+    return std::fabs(dValue) < dLimit && static_cast<double>(static_cast<std::int64_t>(dValue)) == dValue &&
+           (dValue != 0 || !std::signbit(dValue));
+}
+
 std::wstring_view PrintWhole(IntegerRoom& room, double dValue, double dLimit)
 {
-    if (!(std::fabs(dValue) < dLimit) || (dValue == 0 && std::signbit(dValue)))
-        return {};
-    const auto nWhole = static_cast<std::int64_t>(dValue);
-    return static_cast<double>(nWhole) == dValue ? PrintInteger(room, nWhole) : std::wstring_view();
+    return IsWhole(dValue, dLimit) ? PrintInteger(room, static_cast<std::int64_t>(dValue)) : std::wstring_view();
 }
 
 /// What distinguishes the two floating point kinds in print.
@@ -128,6 +138,11 @@ void AppendReal(std::wstring& strOut, double dValue, const wchar_t* lpctFormat, 
 }
 
 } // namespace
+
+bool IsShortR8(double dValue)
+{
+    return IsWhole(dValue, s_r8Form.dWholeLimit) || FindShortDecimal(dValue) != 0;
+}
 
 std::wstring_view PrintShortR8(IntegerRoom& room, double dValue)
 {

@@ -11,8 +11,11 @@
 namespace QvXmlLib9
 {
 
-/// Prints a number that needs few digits, as r8ToString does: a whole number, or one with up to four fraction digits.
-/// Most numbers of documents are such, and what is printed of them reads back as the same number.
+/// Whether a number needs few digits: a whole number, or one with up to four fraction digits. Most numbers of documents
+/// are such, and what is printed of them reads back as the same number.
+bool IsShortR8(double dValue);
+
+/// Prints such a number, as r8ToString does.
 /// @param room where the digits are put; it has to live as long as the result.
 /// @return the text, empty for any other number.
 std::wstring_view PrintShortR8(IntegerRoom& room, double dValue);
