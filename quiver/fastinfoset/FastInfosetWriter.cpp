@@ -439,17 +439,17 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, 0, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_attributeValueMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(svUnits.size() + m_dwDecodedSurplus))
-            m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+            m_out.WriteIntegerBit2(s_byIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, 0, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byAddValue, svUnits, eType);
-        m_vocabulary.m_attributeValueMap.Add(svUnits);
+        m_vocabulary.m_attributeValueMap.AddLocated(svUnits, place);
     }
 }
 
@@ -467,17 +467,17 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(nWeight * (svUnits.size() + m_dwDecodedSurplus)))
-            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byChunk | s_byAddChunk, svUnits, eType);
-        m_vocabulary.m_characterChunkMap.Add(svUnits);
+        m_vocabulary.m_characterChunkMap.AddLocated(svUnits, place);
     }
 }
 

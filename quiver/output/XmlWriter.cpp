@@ -161,8 +161,21 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view svNam
     return &context;
 }
 
-/// A record with a name, which most elements share with one that has ended.
+/// A record with a name, which most elements share with one that has ended. Elements follow each other in patterns, so
+/// what came behind the last one before is tried first.
 CXmlWriter::CXmlWriterContext& CXmlWriter::TakeContext(std::wstring_view svName)
+{
+    CXmlWriterContext* const pExpected = m_pLastTaken != nullptr ? m_pLastTaken->m_pFollower : nullptr;
+    if (pExpected != nullptr && !pExpected->m_bInUse && AreEqual(pExpected->m_strElementName, svName))
+        return *(m_pLastTaken = pExpected);
+    CXmlWriterContext& context = FindContext(svName);
+    if (m_pLastTaken != nullptr)
+        m_pLastTaken->m_pFollower = context.m_bSpare ? nullptr : &context;
+    m_pLastTaken = &context;
+    return context;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::FindContext(std::wstring_view svName)
 {
     const std::uint64_t nKey = KeyOf(svName);
     SNamed* const pFirst = m_named.data() + (nKey >> 8) % (s_nNamed / s_nPlaces) * s_nPlaces;

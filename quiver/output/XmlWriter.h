@@ -209,6 +209,7 @@ private:
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
     CXmlWriterContext& TakeContext(std::wstring_view svName);
+    CXmlWriterContext& FindContext(std::wstring_view svName);
     CXmlWriterContext& TakeSpareContext();
     void SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace);
 
@@ -228,6 +229,7 @@ private:
     std::array<SNamed, s_nNamed> m_named{};
     /// Records that found no such place and are not in use.
     std::vector<CXmlWriterContext*> m_spare;
+    CXmlWriterContext* m_pLastTaken = nullptr;
     /// Records in use, by depth.
     std::vector<CXmlWriterContext*> m_contexts;
     CNamespaceScopes m_scopes;
@@ -296,6 +298,8 @@ private:
     bool m_bInUse = false;
     /// It belongs to none of the places by name.
     bool m_bSpare = false;
+    /// The record that was taken behind this one the last time.
+    CXmlWriterContext* m_pFollower = nullptr;
     /// For which namespace and scope the writer has made something of the name.
     std::uint64_t m_nTagNamespaceId = 0;
     std::uint64_t m_nTagVersion = 0;
