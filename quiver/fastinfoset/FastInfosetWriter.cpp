@@ -198,6 +198,11 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
 
 void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)
 {
+    if (IsTagCurrent(context))
+    {
+        m_out.WriteIntegerBit3(byCurrent, context.m_dwNameIndex);
+        return;
+    }
     CFINameMap& map = m_vocabulary.m_elementNameMap;
     if (m_nQualifierNamespaceId != context.m_nNamespaceId || m_nQualifierVersion != GetScopeVersion())
     {
@@ -214,10 +219,19 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
     }
     const CFINameMap::SName name{m_strElementPrefix, context.m_svNamespace, context.m_strElementName};
     const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
-    if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
-        m_out.WriteIntegerBit3(byCurrent, dwIndex);
-    else
+    const std::size_t nUnits = name.svNamespace.size() + name.svLocalName.size();
+    if (dwIndex == 0 || !MayRepeatName(nUnits))
+    {
         WriteLiteralElementName(byCurrent, name);
+        return;
+    }
+    m_out.WriteIntegerBit3(byCurrent, dwIndex);
+    // References to long names are counted, each of them.
+    if (nUnits <= CFIRepetition::s_nShortName)
+    {
+        context.m_dwNameIndex = dwIndex;
+        SetTagCurrent(context);
+    }
 }
 
 void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)
@@ -425,17 +439,17 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, 0, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_attributeValueMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(svUnits.size() + m_dwDecodedSurplus))
-            m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+            m_out.WriteIntegerBit2(s_byIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, 0, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byAddValue, svUnits, eType);
-        m_vocabulary.m_attributeValueMap.Add(svUnits);
+        m_vocabulary.m_attributeValueMap.AddLocated(svUnits, place);
     }
 }
 
@@ -453,17 +467,17 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(nWeight * (svUnits.size() + m_dwDecodedSurplus)))
-            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byChunk | s_byAddChunk, svUnits, eType);
-        m_vocabulary.m_characterChunkMap.Add(svUnits);
+        m_vocabulary.m_characterChunkMap.AddLocated(svUnits, place);
     }
 }
 

@@ -249,20 +249,27 @@ void BeginThread()
     t_pThread = pThread.release();
 }
 
-/// What the calling thread has, or null while the thread comes to its end.
-SThread* GetThread()
+SThread* MakeThread()
 {
-    if (t_pThread == nullptr && !t_bThreadEnded)
+    if (!t_bThreadEnded)
         BeginThread();
     return t_pThread;
 }
 
-/// The same for a destructor, which must not fail: null for want of memory too.
-SThread* GetThreadOrNull() noexcept
+/// What the calling thread has, or null while the thread comes to its end.
+inline SThread* GetThread()
 {
+    return t_pThread != nullptr ? t_pThread : MakeThread();
+}
+
+/// The same for a destructor, which must not fail: null for want of memory too.
+inline SThread* GetThreadOrNull() noexcept
+{
+    if (t_pThread != nullptr)
+        return t_pThread;
     try
     {
-        return GetThread();
+        return MakeThread();
     }
     catch (const std::bad_alloc&)
     {
@@ -379,9 +386,8 @@ CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
 }
 
 CInstanceMonitor::CInstanceMonitor(CInstanceClass& instanceClass)
-    : m_pct(instanceClass.GetRecord())
+    : m_pct(instanceClass.CountCreation())
 {
-    CountCreation(GetThread(), *m_pct);
 }
 
 CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
@@ -395,13 +401,25 @@ CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
     return m_pct.load(std::memory_order_relaxed);
 }
 
+CInstanceMonitor::ClassType* CInstanceClass::CountCreation()
+{
+    CInstanceMonitor::ClassType* const pct = GetRecord();
+    ::CountCreation(GetThread(), *pct);
+    return pct;
+}
+
+void CInstanceClass::CountDestruction(CInstanceMonitor::ClassType& ct) noexcept
+{
+    Count(GetThreadOrNull(), ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount);
+#if defined(QUIVER_DIAGNOSTICS)
+    QV_ASSERT_MSG(HasInstances(ct), "m_pct->lInstanceCount >= 0");
+#endif
+}
+
 CInstanceMonitor::~CInstanceMonitor()
 {
     QV_ASSERT(m_pct);
-    Count(GetThreadOrNull(), *m_pct, &CThreadCounts::SCount::lDestroyed, m_pct->lDestroyedCount);
-#if defined(QUIVER_DIAGNOSTICS)
-    QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
-#endif
+    CInstanceClass::CountDestruction(*m_pct);
 }
 
 std::wstring CInstanceMonitor::DumpState()

@@ -63,6 +63,11 @@ public:
     CInstanceClass(const CInstanceClass&) = delete;
     CInstanceClass& operator=(const CInstanceClass&) = delete;
 
+    /// Counts one instance that has no monitor of its own.
+    /// @return what CountDestruction takes when the instance ends.
+    CInstanceMonitor::ClassType* CountCreation();
+    static void CountDestruction(CInstanceMonitor::ClassType& ct) noexcept;
+
 private:
     friend class CInstanceMonitor;
 

@@ -55,6 +55,7 @@ public:
                       CXmlWriter* pWriter) const override
     {
         QvVariant value;
+        value.LetBorrow();
         this->ReadProperty(pObject, value);
         if (!value.IsValid())
         {
@@ -63,8 +64,7 @@ public:
             return false;
         }
         pWriter->StartElement(m_strElement, m_strUri);
-        std::wstring strBuffer;
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        pWriter->WriteText(CValueText(value).Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
         return true;
     }
@@ -335,16 +335,16 @@ public:
                         CXmlWriter* pWriter) const override
     {
         QvVariant value;
+        value.LetBorrow();
         ReadProperty(pObject, value);
         if (IsUnset(value))
             return;
         if (!value.IsValid())
             throw CQvValidationException(
                 FormatString(L"The required attribute [%s] has not been set", m_strName.c_str()));
-        std::wstring strBuffer;
-        const std::wstring& strText = TextOf(value, nullptr, strBuffer);
-        if (!IsSuppressedDefault(context, strText))
-            pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
+        const CValueText text(value);
+        if (!IsSuppressedDefault(context, text.Get()))
+            pWriter->WriteAttribute(m_strName, m_strNamespace, text.Get(), value.GetTypeAsEnum());
     }
 };
 

@@ -244,8 +244,6 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
-using QvXmlLib9Data::TextOf;
-
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
                               bool) const
 {
@@ -254,13 +252,12 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
     QvVariant value;
-    std::wstring strBuffer;
+    value.LetBorrow();
     for (std::size_t n = 0; n < nCount; ++n)
     {
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
-        strBuffer.clear();
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        pWriter->WriteText(QvXmlLib9Data::CValueText(value).Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }

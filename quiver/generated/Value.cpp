@@ -5,6 +5,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/LexicalForm.h"
 #include "quiver/values/Conversions.h"
+#include "quiver/values/RealWriter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -376,7 +377,7 @@ void AppendListItem(std::wstring& strText, const std::wstring& strItem)
 
 void StoreValue(const CSimpleType&, const std::wstring& value, QvVariant& variant)
 {
-    variant.SetString(value);
+    variant.SetStringRef(value);
 }
 
 void StoreValue(const CSimpleType&, bool value, QvVariant& variant)
@@ -434,7 +435,7 @@ void StoreValue(const CSimpleType& type, float value, QvVariant& variant)
 
 void StoreValue(const CSimpleType& type, double value, QvVariant& variant)
 {
-    if (PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
+    if (IsShortR8(value) || PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
         variant.SetR8(value);
     else
         variant.SetString(ValueText(type, value));

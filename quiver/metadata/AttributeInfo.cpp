@@ -104,15 +104,15 @@ void CAttributeInfoPrimitive::AttributeToXml(const CXmlSerializationContext& con
                                              CXmlWriter* pWriter) const
 {
     QvVariant value;
+    value.LetBorrow();
     ReadProperty(pObject, value);
     if (IsUnset(value))
         return;
-    std::wstring strBuffer;
-    const std::wstring& strText = TextOf(value, m_pszFormat, strBuffer);
-    if (IsSuppressedDefault(context, strText))
+    const CValueText text(value, m_pszFormat);
+    if (IsSuppressedDefault(context, text.Get()))
         return;
     QvXmlLib9::CheckRestriction(m_strName.c_str(), value, m_eItemType, m_restrictions);
-    pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
+    pWriter->WriteAttribute(m_strName, m_strNamespace, text.Get(), value.GetTypeAsEnum());
 }
 
 bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext&, CXmlGeneratedClass* pObject,

@@ -144,13 +144,13 @@ bool CElementInfo::ElementToXmlPrim(const CXmlSerializationContext&, const CXmlG
                                     CXmlWriter* pWriter) const
 {
     QvVariant value;
+    value.LetBorrow();
     ReadProperty(pObject, value);
     if (!value.IsValid())
         return false;
     CheckRestriction(value);
     pWriter->StartElement(m_strName, m_strNamespace);
-    std::wstring strBuffer;
-    pWriter->WriteText(TextOf(value, m_pszFormat, strBuffer), value.GetTypeAsEnum());
+    pWriter->WriteText(CValueText(value, m_pszFormat).Get(), value.GetTypeAsEnum());
     pWriter->EndElement();
     return true;
 }

@@ -90,7 +90,9 @@ public:
 private:
     void AppendIndent(const CXmlWriterContext& context);
     void AppendLine(std::wstring_view svText);
-    void AppendQualifiedStart(CXmlWriterContext& context);
+    void AppendStart(CXmlWriterContext& context);
+    void AppendEnd(const CXmlWriterContext& context);
+    void SetTags(CXmlWriterContext& context, const SElementPrefix& prefix);
     void AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace);
     void AppendRootDeclarations();
     void AppendXsiAttribute(std::wstring_view svName, std::wstring_view svValue);
@@ -103,6 +105,8 @@ private:
     std::wstring m_strEOL = L"\n";
     EOLType m_eEOLType = EOLType_LF;
     bool m_bFormatted = true;
+    /// The stream carries its text on.
+    bool m_bFlushes = true;
     CTextStream* m_pStream;
 };
 

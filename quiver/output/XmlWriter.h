@@ -3,13 +3,14 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/output/NamespaceScopes.h"
+#include "quiver/output/ShortUnits.h"
 #include "quiver/values/ItemType.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -147,6 +148,12 @@ protected:
     /// Another number whenever default namespace or bindings of the scope may have changed.
     std::uint64_t GetScopeVersion() const { return m_nScopeVersion; }
 
+    /// Whether what a writer has made of an element's name still holds: the same namespace, in the same scope.
+    bool IsTagCurrent(const CXmlWriterContext& context) const;
+    void SetTagCurrent(CXmlWriterContext& context) const;
+    /// Makes all of that invalid.
+    void ForgetTags() { ++m_nScopeVersion; }
+
     /// The prefix bound to a namespace, or null; valid until the next binding.
     const std::wstring* FindPrefix(std::wstring_view svNamespace) const
     {
@@ -201,12 +208,30 @@ private:
     void RestoreBindings(const NamespaceMap& mapOuter, const NamespaceMap& mapInner);
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
+    CXmlWriterContext& TakeContext(std::wstring_view svName);
+    CXmlWriterContext& FindContext(std::wstring_view svName);
+    CXmlWriterContext& TakeSpareContext();
     void SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace);
 
-    /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.
-    std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
-    /// Records in use.
-    std::size_t m_nContexts = 0;
+    /// A record and the key of its name.
+    struct SNamed
+    {
+        std::uint64_t nKey = 0;
+        CXmlWriterContext* pContext = nullptr;
+    };
+
+    /// All records. One that was given up keeps its name, with what the writer made of it, and serves the next element
+    /// of that name.
+    std::vector<std::unique_ptr<CXmlWriterContext>> m_pool;
+    /// Records by name: a few places for each key.
+    static constexpr std::size_t s_nNamed = 64;
+    static constexpr std::size_t s_nPlaces = 4;
+    std::array<SNamed, s_nNamed> m_named{};
+    /// Records that found no such place and are not in use.
+    std::vector<CXmlWriterContext*> m_spare;
+    CXmlWriterContext* m_pLastTaken = nullptr;
+    /// Records in use, by depth.
+    std::vector<CXmlWriterContext*> m_contexts;
     CNamespaceScopes m_scopes;
     /// Default namespaces of the scopes that have set one, innermost last.
     std::vector<std::wstring> m_defaultNamespaces;
@@ -254,6 +279,11 @@ public:
     bool m_bStartTagOpen = true;
     /// Used by `CFastInfosetWriter`: the list of attributes has begun.
     bool m_bAttributesOpen = false;
+    /// Used by `CXmlTextWriter`: how the start tag begins, and the end tag with what follows it.
+    CShortUnits m_startTag;
+    CShortUnits m_endTag;
+    /// Used by `CFastInfosetWriter`: the index of the name.
+    std::uint32_t m_dwNameIndex = 0;
     std::wstring m_strElementName;
     /// The namespace as given to `StartElement`.
     std::wstring_view m_svNamespace;
@@ -265,6 +295,14 @@ private:
     friend class CXmlWriter;
 
     CXmlWriter* m_pWriter = nullptr;
+    bool m_bInUse = false;
+    /// It belongs to none of the places by name.
+    bool m_bSpare = false;
+    /// The record that was taken behind this one the last time.
+    CXmlWriterContext* m_pFollower = nullptr;
+    /// For which namespace and scope the writer has made something of the name.
+    std::uint64_t m_nTagNamespaceId = 0;
+    std::uint64_t m_nTagVersion = 0;
 
     /// The scope has declared nothing of its own so far.
     bool m_bInheritsNamespaces = true;
@@ -274,8 +312,19 @@ private:
     /// What `m_svNamespace` refers to unless the enclosing element has the same namespace.
     std::wstring m_strNamespaceBuffer;
     std::uint64_t m_nNamespaceBufferId = 0;
-    /// Counts the record as an instance while it stands for an element.
-    std::optional<CInstanceMonitor> m_monitor;
+    /// The record is counted as an instance while it stands for an element.
+    CInstanceMonitor::ClassType* m_pct = nullptr;
 };
+
+inline bool CXmlWriter::IsTagCurrent(const CXmlWriterContext& context) const
+{
+    return context.m_nTagVersion == m_nScopeVersion && context.m_nTagNamespaceId == context.m_nNamespaceId;
+}
+
+inline void CXmlWriter::SetTagCurrent(CXmlWriterContext& context) const
+{
+    context.m_nTagVersion = m_nScopeVersion;
+    context.m_nTagNamespaceId = context.m_nNamespaceId;
+}
 
 } // namespace QvXmlLib9

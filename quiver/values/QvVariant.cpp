@@ -94,7 +94,7 @@ const QvVariant& QvVariant::operator=(const QvVariant& source)
     std::memcpy(&m_i8, &source.m_i8, sizeof(m_i8));
     if (IsCounted(eType))
         source.AddReference();
-    else if (source.OwnsObject())
+    else if (source.HoldsObject())
         VisitObjectMember(eType,
                           [&](auto pMember)
                           {
@@ -116,6 +116,8 @@ void QvVariant::Take(QvVariant& source) noexcept
                           [&](auto pMember)
                           {
                               using T = std::remove_pointer_t<std::remove_reference_t<decltype(this->*pMember)>>;
+                              if (source.m_bBorrows)
+                                  this->*pMember = ::new (static_cast<void*>(&m_storage)) T(*(source.*pMember));
                               if (!source.IsInside(source.*pMember))
                                   return;
                               this->*pMember = ::new (static_cast<void*>(&m_storage)) T(std::move(*(source.*pMember)));
@@ -123,6 +125,7 @@ void QvVariant::Take(QvVariant& source) noexcept
                           });
     }
     source.m_type = ItemType_Invalid;
+    source.m_bBorrows = false;
 }
 
 void QvVariant::Release() noexcept
@@ -395,6 +398,20 @@ void QvVariant::SetString(std::wstring value)
     Hold<ItemType_string>(ToUtf16Units(std::move(value)));
 }
 
+void QvVariant::SetStringRef(const std::wstring& value)
+{
+    std::uint32_t nAll = 0;
+    for (const wchar_t c : value)
+        nAll |= static_cast<std::uint32_t>(c);
+    if (!m_bMayBorrow || nAll > 0xFFFF)
+        return SetString(value);
+    Clear();
+    // Only read through: whoever takes the value away copies it.
+    m_pString = const_cast<std::wstring*>(&value);
+    m_bBorrows = true;
+    m_type = ItemType_string;
+}
+
 std::wstring QvVariant::GetString() const
 {
     return StringRef();
@@ -405,7 +422,12 @@ std::wstring QvVariant::TakeString()
     std::wstring strValue;
     QV_ASSERT_MSG(m_type == ItemType_string && m_pString != nullptr, "m_type == ItemType_string && m_pString != NULL");
     if (m_type == ItemType_string && m_pString != nullptr)
-        strValue = std::move(*m_pString);
+    {
+        if (m_bBorrows)
+            strValue = *m_pString;
+        else
+            strValue = std::move(*m_pString);
+    }
     Clear();
     return strValue;
 }

@@ -79,6 +79,7 @@ struct QVXMLLIB_API QvVariant
         if (OwnsObject())
             Release();
         m_type = ItemType_Invalid;
+        m_bBorrows = false;
     }
 
     /// The same as Clear.
@@ -185,6 +186,13 @@ struct QVXMLLIB_API QvVariant
     void AppendText(std::wstring& strOut, const wchar_t* format) const;
 
     const std::wstring& StringRef() const;
+
+    /// Lets SetStringRef refer to a string instead of copying it. For who reads a property and has done with the value
+    /// before anybody can change the object.
+    void LetBorrow() noexcept { m_bMayBorrow = true; }
+    /// The same as SetString, for a string that lives on.
+    void SetStringRef(const std::wstring& value);
+
     const CBinaryData& HexBinaryRef() const;
     const CBinaryData& Base64BinaryRef() const;
     const CDecimal& DecimalRef() const;
@@ -198,6 +206,12 @@ struct QVXMLLIB_API QvVariant
     /// The kind of value that is held. Read it and the union below through the getters; change them with the setters.
     ItemType m_type;
 
+private:
+    /// The string that is held may belong to somebody else; and does.
+    bool m_bMayBorrow = false;
+    bool m_bBorrows = false;
+
+public:
     /// The value. An object that belongs to the variant lives inside it, and the pointer shows there; deleting is never
     /// up to the caller. A pointer that somebody else stored here is taken for one from the heap, and is deleted.
     union
@@ -248,10 +262,11 @@ private:
         1U << ItemType_string | 1U << ItemType_decimal | 1U << ItemType_integer | 1U << ItemType_XmlObjectBase |
         1U << ItemType_XmlCollection;
 
-    bool OwnsObject() const noexcept
+    bool HoldsObject() const noexcept
     {
         return static_cast<unsigned int>(m_type) < 32U && ((s_nObjectTypes >> m_type) & 1U) != 0;
     }
+    bool OwnsObject() const noexcept { return HoldsObject() && !m_bBorrows; }
 
     /// Whether an object is the one in m_storage, and not one from the heap.
     bool IsInside(const void* pObject) const noexcept { return pObject == &m_storage; }

@@ -620,6 +620,56 @@ TEST(QvVariant, ANullPointerReadsAsAnEmptyValue)
 
 #endif
 
+TEST(QvVariant, RefersToAStringOnlyWhereItMayBorrow)
+{
+    std::wstring strOwner = L"owned by somebody else";
+    QvVariant borrower;
+    borrower.LetBorrow();
+    borrower.SetStringRef(strOwner);
+    QvVariant keeper;
+    keeper.SetStringRef(strOwner);
+    EXPECT_EQ(&borrower.StringRef(), &strOwner);
+    EXPECT_NE(&keeper.StringRef(), &strOwner);
+
+    const QvVariant copy(borrower);
+    QvVariant moved(std::move(borrower));
+    EXPECT_FALSE(borrower.IsValid());
+    borrower.SetStringRef(strOwner);
+    const std::wstring strTaken = borrower.TakeString();
+    EXPECT_FALSE(borrower.IsValid());
+    strOwner = L"changed";
+    for (const std::wstring& strText : {copy.GetString(), moved.GetString(), keeper.GetString(), strTaken})
+        EXPECT_EQ(strText, L"owned by somebody else");
+}
+
+TEST(QvVariant, ForgetsABorrowedStringWithoutTouchingIt)
+{
+    const std::wstring strOwner = L"a text that is too long for the string itself";
+    QvVariant value;
+    value.LetBorrow();
+    value.SetStringRef(strOwner);
+    value.SetI4(7);
+    EXPECT_EQ(value.GetI4(), 7);
+    value.SetStringRef(strOwner);
+    value.SetString(L"another text that is too long for the string itself");
+    EXPECT_EQ(value.GetString(), L"another text that is too long for the string itself");
+    value.SetStringRef(strOwner);
+    value = QvVariant();
+    EXPECT_EQ(strOwner, L"a text that is too long for the string itself");
+}
+
+TEST(QvVariant, ABorrowedStringIsOfUnitsLikeAnyOther)
+{
+    if constexpr (sizeof(wchar_t) == 4)
+    {
+        const std::wstring strOwner(1, static_cast<wchar_t>(0x1F600));
+        QvVariant value;
+        value.LetBorrow();
+        value.SetStringRef(strOwner);
+        EXPECT_EQ(value.GetString(), std::wstring({static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)}));
+    }
+}
+
 TEST(QvVariant, TakeStringHandsTheStringOverAndLeavesAnInvalidVariant)
 {
     QvVariant value;
