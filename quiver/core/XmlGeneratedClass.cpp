@@ -11,6 +11,7 @@
 #include "quiver/metadata/AttributeInfo.h"
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -260,8 +261,7 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement*
     if (info.GetElementTextPropertyIndex() != -1)
     {
         QvVariant value;
-        std::wstring strBuffer;
-        value.SetString(pElement->GetText(strBuffer));
+        CTreeText::Store(*pElement, value);
         AccessProperty(info.GetElementTextPropertyIndex(), false, value);
     }
     return pCurrent;

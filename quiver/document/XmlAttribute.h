@@ -6,6 +6,11 @@
 #include <memory>
 #include <string>
 
+namespace QvXmlLib9Data
+{
+class CTreeText;
+} // namespace QvXmlLib9Data
+
 namespace QvXmlLib9
 {
 
@@ -47,6 +52,7 @@ private:
     friend class CXmlTreeBuilder;
     friend class CXmlElement;
     friend class CXmlNodeStore;
+    friend class QvXmlLib9Data::CTreeText;
 
     struct SOwnData;
 

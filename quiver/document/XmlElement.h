@@ -7,6 +7,11 @@
 #include <string>
 #include <vector>
 
+namespace QvXmlLib9Data
+{
+class CTreeText;
+} // namespace QvXmlLib9Data
+
 namespace QvXmlLib9
 {
 
@@ -97,6 +102,7 @@ private:
     friend class CXmlTreeBuilder;
     friend class CXmlNodeStore;
     friend class CReadBudget;
+    friend class QvXmlLib9Data::CTreeText;
 
     explicit CXmlElement(const SXmlName& name);
 

@@ -42,6 +42,16 @@ public:
     /// is kept. The result is one or the other.
     const std::wstring& Get(std::wstring& strBuffer) const;
 
+    /// The data in UTF-8, which lives as long as the object.
+    /// @return false if they are text of the library by now, or always were.
+    bool GetUtf8(std::string_view& svUtf8) const
+    {
+        if (m_pstrText.load(std::memory_order_acquire) != nullptr)
+            return false;
+        svUtf8 = std::string_view(GetBytes(), m_nLength);
+        return true;
+    }
+
     /// Gives the text up on behalf of a node: a text that many nodes share lives on.
     void Release() noexcept
     {

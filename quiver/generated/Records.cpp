@@ -10,6 +10,7 @@
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -111,8 +112,7 @@ public:
                         CXmlElement**, const wchar_t*, XmlElementType) override
     {
         QvVariant value;
-        std::wstring strBuffer;
-        value.SetString(pParent->GetText(strBuffer));
+        CTreeText::Store(*pParent, value);
         this->AccessProperty(pObject, false, value);
         return std::is_same_v<TFamily, CElementInfoSeq>;
     }

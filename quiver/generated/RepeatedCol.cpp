@@ -6,6 +6,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/Records.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -269,11 +270,10 @@ CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, con
                                         bool)
 {
     QvVariant text;
-    std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        text.SetString(pCurrent->GetText(strBuffer));
+        QvXmlLib9Data::CTreeText::Store(*pCurrent, text);
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }
