@@ -3,6 +3,7 @@
 #include "quiver/collections/Attribute.h"
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/ReadBudget.h"
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
@@ -360,7 +361,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
     CAttributeInfo** const ppInfos = GetClassAttributeInfo();
     const std::size_t nInfos = CountRecords(ppInfos);
     CFoundFlags found(nInfos);
-    for (CXmlAttribute* const pAttribute : pElement->GetAttributes())
+    for (CXmlAttribute* const pAttribute : CAttributesOf(*pElement))
     {
         if (pAttribute->IsNamespaceAttribute())
             continue;
@@ -397,7 +398,8 @@ bool CXmlGeneratedClass::IsGroupWithoutAttributes(const CXmlSerializationContext
     pBudget->Spend(CReadBudget::s_nStepsPerGroup);
     if (nRecords == 0 && !bFails && !pBudget->HasNil(element))
         return true;
-    pBudget->Spend((nRecords + 1) * element.GetAttributes().size());
+    const CAttributesOf attributes(element);
+    pBudget->Spend((nRecords + 1) * static_cast<std::uint64_t>(std::distance(attributes.begin(), attributes.end())));
     return false;
 }
 

@@ -3,6 +3,7 @@
 #include "quiver/collections/Element.h"
 #include "quiver/core/XmlGeneratedClass.h"
 #include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
@@ -397,7 +398,7 @@ std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
 void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
 {
     std::wstring strFault;
-    for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+    for (const CXmlAttribute* const pAttribute : CAttributesOf(element))
     {
         if (!pAttribute->IsNamespaceAttribute() && !context.GetIgnoreUnknownAttributes())
             strFault = FormatString(L"Unexpected Attribute [%s] found.", pAttribute->GetLocalName().c_str());
