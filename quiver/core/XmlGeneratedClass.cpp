@@ -442,11 +442,16 @@ CXmlElement* CXmlGeneratedClass::SkipUnknown(CReadBudget* pBudget, const CElemen
     return pNext;
 }
 
+std::wstring CXmlGeneratedClass::GetNamespaceForRecords() const
+{
+    return GetClassInfo()->IgnoresParentNamespace() ? std::wstring() : GetNamespace();
+}
+
 CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,
                                                           CXmlElement* pCurrent, XmlElementType eElementType)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     const bool bSkips = context.GetIgnoreUnknownElements();
     CReadBudget* const pBudget = bSkips ? CReadBudget::GetCurrent() : nullptr;
     CElementInfo** const ppFirst = GetClassElementInfo();
@@ -476,7 +481,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CXmlSerializa
                                                              XmlElementType eElementType, bool bOptionalChoice)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     const bool bScan = context.GetIgnoreUnknownElements() && eElementType == ElementType_Element;
     bool bFound = false;
     do
@@ -509,7 +514,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CXmlSerializatio
                                                           CXmlElement* pCurrent, XmlElementType eElementType)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     CElementInfo** const ppElements = GetClassElementInfo();
     const std::size_t nElements = CountRecords(ppElements);
     CFoundFlags found(nElements);

@@ -49,6 +49,7 @@ public:
     {
     }
 
+    bool IsEmpty() const { return m_pLast == nullptr; }
     CIterator begin() const { return {m_pLast != nullptr ? m_pLast->m_pNext : nullptr, m_pLast}; }
     CIterator end() const { return {nullptr, m_pLast}; }
 

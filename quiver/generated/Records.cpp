@@ -76,7 +76,11 @@ public:
                         XmlElementType eParentType) override
     {
         if (this->IsThisElement(context, *ppCurrent))
+        {
             Throw_IfNotSimple(context, **ppCurrent);
+            this->StorePrim(pObject, ppCurrent);
+            return true;
+        }
         return TRecord::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
     }
 
@@ -397,6 +401,8 @@ std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
 
 void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
 {
+    if (element.GetFirstElement() == nullptr && CAttributesOf(element).IsEmpty())
+        return;
     std::wstring strFault;
     for (const CXmlAttribute* const pAttribute : CAttributesOf(element))
     {
