@@ -1,5 +1,6 @@
 #include "quiver/collections/Attribute.h"
 
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlSerializationContext.h"
@@ -199,7 +200,7 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* pElement, CXmlElement* pFir
                                         const CXmlSerializationContext& /*context*/, bool /*bOptionalChoice*/)
 {
     std::wstring strBuffer;
-    for (const CXmlAttribute* pAttribute : pElement->GetAttributes())
+    for (const CXmlAttribute* pAttribute : CAttributesOf(*pElement))
     {
         const std::wstring& strNamespace = pAttribute->GetNamespaceURI();
         if (!IsAllowed(strNamespace))

@@ -292,7 +292,7 @@ private:
     friend class CXmlCollection;
 
     /// Takes one reference away and leaves an object without any to the caller.
-    void ReleaseWithoutDestruction() { m_nRefCount.fetch_sub(1, std::memory_order_acq_rel); }
+    void ReleaseWithoutDestruction();
 
     /// Destroys an object without references. It may hold the only reference to another one, and so on to any depth;
     /// where the stack would not bear that, the object is left to the outermost destruction of the thread.

@@ -7,6 +7,11 @@
 #include <string>
 #include <vector>
 
+namespace QvXmlLib9Data
+{
+class CTreeText;
+} // namespace QvXmlLib9Data
+
 namespace QvXmlLib9
 {
 
@@ -93,12 +98,21 @@ protected:
     void SetNamespace(const std::wstring& strNamespaceURI);
 
 private:
+    friend class CAttributesOf;
     friend class CGeneratedObject;
     friend class CXmlTreeBuilder;
     friend class CXmlNodeStore;
     friend class CReadBudget;
+    friend class QvXmlLib9Data::CTreeText;
 
     explicit CXmlElement(const SXmlName& name);
+    CXmlElement(const SXmlName& name, SCountedTogether record)
+        : CInstanceMonitor(record)
+        , m_pName(&name)
+    {
+    }
+
+    static CInstanceClass& InstanceClass();
 
     CXmlNodeStore& Store() const { return *m_pName->pStore; }
 
@@ -108,6 +122,7 @@ private:
     // Named apart from the operations above, so that derived classes can lift those as a whole into their interface.
     CXmlElement* NewChild(const SXmlName& name);
     CXmlAttribute& NewAttribute(const SXmlName& name);
+    const std::vector<CXmlAttribute*>& MakeAttributeList() const;
     CXmlElement* RemoveLastChild(CXmlElement* pBeforeLast);
 
     // A large document has millions of these, so there is nothing in them that can be found another way: the store
@@ -115,7 +130,7 @@ private:
     CXmlElement* m_pNextSibling = nullptr;
     CXmlElement* m_pFirstChild = nullptr;
     CXmlElement* m_pLastChild = nullptr;
-    std::vector<CXmlAttribute*>* m_pAttributes = nullptr;
+    CXmlAttribute* m_pLastAttribute = nullptr;
     CXmlText* m_pText = nullptr;
     const SXmlName* m_pName;
 };

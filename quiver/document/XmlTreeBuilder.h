@@ -4,11 +4,13 @@
 #include "quiver/document/XmlNodeStore.h"
 #include "quiver/fastinfoset/FITreeBuilder.h"
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace QvXmlLib9
 {
@@ -35,6 +37,7 @@ public:
     /// @param pfnElementFilter may be null.
     CXmlTreeBuilder(CXmlNodeStore& store, CXmlElement*& pDocumentElement, CNamespaces& namespaces,
                     PfnElementFilter pfnElementFilter);
+    ~CXmlTreeBuilder() override;
 
     void SetNamespace(const std::wstring& strPrefix, const std::wstring& strURI) override;
 
@@ -54,6 +57,19 @@ public:
     CXmlElement* AddElement(const SXmlName& name)
     {
         return HasOpenElement() ? AddChildElement(name) : AddDocElement(name);
+    }
+
+    /// Appends text of UTF-8 to the innermost open element, without the carriage returns. White space between elements,
+    /// which many elements have in the same form, costs no memory.
+    void AddText(std::string_view utf8Text)
+    {
+        CXmlElement& element = *GetOpenElement();
+        const bool bCannotBeBlank = element.m_pText != nullptr || utf8Text.empty() ||
+                                    static_cast<unsigned char>(utf8Text.front()) > ' ' || m_pfnElementFilter != nullptr;
+        if (bCannotBeBlank && !HasBlanks())
+            AppendTextExcludingCR(&element, utf8Text);
+        else
+            AddBlanks(element, utf8Text);
     }
 
     /// Closes the innermost open element and offers it to the filter.
@@ -78,6 +94,19 @@ public:
     void SetSharedText(CXmlElement* pElement, CXmlText* pText) override { pElement->m_pText = pText; }
 
 private:
+    /// White space that makes up all the text so far of the elements that are open, outermost first. It becomes a text
+    /// when its element ends, or more follows.
+    struct SBlanks
+    {
+        CXmlElement* pElement;
+        std::size_t nStart;
+    };
+
+    bool HasBlanks() const { return !m_blanks.empty() && m_blanks.back().pElement == GetOpenElement(); }
+    void AddBlanks(CXmlElement& element, std::string_view utf8Text);
+    void AppendBlanks();
+    void EndBlanks();
+
     template <class Char>
     CXmlText* NewSharedValue(std::basic_string_view<Char> value);
     template <class Char>
@@ -87,6 +116,11 @@ private:
     CXmlElement*& m_pDocumentElement;
     CNamespaces& m_namespaces;
     const PfnElementFilter m_pfnElementFilter;
+    std::vector<SBlanks> m_blanks;
+    std::string m_strBlanks;
+    /// White space that elements have had, by its length: the text last seen of that length.
+    std::array<CXmlText*, 64> m_sharedBlanks{};
+    std::size_t m_nSharedBlanks = 0;
 };
 
 } // namespace QvXmlLib9

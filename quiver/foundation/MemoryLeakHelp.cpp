@@ -176,9 +176,9 @@ struct SThread
     CRememberedNames names;
 };
 
-void AddOne(std::atomic<std::int64_t>& lCount)
+void Add(std::atomic<std::int64_t>& lCount, std::int64_t lMore)
 {
-    lCount.store(lCount.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    lCount.store(lCount.load(std::memory_order_relaxed) + lMore, std::memory_order_release);
 }
 
 struct SState
@@ -308,18 +308,18 @@ ClassType* GetRecord(SThread* pThread, const wchar_t* lpctClassName)
 
 /// Counts in the calling thread's table, or in the record where the thread has no room.
 void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount,
-           std::atomic<std::int64_t>& lRecordCount)
+           std::atomic<std::int64_t>& lRecordCount, std::int64_t lMore = 1)
 {
     CThreadCounts::SCount* const pCount = pThread != nullptr ? pThread->counts.FindOrAdd(ct.nIndex) : nullptr;
     if (pCount != nullptr)
-        AddOne(pCount->*plThreadCount);
+        Add(pCount->*plThreadCount, lMore);
     else
-        ++lRecordCount;
+        lRecordCount += lMore;
 }
 
-void CountCreation(SThread* pThread, ClassType& ct)
+void CountCreation(SThread* pThread, ClassType& ct, std::int64_t lMore = 1)
 {
-    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount);
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, lMore);
 }
 
 /// One count over all threads; the caller holds the lock.
@@ -404,16 +404,32 @@ CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
 CInstanceMonitor::ClassType* CInstanceClass::CountCreation()
 {
     CInstanceMonitor::ClassType* const pct = GetRecord();
-    ::CountCreation(GetThread(), *pct);
+    CountCreations(*pct, 1);
     return pct;
 }
 
 void CInstanceClass::CountDestruction(CInstanceMonitor::ClassType& ct) noexcept
 {
-    Count(GetThreadOrNull(), ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount);
+    CountDestructions(ct, 1);
 #if defined(QUIVER_DIAGNOSTICS)
     QV_ASSERT_MSG(HasInstances(ct), "m_pct->lInstanceCount >= 0");
 #endif
+}
+
+void CInstanceClass::CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount)
+{
+    ::CountCreation(GetThread(), ct, static_cast<std::int64_t>(nCount));
+}
+
+void CInstanceClass::CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept
+{
+    Count(GetThreadOrNull(), ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount,
+          static_cast<std::int64_t>(nCount));
+}
+
+std::uint64_t CInstanceClass::GetGeneration()
+{
+    return s_nGeneration.load(std::memory_order_relaxed);
 }
 
 CInstanceMonitor::~CInstanceMonitor()

@@ -186,6 +186,7 @@ void CClassDescription::Build(SClassTables& tables)
     auto pInfo =
         std::make_unique<CParentElementInfo>(m_eGroup, m_eElementType, m_lpctName, m_lpctNamespace, m_nTextMember,
                                              m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
+    pInfo->IgnoreParentNamespace();
     tables.ppElements = MakeTable(m_elements);
     tables.ppAttributes = MakeTable(m_attributes);
     tables.pInfo = pInfo.release();

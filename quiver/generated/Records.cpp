@@ -2,6 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/core/XmlGeneratedClass.h"
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlSerializationContext.h"
@@ -10,6 +11,7 @@
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -74,7 +76,11 @@ public:
                         XmlElementType eParentType) override
     {
         if (this->IsThisElement(context, *ppCurrent))
+        {
             Throw_IfNotSimple(context, **ppCurrent);
+            this->StorePrim(pObject, ppCurrent);
+            return true;
+        }
         return TRecord::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
     }
 
@@ -111,8 +117,7 @@ public:
                         CXmlElement**, const wchar_t*, XmlElementType) override
     {
         QvVariant value;
-        std::wstring strBuffer;
-        value.SetString(pParent->GetText(strBuffer));
+        CTreeText::Store(*pParent, value);
         this->AccessProperty(pObject, false, value);
         return std::is_same_v<TFamily, CElementInfoSeq>;
     }
@@ -396,8 +401,10 @@ std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
 
 void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
 {
+    if (element.GetFirstElement() == nullptr && CAttributesOf(element).IsEmpty())
+        return;
     std::wstring strFault;
-    for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+    for (const CXmlAttribute* const pAttribute : CAttributesOf(element))
     {
         if (!pAttribute->IsNamespaceAttribute() && !context.GetIgnoreUnknownAttributes())
             strFault = FormatString(L"Unexpected Attribute [%s] found.", pAttribute->GetLocalName().c_str());

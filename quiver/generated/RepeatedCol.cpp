@@ -6,6 +6,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/Records.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -117,11 +118,18 @@ CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCur
 CXmlElement* CObjectColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                       CSmartPtr<CXmlObjectBase>& spItem)
 {
-    if (!DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
+    if (!IsItem(context, *pCurrent))
         return pCurrent;
     spItem = m_pfnCreate(0, m_element.lpctName);
     CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
     return pCurrent->GetNextSiblingElement();
+}
+
+/// DoesElementNameMatch with the texts that the collection has in the library's form.
+bool CObjectColBase::IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const
+{
+    return element.GetLocalName() == ElementName().View() &&
+           (context.GetIgnoreNamespaces() || element.GetNamespaceURI() == ItemNamespace().Get());
 }
 
 const wchar_t* CObjectColBase::PrepareItem(const CXmlObjectBase&) const
@@ -266,11 +274,10 @@ CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, con
                                         bool)
 {
     QvVariant text;
-    std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        text.SetString(pCurrent->GetText(strBuffer));
+        QvXmlLib9Data::CTreeText::Store(*pCurrent, text);
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }

@@ -111,6 +111,8 @@ protected:
     PfnCreateObject Creator() const { return m_pfnCreate; }
 
 private:
+    bool IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const;
+
     SRepeatedElement m_element;
     PfnCreateObject m_pfnCreate;
     CCollectionOwner m_owner;

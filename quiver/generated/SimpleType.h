@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -162,6 +163,27 @@ public:
     /// @return -1 if it is none of them.
     int FindValue(const std::wstring& strText) const;
 
+    /// FindValue for the text of a document whose white space is not treated yet, in UTF-8.
+    /// @return -1 for none, and where it takes a longer look.
+    int FindUtf8Value(std::string_view svUtf8) const;
+
+    /// Whether a text in UTF-8 is a string of this type as it stands: white space is as Normalize leaves it, and Check
+    /// would pass.
+    /// @return false for none, and where it takes a longer look.
+    bool TakesUtf8(std::string_view svUtf8) const;
+
+    /// Whether a value of the type is right if it lies within the bounds and has the lexical form.
+    bool HasBoundsAtMost() const { return m_lpctPattern == nullptr && m_nValues == 0 && HasNoLengths(); }
+
+    /// @name Bounds as they are written, null for none
+    /// @{
+    const wchar_t* GetMinInclusive() const { return m_lpctMinInclusive; }
+    const wchar_t* GetMaxInclusive() const { return m_lpctMaxInclusive; }
+    const wchar_t* GetMinExclusive() const { return m_lpctMinExclusive; }
+    const wchar_t* GetMaxExclusive() const { return m_lpctMaxExclusive; }
+    bool HasBounds() const;
+    /// @}
+
     /// Treats white space as the type says (XML Schema Part 2, 4.3.6).
     std::wstring Normalize(std::wstring strText) const;
 
@@ -185,7 +207,9 @@ private:
     std::wstring FindLengthFault(const std::wstring& strText) const;
     std::wstring FindDigitsFault(const std::wstring& strText) const;
     std::wstring FindBoundsFault(const std::wstring& strText) const;
-    bool HasBounds() const;
+    bool IsNormalized(std::string_view svUtf8) const;
+    bool HasNoDigits() const { return m_nTotalDigits < 0 && m_nFractionDigits < 0; }
+    bool HasNoLengths() const { return m_nMinLength < 0 && m_nMaxLength < 0 && HasNoDigits(); }
 
     const wchar_t* m_lpctName;
     EForm m_eForm;

@@ -59,10 +59,9 @@ bool Fits(const std::wstring& strText)
 }
 
 /// CDateTime holds years of four digits, and the sign of a zone at its hours alone.
-bool IsDateThatFits(CSimpleType::EForm eForm, const std::wstring& strText)
+bool ReadFittingDate(CSimpleType::EForm eForm, std::wstring_view text, SDateFields& fields)
 {
-    SDateFields fields;
-    return ReadDateFields(eForm, strText, fields) && std::abs(fields.nYear) <= 9999 &&
+    return ReadDateFields(eForm, text, fields) && std::abs(fields.nYear) <= 9999 &&
            (fields.nZoneMinutes >= 0 || fields.nZoneMinutes <= -60);
 }
 
@@ -105,6 +104,15 @@ void SetZone(std::wstring_view text, int nMinutes, CDateTime& value)
         value.SetTimeZone(static_cast<short>(nMinutes / 60), static_cast<unsigned char>(std::abs(nMinutes) % 60));
 }
 
+/// @param text what the fields were read from.
+CDateTime MakeZonedDate(CSimpleType::EForm eForm, std::wstring_view text, const SDateFields& fields)
+{
+    CDateTime value = MakeDate(eForm, fields);
+    if (fields.bZone)
+        SetZone(text, fields.nZoneMinutes, value);
+    return value;
+}
+
 bool IsDurationThatFits(const std::wstring& strText)
 {
     SDurationFields fields;
@@ -134,10 +142,22 @@ bool PrintsExactly(TNumber value, std::wstring (*pfnToString)(TNumber, const wch
 
 } // namespace
 
+bool ReadDate(const CSimpleType& type, std::wstring_view text, CDateTime& value)
+{
+    SDateFields fields;
+    if (!IsDateForm(type.GetForm()) || !HasForm(type.GetForm(), text) || !ReadFittingDate(type.GetForm(), text, fields))
+        return false;
+    value = MakeZonedDate(type.GetForm(), text, fields);
+    return true;
+}
+
 bool IsInValueSpace(const CSimpleType& type, const std::wstring& strText)
 {
-    if (type.GetForm() >= CSimpleType::Form_DateTime && type.GetForm() <= CSimpleType::Form_Month)
-        return IsDateThatFits(type.GetForm(), strText);
+    if (IsDateForm(type.GetForm()))
+    {
+        SDateFields fields;
+        return ReadFittingDate(type.GetForm(), strText, fields);
+    }
     if (type.GetForm() == CSimpleType::Form_Duration)
         return IsDurationThatFits(strText);
     switch (type.GetItemType())
@@ -239,9 +259,7 @@ void ParseValue(const CSimpleType& type, const std::wstring& strText, CDateTime&
 {
     SDateFields fields;
     ReadDateFields(type.GetForm(), strText, fields);
-    value = MakeDate(type.GetForm(), fields);
-    if (fields.bZone)
-        SetZone(strText, fields.nZoneMinutes, value);
+    value = MakeZonedDate(type.GetForm(), strText, fields);
 }
 
 void ParseValue(const CSimpleType&, const std::wstring& strText, CDateTimeSpan& value)

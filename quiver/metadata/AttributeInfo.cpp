@@ -7,6 +7,7 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
@@ -121,8 +122,13 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext&, 
     if (pAttribute->GetLocalName() != m_strName || pAttribute->GetNamespaceURI() != m_strNamespace)
         return false;
     QvVariant value;
-    std::wstring strBuffer;
-    value.FromString(pAttribute->GetValue(strBuffer), m_eItemType, m_eWhitespaceRule);
+    if (m_eItemType == ItemType_string && m_eWhitespaceRule == CWhitespaceUtils::WhitespaceRule_None)
+        CTreeText::Store(*pAttribute, value);
+    else
+    {
+        std::wstring strBuffer;
+        value.FromString(pAttribute->GetValue(strBuffer), m_eItemType, m_eWhitespaceRule);
+    }
     AccessProperty(pObject, false, value);
     return true;
 }

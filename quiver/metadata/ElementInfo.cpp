@@ -9,6 +9,7 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -260,8 +261,13 @@ CXmlCollectionBase* CElementInfo::CollectionIn(const QvVariant& value) const
 void CElementInfo::StorePrim(CXmlGeneratedClass* pObject, CXmlElement** ppCurrent)
 {
     QvVariant value;
-    std::wstring strBuffer;
-    value.FromString((*ppCurrent)->GetText(strBuffer), m_eItemType, m_eWhitespaceRule);
+    if (m_eItemType == ItemType_string && m_eWhitespaceRule == CWhitespaceUtils::WhitespaceRule_None)
+        CTreeText::Store(**ppCurrent, value);
+    else
+    {
+        std::wstring strBuffer;
+        value.FromString((*ppCurrent)->GetText(strBuffer), m_eItemType, m_eWhitespaceRule);
+    }
     AccessProperty(pObject, false, value);
     Consume(ppCurrent);
 }

@@ -11,6 +11,7 @@
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -185,6 +186,13 @@ struct QVXMLLIB_API QvVariant
     /// Appends what ToString returns to `strOut`, so that one buffer can serve many values.
     void AppendText(std::wstring& strOut, const wchar_t* format) const;
 
+    /// Holds a string that is UTF-8 in the memory of somebody else, who outlives the value: what a document's tree hands
+    /// to generated classes. It becomes a string of the variant where a getter asks for it, and where it is copied.
+    void SetUtf8(std::string_view svUtf8) noexcept;
+    /// The text of SetUtf8.
+    /// @return false if there is none, or a getter has made a string of it.
+    bool GetUtf8(std::string_view& svUtf8) const noexcept;
+
     const std::wstring& StringRef() const;
 
     /// Lets SetStringRef refer to a string instead of copying it. For who reads a property and has done with the value
@@ -251,6 +259,7 @@ private:
         CDateTimeSpan dateTimeSpan;
         CDateTime dateTime;
         std::wstring string;
+        std::string_view utf8;
         CDecimal decimal;
         CBigInteger bigInteger;
     };
@@ -270,6 +279,10 @@ private:
 
     /// Whether an object is the one in m_storage, and not one from the heap.
     bool IsInside(const void* pObject) const noexcept { return pObject == &m_storage; }
+
+    /// Whether the value is a text of SetUtf8.
+    bool IsUtf8() const noexcept;
+    void MakeString() const;
 
     void Release() noexcept;
     void Take(QvVariant& source) noexcept;

@@ -33,6 +33,14 @@ bool IsDebugOutputOn();
 /// Hands a text to the debug output: standard error in diagnostic builds, nowhere in others.
 void OutputDebug(const wchar_t* lpctText);
 
+// --- Memory ---------------------------------------------------------------------------------------------------------
+
+/// Zeroed memory for very much data, a multiple of 2 MiB, in large pages where the system has them: that many bytes are
+/// handed over at their first use instead of 4 KiB at a time.
+/// @return null for want of memory.
+void* AllocateLarge(std::size_t nBytes);
+void FreeLarge(void* pMemory, std::size_t nBytes) noexcept;
+
 // --- Files ----------------------------------------------------------------------------------------------------------
 //
 // An operation that fails returns false (or what its comment says) and leaves the reason in GetLastError, always as one

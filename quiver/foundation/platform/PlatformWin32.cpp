@@ -25,6 +25,18 @@ void OutputDebugToPlatform(const wchar_t* lpctText)
     ::OutputDebugStringW(lpctText);
 }
 
+// --- Memory ---------------------------------------------------------------------------------------------------------
+
+void* AllocateLarge(std::size_t nBytes)
+{
+    return ::VirtualAlloc(nullptr, nBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+void FreeLarge(void* pMemory, std::size_t) noexcept
+{
+    ::VirtualFree(pMemory, 0, MEM_RELEASE);
+}
+
 // --- Files ----------------------------------------------------------------------------------------------------------
 
 namespace
