@@ -4,6 +4,9 @@
 #include "quiver/document/DocumentSource.h"
 #include "quiver/document/ExpatReader.h"
 #include "quiver/document/OverlappedSource.h"
+#if defined(QUIVER_SCANNER)
+#include "quiver/document/XmlScanner.h"
+#endif
 #include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/fastinfoset/FastInfosetReader.h"
 #include "quiver/foundation/Encoder.h"
@@ -79,7 +82,8 @@ void CXmlDocument::LoadXml(const char* lpcXml)
 void CXmlDocument::LoadXml(const wchar_t* lpctXml)
 {
     Cleanup();
-    ParseText(CDocumentSource::FromText(lpctXml));
+    if (!ScanText(lpctXml))
+        RunExpat(CDocumentSource::FromText(lpctXml));
 }
 
 void CXmlDocument::LoadXmlStream(unsigned char* const pData, unsigned long ulLength)
@@ -146,6 +150,65 @@ void CXmlDocument::Parse(CDocumentSource source)
 }
 
 void CXmlDocument::ParseText(const CDocumentSource& source)
+{
+    if (!ScanBytes(source.GetData()))
+        RunExpat(source);
+}
+
+#if defined(QUIVER_SCANNER)
+
+/// @param scan gets a scanner and tells whether it did not give up; if it did, nothing is left of it.
+template <class Scan>
+bool CXmlDocument::TryToScan(Scan scan)
+{
+    // Elements are offered to a filter while there is still something to come, which may yet turn out to be wrong.
+    if (m_pfnElementFilter != nullptr)
+        return false;
+    CXmlScanner::SMade made;
+    {
+        CXmlTreeBuilder builder = MakeBuilder();
+        CXmlScanner scanner(builder, GetExpatOptions());
+        if (scan(scanner))
+            return true;
+        made = scanner.GetMade();
+    }
+    m_namespaces.clear();
+    m_pDocumentElement = nullptr;
+    m_pStore.reset();
+    made.Forget();
+    return false;
+}
+
+bool CXmlDocument::ScanBytes(std::string_view document)
+{
+    return TryToScan([document](CXmlScanner& scanner) { return scanner.ScanBytes(document); });
+}
+
+bool CXmlDocument::ScanText(const wchar_t* lpctXml)
+{
+    if (m_pfnElementFilter != nullptr)
+        return false;
+    std::string strDocument;
+    if (!AppendUtf8(strDocument, lpctXml))
+        return false;
+    return TryToScan([&strDocument](CXmlScanner& scanner) { return scanner.ScanText(strDocument); });
+}
+
+#else
+
+bool CXmlDocument::ScanBytes(std::string_view /*document*/)
+{
+    return false;
+}
+
+bool CXmlDocument::ScanText(const wchar_t* /*lpctXml*/)
+{
+    return false;
+}
+
+#endif
+
+void CXmlDocument::RunExpat(const CDocumentSource& source)
 {
     CXmlTreeBuilder builder = MakeBuilder();
     CExpatReader reader(builder, GetExpatOptions());

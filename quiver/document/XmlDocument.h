@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -98,6 +99,11 @@ private:
     void ParseChunks(COverlappedSource& source);
     void Parse(CDocumentSource source);
     void ParseText(const CDocumentSource& source);
+    bool ScanBytes(std::string_view document);
+    bool ScanText(const wchar_t* lpctXml);
+    template <class Scan>
+    bool TryToScan(Scan scan);
+    void RunExpat(const CDocumentSource& source);
     void Throw_IfNoRoot() const;
 
     CXmlTreeBuilder MakeBuilder();

@@ -70,6 +70,12 @@ public:
     void AppendTextExcludingCR(CXmlElement* pElement, std::wstring_view text) override;
     void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text) override;
 
+    /// Appends text that has no carriage returns in it.
+    void AppendText(CXmlElement* pElement, std::string_view utf8Text)
+    {
+        m_store.Texts().Append(pElement->m_pText, utf8Text);
+    }
+
     CXmlText* MakeSharedValue(std::string_view utf8Value) override;
     CXmlText* MakeSharedValue(std::wstring_view value) override;
     CXmlText* MakeSharedText(std::string_view utf8Text) override;

@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/InstanceCounts.h"
 
 #include <algorithm>
 #include <array>
@@ -175,9 +176,9 @@ struct SThread
     CRememberedNames names;
 };
 
-void AddOne(std::atomic<std::int64_t>& lCount)
+void Add(std::atomic<std::int64_t>& lCount, std::int64_t lMore)
 {
-    lCount.store(lCount.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    lCount.store(lCount.load(std::memory_order_relaxed) + lMore, std::memory_order_release);
 }
 
 struct SState
@@ -301,13 +302,13 @@ ClassType* GetRecord(SThread* pThread, const wchar_t* lpctClassName)
 
 /// Counts in the calling thread's table, or in the record where the thread has no room.
 void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount,
-           std::atomic<std::int64_t>& lRecordCount)
+           std::atomic<std::int64_t>& lRecordCount, std::int64_t lMore = 1)
 {
     CThreadCounts::SCount* const pCount = pThread != nullptr ? pThread->counts.FindOrAdd(ct.nIndex) : nullptr;
     if (pCount != nullptr)
-        AddOne(pCount->*plThreadCount);
+        Add(pCount->*plThreadCount, lMore);
     else
-        ++lRecordCount;
+        lRecordCount += lMore;
 }
 
 void CountCreation(SThread* pThread, ClassType& ct)
@@ -402,6 +403,16 @@ CInstanceMonitor::~CInstanceMonitor()
 #if defined(QUIVER_DIAGNOSTICS)
     QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
 #endif
+}
+
+void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances)
+{
+    if (nInstances == 0)
+        return;
+    SThread* const pThread = GetThread();
+    ClassType& ct = *GetRecord(pThread, lpctClassName);
+    Count(pThread, ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount, -nInstances);
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, -nInstances);
 }
 
 std::wstring CInstanceMonitor::DumpState()
