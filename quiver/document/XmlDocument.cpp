@@ -143,23 +143,36 @@ void CXmlDocument::ParseChunks(COverlappedSource& source)
 void CXmlDocument::Parse(CDocumentSource source)
 {
     source = CDocumentSource::Inflate(std::move(source));
+    if (!ParseFastInfoset(source))
+        ParseText(source);
+}
+
+/// @return false if the document is none, and nothing has been made of it.
+bool CXmlDocument::ParseFastInfoset(const CDocumentSource& source)
+{
     CXmlTreeBuilder builder = MakeBuilder();
     CFastInfosetReader reader(&m_pContext->GetFIContext(), &builder);
-    if (!reader.Parse(source.GetData()))
-        ParseText(source);
+    return reader.Parse(source.GetData());
 }
 
 void CXmlDocument::ParseText(const CDocumentSource& source)
 {
-    if (!ScanBytes(source.GetData()))
+    if (!Scan(source.GetData(), false))
         RunExpat(source);
 }
 
 #if defined(QUIVER_SCANNER)
 
-/// @param scan gets a scanner and tells whether it did not give up; if it did, nothing is left of it.
-template <class Scan>
-bool CXmlDocument::TryToScan(Scan scan)
+/// Reads the document by the scanner, for which it is encoded anew.
+bool CXmlDocument::ScanText(const wchar_t* lpctXml)
+{
+    std::string strDocument;
+    return m_pfnElementFilter == nullptr && AppendUtf8(strDocument, lpctXml) && Scan(strDocument, true);
+}
+
+/// Reads the document by the scanner; if that gives up, nothing is left of what it made.
+/// @param bText whether the document was text of the library, and may say that it is UTF-16.
+bool CXmlDocument::Scan(std::string_view document, bool bText)
 {
     // Elements are offered to a filter while there is still something to come, which may yet turn out to be wrong.
     if (m_pfnElementFilter != nullptr)
@@ -168,7 +181,7 @@ bool CXmlDocument::TryToScan(Scan scan)
     {
         CXmlTreeBuilder builder = MakeBuilder();
         CXmlScanner scanner(builder, GetExpatOptions());
-        if (scan(scanner))
+        if (bText ? scanner.ScanText(document) : scanner.ScanBytes(document))
             return true;
         made = scanner.GetMade();
     }
@@ -179,29 +192,14 @@ bool CXmlDocument::TryToScan(Scan scan)
     return false;
 }
 
-bool CXmlDocument::ScanBytes(std::string_view document)
-{
-    return TryToScan([document](CXmlScanner& scanner) { return scanner.ScanBytes(document); });
-}
-
-bool CXmlDocument::ScanText(const wchar_t* lpctXml)
-{
-    if (m_pfnElementFilter != nullptr)
-        return false;
-    std::string strDocument;
-    if (!AppendUtf8(strDocument, lpctXml))
-        return false;
-    return TryToScan([&strDocument](CXmlScanner& scanner) { return scanner.ScanText(strDocument); });
-}
-
 #else
 
-bool CXmlDocument::ScanBytes(std::string_view /*document*/)
+bool CXmlDocument::ScanText(const wchar_t* /*lpctXml*/)
 {
     return false;
 }
 
-bool CXmlDocument::ScanText(const wchar_t* /*lpctXml*/)
+bool CXmlDocument::Scan(std::string_view /*document*/, bool /*bText*/)
 {
     return false;
 }

@@ -98,11 +98,10 @@ private:
     void AsyncParse(COverlappedSource& source);
     void ParseChunks(COverlappedSource& source);
     void Parse(CDocumentSource source);
+    bool ParseFastInfoset(const CDocumentSource& source);
     void ParseText(const CDocumentSource& source);
-    bool ScanBytes(std::string_view document);
     bool ScanText(const wchar_t* lpctXml);
-    template <class Scan>
-    bool TryToScan(Scan scan);
+    bool Scan(std::string_view document, bool bText);
     void RunExpat(const CDocumentSource& source);
     void Throw_IfNoRoot() const;
 
