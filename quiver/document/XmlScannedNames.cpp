@@ -92,8 +92,7 @@ CXmlScannedNames::CXmlScannedNames(CXmlTreeBuilder& builder, bool bNamespaces)
     : m_builder(builder)
     , m_bNamespaces(bNamespaces)
 {
-    m_none.pstrNamespace = &*m_namespaces.emplace().first;
-    m_default.pstrNamespace = m_none.pstrNamespace;
+    m_none.pNamespace = m_default.pNamespace = &FindNamespace({});
 }
 
 SScannedName* CXmlScannedNames::Find(const char*& p)
@@ -162,9 +161,17 @@ SScannedPrefix& CXmlScannedNames::FindPrefix(std::string_view prefix)
     {
         it->second.svPrefix = prefix;
         if (prefix == "xml")
-            it->second.pstrNamespace = &*m_namespaces.emplace(s_svXmlNamespace).first;
+            it->second.pNamespace = &FindNamespace(s_svXmlNamespace);
     }
     return it->second;
+}
+
+const SScannedNamespace& CXmlScannedNames::FindNamespace(std::string_view svNamespace)
+{
+    const auto it = m_namespaces.find(svNamespace);
+    if (it != m_namespaces.end())
+        return *it;
+    return *m_namespaces.emplace(svNamespace, &m_builder.MakeNamespace(svNamespace)).first;
 }
 
 bool CXmlScannedNames::Bind(SScannedPrefix& prefix, std::string_view svNamespace)
@@ -177,32 +184,35 @@ bool CXmlScannedNames::Bind(SScannedPrefix& prefix, std::string_view svNamespace
         return false;
     if (svNamespace.size() > s_nLongestNamespace || svNamespace.find(s_cSeparator) != std::string_view::npos)
         return false;
-    auto it = m_namespaces.find(svNamespace);
-    if (it == m_namespaces.end())
-        it = m_namespaces.emplace(svNamespace).first;
-    m_bindings.push_back({&prefix, prefix.pstrNamespace});
-    prefix.pstrNamespace = &*it;
-    if (prefix.pstrListed == &*it)
+    const SScannedNamespace& found = FindNamespace(svNamespace);
+    m_bindings.push_back({&prefix, prefix.pNamespace});
+    prefix.pNamespace = &found;
+    if (prefix.pListed == &found)
         return true;
     m_strPrefix.clear();
-    m_strURI.clear();
     AppendUtf8AsUtf16(m_strPrefix, prefix.svPrefix);
-    AppendUtf8AsUtf16(m_strURI, svNamespace);
-    m_builder.SetNamespace(m_strPrefix, m_strURI);
-    prefix.pstrListed = &*it;
+    m_builder.SetNamespace(m_strPrefix, *found.second);
+    prefix.pListed = &found;
     return true;
 }
 
 const SXmlName* CXmlScannedNames::FindMeaning(SScannedName& name, const SScannedPrefix& prefix,
                                               SScannedName::SMeaning& meaning)
 {
-    if (prefix.pstrNamespace == nullptr)
+    const SScannedNamespace* const pNamespace = prefix.pNamespace;
+    if (pNamespace == nullptr)
         return nullptr;
-    m_strName = *prefix.pstrNamespace;
+    if (meaning.pName == nullptr)
+    {
+        meaning = {pNamespace, &m_builder.MakeName(*pNamespace->second, name.svLocalName)};
+        return meaning.pName;
+    }
+    // A name that changes its namespace may do so any number of times, and back.
+    m_strName = pNamespace->first;
     if (!m_strName.empty())
         m_strName += s_cSeparator;
     m_strName += name.svLocalName;
-    meaning = {prefix.pstrNamespace, &m_builder.InternName(m_strName.c_str())};
+    meaning = {pNamespace, &m_builder.InternName(m_strName.c_str())};
     return meaning.pName;
 }
 

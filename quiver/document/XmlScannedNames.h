@@ -8,7 +8,6 @@
 #include <cstring>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,14 +17,17 @@ namespace QvXmlLib9
 
 class CXmlTreeBuilder;
 
+/// A namespace as it stands in the document, and as text of the tree. One record for each.
+using SScannedNamespace = std::map<std::string, const std::wstring*, std::less<>>::value_type;
+
 /// A prefix of names, and what it stands for at the present place of the document.
 struct SScannedPrefix
 {
     std::string_view svPrefix;
-    /// One record for each distinct namespace; null while the prefix is not bound.
-    const std::string* pstrNamespace = nullptr;
+    /// Null while the prefix is not bound.
+    const SScannedNamespace* pNamespace = nullptr;
     /// What the builder was told last.
-    const std::string* pstrListed = nullptr;
+    const SScannedNamespace* pListed = nullptr;
 };
 
 /// A name as it stands in the document, prefix and all.
@@ -34,7 +36,7 @@ struct SScannedName
     /// The tree's name, and the namespace for which it was found.
     struct SMeaning
     {
-        const std::string* pstrNamespace = nullptr;
+        const SScannedNamespace* pNamespace = nullptr;
         const SXmlName* pName = nullptr;
     };
 
@@ -125,7 +127,7 @@ public:
     {
         while (m_bindings.size() > nBindings)
         {
-            m_bindings.back().pPrefix->pstrNamespace = m_bindings.back().pstrBefore;
+            m_bindings.back().pPrefix->pNamespace = m_bindings.back().pBefore;
             m_bindings.pop_back();
         }
     }
@@ -137,7 +139,7 @@ private:
     struct SBinding
     {
         SScannedPrefix* pPrefix;
-        const std::string* pstrBefore;
+        const SScannedNamespace* pBefore;
     };
 
     using CNames = std::map<std::string_view, SScannedName>;
@@ -146,13 +148,14 @@ private:
 
     const SXmlName* GetMeaning(SScannedName& name, const SScannedPrefix& prefix, SScannedName::SMeaning& meaning)
     {
-        return meaning.pstrNamespace == prefix.pstrNamespace ? meaning.pName : FindMeaning(name, prefix, meaning);
+        return meaning.pNamespace == prefix.pNamespace ? meaning.pName : FindMeaning(name, prefix, meaning);
     }
 
     SScannedName* Find(const char*& p);
     SScannedName* FindInMap(std::string_view name);
     bool Describe(SScannedName& name);
     SScannedPrefix& FindPrefix(std::string_view prefix);
+    const SScannedNamespace& FindNamespace(std::string_view svNamespace);
     const SXmlName* FindMeaning(SScannedName& name, const SScannedPrefix& prefix, SScannedName::SMeaning& meaning);
 
     CXmlTreeBuilder& m_builder;
@@ -162,7 +165,7 @@ private:
     /// Stands ahead of the first name.
     SScannedName m_beginning{};
     SScannedName* m_pLast = &m_beginning;
-    std::set<std::string, std::less<>> m_namespaces;
+    std::map<std::string, const std::wstring*, std::less<>> m_namespaces;
     std::map<std::string_view, SScannedPrefix> m_prefixes;
     /// Names without a prefix: of attributes, and of elements.
     SScannedPrefix m_none;
@@ -171,7 +174,6 @@ private:
     /// Working space.
     std::string m_strName;
     std::wstring m_strPrefix;
-    std::wstring m_strURI;
 };
 
 } // namespace QvXmlLib9

@@ -397,19 +397,22 @@ private:
                 continue;
             attribute.pTreeName = m_names.GetAttributeName(*attribute.pName);
             const bool bPrefix = attribute.pName->svLocalName.size() != attribute.pName->svName.size();
-            if (attribute.pTreeName == nullptr || (bPrefix && !IsFirstOfName(attribute.pTreeName)))
+            if (attribute.pTreeName == nullptr || (bPrefix && !IsFirstOfName(*attribute.pName)))
                 return false;
         }
         return true;
     }
 
     /// Whether no attribute of the tag so far has the same name under another prefix.
-    bool IsFirstOfName(const SXmlName* pName)
+    bool IsFirstOfName(const SScannedName& name)
     {
-        if (m_prefixed.size() == s_nMostPrefixedAttributes ||
-            std::find(m_prefixed.begin(), m_prefixed.end(), pName) != m_prefixed.end())
+        const auto isSame = [&name](const SScannedName* pOther)
+        {
+            return pOther->attribute.pNamespace == name.attribute.pNamespace && pOther->svLocalName == name.svLocalName;
+        };
+        if (m_prefixed.size() == s_nMostPrefixedAttributes || std::any_of(m_prefixed.begin(), m_prefixed.end(), isSame))
             return false;
-        m_prefixed.push_back(pName);
+        m_prefixed.push_back(&name);
         return true;
     }
 
@@ -646,7 +649,7 @@ private:
     std::vector<SAttribute> m_attributes;
     std::uint64_t m_nTag = 0;
     /// Names of the attributes with prefixes in the present tag.
-    std::vector<const SXmlName*> m_prefixed;
+    std::vector<const SScannedName*> m_prefixed;
     /// Working space.
     std::string m_strValues;
     std::string m_strCharacter;

@@ -41,6 +41,15 @@ public:
     const SXmlName& InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName) override;
     /// @param lpcName UTF-8, with a `|` between namespace and local name if there is a namespace.
     const SXmlName& InternName(const char* lpcName) { return m_store.Names().Find(lpcName); }
+    /// See CXmlNameTable::Make.
+    const SXmlName& MakeName(const std::wstring& strNamespaceURI, std::string_view utf8LocalName)
+    {
+        return m_store.Names().Make(strNamespaceURI, utf8LocalName);
+    }
+    const std::wstring& MakeNamespace(std::string_view utf8NamespaceURI)
+    {
+        return m_store.Names().MakeNamespace(utf8NamespaceURI);
+    }
     SNameParts GetParts(const SXmlName& name) const override;
     const SXmlName& GetName(const CXmlElement* pElement) const override;
 
