@@ -80,6 +80,10 @@ public:
             return false;
         m_p = document.data();
         m_pEnd = m_p + document.size();
+        // Room for most documents; short ones would feel every step of growing.
+        m_open.reserve(16);
+        m_buffers.reserve(16);
+        m_attributes.reserve(8);
         return ScanDeclaration(encoding) && ScanMisc() && m_p != m_pEnd && ScanStartTag() && ScanContent() &&
                ScanMisc() && m_p == m_pEnd;
     }
