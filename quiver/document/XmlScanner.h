@@ -40,12 +40,13 @@ public:
     /// Looks at the bytes one by one, as it is done where the machine has no wide instructions.
     void UsePlainCode() { m_bPlainCode = true; }
 
-    /// Takes the counts of all that was made back, the scanner's own included. Both it and the nodes have died.
+    /// What a scan has made so far.
     struct SMade
     {
         std::int64_t nElements = 0;
         std::int64_t nAttributes = 0;
 
+        /// Takes it all out of the instance counts, and the scanner as well. All of them must have died.
         void Forget() const;
     };
     const SMade& GetMade() const { return m_made; }
