@@ -44,6 +44,15 @@ public:
     const SXmlName& InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName) override;
     /// @param lpcName UTF-8, with a `|` between namespace and local name if there is a namespace.
     const SXmlName& InternName(const char* lpcName) { return m_store.Names().Find(lpcName); }
+    /// See CXmlNameTable::Make.
+    const SXmlName& MakeName(const std::wstring& strNamespaceURI, std::string_view utf8LocalName)
+    {
+        return m_store.Names().Make(strNamespaceURI, utf8LocalName);
+    }
+    const std::wstring& MakeNamespace(std::string_view utf8NamespaceURI)
+    {
+        return m_store.Names().MakeNamespace(utf8NamespaceURI);
+    }
     SNameParts GetParts(const SXmlName& name) const override;
     const SXmlName& GetName(const CXmlElement* pElement) const override;
 
@@ -85,6 +94,12 @@ public:
     static void AppendTextExcludingCR(CXmlElement* pElement, const wchar_t* lpctText, unsigned long ulLength);
     void AppendTextExcludingCR(CXmlElement* pElement, std::wstring_view text) override;
     void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text) override;
+
+    /// Appends text that has no carriage returns in it.
+    void AppendText(CXmlElement* pElement, std::string_view utf8Text)
+    {
+        m_store.Texts().Append(pElement->m_pText, utf8Text);
+    }
 
     CXmlText* MakeSharedValue(std::string_view utf8Value) override;
     CXmlText* MakeSharedValue(std::wstring_view value) override;

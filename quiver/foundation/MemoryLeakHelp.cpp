@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/InstanceCounts.h"
 #include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
@@ -436,6 +437,16 @@ CInstanceMonitor::~CInstanceMonitor()
 {
     QV_ASSERT(m_pct);
     CInstanceClass::CountDestruction(*m_pct);
+}
+
+void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances)
+{
+    if (nInstances == 0)
+        return;
+    SThread* const pThread = GetThread();
+    ClassType& ct = *GetRecord(pThread, lpctClassName);
+    Count(pThread, ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount, -nInstances);
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, -nInstances);
 }
 
 std::wstring CInstanceMonitor::DumpState()
