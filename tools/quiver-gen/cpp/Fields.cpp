@@ -248,7 +248,10 @@ std::vector<SField> GetFields(const SClass& type)
 
 bool BeginsChoice(const SClass& type)
 {
-    const auto IsChoice = [](const SClass& candidate) { return candidate.eGroup == SClass::EGroup::Choice; };
+    const auto IsChoice = [](const SClass& candidate)
+    {
+        return candidate.eGroup == SClass::EGroup::Choice;
+    };
     return IsChoice(type) && !HasBase(type, IsChoice);
 }
 
