@@ -23,6 +23,9 @@ struct SValueRules
     /// What a document's text becomes, as a member of a compiled class makes it.
     /// @param bElement an empty element has its default; an attribute is just empty.
     std::wstring Read(std::wstring strText, const wchar_t* lpctName, bool bElement = true) const;
+
+    /// The default or fixed value as it prints: 1.0 is 1.
+    std::wstring PrintRule() const;
 };
 
 /// What a class holds, with all that the tables of a compiled class would say of it.

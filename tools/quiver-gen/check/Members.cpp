@@ -43,7 +43,7 @@ private:
         if (m_text)
             variant.SetString(m_field.value.pType->Print(*m_text));
         else if (m_field.field.eStorage == EStorage::Defaulted)
-            variant.SetString(m_field.value.lpctRule);
+            variant.SetString(m_field.value.PrintRule());
         else if (m_field.field.IsText() && m_field.field.pOwner->pText != nullptr)
             ThrowNotSet(lpctName);
         else
@@ -229,10 +229,15 @@ std::wstring SValueRules::Read(std::wstring strText, const wchar_t* lpctName, bo
     if (eRule == SValueRule::EKind::Fixed)
     {
         const std::wstring strPrinted = pType->Print(strValue);
-        if (strPrinted != pType->Print(pType->Read(lpctRule, L"")))
+        if (strPrinted != PrintRule())
             ThrowNotFixed(strPrinted, lpctName, lpctRule);
     }
     return strValue;
+}
+
+std::wstring SValueRules::PrintRule() const
+{
+    return pType->Print(pType->Read(lpctRule, L""));
 }
 
 std::unique_ptr<CMember> MakeMember(const SDynamicField& field, IEventSink* pOwner)
