@@ -47,7 +47,7 @@ check_group()
     if [ "$status" -gt 1 ] || { [ "$status" -eq 1 ] && ! grep -qF -f <(printf '%s: error: \n' "${files[@]}") "$messages"; }; then
         unusable=$((unusable + 1))
         for number in "${!documents[@]}"; do
-            deviate "no classes: ${documents[$number]}: $(grep -m 1 -v ': warning: ' "$messages" | cut -c 1-160)"
+            deviate "not read: ${documents[$number]}: $({ grep -m 1 '^quiver-gen: ' "$messages" || grep -m 1 ': error: ' "$messages"; } | cut -c 1-160)"
         done
         return
     fi
@@ -79,5 +79,5 @@ while IFS=$'\t' read -r contributor set group group_schemas document expected _;
 done <"$cases"
 [ -z "$last" ] || check_group
 
-echo "check_cases: $groups groups, $unusable without classes; valid read ${sums[valid]} of $valid; invalid refused ${sums[invalid]} of $invalid; $deviations deviations, $limit known"
+echo "check_cases: $groups groups, $unusable not read; valid read ${sums[valid]} of $valid; invalid refused ${sums[invalid]} of $invalid; $deviations deviations, $limit known"
 [ "$groups" -gt 0 ] && [ "$deviations" -le "$limit" ]
