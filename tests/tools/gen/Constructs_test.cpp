@@ -1,9 +1,7 @@
 #include "constructs/Roots.h"
+#include "tests/support/ClassesInMemory.h"
 #include "tests/support/Files.h"
 #include "tests/support/Variants.h"
-#include "tools/quiver-gen/binding/Builder.h"
-#include "tools/quiver-gen/check/Model.h"
-#include "tools/quiver-gen/schema/Loader.h"
 
 #include "quiver/QvXmlLib.h"
 
@@ -108,16 +106,6 @@ private:
     std::string m_strFacts;
 };
 
-std::string Text(const CBinaryData& data)
-{
-    return {reinterpret_cast<const char*>(data.GetData()), data.GetLength()};
-}
-
-std::string Narrow(const std::wstring& strText)
-{
-    return Text(EncodeUtf8(strText.c_str()));
-}
-
 using CObject = CSmartPtr<CXmlObjectBase>;
 
 /// The object of the classes that a document is for. @throws CQvException if they refuse it.
@@ -135,18 +123,6 @@ CObject Read(std::string strBytes)
                                      document.GetDocumentElement()->GetNamespaceURI() + L"]");
     spObject->FromXmlElement(document.GetDocumentElement(), context);
     return spObject;
-}
-
-std::string WriteText(CXmlObjectBase& object)
-{
-    CXmlSerializationContext context;
-    return Text(object.ToXmlStream(true, false, Encoding_UTF8, EOLType_LF, context, Compression_None));
-}
-
-std::string WriteInfoset(CXmlObjectBase& object)
-{
-    CXmlSerializationContext context;
-    return Text(object.ToFastInfosetStream(FInfoDecl_None, context, Compression_None));
 }
 
 /// Whether a document can go through Fast Infoset: a root with neither attributes nor content stops at an assertion of
@@ -227,7 +203,7 @@ void Check(const SDocument& document)
     }
     catch (const CQvException& exception)
     {
-        ADD_FAILURE() << "refused: " << Narrow(exception.GetFullMessage());
+        ADD_FAILURE() << "refused: " << Chain(exception);
     }
 }
 
@@ -241,48 +217,16 @@ std::vector<std::string> FindFiles(const std::string& strExtension)
     return names;
 }
 
-/// The classes of the same schemas in memory.
-class CInMemory
-{
-public:
-    CInMemory()
-    {
-        quiver_gen::schema::SLoadOptions load;
-        for (const std::string& strName : FindFiles(".xsd"))
-            load.schemas.push_back((std::filesystem::path(QUIVER_CONSTRUCTS) / (strName + ".xsd")).string());
-        quiver_gen::schema::SSchemaSet set;
-        quiver_gen::schema::CDiagnostics diagnostics;
-        if (!quiver_gen::schema::LoadSchemas(load, set, diagnostics) ||
-            !quiver_gen::binding::BuildBinding(set, {}, m_binding, diagnostics))
-            throw std::runtime_error("the schemas have no classes");
-        m_pModel = std::make_unique<quiver_gen::check::CModel>(m_binding);
-    }
-
-    CObject Read(std::string strBytes) const { return m_pModel->Read(std::move(strBytes)); }
-
-private:
-    quiver_gen::binding::SBinding m_binding;
-    std::unique_ptr<quiver_gen::check::CModel> m_pModel;
-};
-
-/// What an object says when it is written, or why a document is refused.
-template <class TRead>
-std::string Outcome(TRead Read)
-{
-    try
-    {
-        const CObject spObject = Read();
-        return WriteText(*spObject);
-    }
-    catch (const CQvException& exception)
-    {
-        return "refused: " + Narrow(exception.GetFullMessage());
-    }
-}
-
 std::string CheckInMemory(const SDocument& document)
 {
-    static const CInMemory s_classes;
+    static const CClassesInMemory s_classes(
+        []
+        {
+            std::vector<std::string> schemas;
+            for (const std::string& strName : FindFiles(".xsd"))
+                schemas.push_back((std::filesystem::path(QUIVER_CONSTRUCTS) / (strName + ".xsd")).string());
+            return schemas;
+        }());
     const std::string strCompiled = Outcome([&] { return Read(document.strDocument); });
     EXPECT_EQ(Outcome([&] { return s_classes.Read(document.strDocument); }), strCompiled);
     if (document.strVerdict != "ok" || !CanBeInfoset(strCompiled))
