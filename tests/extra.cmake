@@ -145,6 +145,9 @@ if(TARGET quiver_fi)
         QUIVER_VERSION="${PROJECT_VERSION}"
         QUIVER_GEN_PROGRAM="$<TARGET_FILE:quiver_gen_tool>")
 
+    target_link_libraries(CheckExamples_test PRIVATE quiver_example_classes)
+    target_compile_definitions(CheckExamples_test PRIVATE QUIVER_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
+
     # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
     # machine has it.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

@@ -67,27 +67,26 @@ const SAlternative* FindElementName(const SAlternatives& alternatives, std::wstr
 }
 
 /// The element of an object's name. Where two namespaces have one, the object's class decides.
-const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName,
-                                  PfnCreateObject pfnCreator)
+const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName, SCreator creator)
 {
     const SAlternative* const pFound =
-        FindAlternative(alternatives, [&strName, pfnCreator](const SAlternative& element)
-                        { return element.bElement && element.pfnCreate == pfnCreator && strName == element.lpctName; });
+        FindAlternative(alternatives, [&strName, creator](const SAlternative& element)
+                        { return element.bElement && element.creator == creator && strName == element.lpctName; });
     return pFound != nullptr ? pFound : FindElementName(alternatives, strName);
 }
 
 } // namespace
 
 SPlace::SPlace(const wchar_t* lpctPlaceName, const wchar_t* lpctPlaceUri, const SAlternatives& alternatives,
-               PfnCreateObject pfnDeclaredClass)
+               SCreator declaredClass)
     : lpctName(lpctPlaceName)
     , lpctUri(lpctPlaceUri)
     , pAlternatives(&alternatives)
-    , pfnDeclared(std::any_of(alternatives.begin(), alternatives.end(),
-                              [pfnDeclaredClass](const SAlternative& alternative)
-                              { return alternative.pfnCreate == pfnDeclaredClass; })
-                      ? pfnDeclaredClass
-                      : nullptr)
+    , declared(std::any_of(alternatives.begin(), alternatives.end(),
+                           [declaredClass](const SAlternative& alternative)
+                           { return alternative.creator == declaredClass; })
+                   ? declaredClass
+                   : SCreator())
     , bSubstitution(std::any_of(alternatives.begin(), alternatives.end(),
                                 [](const SAlternative& alternative) { return alternative.bElement; }))
 {
@@ -107,14 +106,14 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
 {
     CSmartPtr<CXmlObjectBase> spObject;
     if (!bSubstitution)
-        spObject = CreateByType(pElement, *pAlternatives, pfnDeclared);
+        spObject = CreateByType(pElement, *pAlternatives, declared);
     else
     {
         const SAlternative* pFound = FindElement(*pAlternatives, pElement->GetLocalName(), pElement->GetNamespaceURI());
         if (pFound == nullptr) // the context ignores namespaces
             pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
-        spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : *pAlternatives,
-                                pFound->pfnCreate);
+        const SAlternatives* const pTypes = pFound->GetTypes();
+        spObject = CreateByType(pElement, pTypes != nullptr ? *pTypes : *pAlternatives, pFound->creator);
     }
     if (spObject == nullptr)
         throw CQvValidationException(
@@ -128,7 +127,7 @@ const wchar_t* SPlace::Prepare(const CXmlObjectBase& object) const
     const auto& generated = static_cast<const CGeneratedObject&>(object);
     const SAlternative* const pFound =
         bSubstitution ? FindElementOf(*pAlternatives, object.GetElementName(), generated.GetCreator()) : nullptr;
-    generated.TellType(generated.GetCreator() != (pFound != nullptr ? pFound->pfnCreate : pfnDeclared));
+    generated.TellType(generated.GetCreator() != (pFound != nullptr ? pFound->creator : declared));
     return pFound != nullptr ? pFound->lpctUri : lpctUri;
 }
 
@@ -139,10 +138,10 @@ const SAlternative* FindElement(const SAlternatives& alternatives, const std::ws
                            { return element.bElement && strName == element.lpctName && strUri == element.lpctUri; });
 }
 
-CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, PfnCreateObject pfnDeclared)
+CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, SCreator declared)
 {
     const std::wstring strType = CTypeReader::Type(pElement);
-    PfnCreateObject pfnCreate = pfnDeclared;
+    SCreator creator = declared;
     if (!strType.empty())
     {
         const SAlternative* pType = FindType(types, strType, CTypeReader::Uri(pElement));
@@ -150,12 +149,12 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
             return nullptr;
-        pfnCreate = pType->pfnCreate;
+        creator = pType->creator;
     }
-    if (pfnCreate == nullptr)
+    if (!creator)
         return nullptr;
-    CSmartPtr<CXmlObjectBase> spObject = pfnCreate(0, pElement->GetLocalName().c_str());
-    if (pfnCreate != pfnDeclared)
+    CSmartPtr<CXmlObjectBase> spObject = creator(pElement->GetLocalName().c_str());
+    if (creator != declared)
         TellType(*spObject);
     return spObject;
 }
@@ -165,9 +164,9 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
     const SAlternative* const pRoot = FindElement(roots, pElement->GetLocalName(), pElement->GetNamespaceURI());
     if (pRoot == nullptr)
         return nullptr;
-    if (pRoot->pfnTypes != nullptr)
-        return CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
-    return pRoot->pfnCreate != nullptr ? pRoot->pfnCreate(0, pElement->GetLocalName().c_str()) : nullptr;
+    if (const SAlternatives* const pTypes = pRoot->GetTypes())
+        return CreateByType(pElement, *pTypes, pRoot->creator);
+    return pRoot->creator ? pRoot->creator(pElement->GetLocalName().c_str()) : nullptr;
 }
 
 } // namespace QvXmlLib9

@@ -85,29 +85,28 @@ void CClassDescription::RepeatedElement(const wchar_t* lpctName, const wchar_t* 
     Add(MakeRepeated<CElementInfoSeqPrimCol, CElementInfoChoicePrimCol>(m_eGroup, lpctName, lpctNamespace, nMember));
 }
 
-void CClassDescription::Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                               PfnCreateObject pfnCreate)
+void CClassDescription::Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator)
 {
     if (m_eGroup == GroupType_All)
-        Add(std::make_unique<CElementInfoAllClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
-                                                    true));
+        Add(std::make_unique<CElementInfoAllClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId, true));
     else
-        Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
-                                                    true));
+        Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId, true));
 }
 
 void CClassDescription::OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                       PfnCreateObject pfnCreate)
+                                       SCreator creator)
 {
     if (m_eGroup == GroupType_All)
-        Add(std::make_unique<CElementInfoAllClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoAllClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId));
     else if (m_eGroup == GroupType_Choice)
-        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                       0));
+        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                       creator.pfnCreate, creator.nClassId));
     else
-        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId));
 }
 
 void CClassDescription::RepeatedObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
@@ -117,26 +116,25 @@ void CClassDescription::RepeatedObject(const wchar_t* lpctName, const wchar_t* l
 }
 
 void CClassDescription::Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                    const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired)
+                                    const SAlternatives& alternatives, SCreator declared, bool bRequired)
 {
-    Add(MakePolymorphicRecord({m_eGroup, nMember, bRequired},
-                              SPlace(lpctName, lpctNamespace, alternatives, pfnDeclared)));
+    Add(MakePolymorphicRecord({m_eGroup, nMember, bRequired}, SPlace(lpctName, lpctNamespace, alternatives, declared)));
 }
 
-void CClassDescription::Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate)
+void CClassDescription::Group(const wchar_t* lpctName, int nMember, bool bContentRequired, SCreator creator)
 {
-    Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate, 0,
-                                                bContentRequired));
+    Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
+                                                creator.pfnCreate, creator.nClassId, bContentRequired));
 }
 
-void CClassDescription::OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate)
+void CClassDescription::OptionalGroup(const wchar_t* lpctName, int nMember, SCreator creator)
 {
     if (m_eGroup == GroupType_Choice)
         Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
-                                                       pfnCreate, 0));
+                                                       creator.pfnCreate, creator.nClassId));
     else
-        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
+                                                    creator.pfnCreate, creator.nClassId));
 }
 
 void CClassDescription::RepeatedGroup(const wchar_t* lpctName, int nMember)

@@ -159,6 +159,16 @@ public:
     void AnyAttribute(int nMember, const SWildcard& wildcard);
     /// @}
 
+    /// @name The same for classes that are known by their creators
+    /// @{
+    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                     const SAlternatives& alternatives, SCreator declared, bool bRequired);
+    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, SCreator creator);
+    void OptionalGroup(const wchar_t* lpctName, int nMember, SCreator creator);
+    /// @}
+
     /// Makes the tables. They belong to the caller.
     void Build(SClassTables& tables);
 
@@ -166,12 +176,6 @@ private:
     using CElementInfo = QvXmlLib9Data::CElementInfo;
     using CAttributeInfo = QvXmlLib9Data::CAttributeInfo;
 
-    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                     const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired);
-    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate);
-    void OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate);
     void AddWildcard(int nMember, const SWildcard& wildcard, bool bRequired);
     void Add(std::unique_ptr<CElementInfo> pRecord);
 

@@ -88,8 +88,7 @@ void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const 
                                               element.GetLocalName().c_str(), pFirstChild->GetLocalName().c_str()));
 }
 
-void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&),
-                                   PfnCreateObject pfnCreate)
+void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), SCreator creator)
 {
     const CQVCriticalSectionLock lock(m_csInit);
     if (tables.bBuilt.load(std::memory_order_relaxed))
@@ -105,7 +104,7 @@ void CGeneratedObject::BuildTables(SClassTables& tables, void (*pfnDescribe)(CCl
         FreeTables(tables);
         throw;
     }
-    tables.pfnCreate = pfnCreate;
+    tables.creator = creator;
     tables.bBuilt.store(true, std::memory_order_release);
 }
 

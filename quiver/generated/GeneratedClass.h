@@ -49,7 +49,7 @@ struct SClassTables
     const wchar_t* lpctNamespace = nullptr;
     const wchar_t* lpctTypeName = nullptr;
     const wchar_t* lpctTypeNamespace = nullptr;
-    PfnCreateObject pfnCreate = nullptr;
+    SCreator creator;
     bool bRequiresChoice = false;
     bool bMixed = false;
     std::atomic<bool> bBuilt{false};
@@ -72,7 +72,7 @@ public:
     void TellType(bool bTell) const { m_bTellsType = bTell; }
 
     /// What makes objects of the same class, to tell classes apart.
-    PfnCreateObject GetCreator() const { return Tables().pfnCreate; }
+    SCreator GetCreator() const { return Tables().creator; }
 
 protected:
     explicit CGeneratedObject(const wchar_t* lpctElementName);
@@ -92,7 +92,7 @@ protected:
                              bool bOptionalChoice) override;
 
     /// Builds the metadata of a class unless they are there.
-    static void BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), PfnCreateObject pfnCreate);
+    static void BuildTables(SClassTables& tables, void (*pfnDescribe)(CClassDescription&), SCreator creator);
     static void FreeTables(SClassTables& tables);
 
     /// @throws CQvValidationException on writing a choice that has to have a member and has none.

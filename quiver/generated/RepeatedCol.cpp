@@ -81,12 +81,12 @@ void CValueColBase::ValidateCount(const CXmlSerializationContext& context) const
 
 // --- Objects -----------------------------------------------------------------------------------------
 
-CObjectColBase::CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+CObjectColBase::CObjectColBase(const SRepeatedElement& element, SCreator creator)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
     , CXmlCollection(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
     , CCollectionCounts(element.nMin, element.nMax)
     , m_element(element)
-    , m_pfnCreate(pfnCreate)
+    , m_creator(creator)
 {
 }
 
@@ -120,7 +120,7 @@ CXmlElement* CObjectColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const
 {
     if (!IsItem(context, *pCurrent))
         return pCurrent;
-    spItem = m_pfnCreate(0, m_element.lpctName);
+    spItem = m_creator(m_element.lpctName);
     CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
     return pCurrent->GetNextSiblingElement();
 }
@@ -144,16 +144,16 @@ void CObjectColBase::CheckItem(const CXmlObjectBase* pItem) const
 
 // --- Groups ------------------------------------------------------------------------------------------
 
-CGroupColBase::CGroupColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+CGroupColBase::CGroupColBase(const SRepeatedElement& element, SCreator creator)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
-    , CObjectColBase(element, pfnCreate)
+    , CObjectColBase(element, creator)
 {
 }
 
 CXmlElement* CGroupColBase::ReadItem(CXmlElement* pParent, CXmlElement* pCurrent,
                                      const CXmlSerializationContext& context, CSmartPtr<CXmlObjectBase>& spItem)
 {
-    const CSmartPtr<CXmlObjectBase> spGroup = Creator()(0, Element().lpctName);
+    const CSmartPtr<CXmlObjectBase> spGroup = Creator()(Element().lpctName);
     CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spGroup, pParent, pCurrent, context);
     if (pNext != pCurrent)
         spItem = spGroup;
@@ -168,11 +168,11 @@ void CGroupColBase::CheckItem(const CXmlObjectBase* pItem) const
 
 // --- Alternatives ------------------------------------------------------------------------------------
 
-CPolymorphicColBase::CPolymorphicColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate,
+CPolymorphicColBase::CPolymorphicColBase(const SRepeatedElement& element, SCreator creator,
                                          const SAlternatives& alternatives)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
-    , CObjectColBase(element, pfnCreate)
-    , m_place(element.lpctName, element.lpctNamespace, alternatives, pfnCreate)
+    , CObjectColBase(element, creator)
+    , m_place(element.lpctName, element.lpctNamespace, alternatives, creator)
 {
 }
 

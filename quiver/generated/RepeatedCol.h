@@ -86,7 +86,7 @@ public:
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
-    CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
+    CObjectColBase(const SRepeatedElement& element, SCreator creator);
     ~CObjectColBase() override;
 
     void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
@@ -108,13 +108,13 @@ protected:
     virtual void CheckItem(const CXmlObjectBase* pItem) const;
 
     const SRepeatedElement& Element() const { return m_element; }
-    PfnCreateObject Creator() const { return m_pfnCreate; }
+    SCreator Creator() const { return m_creator; }
 
 private:
     bool IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const;
 
     SRepeatedElement m_element;
-    PfnCreateObject m_pfnCreate;
+    SCreator m_creator;
     CCollectionOwner m_owner;
 };
 
@@ -178,7 +178,7 @@ public:
 class QVXMLLIB_API CGroupColBase : public CObjectColBase
 {
 protected:
-    CGroupColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
+    CGroupColBase(const SRepeatedElement& element, SCreator creator);
 
     CXmlElement* ReadItem(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                           CSmartPtr<CXmlObjectBase>& spItem) override;
@@ -204,7 +204,7 @@ public:
 class QVXMLLIB_API CPolymorphicColBase : public CObjectColBase
 {
 protected:
-    CPolymorphicColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate, const SAlternatives& alternatives);
+    CPolymorphicColBase(const SRepeatedElement& element, SCreator creator, const SAlternatives& alternatives);
 
     CXmlElement* ReadItem(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                           CSmartPtr<CXmlObjectBase>& spItem) override;

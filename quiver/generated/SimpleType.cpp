@@ -179,14 +179,13 @@ bool CSimpleType::IsSameValue(const std::wstring& strText, const wchar_t* lpctOt
 /// The type of a union that a value has: the first that takes it, null for none.
 const CSimpleType* CSimpleType::FindMember(const std::wstring& strText) const
 {
-    const PfnSimpleType* const pEnd = m_pMembers + m_nMembers;
-    const PfnSimpleType* const pFound = std::find_if(m_pMembers, pEnd,
-                                                     [&strText](PfnSimpleType pfnMember)
-                                                     {
-                                                         const CSimpleType& member = pfnMember();
-                                                         return member.IsValid(member.Normalize(strText));
-                                                     });
-    return pFound == pEnd ? nullptr : &(*pFound)();
+    for (std::size_t n = 0; n < m_nMembers; ++n)
+    {
+        const CSimpleType& member = m_ppMembers != nullptr ? *m_ppMembers[n] : m_pMembers[n]();
+        if (member.IsValid(member.Normalize(strText)))
+            return &member;
+    }
+    return nullptr;
 }
 
 bool CSimpleType::IsNormalized(std::string_view svUtf8) const

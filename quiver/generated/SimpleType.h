@@ -89,12 +89,29 @@ public:
         return type;
     }
 
+    /// The same for a type that is no constant. It has to stay where it is.
+    static CSimpleType ListOf(const CSimpleType& item)
+    {
+        CSimpleType type = ListOf(nullptr);
+        type.m_pItem = &item;
+        return type;
+    }
+
     /// A value of one of several types, which are tried in order. White space belongs to them.
     template <std::size_t nCount>
     static constexpr CSimpleType UnionOf(const PfnSimpleType (&members)[nCount])
     {
         CSimpleType type(L"a union", Form_Union, ItemType_string, CWhitespaceUtils::WhitespaceRule_None);
         type.m_pMembers = members;
+        type.m_nMembers = nCount;
+        return type;
+    }
+
+    /// The same for types that are no constants. They have to stay where they are, and so does the list of them.
+    static CSimpleType UnionOf(const CSimpleType* const* ppMembers, std::size_t nCount)
+    {
+        CSimpleType type(L"a union", Form_Union, ItemType_string, CWhitespaceUtils::WhitespaceRule_None);
+        type.m_ppMembers = ppMembers;
         type.m_nMembers = nCount;
         return type;
     }
@@ -140,8 +157,12 @@ public:
     template <std::size_t nCount>
     constexpr CSimpleType Values(const wchar_t* const (&values)[nCount]) const
     {
+        return Values(values, nCount);
+    }
+    constexpr CSimpleType Values(const wchar_t* const* ppValues, std::size_t nCount) const
+    {
         CSimpleType type = *this;
-        type.m_ppValues = values;
+        type.m_ppValues = ppValues;
         type.m_nValues = nCount;
         return type;
     }
@@ -151,7 +172,7 @@ public:
     /// The kind that a value has on its way to a writer; ItemType_string for what the runtime has no kind for.
     ItemType GetItemType() const { return m_eItemType; }
     /// Type of a list's items.
-    const CSimpleType& GetItem() const { return m_pfnItem(); }
+    const CSimpleType& GetItem() const { return m_pItem != nullptr ? *m_pItem : m_pfnItem(); }
 
     /// Text of an enumerator.
     /// @param nIndex its place, from 0.
@@ -216,7 +237,9 @@ private:
     ItemType m_eItemType;
     CWhitespaceUtils::WhitespaceRule m_eWhiteSpace;
     PfnSimpleType m_pfnItem = nullptr;
+    const CSimpleType* m_pItem = nullptr;
     const PfnSimpleType* m_pMembers = nullptr;
+    const CSimpleType* const* m_ppMembers = nullptr;
     std::size_t m_nMembers = 0;
     const wchar_t* const* m_ppValues = nullptr;
     std::size_t m_nValues = 0;

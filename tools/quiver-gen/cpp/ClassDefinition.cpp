@@ -179,12 +179,11 @@ void CDefinition::PrintConstants()
 
 void CDefinition::PrintConstruction()
 {
-    const bool bChoice = m_type.eGroup == SClass::EGroup::Choice;
     if (!m_strText.empty())
         m_strText += '\n';
     m_strText += Arrange(0, Own(m_type.strName) + '(', {"const wchar_t* lpctElementName"}, ")") + '\n';
     Line(": CInstanceMonitor(" + WideLiteral(m_type.strName) + ')');
-    Line(std::string(bChoice ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
+    Line(std::string(BeginsChoice(m_type) ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
     m_strText += "{\n}\n";
     if (NeedsDestructor(m_fields, m_header))
         m_strText += '\n' + Own('~' + m_type.strName) + "() = default;\n";
