@@ -288,6 +288,9 @@ private:
     void Read(CXmlObjectBase* pChild, const CXmlSerializationContext& context, CXmlElement* pParent,
               CXmlElement* pElement) const override
     {
+        m_wildcard.Throw_IfContentIsWrong(*pElement, context);
+        if (IsCheckingOnly())
+            return;
         CElementInfo::FromXml_Int(pChild, pParent, pElement, context, false);
         DropLayout(static_cast<CElement&>(*pChild));
     }
@@ -360,7 +363,7 @@ public:
     bool AttributeFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                           CXmlAttribute* pAttribute) override
     {
-        return m_wildcard.Allows(pAttribute->GetNamespaceURI()) &&
+        return m_wildcard.Allows(pAttribute->GetNamespaceURI()) && m_wildcard.Accepts(*pAttribute, context) &&
                CAttributeInfoAny::AttributeFromXml(context, pObject, pAttribute);
     }
 

@@ -218,8 +218,13 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
     {
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
-        CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
-        DropLayout(*spElement);
+        CXmlElement* const pNext = pCurrent->GetNextSiblingElement();
+        m_wildcard.Throw_IfContentIsWrong(*pCurrent, context);
+        if (!IsCheckingOnly())
+        {
+            CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+            DropLayout(*spElement);
+        }
         Add(spElement);
         pCurrent = pNext;
     }

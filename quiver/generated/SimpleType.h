@@ -178,6 +178,9 @@ public:
     /// Whether Check passes.
     bool IsValid(const std::wstring& strText) const;
 
+    /// Whether two texts that Check passes stand for the same value.
+    bool IsSame(const std::wstring& strText, const wchar_t* lpctOther) const { return IsSameValue(strText, lpctOther); }
+
 private:
     bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
     const CSimpleType* FindMember(const std::wstring& strText) const;

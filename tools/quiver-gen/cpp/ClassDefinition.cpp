@@ -19,11 +19,13 @@ namespace
 class CDefinition
 {
 public:
-    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                CUris& uris)
         : m_type(type)
         , m_source(source)
         , m_header(header)
         , m_scope(source.scope)
+        , m_strKnown(strKnown)
         , m_uris(uris)
         , m_fields(GetFields(type))
     {
@@ -82,6 +84,7 @@ private:
     const SPlace& m_source;
     const SPlace& m_header;
     const CScope& m_scope;
+    const std::string& m_strKnown;
     CUris& m_uris;
     const std::vector<SField> m_fields;
     std::string m_strText;
@@ -139,17 +142,21 @@ void CDefinition::PrintWildcard(const SField& field)
         m_strText += Arrange(0, "static constexpr const wchar_t* " + strList + "[] = {", uris, "};") + '\n';
         parts.insert(parts.end(), {strList, std::to_string(uris.size())});
     }
+    const SMember::EProcess eProcess = bAttributes ? m_type.eAnyAttributeProcess : field.pMember->eProcess;
     if (bAttributes)
-        parts.insert(parts.end(), {"0", "-1"});
+        parts.insert(parts.end(), {"0", "-1", "nullptr"});
     else
     {
         const bool bRepeated = field.pMember->eCardinality == ECardinality::Repeated;
         const bool bRequired = field.pMember->eCardinality == ECardinality::Required;
         parts.push_back(bRepeated ? Number(field.pMember->nMin) : bRequired ? "1" : "0");
         parts.push_back(bRepeated ? Number(field.pMember->nMax) : "1");
-        if (!field.pMember->strElement.empty())
-            parts.push_back(WideLiteral(field.pMember->strElement));
+        parts.push_back(field.pMember->strElement.empty() ? "nullptr" : WideLiteral(field.pMember->strElement));
     }
+    if (eProcess != SMember::EProcess::Skip)
+        parts.insert(parts.end(), {'&' + m_strKnown, eProcess == SMember::EProcess::Strict ? "true" : "false"});
+    else if (parts.back() == "nullptr")
+        parts.pop_back();
     m_strText +=
         Arrange(0, "const " + m_scope.Library("SWildcard") + ' ' + Own(GetConstantName(field)) + '{', parts, "};") +
         '\n';
@@ -413,9 +420,10 @@ void CDefinition::PrintInit()
 
 } // namespace
 
-std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                        CUris& uris)
 {
-    return CDefinition(type, source, header, uris).Print();
+    return CDefinition(type, source, header, strKnown, uris).Print();
 }
 
 } // namespace quiver_gen::cpp
