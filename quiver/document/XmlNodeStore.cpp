@@ -135,6 +135,18 @@ std::vector<CXmlAttribute*>* CXmlNodeStore::NewAttributeList()
     return Construct(m_attributeLists, [](void* pSlot) { return new (pSlot) CAttributeList; });
 }
 
+void CXmlNodeStore::DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strUri)
+{
+    if (m_pPrefixes == nullptr)
+        m_pPrefixes = std::make_unique<CPrefixScopes>();
+    m_pPrefixes->Declare(strPrefix, strUri);
+}
+
+const std::wstring* CXmlNodeStore::FindPrefix(const CXmlElement& element, std::wstring_view prefix) const
+{
+    return m_pPrefixes != nullptr ? m_pPrefixes->Find(m_pRoot, element, prefix) : nullptr;
+}
+
 CXmlNodeStore::SMark CXmlNodeStore::PopMark()
 {
     const SMark mark = m_marks.back();

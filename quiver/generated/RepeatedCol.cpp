@@ -249,6 +249,12 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
+std::wstring CValueColBase::GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const
+{
+    const std::wstring* const pUri = m_prefixes.Find(lpctPrefix);
+    return pUri != nullptr ? *pUri : std::wstring();
+}
+
 using QvXmlLib9Data::TextOf;
 
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
@@ -258,6 +264,7 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strName = m_element.lpctName;
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant value;
     std::wstring strBuffer;
     for (std::size_t n = 0; n < nCount; ++n)
@@ -265,7 +272,9 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
         strBuffer.clear();
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        const std::wstring& strText = TextOf(value, nullptr, strBuffer);
+        pWriter->WriteText(bPrefixes ? m_prefixes.Declare(strText, GetType(), *pWriter) : strText,
+                           value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }
@@ -273,12 +282,19 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant text;
     std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
         text.SetString(pCurrent->GetText(strBuffer));
+        if (bPrefixes)
+        {
+            std::wstring strText = text.TakeString();
+            m_prefixes.Note(strText, GetType(), *pCurrent, context, Name());
+            text.SetString(std::move(strText));
+        }
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }

@@ -157,6 +157,10 @@ public:
     /// @throws CQvInvalidParamException if there is no such value.
     const wchar_t* GetValueText(std::size_t nIndex) const;
 
+    /// Whether values are names with prefixes, or may be, which take declarations to be understood. Those of an
+    /// enumeration are told by their texts.
+    bool HasPrefixes() const;
+
     /// Place of a value in the enumeration.
     /// @param strText the value, normalised.
     /// @return -1 if it is none of them.

@@ -76,6 +76,7 @@ private:
     void DescribeClass();
     void DescribeMember(const SField& field);
     void DescribeAttribute(const SField& field);
+    void DescribeText(const SField& field);
     void PrintRestriction(const SField& field);
     void PrintAccessProperty(bool bRestricted);
     void PrintInit();
@@ -93,6 +94,16 @@ private:
 std::string Number(std::int64_t n)
 {
     return std::to_string(std::min<std::int64_t>(n, std::numeric_limits<int>::max()));
+}
+
+/// Whether values are names whose prefixes have to be declared.
+bool HasPrefixes(const SSimpleType& type)
+{
+    if (type.pItem != nullptr)
+        return HasPrefixes(*type.pItem);
+    return type.strBuiltin == "xs::QName" || type.strBuiltin == "xs::NOTATION" ||
+           std::any_of(type.memberTypes.begin(), type.memberTypes.end(),
+                       [](const SSimpleType* pMember) { return HasPrefixes(*pMember); });
 }
 
 std::string GetGroupName(SClass::EGroup eGroup)
@@ -305,6 +316,14 @@ void CDefinition::DescribeAttribute(const SField& field)
     Call(attribute.bRequired ? "description.Attribute" : "description.OptionalAttribute", arguments);
 }
 
+void CDefinition::DescribeText(const SField& field)
+{
+    std::vector<std::string> arguments = {"Member_" + field.strName};
+    if (m_type.pText != nullptr && HasPrefixes(*m_type.pText))
+        arguments.push_back(m_scope.Name(*m_type.pText) + "::Type()");
+    Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", arguments);
+}
+
 void CDefinition::PrintDescribe()
 {
     Begin("void " + Own("Describe(") + m_scope.Library("CClassDescription") + "& description)");
@@ -318,7 +337,7 @@ void CDefinition::PrintDescribe()
         else if (field.pAttribute != nullptr)
             DescribeAttribute(field);
         else if (field.IsText())
-            Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {"Member_" + field.strName});
+            DescribeText(field);
         else
             Call("description.AnyAttribute", {"Member_" + field.strName, GetConstantName(field)});
     }
