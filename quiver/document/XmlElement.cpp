@@ -62,6 +62,12 @@ const CXmlDocument* CXmlElement::GetDocument() const
     return Store().GetDocument();
 }
 
+const std::wstring* CXmlElement::FindPrefix(std::wstring_view svPrefix) const
+{
+    static const std::wstring& s_strXml = *new std::wstring(L"http://www.w3.org/XML/1998/namespace");
+    return svPrefix == L"xml" ? &s_strXml : Store().FindPrefix(*this, svPrefix);
+}
+
 const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const
 {
     if (m_pLastAttribute == nullptr)

@@ -5,6 +5,7 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace QvXmlLib9Data
@@ -71,6 +72,12 @@ public:
     /// The value of the first attribute with this name and namespace. If there is none, an empty string that lives as
     /// long as the process; an absent attribute and an empty one look the same.
     const std::wstring& GetAttribute(const std::wstring& strLocalName, const std::wstring& strNamespaceURI) const;
+
+    /// What a prefix stands for where the element is: the nearest declaration counts. The empty prefix stands for the
+    /// default namespace.
+    /// @return null if no declaration is known. Documents that are read without namespaces have none, nor have elements
+    ///         on their own; in a document that is read through a filter the first declaration of a prefix counts.
+    const std::wstring* FindPrefix(std::wstring_view svPrefix) const;
 
 protected:
     /// An element on its own: no parent, no name, no text. What is added to it belongs to it.

@@ -179,6 +179,18 @@ CXmlAttribute* CXmlNodeStore::NewAttribute(const SXmlName& name)
     return NewNode<CXmlAttribute>(m_attributePool, m_attributes, name);
 }
 
+void CXmlNodeStore::DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strUri)
+{
+    if (m_pPrefixes == nullptr)
+        m_pPrefixes = std::make_unique<CPrefixScopes>();
+    m_pPrefixes->Declare(strPrefix, strUri);
+}
+
+const std::wstring* CXmlNodeStore::FindPrefix(const CXmlElement& element, std::wstring_view prefix) const
+{
+    return m_pPrefixes != nullptr ? m_pPrefixes->Find(m_pRoot, element, prefix) : nullptr;
+}
+
 CXmlNodeStore::SMark CXmlNodeStore::PopMark()
 {
     const SMark mark = m_marks.back();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/document/PrefixScopes.h"
 #include "quiver/document/TreeMemory.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlNameTable.h"
@@ -139,6 +140,19 @@ public:
     void PushMark(CXmlElement* pBefore) { m_marks.push_back({pBefore, m_texts.GetMark()}); }
     SMark PopMark();
 
+    /// A declaration of the element that is made next.
+    void DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strUri);
+
+    /// Gives an element the declarations that were made for it; see CPrefixScopes::Attach.
+    void AttachPrefixes(const CXmlElement& element, bool bRoot, bool bKept)
+    {
+        if (m_pPrefixes != nullptr && m_pPrefixes->HasNext())
+            m_pPrefixes->Attach(element, bRoot, bKept);
+    }
+
+    /// What a prefix stands for at an element, null if nobody declared it.
+    const std::wstring* FindPrefix(const CXmlElement& element, std::wstring_view prefix) const;
+
     /// Makes the store own `pRoot` together with what is below it.
     void SetRoot(CXmlElement* pRoot) { m_pRoot = pRoot; }
 
@@ -186,6 +200,7 @@ private:
     SNodes m_elements;
     SNodes m_attributes;
     std::vector<SMark> m_marks;
+    std::unique_ptr<CPrefixScopes> m_pPrefixes;
     std::uint64_t m_nNodes = 0;
 };
 

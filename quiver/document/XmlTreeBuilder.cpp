@@ -60,6 +60,7 @@ CXmlTreeBuilder::~CXmlTreeBuilder()
 void CXmlTreeBuilder::SetNamespace(const std::wstring& strPrefix, const std::wstring& strURI)
 {
     m_namespaces[strPrefix] = strURI;
+    m_store.DeclarePrefix(strPrefix, strURI);
 }
 
 const SXmlName& CXmlTreeBuilder::InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName)
@@ -88,6 +89,7 @@ CXmlElement* CXmlTreeBuilder::AddDocElement(const SXmlName& name)
         m_store.PushMark(nullptr);
     m_pDocumentElement = m_store.NewElement(name);
     m_store.SetRoot(m_pDocumentElement);
+    m_store.AttachPrefixes(*m_pDocumentElement, true, m_pfnElementFilter == nullptr);
     m_pElementStack.push_back(m_pDocumentElement);
     return m_pDocumentElement;
 }
@@ -103,6 +105,7 @@ CXmlElement* CXmlTreeBuilder::AddChildElement(const SXmlName& name)
     if (m_pfnElementFilter != nullptr)
         m_store.PushMark(parent.m_pLastChild);
     CXmlElement* const pElement = parent.NewChild(name);
+    m_store.AttachPrefixes(*pElement, false, m_pfnElementFilter == nullptr);
     m_pElementStack.push_back(pElement);
     return pElement;
 }

@@ -169,6 +169,8 @@ void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
         WriteRootNamespaces(byCurrent);
         byCurrent = 0;
     }
+    else if (WriteOwnNamespaces(context, byCurrent))
+        byCurrent = 0;
     WriteElementName(context, byCurrent);
     m_bFirstText = true;
     m_pContext = &context;
@@ -189,11 +191,60 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
         // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
         if (strNamespace.compare(0, s_svXmlNamespace.size(), s_svXmlNamespace) == 0)
             continue;
-        m_out.WriteOctet(s_byPrefixedNamespaceItem);
-        WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
-        WriteIdentifyingString(strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+        WriteNamespaceItem(strPrefix, strNamespace);
     }
     m_out.WriteOctet(s_byEnd);
+}
+
+void CFastInfosetWriter::WriteNamespaceItem(const std::wstring& strPrefix, const std::wstring& strNamespace)
+{
+    m_out.WriteOctet(s_byPrefixedNamespaceItem);
+    WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+    WriteIdentifyingString(strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+}
+
+/// What was declared for values. The prefixes of names need no declaration.
+bool CFastInfosetWriter::WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent)
+{
+    const auto bindings = GetOwnBindings(context);
+    if (bindings.empty())
+        return false;
+    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | s_byNamespaceAttributes));
+    for (const auto& [strPrefix, strNamespace] : bindings)
+        WriteNamespaceItem(strPrefix, strNamespace);
+    m_out.WriteOctet(s_byEnd);
+    return true;
+}
+
+std::wstring CFastInfosetWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+{
+    std::wstring strBuffer;
+    std::wstring strPrefixBuffer;
+    const std::wstring strNamespace(ToUnitText(svNamespace, strBuffer));
+    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+        return {};
+    const auto itDocument = m_mapNamespaces.find(strNamespace);
+    const std::wstring* const pstrKnown = FindPrefix(strNamespace);
+    if (m_pPendingContext == nullptr ||
+        (itDocument != m_mapNamespaces.end() && pstrKnown != nullptr && *pstrKnown == itDocument->second))
+        return pstrKnown != nullptr ? *pstrKnown : std::wstring(svPrefix);
+    // A prefix that names brought along is not declared yet.
+    if (pstrKnown != nullptr && !pstrKnown->empty())
+    {
+        const std::wstring strKnown = *pstrKnown;
+        SetNamespaceMapValue(*m_pPendingContext, strNamespace, strKnown);
+        return DeclareAtRoot(strNamespace, strKnown);
+    }
+    return DeclareAtRoot(strNamespace,
+                         BindPrefix(*m_pPendingContext, strNamespace, ToUnitText(svPrefix, strPrefixBuffer)));
+}
+
+/// The root declares what the document does.
+std::wstring CFastInfosetWriter::DeclareAtRoot(const std::wstring& strNamespace, const std::wstring& strPrefix)
+{
+    if (m_pContext == nullptr)
+        m_mapNamespaces[strNamespace] = strPrefix;
+    return strPrefix;
 }
 
 void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)

@@ -226,8 +226,13 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
     {
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
-        CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
-        DropLayout(*spElement);
+        CXmlElement* const pNext = pCurrent->GetNextSiblingElement();
+        m_wildcard.Throw_IfContentIsWrong(*pCurrent, context);
+        if (!IsCheckingOnly())
+        {
+            CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+            DropLayout(*spElement);
+        }
         Add(spElement);
         pCurrent = pNext;
     }
@@ -252,6 +257,12 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
+std::wstring CValueColBase::GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const
+{
+    const std::wstring* const pUri = m_prefixes.Find(lpctPrefix);
+    return pUri != nullptr ? *pUri : std::wstring();
+}
+
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
                               bool) const
 {
@@ -259,13 +270,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strName = m_element.lpctName;
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant value;
     value.LetBorrow();
     for (std::size_t n = 0; n < nCount; ++n)
     {
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
-        pWriter->WriteText(QvXmlLib9Data::CValueText(value).Get(), value.GetTypeAsEnum());
+        const QvXmlLib9Data::CValueText text(value);
+        std::wstring strDeclared;
+        if (bPrefixes)
+            strDeclared = m_prefixes.Declare(std::wstring(text.Get()), GetType(), *pWriter);
+        pWriter->WriteText(bPrefixes ? std::wstring_view(strDeclared) : text.Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }
@@ -273,11 +289,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant text;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
         QvXmlLib9Data::CTreeText::Store(*pCurrent, text);
+        if (bPrefixes)
+        {
+            std::wstring strText(QvXmlLib9Data::CValueText(text).Get());
+            m_prefixes.Note(strText, GetType(), *pCurrent, context, Name());
+            text.SetString(std::move(strText));
+        }
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }

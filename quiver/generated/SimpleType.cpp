@@ -148,6 +148,16 @@ const wchar_t* CSimpleType::GetValueText(std::size_t nIndex) const
     return m_ppValues[nIndex];
 }
 
+bool CSimpleType::HasPrefixes() const
+{
+    if (m_nValues > 0)
+        return false;
+    if (m_eForm == Form_List)
+        return GetItem().HasPrefixes();
+    return m_eForm == Form_QName || std::any_of(m_pMembers, m_pMembers + m_nMembers,
+                                                [](PfnSimpleType pfnMember) { return pfnMember().HasPrefixes(); });
+}
+
 int CSimpleType::FindValue(const std::wstring& strText) const
 {
     for (std::size_t n = 0; n < m_nValues; ++n)

@@ -179,6 +179,10 @@ public:
     /// @throws CQvInvalidParamException if there is no such value.
     const wchar_t* GetValueText(std::size_t nIndex) const;
 
+    /// Whether values are names with prefixes, or may be, which take declarations to be understood. Those of an
+    /// enumeration are told by their texts.
+    bool HasPrefixes() const;
+
     /// Place of a value in the enumeration.
     /// @param strText the value, normalised.
     /// @return -1 if it is none of them.
@@ -220,6 +224,9 @@ public:
 
     /// Whether Check passes.
     bool IsValid(const std::wstring& strText) const;
+
+    /// Whether two texts that Check passes stand for the same value.
+    bool IsSame(const std::wstring& strText, const wchar_t* lpctOther) const { return IsSameValue(strText, lpctOther); }
 
 private:
     bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;

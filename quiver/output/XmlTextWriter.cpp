@@ -307,6 +307,24 @@ void CXmlTextWriter::WriteAttribute(std::wstring_view svName, std::wstring_view 
     FlushIfLong();
 }
 
+std::wstring CXmlTextWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+{
+    CXmlWriterContext& context = GetOpenStartTag();
+    std::wstring strBuffer;
+    std::wstring strPrefixBuffer;
+    const std::wstring_view svNamespaceUnits = ToUnitText(svNamespace, strBuffer);
+    if (svNamespaceUnits.empty() || svNamespaceUnits == GetDefaultNamespace())
+        return {};
+    const std::wstring* pstrPrefix = FindPrefix(svNamespaceUnits);
+    if (pstrPrefix == nullptr || pstrPrefix->empty())
+    {
+        pstrPrefix = &BindPrefix(context, svNamespaceUnits, ToUnitText(svPrefix, strPrefixBuffer));
+        m_pStream->AppendUnit(L' ');
+        AppendDeclaration(*pstrPrefix, svNamespaceUnits);
+    }
+    return *pstrPrefix;
+}
+
 void CXmlTextWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType)
 {
     CXmlWriterContext& context = GetOpenStartTag();

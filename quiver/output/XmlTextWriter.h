@@ -62,6 +62,7 @@ public:
                         ItemType eType) override;
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
     void WriteXsiNil() override;
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Whether output is indented, one element to a line; initially it is. To be set while no element is open.
     void SetFormatted(bool bFormatted);

@@ -317,6 +317,31 @@ const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, 
     return Bind(svNamespace, m_scopes.GeneratePrefix());
 }
 
+std::wstring CXmlWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view)
+{
+    return std::wstring(svPrefix);
+}
+
+const std::wstring& CXmlWriter::BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
+                                           std::wstring_view svPrefix)
+{
+    if (svPrefix.empty() || svPrefix.substr(0, 3) == L"xml" || m_scopes.IsPrefixBound(svPrefix))
+        return BindGeneratedPrefix(context, svNamespace);
+    BeginScope(context);
+    return Bind(svNamespace, svPrefix);
+}
+
+std::vector<std::pair<std::wstring, std::wstring>> CXmlWriter::GetOwnBindings(const CXmlWriterContext& context) const
+{
+    std::vector<std::pair<std::wstring, std::wstring>> bindings;
+    if (!context.m_bInheritsNamespaces)
+    {
+        for (std::size_t n = context.m_nOuterBindings; n < m_scopes.GetCount(); ++n)
+            bindings.emplace_back(m_scopes.GetPrefix(n), m_scopes.GetNamespace(n));
+    }
+    return bindings;
+}
+
 const std::wstring& CXmlWriter::Bind(std::wstring_view svNamespace, std::wstring_view svPrefix)
 {
     ++m_nScopeVersion;

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace QvXmlLib9
@@ -104,6 +105,12 @@ public:
     /// @throws CQvException as for WriteAttribute.
     virtual void WriteXsiNil() = 0;
 
+    /// Makes sure that a value on the open element, or inside it, can name a namespace: declares a prefix unless one is
+    /// in force. To be called ahead of the element's attributes.
+    /// @param svPrefix the prefix to declare if it is free.
+    /// @return the prefix in force; empty for the default namespace and for none.
+    virtual std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace);
+
     /// Prefixes by namespace, in the order of the URIs.
     using NamespaceMap = std::map<std::wstring, std::wstring>;
 
@@ -167,6 +174,13 @@ protected:
 
     /// Binds a prefix in the scope of `context`.
     void SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view svNamespace, std::wstring_view svPrefix);
+
+    /// The same with a prefix of choice if no namespace has it.
+    const std::wstring& BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
+                                   std::wstring_view svPrefix);
+
+    /// What an element that has no content yet has bound, by prefix and namespace.
+    std::vector<std::pair<std::wstring, std::wstring>> GetOwnBindings(const CXmlWriterContext& context) const;
 
     /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
     const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view svNamespace);
