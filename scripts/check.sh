@@ -85,6 +85,9 @@ while IFS= read -r name; do
     grep -qxF "### $name" docs/compatibility.md || complain "docs/compatibility.md has no entry \"$name\""
 done < <(git grep -ohE 'docs/compatibility\.md: [A-Z][^).:]*' -- '*.h' '*.cpp' | sed -e 's/^[^:]*: //' -e 's/ *$//' | sort -u)
 
+# What the pages say is in the sources.
+scripts/check_docs.sh || complain "the pages above are not true"
+
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then
     complain "the macros above hold code"
