@@ -40,4 +40,9 @@ done < <(awk '/^ *```/ { inside = !inside; next }
         }
     }' "${pages[@]}")
 
+# Every page is reached from the first one.
+while IFS= read -r page; do
+    grep -qF "](${page#docs/}" docs/index.md || complain "docs/index.md does not lead to $page"
+done < <(git ls-files 'docs/*.md' ':!docs/index.md')
+
 exit "$failed"

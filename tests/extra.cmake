@@ -128,8 +128,18 @@ add_custom_command(OUTPUT "${_snippets}"
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
 
-# Snippets of the other pages use the classes of the examples.
-foreach(_name FastInfosetPage_test ReadmeSnippets_test)
+# Snippets of the other pages use the classes of the examples, or of schemas of their own.
+add_library(quiver_docs_classes STATIC EXCLUDE_FROM_ALL)
+target_link_libraries(quiver_docs_classes PUBLIC quiver_example_classes PRIVATE quiver_build_settings)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/library.xsd FACTORY library::CLibraryRoots)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_1.xsd FACTORY ticket1::CTicket1Roots
+    NAMESPACES urn:example:ticket=ticket1)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_2.xsd FACTORY ticket2::CTicket2Roots
+    NAMESPACES urn:example:ticket=ticket2)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS ../examples/large_file/readings.xsd FACTORY weather::CReadingsRoots)
+target_link_libraries(FormGuides_test PRIVATE quiver_docs_classes)
+target_link_libraries(ReadingGuides_test PRIVATE quiver_docs_classes)
+foreach(_name FastInfosetPage_test FormGuides_test ReadingGuides_test ReadmeSnippets_test ThreadsGuide_test)
     target_link_libraries(${_name} PRIVATE quiver_example_classes)
     target_compile_definitions(${_name} PRIVATE QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 endforeach()
