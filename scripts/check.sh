@@ -84,6 +84,13 @@ diff -u cmake/public_headers.txt <(scripts/list_public_headers.sh) || complain "
 while IFS= read -r name; do
     grep -qxF "### $name" docs/compatibility.md || complain "docs/compatibility.md has no entry \"$name\""
 done < <(git grep -ohE 'docs/compatibility\.md: [A-Z][^).:]*' -- '*.h' '*.cpp' | sed -e 's/^[^:]*: //' -e 's/ *$//' | sort -u)
+while IFS= read -r name; do
+    git grep -qF "docs/compatibility.md: $name" -- 'quiver/*.h' 'quiver/*.cpp' 'tools/*.cpp' 'tools/*.h' ||
+        complain "no source cites \"$name\" of docs/compatibility.md"
+done < <(sed -n 's/^### //p' docs/compatibility.md)
+
+# What the pages say is in the sources.
+scripts/check_docs.sh || complain "the pages above are not true"
 
 # No macro defines a function or a class.
 if git grep -nE '^\s*#define .*\{' -- 'quiver/*.h' 'quiver/*.cpp'; then

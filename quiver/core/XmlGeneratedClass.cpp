@@ -320,7 +320,8 @@ bool EqualsWord(std::wstring_view text, std::wstring_view word)
     throw CQvValidationException(FormatString(L"Unexpected Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
 
-/// Only these two words count; "1" and "0", which the type boolean has too, are refused.
+/// Only these two words count; "1" and "0", which the type boolean has too, are refused
+/// (docs/compatibility.md: Words of nil).
 bool ReadNil(const CXmlAttribute& attribute)
 {
     if (EqualsWord(attribute.GetValue(), L"true"))

@@ -536,7 +536,8 @@ void CXmlObjectBase::Choice_SetElementValid(bool bValid, const wchar_t* lpctName
         strCurrent.clear();
         return;
     }
-    // The words differ from those of the other two by the missing brackets; callers show both.
+    // The words differ from those of the other two by the missing brackets
+    // (docs/compatibility.md: Messages as they are spelt).
     if (strCurrent != lpctName)
         throw CQvInvalidStateException(
             FormatString(L"The Property %s is already set. Only one element within this class bay be set at a time",

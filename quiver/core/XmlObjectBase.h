@@ -272,7 +272,7 @@ protected:
     void Choice_SetElementValid(bool bValid, const wchar_t* lpctName, std::wstring& strCurrent);
 
     /// To be called when the member `lpctName` is assigned `pValue`. A null assigned while nothing is selected selects
-    /// the member.
+    /// the member (docs/compatibility.md: Null in a choice).
     /// @throws CQvInvalidStateException if another member is selected and `pValue` is not null.
     void Choice_SelectElement(const wchar_t* lpctName, CXmlObjectBase* pValue, std::wstring& strCurrent);
 

@@ -49,7 +49,9 @@ public:
     /// @throws CQvInvalidStateException if `bIgnore` is true and IgnoreUnknownElements is set; nothing changes then.
     void SetIgnoreMissingMandatoryElements(bool bIgnore);
 
-    /// Elements that nothing claims are skipped. Default: false. Excludes IgnoreMissingMandatoryElements.
+    /// Elements that nothing claims are skipped. Default: false. Excludes IgnoreMissingMandatoryElements. Ahead of a
+    /// member that may be absent, and within a collection, one takes what stands behind it along
+    /// (docs/compatibility.md: Unknown elements ahead of what may be absent).
     bool GetIgnoreUnknownElements() const { return m_bIgnoreUnknownElements; }
     /// @throws CQvInvalidStateException if `bIgnore` is true and IgnoreMissingMandatoryElements is set; nothing changes
     ///         then.
