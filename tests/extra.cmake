@@ -128,6 +128,37 @@ add_custom_command(OUTPUT "${_snippets}"
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
 
+# Snippets of the other pages use the classes of the examples, or of schemas of their own.
+add_library(quiver_docs_classes STATIC EXCLUDE_FROM_ALL)
+target_link_libraries(quiver_docs_classes PUBLIC quiver_example_classes PRIVATE quiver_build_settings)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/library.xsd FACTORY library::CLibraryRoots)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_1.xsd FACTORY ticket1::CTicket1Roots
+    NAMESPACES urn:example:ticket=ticket1)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_2.xsd FACTORY ticket2::CTicket2Roots
+    NAMESPACES urn:example:ticket=ticket2)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS ../examples/large_file/readings.xsd FACTORY weather::CReadingsRoots)
+target_link_libraries(FormGuides_test PRIVATE quiver_docs_classes)
+target_link_libraries(ReadingGuides_test PRIVATE quiver_docs_classes)
+foreach(_name FastInfosetPage_test FormGuides_test ReadingGuides_test ReadmeSnippets_test ThreadsGuide_test)
+    target_link_libraries(${_name} PRIVATE quiver_example_classes)
+    target_compile_definitions(${_name} PRIVATE QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+endforeach()
+
+# Commands on the pages. They are the same in every build, and compile classes where the reader does.
+if(TARGET quiver_fi AND NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
+    file(GLOB _pages CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/README.md"
+        "${PROJECT_SOURCE_DIR}/docs/*.md" "${PROJECT_SOURCE_DIR}/docs/guides/*.md")
+    foreach(_page ${_pages})
+        file(STRINGS "${PROJECT_SOURCE_DIR}/${_page}" _commands REGEX "^ *<!-- run( |:)")
+        if(_commands)
+            string(MAKE_C_IDENTIFIER "${_page}" _name)
+            add_test(NAME page_${_name} COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/docs/run_page.sh"
+                "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}" "${_page}")
+            set_tests_properties(page_${_name} PROPERTIES TIMEOUT 600)
+        endif()
+    endforeach()
+endif()
+
 # --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
 
 if(TARGET quiver_fi)
@@ -136,12 +167,17 @@ if(TARGET quiver_fi)
     file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
     foreach(_source ${_gen_tests})
         get_filename_component(_name "${_source}" NAME_WE)
-        target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
+        if(TARGET ${_name})
+            target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
+        endif()
     endforeach()
     add_dependencies(Generator_test quiver_gen_tool)
     target_compile_definitions(Generator_test PRIVATE
         QUIVER_VERSION="${PROJECT_VERSION}"
         QUIVER_GEN_PROGRAM="$<TARGET_FILE:quiver_gen_tool>")
+
+    target_link_libraries(CheckExamples_test PRIVATE quiver_example_classes)
+    target_compile_definitions(CheckExamples_test PRIVATE QUIVER_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
 
     # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
     # machine has it.

@@ -2,7 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
@@ -15,6 +15,7 @@
 #include "quiver/foundation/QvZip.h"
 #include "quiver/foundation/StackGuard.h"
 #include "quiver/foundation/platform/Platform.h"
+#include "quiver/foundation/platform/SingleThread.h"
 #include "quiver/output/FileTextStream.h"
 #include "quiver/output/TextStream.h"
 #include "quiver/output/UnitText.h"
@@ -125,17 +126,38 @@ const CXmlObjectBase* CXmlObjectBase::GetBase() const
     return const_cast<CXmlObjectBase*>(this)->GetBase();
 }
 
+namespace
+{
+
+/// The sum. A locked instruction costs more than the rest of what is done with a reference, so there is none as long as
+/// nobody else could be counting.
+std::intptr_t AddTo(std::atomic<std::intptr_t>& nCount, std::intptr_t nMore, std::memory_order eOrder)
+{
+    if (!Platform::IsSingleThreaded())
+        return nCount.fetch_add(nMore, eOrder) + nMore;
+    const std::intptr_t nSum = nCount.load(std::memory_order_relaxed) + nMore;
+    nCount.store(nSum, std::memory_order_relaxed);
+    return nSum;
+}
+
+} // namespace
+
 long CXmlObjectBase::AddRef()
 {
-    return static_cast<long>(m_nRefCount.fetch_add(1, std::memory_order_relaxed) + 1);
+    return static_cast<long>(AddTo(m_nRefCount, 1, std::memory_order_relaxed));
 }
 
 long CXmlObjectBase::Release()
 {
-    const std::intptr_t nRefCount = m_nRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    const std::intptr_t nRefCount = AddTo(m_nRefCount, -1, std::memory_order_acq_rel);
     if (nRefCount == 0)
         Destroy();
     return static_cast<long>(nRefCount);
+}
+
+void CXmlObjectBase::ReleaseWithoutDestruction()
+{
+    AddTo(m_nRefCount, -1, std::memory_order_acq_rel);
 }
 
 namespace
@@ -514,7 +536,8 @@ void CXmlObjectBase::Choice_SetElementValid(bool bValid, const wchar_t* lpctName
         strCurrent.clear();
         return;
     }
-    // The words differ from those of the other two by the missing brackets; callers show both.
+    // The words differ from those of the other two by the missing brackets
+    // (docs/compatibility.md: Messages as they are spelt).
     if (strCurrent != lpctName)
         throw CQvInvalidStateException(
             FormatString(L"The Property %s is already set. Only one element within this class bay be set at a time",

@@ -37,6 +37,21 @@ public:
                           m_strTexts.begin() + static_cast<std::ptrdiff_t>(entry.nOffset));
     }
 
+    /// Where a text stands, or would.
+    struct SPlace
+    {
+        /// 0 if it is not in the map.
+        std::uint32_t dwIndex = 0;
+        std::uint32_t dwHash = 0;
+        std::size_t nSlot = 0;
+    };
+
+    /// Find for who may add the text next.
+    SPlace Locate(std::wstring_view svText) const;
+
+    /// Adds a text that Locate has not found in the map as it is now.
+    void AddLocated(std::wstring_view svText, const SPlace& place);
+
     /// Adds a text with the next index. A text that is there keeps its index; a full map stays as it is.
     /// @return the text's index, 0 if the map is full.
     std::uint32_t Add(std::wstring_view svText, std::uint32_t dwNumber = 0);
@@ -97,6 +112,9 @@ private:
     {
         return svText.size() <= SShortSlot::s_nMaxUnits && dwNumber == 0;
     }
+    /// Whether the slots have to grow before another text comes.
+    bool IsFull() const { return (m_entries.size() - m_nShort + 1) * 2 > m_slots.size(); }
+    bool IsShortFull() const { return (m_nShort + 1) * 4 > m_shortSlots.size() * 3; }
     std::uint32_t AddShort(std::wstring_view svText);
     std::uint32_t AddEntry(std::wstring_view svText, std::uint32_t dwNumber);
     std::size_t FindSlot(const SShortSlot& text) const;

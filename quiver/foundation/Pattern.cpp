@@ -11,6 +11,7 @@
 #include <atomic>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -132,6 +133,26 @@ public:
         return oldest;
     }
 
+    /// The same for a literal, by its address. Another text may come to stand there when a module goes, so the text is
+    /// compared too.
+    CCompiledPattern& Get(const wchar_t* lpctSource, std::string_view svValue)
+    {
+        SLiteral& literal =
+            m_literals[reinterpret_cast<std::uintptr_t>(lpctSource) / sizeof(wchar_t) % m_literals.size()];
+        if (literal.lpctSource != lpctSource || literal.strSource != lpctSource)
+        {
+            std::string strPattern;
+            AppendUtf8(strPattern, lpctSource);
+            std::wstring strValue;
+            AppendUtf8AsUtf16(strValue, svValue);
+            literal.lpctSource = nullptr;
+            literal.pattern = CCompiledPattern(strPattern, strValue);
+            literal.strSource = lpctSource;
+            literal.lpctSource = lpctSource;
+        }
+        return literal.pattern;
+    }
+
 private:
     struct SSet
     {
@@ -139,7 +160,15 @@ private:
         std::size_t nOldest = 0;
     };
 
+    struct SLiteral
+    {
+        const wchar_t* lpctSource = nullptr;
+        std::wstring strSource;
+        CCompiledPattern pattern;
+    };
+
     std::array<SSet, 32> m_sets;
+    std::array<SLiteral, 61> m_literals;
 };
 
 /// One of the process's collections of expressions. There are as many as threads have matched at once; none is ever
@@ -208,6 +237,16 @@ bool PatternMatch(const std::string& strPattern, const std::wstring& strValue)
     if (strSubject.size() > INT_MAX)
         throw CQvException(L"The value is too long to be matched against its pattern");
     return pattern.Match(strSubject);
+}
+
+bool PatternMatch(const wchar_t* lpctPattern, std::string_view svValue)
+{
+    CTakenPatterns taken;
+    CCompiledPattern& pattern = taken.Get().Get(lpctPattern, svValue);
+    svValue = svValue.substr(0, svValue.find('\0'));
+    if (svValue.size() > INT_MAX)
+        throw CQvException(L"The value is too long to be matched against its pattern");
+    return pattern.Match(svValue);
 }
 
 } // namespace QvXmlLib9

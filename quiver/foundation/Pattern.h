@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -27,5 +28,9 @@ namespace QvXmlLib9
 /// May be called from any thread, and while threads and static objects die. Compiled expressions are remembered, which
 /// no caller can tell.
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue);
+
+/// The same for an expression that is a literal, and a value in well-formed UTF-8. Nothing is converted from the second
+/// value on.
+bool PatternMatch(const wchar_t* lpctPattern, std::string_view svValue);
 
 } // namespace QvXmlLib9

@@ -21,6 +21,7 @@ namespace QvXmlLib9
 template <class TType, class TRule>
 class CNillable;
 struct SClassTables;
+struct SPrefixedMember;
 struct SNoRule;
 
 /// Takes down what a generated class says about itself, in the order in which its members stand in documents, and makes
@@ -70,6 +71,8 @@ public:
 
     /// The text of an element with simple content.
     void Text(int nMember) { m_nTextMember = nMember; }
+    /// The same, for values that may have prefixes.
+    void Text(int nMember, const CSimpleType& type);
 
     /// The text of an element with mixed content, all pieces joined. It is written ahead of the children.
     void MixedText(int nMember);
@@ -159,6 +162,16 @@ public:
     void AnyAttribute(int nMember, const SWildcard& wildcard);
     /// @}
 
+    /// @name The same for classes that are known by their creators
+    /// @{
+    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                     const SAlternatives& alternatives, SCreator declared, bool bRequired);
+    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, SCreator creator);
+    void OptionalGroup(const wchar_t* lpctName, int nMember, SCreator creator);
+    /// @}
+
     /// Makes the tables. They belong to the caller.
     void Build(SClassTables& tables);
 
@@ -166,14 +179,9 @@ private:
     using CElementInfo = QvXmlLib9Data::CElementInfo;
     using CAttributeInfo = QvXmlLib9Data::CAttributeInfo;
 
-    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                     const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired);
-    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate);
-    void OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate);
     void AddWildcard(int nMember, const SWildcard& wildcard, bool bRequired);
     void Add(std::unique_ptr<CElementInfo> pRecord);
+    void NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type);
 
     XmlElementGroupType m_eGroup{};
     XmlElementType m_eElementType{};
@@ -184,7 +192,9 @@ private:
     bool m_bFailIfAttributeUnknown = true;
     bool m_bRequiresChoice = false;
     bool m_bMixed = false;
+    bool m_bNamesAsText = false;
     int m_nTextMember = -1;
+    std::unique_ptr<std::vector<SPrefixedMember>> m_pPrefixed;
     std::vector<std::unique_ptr<CElementInfo>> m_elements;
     std::vector<std::unique_ptr<CAttributeInfo>> m_attributes;
     std::unique_ptr<CAttributeInfo> m_pAnyAttribute;

@@ -68,6 +68,13 @@ public:
     void Append(std::wstring_view svText) { m_buffer.Append(svText); }
     void Append(wchar_t c) { m_buffer.Append(c); }
     void AppendUnits(std::wstring_view svUnits) { m_buffer.AppendUnits(svUnits); }
+    template <class TTest>
+    std::size_t AppendWhile(std::wstring_view svUnits, TTest fnTest)
+    {
+        return m_buffer.AppendWhile(svUnits, fnTest);
+    }
+    void AppendShort(const CShortUnits& units) { m_buffer.AppendShort(units); }
+    void AppendRun(wchar_t c, std::size_t nCount) { m_buffer.AppendRun(c, nCount); }
     void AppendUnit(wchar_t c) { m_buffer.AppendUnit(c); }
 
 protected:

@@ -62,6 +62,7 @@ public:
                         ItemType eType) override;
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
     void WriteXsiNil() override;
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Whether output is indented, one element to a line; initially it is. To be set while no element is open.
     void SetFormatted(bool bFormatted);
@@ -90,7 +91,9 @@ public:
 private:
     void AppendIndent(const CXmlWriterContext& context);
     void AppendLine(std::wstring_view svText);
-    void AppendQualifiedStart(CXmlWriterContext& context);
+    void AppendStart(CXmlWriterContext& context);
+    void AppendEnd(const CXmlWriterContext& context);
+    void SetTags(CXmlWriterContext& context, const SElementPrefix& prefix);
     void AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace);
     void AppendRootDeclarations();
     void AppendXsiAttribute(std::wstring_view svName, std::wstring_view svValue);
@@ -103,6 +106,8 @@ private:
     std::wstring m_strEOL = L"\n";
     EOLType m_eEOLType = EOLType_LF;
     bool m_bFormatted = true;
+    /// The stream carries its text on.
+    bool m_bFlushes = true;
     CTextStream* m_pStream;
 };
 

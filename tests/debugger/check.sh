@@ -22,5 +22,5 @@ trap 'rm -f "$commands" "$commands.out"' EXIT
 } >"$commands"
 PYTHONDONTWRITEBYTECODE=1 LC_ALL=C.UTF-8 gdb -nx -batch -x "$commands" "$program" >"$commands.out" 2>&1 || true
 diff -u expected.txt <(grep -E '^[*A-Za-z]+ = ' "$commands.out") || { echo "check: gdb shows otherwise:" >&2; cat "$commands.out" >&2; exit 1; }
-grep -qE '^spElement shows.*0x[0-9a-f]+ = \{object = <\{urn:a\}order id="7"> = \{' "$commands.out" || { cat "$commands.out" >&2; exit 1; }
+grep -qE '^spElement shows.*0x[0-9a-f]+ = \{object = <\{urn:a\}order id="7" kind="x"> = \{' "$commands.out" || { cat "$commands.out" >&2; exit 1; }
 echo "check: gdb shows $(wc -l <expected.txt) values as expected"

@@ -59,12 +59,12 @@ int main()
     strings.Add(L"two");
 
     const CSmartPtr<CElement> spElement = new CElement(L"order");
-    spElement->FromXml(L"<order xmlns='urn:a' id='7'><item>pen</item><item>ink</item></order>");
+    spElement->FromXml(L"<order xmlns='urn:a' id='7' kind='x'><item>pen</item><item>ink</item></order>");
     const CSmartPtr<CElement> spNone;
     [[maybe_unused]] const CElement* const pElement = spElement;
 
     CXmlDocument document(context);
-    document.LoadXml(L"<order xmlns='urn:a' id='7'><item>pen</item><item>ink</item></order>");
+    document.LoadXml(L"<order xmlns='urn:a' id='7' kind='x'><item>pen</item><item>ink</item></order>");
     [[maybe_unused]] const CXmlElement* const pParsed = document.GetDocumentElement();
 
     Stop();

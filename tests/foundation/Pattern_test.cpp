@@ -496,3 +496,33 @@ TEST(PatternTest, ManyThreadsMatchAtOnce)
     for (std::thread& thread : threads)
         thread.join();
 }
+
+TEST(PatternTest, ALiteralMatchesUtf8AsTheSameTextsDo)
+{
+    for (int i = 0; i < 3; ++i)
+    {
+        EXPECT_TRUE(PatternMatch(L"\\d{3}-[A-Z\x00C4]{2}", "123-A\xC3\x84"));
+        EXPECT_FALSE(PatternMatch(L"\\d{3}-[A-Z\x00C4]{2}", "123-A"));
+        EXPECT_TRUE(PatternMatch(L"a", std::string_view("a\0b", 3)));
+        ExpectThrows<CQvException>(L"Invalid Regular Expression: gr\x00FC Error: 'missing )'",
+                                   [] { PatternMatch(L"(", "gr\xC3\xBC"); });
+    }
+}
+
+TEST(PatternTest, AnotherLiteralMayComeToStandAtTheSameAddress)
+{
+    wchar_t szPattern[] = L"aa";
+    EXPECT_TRUE(PatternMatch(szPattern, "aa"));
+    szPattern[1] = L'b';
+    EXPECT_FALSE(PatternMatch(szPattern, "aa"));
+    EXPECT_TRUE(PatternMatch(szPattern, "ab"));
+}
+
+TEST(PatternTest, ALiteralThatIsRefusedLeavesNothingBehind)
+{
+    wchar_t szPattern[] = L"(a";
+    EXPECT_THROW(PatternMatch(szPattern, "a"), CQvException);
+    EXPECT_THROW(PatternMatch(szPattern, "a"), CQvException);
+    szPattern[0] = L'b';
+    EXPECT_TRUE(PatternMatch(szPattern, "ba"));
+}

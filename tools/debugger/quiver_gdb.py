@@ -73,14 +73,16 @@ def read_node_text(pointer):
     return bytes(memory(address + size + 8, length)).decode("utf-8", errors="replace") if length else ""
 
 
-def read_node_attributes(pointer, kind):
-    """The vector behind CXmlElement::m_pAttributes, which a program has no reason to instantiate either."""
-    address, size = int(pointer), gdb.lookup_type("void").pointer().sizeof
-    if address == 0:
-        return []
-    first, last = read_pointer(address), read_pointer(address + size)
-    addresses = range(first, min(last, first + MOST_ITEMS * size), size)
-    return [gdb.Value(read_pointer(item)).cast(gdb.lookup_type(kind).pointer()) for item in addresses]
+def read_node_attributes(last):
+    """The attributes of a CXmlElement, a ring of which the last one is known."""
+    items = []
+    item = last
+    while int(last) != 0 and len(items) < MOST_ITEMS:
+        item = item["m_pNext"]
+        items.append(item.dereference())
+        if int(item) == int(last):
+            break
+    return items
 
 
 def quote(text):
@@ -265,7 +267,7 @@ def name_of_node(node):
 
 def print_parsed_element(value):
     attributes = [(name_of_node(item), read_node_text(item["m_pValue"]))
-                  for item in read_node_attributes(value["m_pAttributes"], "QvXmlLib9::CXmlAttribute")]
+                  for item in read_node_attributes(value["m_pLastAttribute"])]
     children = []
     child = value["m_pFirstChild"]
     while int(child) != 0 and len(children) < MOST_ITEMS:

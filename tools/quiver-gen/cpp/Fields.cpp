@@ -246,6 +246,15 @@ std::vector<SField> GetFields(const SClass& type)
     return fields;
 }
 
+bool BeginsChoice(const SClass& type)
+{
+    const auto IsChoice = [](const SClass& candidate)
+    {
+        return candidate.eGroup == SClass::EGroup::Choice;
+    };
+    return IsChoice(type) && !HasBase(type, IsChoice);
+}
+
 ECollection GetNamedCollection(const SClass& item)
 {
     if (item.bPseudo)
