@@ -80,7 +80,8 @@ struct CFastInfosetWriter::SStringEncoding
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream)
     : CXmlWriter(L"CFastInfosetWriter")
     , m_pFIContext(pContext)
-    , m_vocabulary(pContext->GetUseGeneratedVocabulary() ? CFIVocabulary(*pContext->GetVocabulary()) : CFIVocabulary())
+    , m_agreed(pContext->GetUseGeneratedVocabulary() ? *pContext->GetVocabulary() : CFIVocabulary::GetBuiltin())
+    , m_maps(m_agreed.m_maps)
     , m_out(pStream)
     , m_dwDecodedSurplus(GetDecodedSurplus(*pContext))
 {
@@ -184,7 +185,7 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
     if (!m_strDefaultNamespace.empty())
     {
         m_out.WriteOctet(s_byDefaultNamespaceItem);
-        WriteIdentifyingString(m_strDefaultNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+        WriteIdentifyingString(m_strDefaultNamespace, m_maps.m_namespaceNameMap);
     }
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
@@ -199,8 +200,8 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
 void CFastInfosetWriter::WriteNamespaceItem(const std::wstring& strPrefix, const std::wstring& strNamespace)
 {
     m_out.WriteOctet(s_byPrefixedNamespaceItem);
-    WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
-    WriteIdentifyingString(strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+    WriteIdentifyingString(strPrefix, m_maps.m_prefixNameMap);
+    WriteIdentifyingString(strNamespace, m_maps.m_namespaceNameMap);
 }
 
 /// What was declared for values. The prefixes of names need no declaration.
@@ -254,7 +255,7 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
         m_out.WriteIntegerBit3(byCurrent, context.m_dwNameIndex);
         return;
     }
-    CFINameMap& map = m_vocabulary.m_elementNameMap;
+    CFINameMap& map = m_maps.m_elementNameMap;
     if (m_nQualifierNamespaceId != context.m_nNamespaceId || m_nQualifierVersion != GetScopeVersion())
     {
         // A generated prefix needs no declaration: the name carries its URI.
@@ -383,7 +384,7 @@ std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std:
 
 void CFastInfosetWriter::WriteAttributeName(const CFINameMap::SName& name)
 {
-    CFINameMap& map = m_vocabulary.m_attributeNameMap;
+    CFINameMap& map = m_maps.m_attributeNameMap;
     const std::uint32_t dwIndex = map.Find(name);
     if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
     {
@@ -401,7 +402,7 @@ void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const 
     m_out.WriteOctet(
         static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.svPrefix, name.svNamespace)));
     WriteNameParts(name);
-    EnterName(name, m_vocabulary.m_elementNameMap);
+    EnterName(name, m_maps.m_elementNameMap);
 }
 
 /// A reader enters every name that is written out, also one that it has.
@@ -416,14 +417,13 @@ void CFastInfosetWriter::EnterName(const CFINameMap::SName& name, CFINameMap& ma
 void CFastInfosetWriter::WriteNameParts(const CFINameMap::SName& name)
 {
     if (!name.svPrefix.empty())
-        WriteIdentifyingString(name.svPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+        WriteIdentifyingString(name.svPrefix, m_maps.m_prefixNameMap);
     if (!name.svNamespace.empty())
-        WriteIdentifyingString(name.svNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
-    WriteIdentifyingString(name.svLocalName, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
+        WriteIdentifyingString(name.svNamespace, m_maps.m_namespaceNameMap);
+    WriteIdentifyingString(name.svLocalName, m_maps.m_localNameMap);
 }
 
-void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map,
-                                                CFIVocabulary::CFIStringTable& table)
+void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map)
 {
     const std::uint32_t dwIndex = map.Find(svText);
     if (dwIndex != 0 && MayRepeatName(svText.size()))
@@ -432,7 +432,7 @@ void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIInd
         return;
     }
     WriteLiteral(svText);
-    CFIVocabulary::AddValue(svText, map, table);
+    map.Add(svText);
     if (dwIndex != 0)
         map.AddAgain(svText);
 }
@@ -490,7 +490,7 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, 0, svUnits, eType);
     }
-    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_attributeValueMap.Locate(svUnits); place.dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_maps.m_attributeValueMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(svUnits.size() + m_dwDecodedSurplus))
             m_out.WriteIntegerBit2(s_byIndex, place.dwIndex);
@@ -500,7 +500,7 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
     else
     {
         WriteEncodedString(s_place, s_byAddValue, svUnits, eType);
-        m_vocabulary.m_attributeValueMap.AddLocated(svUnits, place);
+        m_maps.m_attributeValueMap.AddLocated(svUnits, place);
     }
 }
 
@@ -518,7 +518,7 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
-    else if (const CFIIndexMap::SPlace place = m_vocabulary.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_maps.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(nWeight * (svUnits.size() + m_dwDecodedSurplus)))
             m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, place.dwIndex);
@@ -528,7 +528,7 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     else
     {
         WriteEncodedString(s_place, s_byChunk | s_byAddChunk, svUnits, eType);
-        m_vocabulary.m_characterChunkMap.AddLocated(svUnits, place);
+        m_maps.m_characterChunkMap.AddLocated(svUnits, place);
     }
 }
 
@@ -550,8 +550,7 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
         break;
     case 1:
         byCurrent = BeginRestrictedAlphabet(place, byCurrent, encoding.m_dwIndex);
-        AppendRestrictedAlphabetString(m_strOctets, m_vocabulary.m_restrictedAlphabets[encoding.m_dwIndex - 1],
-                                       svValue);
+        AppendRestrictedAlphabetString(m_strOctets, m_agreed.m_restrictedAlphabets[encoding.m_dwIndex - 1], svValue);
         svOctets = m_strOctets;
         break;
     case 2:

@@ -91,7 +91,7 @@ private:
     void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
     void EnterName(const CFINameMap::SName& name, CFINameMap& map);
     void WriteNameParts(const CFINameMap::SName& name);
-    void WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
+    void WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map);
     void WriteLiteral(std::wstring_view svText);
     std::string_view ToUtf8(std::wstring_view svText);
 
@@ -113,7 +113,9 @@ private:
     bool m_bTerminatorPending = false;
     /// An element has just begun, and what is written next will be the first text that a reader finds in it.
     bool m_bFirstText = false;
-    CFIVocabulary m_vocabulary;
+    /// What the document begins with, and the document's own maps, which grow.
+    const CFIVocabulary& m_agreed;
+    CFIVocabulary::SMaps m_maps;
     CFIOctetWriter m_out;
     CFIRepetition m_repetition;
     /// How many units a reader may make of a short value beyond those that were written.
