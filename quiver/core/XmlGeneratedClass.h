@@ -126,6 +126,9 @@ private:
     static CXmlElement* SkipUnknown(CReadBudget* pBudget, const QvXmlLib9Data::CElementInfo& info,
                                     const CXmlElement* pParent, CXmlElement* pCurrent);
 
+    /// What the records get as the namespace of their parent.
+    std::wstring GetNamespaceForRecords() const;
+
     CXmlElement* ReadContent(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
                              bool bOptionalChoice);
     CXmlElement* ProcessElementSeqFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,

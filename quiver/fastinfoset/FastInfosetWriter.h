@@ -61,6 +61,7 @@ public:
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
 
     void WriteXsiNil() override;
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Writes what precedes the root: the XML declaration if one is asked for, the identification, and the URI of the
     /// agreed vocabulary if the context uses one. To be called once, behind Open.
@@ -78,6 +79,9 @@ private:
 
     void FlushPendingElement(bool bAttributes);
     void WriteRootNamespaces(unsigned char byCurrent);
+    bool WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent);
+    std::wstring DeclareAtRoot(const std::wstring& strNamespace, const std::wstring& strPrefix);
+    void WriteNamespaceItem(const std::wstring& strPrefix, const std::wstring& strNamespace);
     void WriteElementName(CXmlWriterContext& context, unsigned char byCurrent);
     void EndStartTag(CXmlWriterContext& context);
     CXmlWriterContext& BeginAttribute();

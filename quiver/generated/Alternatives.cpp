@@ -24,11 +24,13 @@ public:
     static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
     static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
 
-    /// Whether it is known which namespace the type's name belongs to: its prefix says so, where the declarations are.
-    static bool IsQualified(CXmlElement* pElement)
+    /// The namespace that the declarations give the type's name, null where they say nothing.
+    static const std::wstring* DeclaredUri(const CXmlElement& element)
     {
-        const std::wstring& strType = pElement->GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance");
-        return strType.find(L':') != std::wstring::npos && pElement->GetDocument() != nullptr;
+        const std::wstring strType =
+            xs::QName::Type().Normalize(element.GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance"));
+        const std::size_t nColon = strType.find(L':');
+        return element.FindPrefix(std::wstring_view(strType).substr(0, nColon == std::wstring::npos ? 0 : nColon));
     }
 };
 
@@ -46,8 +48,8 @@ const SAlternative* FindType(const SAlternatives& types, std::wstring_view name,
                            { return !type.bElement && name == type.lpctName && uri == type.lpctUri; });
 }
 
-/// A name without a prefix belongs to the default namespace, which the tree does not keep. It is looked for in the
-/// namespace of the element and then in all others.
+/// Where no declaration tells the namespace of a type, in an element on its own or a Fast Infoset document, it is looked
+/// for in the namespace of the element and then in all others.
 const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_view name)
 {
     return FindAlternative(types, [name](const SAlternative& type) { return !type.bElement && name == type.lpctName; });
@@ -144,8 +146,9 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
     SCreator creator = declared;
     if (!strType.empty())
     {
-        const SAlternative* pType = FindType(types, strType, CTypeReader::Uri(pElement));
-        if (pType == nullptr && !CTypeReader::IsQualified(pElement))
+        const std::wstring* const pUri = CTypeReader::DeclaredUri(*pElement);
+        const SAlternative* pType = FindType(types, strType, pUri != nullptr ? *pUri : CTypeReader::Uri(pElement));
+        if (pType == nullptr && pUri == nullptr)
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
             return nullptr;

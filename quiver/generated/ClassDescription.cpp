@@ -58,6 +58,24 @@ void CClassDescription::TypeName(const wchar_t* lpctName, const wchar_t* lpctNam
     m_lpctTypeNamespace = lpctNamespace;
 }
 
+void CClassDescription::Text(int nMember, const CSimpleType& type)
+{
+    if (!type.HasPrefixes())
+        return Text(nMember);
+    m_bNamesAsText = true;
+    Add(MakeNamesTextRecord({m_eGroup, nMember, false}, type));
+    NoteIfPrefixed(L"", nMember, type);
+}
+
+void CClassDescription::NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type)
+{
+    if (!type.HasPrefixes())
+        return;
+    if (m_pPrefixed == nullptr)
+        m_pPrefixed = std::make_unique<std::vector<SPrefixedMember>>();
+    m_pPrefixed->push_back({nMember, lpctName, &type});
+}
+
 void CClassDescription::MixedText(int nMember)
 {
     m_bMixed = true;
@@ -69,15 +87,16 @@ void CClassDescription::Add(std::unique_ptr<CElementInfo> pRecord)
     m_elements.push_back(std::move(pRecord));
 }
 
-void CClassDescription::Element(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, const CSimpleType&)
+void CClassDescription::Element(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                const CSimpleType& type)
 {
-    Add(MakeValueRecord({m_eGroup, nMember, true}, lpctName, lpctNamespace));
+    Add(MakeValueRecord({m_eGroup, nMember, true}, lpctName, lpctNamespace, type));
 }
 
 void CClassDescription::OptionalElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                        const CSimpleType&)
+                                        const CSimpleType& type)
 {
-    Add(MakeValueRecord({m_eGroup, nMember, false}, lpctName, lpctNamespace));
+    Add(MakeValueRecord({m_eGroup, nMember, false}, lpctName, lpctNamespace, type));
 }
 
 void CClassDescription::RepeatedElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
@@ -160,15 +179,17 @@ void CClassDescription::RepeatedWildcard(int nMember, const SWildcard&)
 }
 
 void CClassDescription::Attribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                  const CSimpleType&)
+                                  const CSimpleType& type)
 {
-    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, false, L""));
+    NoteIfPrefixed(lpctName, nMember, type);
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, false, L"", type));
 }
 
 void CClassDescription::OptionalAttribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                          const CSimpleType&, const wchar_t* lpctDefault)
+                                          const CSimpleType& type, const wchar_t* lpctDefault)
 {
-    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, true, lpctDefault));
+    NoteIfPrefixed(lpctName, nMember, type);
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, true, lpctDefault, type));
 }
 
 void CClassDescription::AnyAttribute(int nMember, const SWildcard& wildcard)
@@ -184,6 +205,7 @@ void CClassDescription::Build(SClassTables& tables)
     auto pInfo =
         std::make_unique<CParentElementInfo>(m_eGroup, m_eElementType, m_lpctName, m_lpctNamespace, m_nTextMember,
                                              m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
+    pInfo->IgnoreParentNamespace();
     tables.ppElements = MakeTable(m_elements);
     tables.ppAttributes = MakeTable(m_attributes);
     tables.pInfo = pInfo.release();
@@ -192,6 +214,8 @@ void CClassDescription::Build(SClassTables& tables)
     tables.lpctTypeNamespace = m_lpctTypeNamespace;
     tables.bRequiresChoice = m_bRequiresChoice;
     tables.bMixed = m_bMixed;
+    tables.bNamesAsText = m_bNamesAsText;
+    tables.pPrefixed = m_pPrefixed.release();
 }
 
 } // namespace QvXmlLib9

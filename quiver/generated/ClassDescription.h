@@ -21,6 +21,7 @@ namespace QvXmlLib9
 template <class TType, class TRule>
 class CNillable;
 struct SClassTables;
+struct SPrefixedMember;
 struct SNoRule;
 
 /// Takes down what a generated class says about itself, in the order in which its members stand in documents, and makes
@@ -70,6 +71,8 @@ public:
 
     /// The text of an element with simple content.
     void Text(int nMember) { m_nTextMember = nMember; }
+    /// The same, for values that may have prefixes.
+    void Text(int nMember, const CSimpleType& type);
 
     /// The text of an element with mixed content, all pieces joined. It is written ahead of the children.
     void MixedText(int nMember);
@@ -178,6 +181,7 @@ private:
 
     void AddWildcard(int nMember, const SWildcard& wildcard, bool bRequired);
     void Add(std::unique_ptr<CElementInfo> pRecord);
+    void NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type);
 
     XmlElementGroupType m_eGroup{};
     XmlElementType m_eElementType{};
@@ -188,7 +192,9 @@ private:
     bool m_bFailIfAttributeUnknown = true;
     bool m_bRequiresChoice = false;
     bool m_bMixed = false;
+    bool m_bNamesAsText = false;
     int m_nTextMember = -1;
+    std::unique_ptr<std::vector<SPrefixedMember>> m_pPrefixed;
     std::vector<std::unique_ptr<CElementInfo>> m_elements;
     std::vector<std::unique_ptr<CAttributeInfo>> m_attributes;
     std::unique_ptr<CAttributeInfo> m_pAnyAttribute;

@@ -4,12 +4,15 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/ClassDescription.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/values/QvVariant.h"
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 /// @file
 /// The bases of the classes that quiver-gen writes. Such a class has accessors, members (Member.h), and three
@@ -39,6 +42,14 @@
 namespace QvXmlLib9
 {
 
+/// An attribute, or the text of an element, whose values are names with prefixes.
+struct SPrefixedMember
+{
+    int nMember;
+    const wchar_t* lpctName; ///< for messages; empty for the text
+    const CSimpleType* pType;
+};
+
 /// The metadata of one class, built when the first object needs it. Constant before it is built, so that objects can be
 /// made before `main`; built again where an object is used after the metadata of its class were freed.
 struct SClassTables
@@ -52,6 +63,9 @@ struct SClassTables
     SCreator creator;
     bool bRequiresChoice = false;
     bool bMixed = false;
+    bool bNamesAsText = false; ///< the text is of names with prefixes, and has a record
+    /// Attributes and text with prefixes; null for none.
+    std::vector<SPrefixedMember>* pPrefixed = nullptr;
     std::atomic<bool> bBuilt{false};
 };
 
@@ -71,8 +85,24 @@ public:
     /// declared. Whoever writes it knows.
     void TellType(bool bTell) const { m_bTellsType = bTell; }
 
+    /// @name Prefixes in values of type xs:QName
+    /// Reading an object takes down what its prefixes stand for; where it is written they are declared, under other
+    /// names if need be. A prefix that was given no meaning is written as it is, for a context that declares it.
+    /// @{
+
+    /// Says what a prefix in values of this object stands for; the empty one is that of names without a prefix.
+    void DeclarePrefix(const wchar_t* lpctPrefix, const wchar_t* lpctUri) { Prefixes().Set(lpctPrefix, lpctUri); }
+
+    /// What a prefix in values of this object stands for; empty for a prefix without a meaning.
+    std::wstring GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const;
+    /// @}
+
     /// What makes objects of the same class, to tell classes apart.
     SCreator GetCreator() const { return Tables().creator; }
+
+    /// For the records of members.
+    CPrefixes& Prefixes();
+    const CPrefixes* FindPrefixes() const { return m_pPrefixes.get(); }
 
 protected:
     explicit CGeneratedObject(const wchar_t* lpctElementName);
@@ -107,6 +137,10 @@ private:
     void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                 const CXmlSerializationContext& context) const;
 
+    void NotePrefixes(const CXmlElement& element, const CXmlSerializationContext& context);
+    void DeclarePrefixes(CXmlWriter& writer) const;
+
+    std::unique_ptr<CPrefixes> m_pPrefixes;
     mutable bool m_bTellsType = false;
 };
 

@@ -22,8 +22,7 @@ void ThrowNotSet(const wchar_t* lpctName)
 
 std::wstring PropertyText(const QvVariant& variant)
 {
-    std::wstring strBuffer;
-    return QvXmlLib9Data::TextOf(variant, nullptr, strBuffer);
+    return std::wstring(QvXmlLib9Data::CValueText(variant).Get());
 }
 
 namespace

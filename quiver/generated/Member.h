@@ -5,6 +5,7 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/DocumentValue.h"
 #include "quiver/generated/Value.h"
 
 #include <optional>
@@ -102,12 +103,20 @@ protected:
         return value;
     }
 
-    static void Store(const std::optional<Value>& value, QvVariant& variant)
+    /// Stores a document's text.
+    template <class TKept>
+    static void Read(QvVariant& variant, const wchar_t* lpctName, CKept<TKept, Value>& kept, bool bElement = true)
     {
-        if (value)
-            StoreValue(TType::Type(), *value, variant);
-        else
-            variant.SetInvalid();
+        // Of the rules only a default lets every text be that is not empty.
+        std::string_view svUtf8;
+        if constexpr (std::is_base_of_v<SNoRule, TRule>)
+        {
+            const bool bAsItStands =
+                variant.GetUtf8(svUtf8) && (std::is_same_v<SNoRule, TRule> || !bElement || !svUtf8.empty());
+            if (bAsItStands && kept.Read(TType::Type(), svUtf8))
+                return;
+        }
+        kept.Set(Parsed(variant, lpctName, bElement));
     }
 };
 
@@ -124,27 +133,31 @@ public:
     using Value = typename Base::Value;
 
     /// The value; that of `Value{}` as long as it is not set.
-    const Value& Get() const { return m_value; }
+    const Value& Get() const { return m_value.Get(); }
     bool IsSet() const { return m_bSet; }
 
     /// @throws CQvInvalidValueException for a value that the type refuses; the old one stays.
     void Set(const Value& value, const wchar_t* lpctName)
     {
-        m_value = Base::Checked(value, lpctName);
+        m_value.Set(Base::Checked(value, lpctName));
         m_bSet = true;
     }
 
-    void Reset() { *this = CRequired(); }
+    void Reset()
+    {
+        if (m_bSet)
+            *this = CRequired();
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (!bRead)
         {
-            m_value = Base::Parsed(variant, lpctName);
+            Base::Read(variant, lpctName, m_value);
             m_bSet = true;
         }
         else if (m_bSet)
-            StoreValue(TType::Type(), m_value, variant);
+            StoreKept(TType::Type(), m_value, variant);
         else
             variant.SetInvalid();
     }
@@ -157,11 +170,11 @@ public:
             return Access(bRead, variant, lpctName);
         if (!m_bSet)
             ThrowNotSet(lpctName);
-        variant.SetString(ValueText(TType::Type(), m_value));
+        variant.SetString(ValueText(TType::Type(), m_value.Get()));
     }
 
 private:
-    Value m_value{};
+    CKept<Value, Value> m_value;
     bool m_bSet = false;
 };
 
@@ -174,8 +187,8 @@ class COptional : private CValueMember<TType, TRule>
 public:
     using Value = typename Base::Value;
 
-    const std::optional<Value>& Get() const { return m_value; }
-    bool IsSet() const { return m_value.has_value(); }
+    const std::optional<Value>& Get() const { return m_value.Get(); }
+    bool IsSet() const { return m_value.IsGiven(); }
     static bool IsGiven(const std::optional<Value>& value) { return value.has_value(); }
 
     /// @throws CQvInvalidValueException for a value that the type refuses.
@@ -185,26 +198,30 @@ public:
             Base::Checked(*value, lpctName);
     }
 
-    /// Sets the value, or takes it away. Throws as Check does; the old one stays then.
+    /// Sets the value, or takes it away. @throws what Check throws; the old one stays then.
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
-        m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        m_value.Set(value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt);
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        if (IsSet())
+            m_value.Set(std::nullopt);
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (bRead)
-            Base::Store(m_value, variant);
+            StoreKept(TType::Type(), m_value, variant);
         else if (variant.IsValid())
-            m_value = Base::Parsed(variant, lpctName);
+            Base::Read(variant, lpctName, m_value);
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
-    std::optional<Value> m_value;
+    CKept<std::optional<Value>, Value> m_value;
 };
 
 /// An optional attribute with a default or fixed value, which it has where the document says nothing. It is written in
@@ -218,27 +235,33 @@ class CDefaulted : private CValueMember<TType, TRule>
 public:
     using Value = typename Base::Value;
 
-    const Value& Get() const { return m_value ? *m_value : Default(); }
+    const Value& Get() const { return IsSet() ? *m_value.Get() : Default(); }
     /// Whether the value was given; it may still be that of the schema.
-    bool IsSet() const { return m_value.has_value(); }
+    bool IsSet() const { return m_value.IsGiven(); }
 
     /// Sets the value, or goes back to that of the schema.
     /// @throws CQvInvalidValueException for a value that the type refuses; the old one stays.
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
-        m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        m_value.Set(value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt);
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        if (IsSet())
+            m_value.Set(std::nullopt);
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
-        if (bRead)
-            StoreValue(TType::Type(), Get(), variant);
+        if (bRead && IsSet())
+            StoreKept(TType::Type(), m_value, variant);
+        else if (bRead)
+            StoreValue(TType::Type(), Default(), variant);
         else if (variant.IsValid())
-            m_value = Base::Parsed(variant, lpctName, false);
+            Base::Read(variant, lpctName, m_value, false);
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
@@ -249,7 +272,7 @@ private:
         return s_default;
     }
 
-    std::optional<Value> m_value;
+    CKept<std::optional<Value>, Value> m_value;
 };
 
 // --- Restriction -----------------------------------------------------------------------------------------------------
@@ -334,19 +357,20 @@ private:
     mutable CSmartPtr<TClass> m_spObject;
 };
 
-/// A child object that may be absent.
-template <class TClass>
-class COptionalObject
+/// An object or null. `TCheck` is called with the object and the name of the property, and throws for one that may not
+/// stand there.
+template <class TClass, class TCheck>
+class CHeldObject
 {
 public:
     CSmartPtr<TClass> Get() const { return m_spObject; }
     bool IsSet() const { return m_spObject != nullptr; }
     static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
 
-    /// @throws CQvInvalidParamException for an object under another element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const { CheckObject(pObject, lpctName, false); }
+    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
+    void Check(const TClass* pObject, const wchar_t* lpctName) const { TCheck()(pObject, lpctName); }
 
-    /// Sets the object, or takes it away with null. Throws as Check does.
+    /// Sets the object, or takes it away with null. @throws what Check throws.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
         const CSmartPtr<TClass> spObject = pObject;
@@ -368,43 +392,36 @@ private:
     CSmartPtr<TClass> m_spObject;
 };
 
+struct SOwnNameCheck
+{
+    template <class TClass>
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckObject(pObject, lpctName, false);
+    }
+};
+
+template <class TClass>
+struct SAlternativeCheck
+{
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckAlternative(pObject, lpctName, TClass::Alternatives());
+    }
+};
+
+/// A child object that may be absent; it stands under its own name only.
+template <class TClass>
+class COptionalObject : public CHeldObject<TClass, SOwnNameCheck>
+{
+};
+
 /// A child object of an abstract or extended type, or an element that others may stand for: any class derived from
 /// `TClass`, under any name that its substitution group allows. It is null as long as none is set, also where one has
 /// to be there before the object is written: only the program knows its class.
 template <class TClass>
-class CPolymorphicObject
+class CPolymorphicObject : public CHeldObject<TClass, SAlternativeCheck<TClass>>
 {
-public:
-    CSmartPtr<TClass> Get() const { return m_spObject; }
-    bool IsSet() const { return m_spObject != nullptr; }
-    static bool IsGiven(const TClass* pObject) { return pObject != nullptr; }
-
-    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const
-    {
-        CheckAlternative(pObject, lpctName, TClass::Alternatives());
-    }
-
-    /// Sets the object, or takes it away with null. Throws as Check does.
-    void Set(TClass* pObject, const wchar_t* lpctName)
-    {
-        const CSmartPtr<TClass> spObject = pObject;
-        Check(pObject, lpctName);
-        m_spObject = spObject;
-    }
-
-    void Reset() { m_spObject = nullptr; }
-
-    void Access(bool bRead, QvVariant& variant, const wchar_t*)
-    {
-        if (bRead)
-            variant.SetXmlObject(m_spObject);
-        else
-            m_spObject = ObjectIn<TClass>(variant);
-    }
-
-private:
-    CSmartPtr<TClass> m_spObject;
 };
 
 /// A repeated member: a collection that is made when it is asked for the first time.

@@ -41,7 +41,7 @@ protected:
     static void Describe(CClassDescription& description)
     {
         description.Class(QvXmlLib9Data::GroupType_Sequence, QvXmlLib9Data::ElementType_Element, L"", L"");
-        description.Text(0);
+        description.Text(0, TType::Type());
     }
 
     void AccessProperty(int, bool bRead, QvVariant& value) override

@@ -1,11 +1,12 @@
 #include "quiver/generated/RepeatedCol.h"
 
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/Records.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -117,11 +118,18 @@ CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCur
 CXmlElement* CObjectColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                       CSmartPtr<CXmlObjectBase>& spItem)
 {
-    if (!DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
+    if (!IsItem(context, *pCurrent))
         return pCurrent;
     spItem = m_creator(m_element.lpctName);
     CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
     return pCurrent->GetNextSiblingElement();
+}
+
+/// DoesElementNameMatch with the texts that the collection has in the library's form.
+bool CObjectColBase::IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const
+{
+    return element.GetLocalName() == ElementName().View() &&
+           (context.GetIgnoreNamespaces() || element.GetNamespaceURI() == ItemNamespace().Get());
 }
 
 const wchar_t* CObjectColBase::PrepareItem(const CXmlObjectBase&) const
@@ -218,8 +226,13 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
     {
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
-        CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
-        DropLayout(*spElement);
+        CXmlElement* const pNext = pCurrent->GetNextSiblingElement();
+        m_wildcard.Throw_IfContentIsWrong(*pCurrent, context);
+        if (!IsCheckingOnly())
+        {
+            CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+            DropLayout(*spElement);
+        }
         Add(spElement);
         pCurrent = pNext;
     }
@@ -244,7 +257,11 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
-using QvXmlLib9Data::TextOf;
+std::wstring CValueColBase::GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const
+{
+    const std::wstring* const pUri = m_prefixes.Find(lpctPrefix);
+    return pUri != nullptr ? *pUri : std::wstring();
+}
 
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
                               bool) const
@@ -253,14 +270,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strName = m_element.lpctName;
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant value;
-    std::wstring strBuffer;
+    value.LetBorrow();
     for (std::size_t n = 0; n < nCount; ++n)
     {
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
-        strBuffer.clear();
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        const QvXmlLib9Data::CValueText text(value);
+        std::wstring strDeclared;
+        if (bPrefixes)
+            strDeclared = m_prefixes.Declare(std::wstring(text.Get()), GetType(), *pWriter);
+        pWriter->WriteText(bPrefixes ? std::wstring_view(strDeclared) : text.Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }
@@ -268,12 +289,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant text;
-    std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        text.SetString(pCurrent->GetText(strBuffer));
+        QvXmlLib9Data::CTreeText::Store(*pCurrent, text);
+        if (bPrefixes)
+        {
+            std::wstring strText(QvXmlLib9Data::CValueText(text).Get());
+            m_prefixes.Note(strText, GetType(), *pCurrent, context, Name());
+            text.SetString(std::move(strText));
+        }
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }

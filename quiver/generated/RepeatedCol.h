@@ -8,6 +8,7 @@
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
 #include "quiver/generated/Member.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/generated/Value.h"
 #include "quiver/generated/Wildcard.h"
 
@@ -111,6 +112,8 @@ protected:
     SCreator Creator() const { return m_creator; }
 
 private:
+    bool IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const;
+
     SRepeatedElement m_element;
     SCreator m_creator;
     CCollectionOwner m_owner;
@@ -283,6 +286,10 @@ public:
     void ValidateCount(const CXmlSerializationContext& context) const override;
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
+    /// See CGeneratedObject::DeclarePrefix.
+    void DeclarePrefix(const wchar_t* lpctPrefix, const wchar_t* lpctUri) { m_prefixes.Set(lpctPrefix, lpctUri); }
+    std::wstring GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const;
+
 protected:
     explicit CValueColBase(const SRepeatedElement& element);
     ~CValueColBase() override;
@@ -292,6 +299,7 @@ protected:
     CXmlElement* FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                              bool bOptionalChoice) override;
 
+    virtual const CSimpleType& GetType() const = 0;
     /// Adds what a document's text stands for.
     virtual void AddText(QvVariant& text) = 0;
     virtual void StoreItem(std::size_t nIndex, QvVariant& value) const = 0;
@@ -302,6 +310,7 @@ protected:
 private:
     SRepeatedElement m_element;
     CCollectionOwner m_owner;
+    CPrefixes m_prefixes;
 };
 
 /// Repeated elements with values of a simple type.
@@ -375,6 +384,7 @@ public:
     auto end() const { return m_values.end(); }
 
 protected:
+    const CSimpleType& GetType() const override { return TType::Type(); }
     void AddText(QvVariant& text) override { Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name())); }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override

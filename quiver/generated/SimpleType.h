@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -178,10 +179,35 @@ public:
     /// @throws CQvInvalidParamException if there is no such value.
     const wchar_t* GetValueText(std::size_t nIndex) const;
 
+    /// Whether values are names with prefixes, or may be, which take declarations to be understood. Those of an
+    /// enumeration are told by their texts.
+    bool HasPrefixes() const;
+
     /// Place of a value in the enumeration.
     /// @param strText the value, normalised.
     /// @return -1 if it is none of them.
     int FindValue(const std::wstring& strText) const;
+
+    /// FindValue for the text of a document whose white space is not treated yet, in UTF-8.
+    /// @return -1 for none, and where it takes a longer look.
+    int FindUtf8Value(std::string_view svUtf8) const;
+
+    /// Whether a text in UTF-8 is a string of this type as it stands: white space is as Normalize leaves it, and Check
+    /// would pass.
+    /// @return false for none, and where it takes a longer look.
+    bool TakesUtf8(std::string_view svUtf8) const;
+
+    /// Whether a value of the type is right if it lies within the bounds and has the lexical form.
+    bool HasBoundsAtMost() const { return m_lpctPattern == nullptr && m_nValues == 0 && HasNoLengths(); }
+
+    /// @name Bounds as they are written, null for none
+    /// @{
+    const wchar_t* GetMinInclusive() const { return m_lpctMinInclusive; }
+    const wchar_t* GetMaxInclusive() const { return m_lpctMaxInclusive; }
+    const wchar_t* GetMinExclusive() const { return m_lpctMinExclusive; }
+    const wchar_t* GetMaxExclusive() const { return m_lpctMaxExclusive; }
+    bool HasBounds() const;
+    /// @}
 
     /// Treats white space as the type says (XML Schema Part 2, 4.3.6).
     std::wstring Normalize(std::wstring strText) const;
@@ -199,6 +225,9 @@ public:
     /// Whether Check passes.
     bool IsValid(const std::wstring& strText) const;
 
+    /// Whether two texts that Check passes stand for the same value.
+    bool IsSame(const std::wstring& strText, const wchar_t* lpctOther) const { return IsSameValue(strText, lpctOther); }
+
 private:
     bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
     const CSimpleType* FindMember(const std::wstring& strText) const;
@@ -206,7 +235,9 @@ private:
     std::wstring FindLengthFault(const std::wstring& strText) const;
     std::wstring FindDigitsFault(const std::wstring& strText) const;
     std::wstring FindBoundsFault(const std::wstring& strText) const;
-    bool HasBounds() const;
+    bool IsNormalized(std::string_view svUtf8) const;
+    bool HasNoDigits() const { return m_nTotalDigits < 0 && m_nFractionDigits < 0; }
+    bool HasNoLengths() const { return m_nMinLength < 0 && m_nMaxLength < 0 && HasNoDigits(); }
 
     const wchar_t* m_lpctName;
     EForm m_eForm;

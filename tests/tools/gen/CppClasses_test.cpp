@@ -50,7 +50,7 @@ protected:
         const CScope scope(names, "order", true);
         CUris uris(m_binding, "urn:order");
         const SPlace place = GetPlace(scope, names, usage);
-        return DefineClass(type, place, place, uris);
+        return DefineClass(type, place, place, "::order::s_knownToCFactory", uris);
     }
 
     SBinding m_binding;

@@ -19,11 +19,13 @@ namespace
 class CDefinition
 {
 public:
-    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                CUris& uris)
         : m_type(type)
         , m_source(source)
         , m_header(header)
         , m_scope(source.scope)
+        , m_strKnown(strKnown)
         , m_uris(uris)
         , m_fields(GetFields(type))
     {
@@ -74,6 +76,7 @@ private:
     void DescribeClass();
     void DescribeMember(const SField& field);
     void DescribeAttribute(const SField& field);
+    void DescribeText(const SField& field);
     void PrintRestriction(const SField& field);
     void PrintAccessProperty(bool bRestricted);
     void PrintInit();
@@ -82,6 +85,7 @@ private:
     const SPlace& m_source;
     const SPlace& m_header;
     const CScope& m_scope;
+    const std::string& m_strKnown;
     CUris& m_uris;
     const std::vector<SField> m_fields;
     std::string m_strText;
@@ -90,6 +94,16 @@ private:
 std::string Number(std::int64_t n)
 {
     return std::to_string(std::min<std::int64_t>(n, std::numeric_limits<int>::max()));
+}
+
+/// Whether values are names whose prefixes have to be declared.
+bool HasPrefixes(const SSimpleType& type)
+{
+    if (type.pItem != nullptr)
+        return HasPrefixes(*type.pItem);
+    return type.strBuiltin == "xs::QName" || type.strBuiltin == "xs::NOTATION" ||
+           std::any_of(type.memberTypes.begin(), type.memberTypes.end(),
+                       [](const SSimpleType* pMember) { return HasPrefixes(*pMember); });
 }
 
 std::string GetGroupName(SClass::EGroup eGroup)
@@ -139,17 +153,21 @@ void CDefinition::PrintWildcard(const SField& field)
         m_strText += Arrange(0, "static constexpr const wchar_t* " + strList + "[] = {", uris, "};") + '\n';
         parts.insert(parts.end(), {strList, std::to_string(uris.size())});
     }
+    const SMember::EProcess eProcess = bAttributes ? m_type.eAnyAttributeProcess : field.pMember->eProcess;
     if (bAttributes)
-        parts.insert(parts.end(), {"0", "-1"});
+        parts.insert(parts.end(), {"0", "-1", "nullptr"});
     else
     {
         const bool bRepeated = field.pMember->eCardinality == ECardinality::Repeated;
         const bool bRequired = field.pMember->eCardinality == ECardinality::Required;
         parts.push_back(bRepeated ? Number(field.pMember->nMin) : bRequired ? "1" : "0");
         parts.push_back(bRepeated ? Number(field.pMember->nMax) : "1");
-        if (!field.pMember->strElement.empty())
-            parts.push_back(WideLiteral(field.pMember->strElement));
+        parts.push_back(field.pMember->strElement.empty() ? "nullptr" : WideLiteral(field.pMember->strElement));
     }
+    if (eProcess != SMember::EProcess::Skip)
+        parts.insert(parts.end(), {'&' + m_strKnown, eProcess == SMember::EProcess::Strict ? "true" : "false"});
+    else if (parts.back() == "nullptr")
+        parts.pop_back();
     m_strText +=
         Arrange(0, "const " + m_scope.Library("SWildcard") + ' ' + Own(GetConstantName(field)) + '{', parts, "};") +
         '\n';
@@ -297,6 +315,14 @@ void CDefinition::DescribeAttribute(const SField& field)
     Call(attribute.bRequired ? "description.Attribute" : "description.OptionalAttribute", arguments);
 }
 
+void CDefinition::DescribeText(const SField& field)
+{
+    std::vector<std::string> arguments = {"Member_" + field.strName};
+    if (m_type.pText != nullptr && HasPrefixes(*m_type.pText))
+        arguments.push_back(m_scope.Name(*m_type.pText) + "::Type()");
+    Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", arguments);
+}
+
 void CDefinition::PrintDescribe()
 {
     Begin("void " + Own("Describe(") + m_scope.Library("CClassDescription") + "& description)");
@@ -310,7 +336,7 @@ void CDefinition::PrintDescribe()
         else if (field.pAttribute != nullptr)
             DescribeAttribute(field);
         else if (field.IsText())
-            Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {"Member_" + field.strName});
+            DescribeText(field);
         else
             Call("description.AnyAttribute", {"Member_" + field.strName, GetConstantName(field)});
     }
@@ -412,9 +438,10 @@ void CDefinition::PrintInit()
 
 } // namespace
 
-std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                        CUris& uris)
 {
-    return CDefinition(type, source, header, uris).Print();
+    return CDefinition(type, source, header, strKnown, uris).Print();
 }
 
 } // namespace quiver_gen::cpp
