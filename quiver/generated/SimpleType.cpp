@@ -154,8 +154,10 @@ bool CSimpleType::HasPrefixes() const
         return false;
     if (m_eForm == Form_List)
         return GetItem().HasPrefixes();
-    return m_eForm == Form_QName || std::any_of(m_pMembers, m_pMembers + m_nMembers,
-                                                [](PfnSimpleType pfnMember) { return pfnMember().HasPrefixes(); });
+    bool bPrefixes = m_eForm == Form_QName;
+    for (std::size_t n = 0; n < m_nMembers && !bPrefixes; ++n)
+        bPrefixes = GetMember(n).HasPrefixes();
+    return bPrefixes;
 }
 
 int CSimpleType::FindValue(const std::wstring& strText) const
@@ -191,7 +193,7 @@ const CSimpleType* CSimpleType::FindMember(const std::wstring& strText) const
 {
     for (std::size_t n = 0; n < m_nMembers; ++n)
     {
-        const CSimpleType& member = m_ppMembers != nullptr ? *m_ppMembers[n] : m_pMembers[n]();
+        const CSimpleType& member = GetMember(n);
         if (member.IsValid(member.Normalize(strText)))
             return &member;
     }

@@ -229,6 +229,11 @@ public:
     bool IsSame(const std::wstring& strText, const wchar_t* lpctOther) const { return IsSameValue(strText, lpctOther); }
 
 private:
+    /// A type of a union.
+    const CSimpleType& GetMember(std::size_t n) const
+    {
+        return m_ppMembers != nullptr ? *m_ppMembers[n] : m_pMembers[n]();
+    }
     bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
     const CSimpleType* FindMember(const std::wstring& strText) const;
     std::wstring FindFault(const std::wstring& strText) const;

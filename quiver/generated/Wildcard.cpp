@@ -60,7 +60,7 @@ const SKnownAttribute* FindAttribute(const SKnownDeclarations& known, const CXml
 
 void CheckKnown(const SKnownAttribute& known, const CXmlAttribute& attribute)
 {
-    const CSimpleType& type = known.pfnType();
+    const CSimpleType& type = known.GetType();
     const std::wstring strText = type.Normalize(attribute.GetValue());
     type.Check(strText, known.lpctName);
     if (known.lpctFixed != nullptr && !type.IsSame(strText, known.lpctFixed))

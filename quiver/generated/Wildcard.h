@@ -22,6 +22,9 @@ struct SKnownAttribute
     const wchar_t* lpctName;
     PfnSimpleType pfnType;
     const wchar_t* lpctFixed = nullptr; ///< the only value, null for any
+    const CSimpleType* pType = nullptr; ///< instead of pfnType, for a type that is no constant
+
+    const CSimpleType& GetType() const { return pType != nullptr ? *pType : pfnType(); }
 };
 
 /// The global declarations of schemas, by which what stands under wildcards is checked.

@@ -309,7 +309,7 @@ void CDynamicClass::Describe(CClassDescription& description, const Numbers& numb
         else if (!field.field.IsText())
             description.AnyAttribute(nMember, field.wildcard);
         else if (m_type.pText != nullptr)
-            description.Text(nMember);
+            description.Text(nMember, field.value.pType->Get());
         else
             description.MixedText(nMember);
     }
@@ -381,6 +381,10 @@ void CDynamicClass::FillWildcard(SDynamicField& target) const
         target.wildcard.ppUris = target.uris.data();
         target.wildcard.nUris = target.uris.size();
     }
+    const SMember::EProcess eProcess = pMember == nullptr ? m_type.eAnyAttributeProcess : pMember->eProcess;
+    if (eProcess != SMember::EProcess::Skip)
+        target.wildcard.pKnown = &m_model.GetKnown();
+    target.wildcard.bStrict = eProcess == SMember::EProcess::Strict;
     if (pMember == nullptr)
         return;
     const bool bRepeated = pMember->eCardinality == ECardinality::Repeated;

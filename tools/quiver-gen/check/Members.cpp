@@ -127,6 +127,8 @@ public:
     }
 
 protected:
+    const CSimpleType& GetType() const override { return m_field.value.pType->Get(); }
+
     void AddText(QvVariant& text) override
     {
         std::wstring strText = m_field.value.Read(text.TakeString(), Name());

@@ -27,6 +27,14 @@ CModel::CModel(const SBinding& binding)
     }
     for (const SRoot& root : binding.roots)
         m_roots.push_back(MakeRoot(root));
+    for (const binding::SKnownAttribute& attribute : binding.knownAttributes)
+    {
+        const bool bFixed = attribute.value.eKind == SValueRule::EKind::Fixed;
+        m_attributes.push_back({m_texts.Keep(attribute.strUri), m_texts.Keep(attribute.strAttribute), nullptr,
+                                bFixed ? m_texts.Keep(attribute.value.strText) : nullptr,
+                                &m_types.Get(*attribute.pType).Get()});
+    }
+    m_known = {{m_roots.data(), m_roots.size()}, m_attributes.data(), m_attributes.size()};
 }
 
 /// Bases first, which a binding lists wherever the schema has them.
@@ -91,7 +99,7 @@ CSmartPtr<CXmlObjectBase> CModel::Read(std::string strBytes) const
     document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
                            static_cast<unsigned long>(strBytes.size()));
     CXmlElement* const pRoot = document.GetDocumentElement();
-    CSmartPtr<CXmlObjectBase> spObject = CreateRoot(pRoot, {m_roots.data(), m_roots.size()});
+    CSmartPtr<CXmlObjectBase> spObject = CreateRoot(pRoot, m_known.elements);
     if (spObject == nullptr)
         throw CQvValidationException(FormatString(L"There is no class for the element [%s] of the namespace [%s]",
                                                   pRoot->GetLocalName().c_str(), pRoot->GetNamespaceURI().c_str()));

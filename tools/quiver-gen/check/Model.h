@@ -30,6 +30,8 @@ public:
 
     CTexts& Texts() { return m_texts; }
     CSimpleTypes& Types() { return m_types; }
+    /// All global elements and attributes.
+    const QvXmlLib9::SKnownDeclarations& GetKnown() const { return m_known; }
     CDynamicClass& Get(const binding::SClass& type) { return *m_byType.at(&type); }
 
     /// A new class for an element with a simple value that may be nil.
@@ -47,6 +49,8 @@ private:
     std::unordered_map<const binding::SClass*, CDynamicClass*> m_byType;
     std::deque<CMaker> m_rootMakers;
     std::vector<QvXmlLib9::SAlternative> m_roots;
+    std::vector<QvXmlLib9::SKnownAttribute> m_attributes;
+    QvXmlLib9::SKnownDeclarations m_known{{nullptr, 0}, nullptr, 0};
 };
 
 } // namespace quiver_gen::check
