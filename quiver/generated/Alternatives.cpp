@@ -55,6 +55,26 @@ const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_vi
     return FindAlternative(types, [name](const SAlternative& type) { return !type.bElement && name == type.lpctName; });
 }
 
+constexpr SAlternatives s_noOtherTypes{nullptr, 0};
+
+/// An object of the class that is declared, for an element that says what type that is.
+CSmartPtr<CXmlObjectBase> CreateOfOwnType(const CXmlElement& element, PfnCreateObject pfnDeclared,
+                                          const std::wstring& strType, const std::wstring& strUri)
+{
+    if (pfnDeclared == nullptr)
+        return nullptr;
+    CSmartPtr<CXmlObjectBase> spObject = pfnDeclared(0, element.GetLocalName().c_str());
+    CXmlObjectBase* const pObject = spObject;
+    const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(pObject);
+    return pGenerated != nullptr && pGenerated->IsOfType(strType, strUri) ? spObject : nullptr;
+}
+
+[[noreturn]] void ThrowWrongType(const CXmlElement& element)
+{
+    throw CQvValidationException(
+        FormatString(L"Failed to find a suitable substitution element for [%s]", element.GetLocalName().c_str()));
+}
+
 void TellType(const CXmlObjectBase& object)
 {
     if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(&object))
@@ -115,12 +135,11 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
         const SAlternative* pFound = FindElement(*pAlternatives, pElement->GetLocalName(), pElement->GetNamespaceURI());
         if (pFound == nullptr) // the context ignores namespaces
             pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
-        spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : *pAlternatives,
+        spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : s_noOtherTypes,
                                 pFound->pfnCreate);
     }
     if (spObject == nullptr)
-        throw CQvValidationException(
-            FormatString(L"Failed to find a suitable substitution element for [%s]", pElement->GetLocalName().c_str()));
+        ThrowWrongType(*pElement);
     return spObject;
 }
 
@@ -147,12 +166,13 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
     PfnCreateObject pfnCreate = pfnDeclared;
     if (!strType.empty())
     {
-        const std::wstring* const pUri = CTypeReader::DeclaredUri(*pElement);
-        const SAlternative* pType = FindType(types, strType, pUri != nullptr ? *pUri : CTypeReader::Uri(pElement));
-        if (pType == nullptr && pUri == nullptr)
+        const std::wstring* const pDeclared = CTypeReader::DeclaredUri(*pElement);
+        const std::wstring strUri = pDeclared != nullptr ? *pDeclared : CTypeReader::Uri(pElement);
+        const SAlternative* pType = FindType(types, strType, strUri);
+        if (pType == nullptr && pDeclared == nullptr)
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
-            return nullptr;
+            return CreateOfOwnType(*pElement, pfnDeclared, strType, strUri);
         pfnCreate = pType->pfnCreate;
     }
     if (pfnCreate == nullptr)
@@ -169,7 +189,12 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
     if (pRoot == nullptr)
         return nullptr;
     if (pRoot->pfnTypes != nullptr)
-        return CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
+    {
+        const CSmartPtr<CXmlObjectBase> spObject = CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
+        if (spObject == nullptr)
+            ThrowWrongType(*pElement);
+        return spObject;
+    }
     return pRoot->pfnCreate != nullptr ? pRoot->pfnCreate(0, pElement->GetLocalName().c_str()) : nullptr;
 }
 

@@ -26,7 +26,7 @@ struct SAlternative
     const wchar_t* lpctUri;
     const wchar_t* lpctName;
     PfnCreateObject pfnCreate; ///< null for an element of an abstract type, which says its type
-    /// Of an element, the types that it may have.
+    /// Of an element, the types that it may have; null if only its own.
     const SAlternatives& (*pfnTypes)() = nullptr;
 };
 
@@ -83,7 +83,9 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
 
 /// Makes the object for the root element of a document, by its name and its `xsi:type`.
 /// @param roots elements.
-/// @return null if there is no such element, or its type may not stand there.
+/// @return null if there is no such element.
+/// @throws CQvValidationException "Failed to find a suitable substitution element for [%s]" if its type may not stand
+///         there.
 QVXMLLIB_API CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives& roots);
 
 } // namespace QvXmlLib9
