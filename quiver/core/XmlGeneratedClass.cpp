@@ -14,6 +14,7 @@
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
 #include <array>
@@ -319,13 +320,21 @@ bool EqualsWord(std::wstring_view text, std::wstring_view word)
     throw CQvValidationException(FormatString(L"Unexpected Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
 
-/// Only these two words count; "1" and "0", which the type boolean has too, are refused.
-bool ReadNil(const CXmlAttribute& attribute)
+/// Only these two words count; "1" and "0", which the type boolean has too, are refused unless the class asks for them.
+bool ReadNil(const CXmlAttribute& attribute, const INillable& nillable)
 {
     if (EqualsWord(attribute.GetValue(), L"true"))
         return true;
     if (EqualsWord(attribute.GetValue(), L"false"))
         return false;
+    if (dynamic_cast<const INillableBoolean*>(&nillable) != nullptr)
+    {
+        const std::wstring strText = CWhitespaceUtils::Collapse(attribute.GetValue());
+        if (strText == L"1" || strText == L"true")
+            return true;
+        if (strText == L"0" || strText == L"false")
+            return false;
+    }
     throw CQvValidationException(
         FormatString(L"Unexpected Value for Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
@@ -369,7 +378,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
             const INillable* const pNillable = FindNillable(*GetClassInfo());
             if (pNillable == nullptr)
                 ThrowUnexpectedAttribute(*pAttribute);
-            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute));
+            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute, *pNillable));
             continue;
         }
         std::size_t nTaker = 0;

@@ -304,7 +304,7 @@ protected:
 };
 
 /// The state of an element that may be nil.
-class QVXMLLIB_API CNillableState : public INillable
+class QVXMLLIB_API CNillableState : public INillableBoolean
 {
 public:
     bool IsNil() const override { return m_bNil; }
