@@ -7,10 +7,12 @@
 #include "quiver/generated/Alternatives.h"
 #include "quiver/generated/Value.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 /// @file
 /// The members of generated classes. Each holds one property and keeps it valid: a value goes in by `Set`, from a
@@ -71,6 +73,12 @@ private:
         return s_strFixed;
     }
 };
+/// The same for an attribute: an empty one is just empty.
+template <const wchar_t* lpctFixed>
+struct SFixedAttribute : SFixed<lpctFixed>
+{
+    static const wchar_t* Replacement(const std::wstring&) { return nullptr; }
+};
 /// @}
 
 /// What the members with a simple value share.
@@ -111,12 +119,47 @@ protected:
     }
 };
 
+/// Whether values are written with the text that they were read with: a duration is what its fields say, in whatever
+/// form, and no form is the proper one.
+template <class TValue>
+constexpr bool s_bKeepsText =
+    std::is_same_v<TValue, CDateTimeSpan> || std::is_same_v<TValue, std::vector<CDateTimeSpan>>;
+
+/// The text of a value as it was read, for values that are written with it.
+template <class TType, bool bKeeps = s_bKeepsText<typename TType::Value>>
+class CKeptText
+{
+protected:
+    static std::wstring TextToKeep(const QvVariant& variant) { return TType::Type().Normalize(variant.StringRef()); }
+    void Keep(std::wstring strText) { m_strKept = std::move(strText); }
+
+    /// @return false if there is none: the value was set by a program.
+    bool StoreKept(QvVariant& variant) const
+    {
+        if (!m_strKept.empty())
+            variant.SetString(m_strKept);
+        return !m_strKept.empty();
+    }
+
+private:
+    std::wstring m_strKept;
+};
+
+template <class TType>
+class CKeptText<TType, false>
+{
+protected:
+    static std::nullptr_t TextToKeep(const QvVariant&) { return nullptr; }
+    void Keep(std::nullptr_t) {}
+    bool StoreKept(QvVariant&) const { return false; }
+};
+
 /// @throws CQvValidationException "The required value [%s] has not been set".
 [[noreturn]] QVXMLLIB_API void ThrowNotSet(const wchar_t* lpctName);
 
 /// A value that has to be there before the object is written.
 template <class TType, class TRule = SNoRule>
-class CRequired : private CValueMember<TType, TRule>
+class CRequired : private CValueMember<TType, TRule>, private CKeptText<TType>
 {
     using Base = CValueMember<TType, TRule>;
 
@@ -131,6 +174,7 @@ public:
     void Set(const Value& value, const wchar_t* lpctName)
     {
         m_value = Base::Checked(value, lpctName);
+        this->Keep({});
         m_bSet = true;
     }
 
@@ -140,13 +184,15 @@ public:
     {
         if (!bRead)
         {
+            auto text = this->TextToKeep(variant);
             m_value = Base::Parsed(variant, lpctName);
+            this->Keep(std::move(text));
             m_bSet = true;
         }
-        else if (m_bSet)
-            StoreValue(TType::Type(), m_value, variant);
-        else
+        else if (!m_bSet)
             variant.SetInvalid();
+        else if (!this->StoreKept(variant))
+            StoreValue(TType::Type(), m_value, variant);
     }
 
     /// Access for the text of an element, which has to be there.
@@ -157,7 +203,8 @@ public:
             return Access(bRead, variant, lpctName);
         if (!m_bSet)
             ThrowNotSet(lpctName);
-        variant.SetString(ValueText(TType::Type(), m_value));
+        if (!this->StoreKept(variant))
+            variant.SetString(ValueText(TType::Type(), m_value));
     }
 
 private:
@@ -167,7 +214,7 @@ private:
 
 /// A value that may be absent.
 template <class TType, class TRule = SNoRule>
-class COptional : private CValueMember<TType, TRule>
+class COptional : private CValueMember<TType, TRule>, private CKeptText<TType>
 {
     using Base = CValueMember<TType, TRule>;
 
@@ -189,18 +236,30 @@ public:
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
         m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        this->Keep({});
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        m_value.reset();
+        this->Keep({});
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (bRead)
-            Base::Store(m_value, variant);
+        {
+            if (!this->StoreKept(variant))
+                Base::Store(m_value, variant);
+        }
         else if (variant.IsValid())
+        {
+            auto text = this->TextToKeep(variant);
             m_value = Base::Parsed(variant, lpctName);
+            this->Keep(std::move(text));
+        }
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
@@ -211,7 +270,7 @@ private:
 /// any case, unless the context leaves defaults out.
 /// @tparam TRule SDefault or SFixed.
 template <class TType, class TRule>
-class CDefaulted : private CValueMember<TType, TRule>
+class CDefaulted : private CValueMember<TType, TRule>, private CKeptText<TType>
 {
     using Base = CValueMember<TType, TRule>;
 
@@ -227,18 +286,30 @@ public:
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
         m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        this->Keep({});
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        m_value.reset();
+        this->Keep({});
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (bRead)
-            StoreValue(TType::Type(), Get(), variant);
+        {
+            if (!this->StoreKept(variant))
+                StoreValue(TType::Type(), Get(), variant);
+        }
         else if (variant.IsValid())
+        {
+            auto text = this->TextToKeep(variant);
             m_value = Base::Parsed(variant, lpctName, false);
+            this->Keep(std::move(text));
+        }
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
