@@ -195,7 +195,9 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
             ThrowWrongType(*pElement);
         return spObject;
     }
-    return pRoot->pfnCreate != nullptr ? pRoot->pfnCreate(0, pElement->GetLocalName().c_str()) : nullptr;
+    if (pRoot->pfnCreate == nullptr)
+        ThrowWrongType(*pElement);
+    return pRoot->pfnCreate(0, pElement->GetLocalName().c_str());
 }
 
 } // namespace QvXmlLib9

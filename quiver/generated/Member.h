@@ -120,10 +120,12 @@ protected:
 };
 
 /// Whether values are written with the text that they were read with: a duration is what its fields say, in whatever
-/// form, and no form is the proper one.
+/// form, and no form is the proper one; a float has several texts of the same length. Single floats are not among them,
+/// since they have a kind of their own on their way to a writer.
 template <class TValue>
 constexpr bool s_bKeepsText =
-    std::is_same_v<TValue, CDateTimeSpan> || std::is_same_v<TValue, std::vector<CDateTimeSpan>>;
+    std::is_same_v<TValue, CDateTimeSpan> || std::is_same_v<TValue, std::vector<CDateTimeSpan>> ||
+    std::is_same_v<TValue, std::vector<float>>;
 
 /// The text of a value as it was read, for values that are written with it.
 template <class TType, bool bKeeps = s_bKeepsText<typename TType::Value>>
