@@ -16,6 +16,7 @@
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
 #include <array>
@@ -320,14 +321,22 @@ bool EqualsWord(std::wstring_view text, std::wstring_view word)
     throw CQvValidationException(FormatString(L"Unexpected Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
 
-/// Only these two words count; "1" and "0", which the type boolean has too, are refused
+/// Only these two words count; "1" and "0", which the type boolean has too, are refused unless the class asks for them
 /// (docs/compatibility.md: Words of nil).
-bool ReadNil(const CXmlAttribute& attribute)
+bool ReadNil(const CXmlAttribute& attribute, const INillable& nillable)
 {
     if (EqualsWord(attribute.GetValue(), L"true"))
         return true;
     if (EqualsWord(attribute.GetValue(), L"false"))
         return false;
+    if (dynamic_cast<const INillableBoolean*>(&nillable) != nullptr)
+    {
+        const std::wstring strText = CWhitespaceUtils::Collapse(attribute.GetValue());
+        if (strText == L"1" || strText == L"true")
+            return true;
+        if (strText == L"0" || strText == L"false")
+            return false;
+    }
     throw CQvValidationException(
         FormatString(L"Unexpected Value for Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
@@ -371,7 +380,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
             const INillable* const pNillable = FindNillable(*GetClassInfo());
             if (pNillable == nullptr)
                 ThrowUnexpectedAttribute(*pAttribute);
-            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute));
+            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute, *pNillable));
             continue;
         }
         std::size_t nTaker = 0;

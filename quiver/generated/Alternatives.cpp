@@ -55,6 +55,26 @@ const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_vi
     return FindAlternative(types, [name](const SAlternative& type) { return !type.bElement && name == type.lpctName; });
 }
 
+constexpr SAlternatives s_noOtherTypes{nullptr, 0};
+
+/// An object of the class that is declared, for an element that says what type that is.
+CSmartPtr<CXmlObjectBase> CreateOfOwnType(const CXmlElement& element, SCreator declared, const std::wstring& strType,
+                                          const std::wstring& strUri)
+{
+    if (!declared)
+        return nullptr;
+    CSmartPtr<CXmlObjectBase> spObject = declared(element.GetLocalName().c_str());
+    CXmlObjectBase* const pObject = spObject;
+    const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(pObject);
+    return pGenerated != nullptr && pGenerated->IsOfType(strType, strUri) ? spObject : nullptr;
+}
+
+[[noreturn]] void ThrowWrongType(const CXmlElement& element)
+{
+    throw CQvValidationException(
+        FormatString(L"Failed to find a suitable substitution element for [%s]", element.GetLocalName().c_str()));
+}
+
 void TellType(const CXmlObjectBase& object)
 {
     if (const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(&object))
@@ -115,11 +135,10 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
         if (pFound == nullptr) // the context ignores namespaces
             pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
         const SAlternatives* const pTypes = pFound->GetTypes();
-        spObject = CreateByType(pElement, pTypes != nullptr ? *pTypes : *pAlternatives, pFound->creator);
+        spObject = CreateByType(pElement, pTypes != nullptr ? *pTypes : s_noOtherTypes, pFound->creator);
     }
     if (spObject == nullptr)
-        throw CQvValidationException(
-            FormatString(L"Failed to find a suitable substitution element for [%s]", pElement->GetLocalName().c_str()));
+        ThrowWrongType(*pElement);
     return spObject;
 }
 
@@ -146,12 +165,13 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
     SCreator creator = declared;
     if (!strType.empty())
     {
-        const std::wstring* const pUri = CTypeReader::DeclaredUri(*pElement);
-        const SAlternative* pType = FindType(types, strType, pUri != nullptr ? *pUri : CTypeReader::Uri(pElement));
-        if (pType == nullptr && pUri == nullptr)
+        const std::wstring* const pDeclared = CTypeReader::DeclaredUri(*pElement);
+        const std::wstring strUri = pDeclared != nullptr ? *pDeclared : CTypeReader::Uri(pElement);
+        const SAlternative* pType = FindType(types, strType, strUri);
+        if (pType == nullptr && pDeclared == nullptr)
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
-            return nullptr;
+            return CreateOfOwnType(*pElement, declared, strType, strUri);
         creator = pType->creator;
     }
     if (!creator)
@@ -168,8 +188,15 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
     if (pRoot == nullptr)
         return nullptr;
     if (const SAlternatives* const pTypes = pRoot->GetTypes())
-        return CreateByType(pElement, *pTypes, pRoot->creator);
-    return pRoot->creator ? pRoot->creator(pElement->GetLocalName().c_str()) : nullptr;
+    {
+        const CSmartPtr<CXmlObjectBase> spObject = CreateByType(pElement, *pTypes, pRoot->creator);
+        if (spObject == nullptr)
+            ThrowWrongType(*pElement);
+        return spObject;
+    }
+    if (!pRoot->creator)
+        ThrowWrongType(*pElement);
+    return pRoot->creator(pElement->GetLocalName().c_str());
 }
 
 } // namespace QvXmlLib9

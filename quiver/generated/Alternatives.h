@@ -55,7 +55,8 @@ struct SAlternative
     const wchar_t* lpctUri;
     const wchar_t* lpctName;
     SCreator creator; ///< null for an element of an abstract type, which says its type
-    /// Of an element, the types that it may have: what gives them, or where they are.
+    /// Of an element, the types that it may have: what gives them, or where they are; null if only its
+    /// own.
     const SAlternatives& (*pfnTypes)() = nullptr;
     const SAlternatives* pTypes = nullptr;
 
@@ -115,7 +116,9 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
 
 /// Makes the object for the root element of a document, by its name and its `xsi:type`.
 /// @param roots elements.
-/// @return null if there is no such element, or its type may not stand there.
+/// @return null if there is no such element.
+/// @throws CQvValidationException "Failed to find a suitable substitution element for [%s]" if its type may not stand
+///         there.
 QVXMLLIB_API CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives& roots);
 
 } // namespace QvXmlLib9

@@ -4,6 +4,7 @@
 #include "quiver/generated/SimpleType.h"
 #include "quiver/generated/Value.h"
 #include "quiver/values/DateTime.h"
+#include "quiver/values/DateTimeSpan.h"
 #include "quiver/values/QvVariant.h"
 
 #include <optional>
@@ -12,6 +13,7 @@
 #include <type_traits>
 #include <utility>
 #include <variant>
+#include <vector>
 
 /// @file
 /// The short way from the UTF-8 of a document to a member of a generated class, for the values that most documents are
@@ -54,14 +56,47 @@ bool ReadUtf8(const CSimpleType&, std::string_view, TValue&)
 /// A text of a document as a string.
 QVXMLLIB_API std::wstring FromDocument(std::string_view svUtf8);
 
+/// Whether values are written with the text that they were read with: a duration is what its fields say, in whatever
+/// form, and no form is the proper one; a float has several texts of the same length. Single floats are not among them,
+/// since they have a kind of their own on their way to a writer.
+template <class TValue>
+constexpr bool s_bKeepsText =
+    std::is_same_v<TValue, CDateTimeSpan> || std::is_same_v<TValue, std::vector<CDateTimeSpan>> ||
+    std::is_same_v<TValue, std::vector<float>>;
+
+/// The text of a value as it was read, for values that are written with it.
+template <bool bKeeps>
+class CKeptText
+{
+public:
+    void KeepText(std::wstring strText) { m_strText = std::move(strText); }
+    /// @return null if there is none: the value was set by a program.
+    const std::wstring* GetText() const { return m_strText.empty() ? nullptr : &m_strText; }
+
+private:
+    std::wstring m_strText;
+};
+
+template <>
+class CKeptText<false>
+{
+public:
+    void KeepText(const std::wstring&) {}
+    static const std::wstring* GetText() { return nullptr; }
+};
+
 /// What a member holds: the value, or one that may be absent.
 /// @tparam TKept TValue or std::optional<TValue>.
 template <class TKept, class TValue>
-class CKept
+class CKept : public CKeptText<s_bKeepsText<TValue>>
 {
 public:
     const TKept& Get() const { return m_kept; }
-    void Set(TKept kept) { m_kept = std::move(kept); }
+    void Set(TKept kept)
+    {
+        m_kept = std::move(kept);
+        this->KeepText({});
+    }
 
     /// Whether there is a value, for one that may be absent.
     bool IsGiven() const { return m_kept.has_value(); }
@@ -83,7 +118,7 @@ private:
 /// A text stays as the document has it until somebody asks for the string. That takes a part of the memory, and most
 /// texts of large documents are asked for once or never.
 template <class TKept>
-class CKept<TKept, std::wstring>
+class CKept<TKept, std::wstring> : public CKeptText<false>
 {
 public:
     const TKept& Get() const
@@ -128,6 +163,8 @@ void StoreKept(const CSimpleType& type, const CKept<TKept, TValue>& kept, QvVari
         if (const std::string* const pstrUtf8 = kept.GetUtf8())
             return variant.SetString(FromDocument(*pstrUtf8));
     }
+    if (const std::wstring* const pstrText = kept.GetText())
+        return variant.SetString(*pstrText);
     if constexpr (std::is_same_v<TKept, TValue>)
         StoreValue(type, kept.Get(), variant);
     else if (kept.Get())

@@ -77,6 +77,12 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
     return pNext;
 }
 
+bool CGeneratedObject::IsOfType(const std::wstring& strName, const std::wstring& strUri) const
+{
+    const SClassTables& tables = Tables();
+    return tables.lpctTypeName != nullptr && strName == tables.lpctTypeName && strUri == tables.lpctTypeNamespace;
+}
+
 CPrefixes& CGeneratedObject::Prefixes()
 {
     if (m_pPrefixes == nullptr)

@@ -97,6 +97,9 @@ public:
     std::wstring GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const;
     /// @}
 
+    /// Whether the class is that of a type; one of an anonymous type, or that nothing was derived from, does not know.
+    bool IsOfType(const std::wstring& strName, const std::wstring& strUri) const;
+
     /// What makes objects of the same class, to tell classes apart.
     SCreator GetCreator() const { return Tables().creator; }
 
@@ -301,7 +304,7 @@ protected:
 };
 
 /// The state of an element that may be nil.
-class QVXMLLIB_API CNillableState : public INillable
+class QVXMLLIB_API CNillableState : public INillableBoolean
 {
 public:
     bool IsNil() const override { return m_bNil; }

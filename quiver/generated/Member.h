@@ -8,10 +8,12 @@
 #include "quiver/generated/DocumentValue.h"
 #include "quiver/generated/Value.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 /// @file
 /// The members of generated classes. Each holds one property and keeps it valid: a value goes in by `Set`, from a
@@ -72,7 +74,16 @@ private:
         return s_strFixed;
     }
 };
+/// The same for an attribute: an empty one is just empty.
+template <const wchar_t* lpctFixed>
+struct SFixedAttribute : SFixed<lpctFixed>
+{
+    static const wchar_t* Replacement(const std::wstring&) { return nullptr; }
+};
 /// @}
+
+/// The text of a value on its way between a member and a document.
+QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
 
 /// What the members with a simple value share.
 template <class TType, class TRule>
@@ -116,7 +127,11 @@ protected:
             if (bAsItStands && kept.Read(TType::Type(), svUtf8))
                 return;
         }
+        std::wstring strText;
+        if constexpr (s_bKeepsText<Value>)
+            strText = TType::Type().Normalize(PropertyText(variant));
         kept.Set(Parsed(variant, lpctName, bElement));
+        kept.KeepText(std::move(strText));
     }
 };
 
@@ -170,7 +185,8 @@ public:
             return Access(bRead, variant, lpctName);
         if (!m_bSet)
             ThrowNotSet(lpctName);
-        variant.SetString(ValueText(TType::Type(), m_value.Get()));
+        const std::wstring* const pstrText = m_value.GetText();
+        variant.SetString(pstrText != nullptr ? *pstrText : ValueText(TType::Type(), m_value.Get()));
     }
 
 private:
@@ -276,9 +292,6 @@ private:
 };
 
 // --- Restriction -----------------------------------------------------------------------------------------------------
-
-/// The text of a value on its way between a member and a document.
-QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
 
 /// What a class says of a member that it inherits and whose values it restricts: values that pass through are checked
 /// by the narrower type too.

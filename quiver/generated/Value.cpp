@@ -121,14 +121,19 @@ bool IsDurationThatFits(const std::wstring& strText)
            fields.nMonths <= nMost && fields.nDays <= nMost && fields.nHours <= nMost;
 }
 
-template <class TNumber>
+/// The first of the formats that gives the number back, the last one in any case.
+template <class TNumber, std::size_t nFormats>
 std::wstring ShortestText(TNumber value, std::wstring (*pfnToString)(TNumber, const wchar_t*),
-                          const wchar_t* lpctExactFormat,
+                          const wchar_t* const (&formats)[nFormats],
                           TNumber (*pfnFromString)(const std::wstring&, CWhitespaceUtils::WhitespaceRule))
 {
-    std::wstring strText = pfnToString(value, nullptr);
-    if (std::isfinite(value) && pfnFromString(strText, s_eNoRule) != value)
-        strText = pfnToString(value, lpctExactFormat);
+    std::wstring strText;
+    for (const wchar_t* const lpctFormat : formats)
+    {
+        strText = pfnToString(value, lpctFormat);
+        if (!std::isfinite(value) || pfnFromString(strText, s_eNoRule) == value)
+            break;
+    }
     return strText;
 }
 
@@ -343,12 +348,14 @@ std::wstring ValueText(const CSimpleType&, unsigned long long value)
 
 std::wstring ValueText(const CSimpleType&, float value)
 {
-    return ShortestText(value, &CConversions::r4ToString, L"%.9g", &CConversions::r4FromString);
+    static constexpr const wchar_t* s_formats[] = {nullptr, L"%.8g", L"%.9g"};
+    return ShortestText(value, &CConversions::r4ToString, s_formats, &CConversions::r4FromString);
 }
 
 std::wstring ValueText(const CSimpleType&, double value)
 {
-    return ShortestText(value, &CConversions::r8ToString, L"%.17g", &CConversions::r8FromString);
+    static constexpr const wchar_t* s_formats[] = {nullptr, L"%.17g"};
+    return ShortestText(value, &CConversions::r8ToString, s_formats, &CConversions::r8FromString);
 }
 
 std::wstring ValueText(const CSimpleType&, const CDecimal& value)

@@ -66,12 +66,13 @@ TEST(Alternatives, FindRootsByNameNamespaceAndType)
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"address", L"xsi:type='s:ForeignAddress'", L"")));
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"address", L"xsi:type=' s:ForeignAddress '", L"")));
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"sender", L"xsi:type='ForeignAddress'", L"")));
+    for (const std::wstring& strXml : {Document(L"unknown", L"", L""), std::wstring(L"<price/>")})
+        EXPECT_EQ(SRoot(strXml).spObject, nullptr) << ::testing::PrintToString(strXml);
     for (const std::wstring& strXml :
          {Document(L"sender", L"", L""), Document(L"address", L"xsi:type='s:Nowhere'", L""),
-          Document(L"unknown", L"", L""), std::wstring(L"<price/>"),
           std::wstring(L"<p:sender xmlns:p='") + s_lpctNamespace +
               L"' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='ForeignAddress'/>"})
-        EXPECT_EQ(SRoot(strXml).spObject, nullptr) << ::testing::PrintToString(strXml);
+        EXPECT_THROW(SRoot{strXml}, CQvValidationException) << ::testing::PrintToString(strXml);
 }
 
 TEST(Alternatives, WriteTheTypeOfARootThatIsNotTheDeclaredOne)

@@ -121,7 +121,8 @@ class CRoots : public QvXmlLib9::CClassfactoryBase
 {
 public:
     /// The object for the root element of a document, by its name and its `xsi:type`; nothing is read into it.
-    /// @return null if the schema has no such element, or the type may not stand there.
+    /// @return null if the schema has no such element.
+    /// @throws CQvValidationException if its type may not stand there.
     static CSmartPtr<QvXmlLib9::CXmlObjectBase> CreateRoot(QvXmlLib9::CXmlElement* pElement);
 
     /// An empty `order`.

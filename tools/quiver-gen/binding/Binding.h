@@ -234,6 +234,7 @@ struct SClass
         std::string strUri;
         std::string strName;
         SClass* pClass = nullptr;
+        bool bSharesClass = false; ///< of an element: its type adds nothing to that of the class, whose name it has not
     };
     std::vector<SAlternative> alternatives;
     SDocumentation documentation;

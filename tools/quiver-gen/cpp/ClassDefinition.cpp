@@ -222,6 +222,8 @@ void CDefinition::PrintAlternatives()
                                                       : '&' + m_scope.Library("CreateObject") + '<' + strClass + '>');
         if (alternative.bElement && !alternative.pClass->alternatives.empty())
             parts.push_back('&' + strClass + "::Alternatives");
+        else if (alternative.bElement && alternative.bSharesClass)
+            parts.push_back('&' + m_type.strName + "::Alternatives");
         m_strText += Arrange(8, "{", parts, "},") + '\n';
     }
     Line("};");

@@ -87,7 +87,8 @@ std::string PrintHeaderText(const SProject& project, const SFactory& factory)
                           scope.Library("CClassfactoryBase") + "\n{\n" + "public:\n" + DeclareRules(project) +
                           "    /// The object for the root element of a document, by its name and its `xsi:type`; "
                           "nothing is read into it.\n"
-                          "    /// @return null if the schema has no such element, or the type may not stand there.\n"
+                          "    /// @return null if the schema has no such element.\n"
+                          "    /// @throws CQvValidationException if its type may not stand there.\n"
                           "    static " +
                           strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n";
     for (const SRoot& root : project.binding.roots)
