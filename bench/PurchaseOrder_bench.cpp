@@ -116,5 +116,6 @@ BENCHMARK(ExpatAlone)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::k
 BENCHMARK(LoadTree)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BindTree)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadObjects)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadObjects)->Arg(1000)->Arg(1000000)->ThreadRange(1, 2)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(WriteUtf8)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(WriteWide)->Arg(1000)->Arg(1000000)->Arg(20000000)->Unit(benchmark::kMillisecond);

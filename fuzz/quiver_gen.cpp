@@ -1,18 +1,29 @@
 // Any text as a schema for quiver-gen: loaded, bound and printed. The file `again.xsd` holds the same text, so that a schema
 // can include, import or redefine itself under another name. What is printed is the same each time.
+//
+// Behind the schema documents may stand, each behind a line `====`. They are read with the classes of the schema, and those
+// that are read are written and read again.
 
 #include "fuzz/FuzzInput.h"
 
 #include "tools/quiver-gen/binding/Builder.h"
 #include "tools/quiver-gen/binding/Dump.h"
+#include "tools/quiver-gen/check/Model.h"
 #include "tools/quiver-gen/cpp/Writer.h"
 #include "tools/quiver-gen/schema/Dump.h"
 #include "tools/quiver-gen/schema/Loader.h"
+
+#include "quiver/foundation/Encoder.h"
+
+#include "quiver/QvXmlLib.h"
 
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 using namespace quiver_gen;
 
@@ -34,11 +45,11 @@ public:
     CFolder(const CFolder&) = delete;
     CFolder& operator=(const CFolder&) = delete;
 
-    std::string Write(const char* lpcName, const std::uint8_t* pData, std::size_t nSize) const
+    std::string Write(const char* lpcName, std::string_view bytes) const
     {
         const std::filesystem::path path = m_path / lpcName;
         std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-        stream.write(reinterpret_cast<const char*>(pData), static_cast<std::streamsize>(nSize));
+        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return path.string();
     }
 
@@ -46,8 +57,31 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Messages and code for a schema.
-std::string Generate(const std::string& strPath, cpp::ESplit eSplit)
+/// What becomes of a document: its text when it is written again, or the messages.
+std::string Read(const check::CModel& model, std::string_view document)
+{
+    using namespace QvXmlLib9;
+    std::wstring strText;
+    try
+    {
+        const CSmartPtr<CXmlObjectBase> spObject = model.Read(std::string(document));
+        const CXmlSerializationContext context;
+        strText = spObject->ToXml(true, false, EOLType_LF, context);
+        spObject->FromXml(strText.c_str(), context);
+        fuzz::Require(spObject->ToXml(true, false, EOLType_LF, context) == strText,
+                      "what was written says the same when it is read");
+    }
+    catch (const CQvException& exception)
+    {
+        strText += exception.GetFullMessage();
+    }
+    std::string strUtf8;
+    AppendUtf8(strUtf8, strText);
+    return strUtf8;
+}
+
+/// Messages and code for a schema, and what becomes of documents.
+std::string Generate(const std::string& strPath, cpp::ESplit eSplit, const std::vector<std::string_view>& documents)
 {
     std::ostringstream out;
     schema::SSchemaSet set;
@@ -71,7 +105,24 @@ std::string Generate(const std::string& strPath, cpp::ESplit eSplit)
     write.bUtf8 = eSplit == cpp::ESplit::None;
     for (const cpp::SFile& file : cpp::WriteCode(binding, write))
         out << "--- " << file.strName << '\n' << file.strText;
+    const check::CModel model(binding);
+    for (const std::string_view document : documents)
+        out << "--- document\n" << Read(model, document) << '\n';
     return out.str();
+}
+
+/// The schema, and the documents behind it.
+std::vector<std::string_view> Split(std::string_view input)
+{
+    constexpr std::string_view mark = "\n====\n";
+    std::vector<std::string_view> parts;
+    for (std::size_t nEnd = input.find(mark); nEnd != std::string_view::npos; nEnd = input.find(mark))
+    {
+        parts.push_back(input.substr(0, nEnd));
+        input.remove_prefix(nEnd + mark.size());
+    }
+    parts.push_back(input);
+    return parts;
 }
 
 } // namespace
@@ -79,12 +130,15 @@ std::string Generate(const std::string& strPath, cpp::ESplit eSplit)
 int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     static const CFolder s_folder;
-    s_folder.Write("again.xsd", pData, nSize);
-    const std::string strPath = s_folder.Write("input.xsd", pData, nSize);
+    std::vector<std::string_view> documents = Split({reinterpret_cast<const char*>(pData), nSize});
+    const std::string_view schema = documents.front();
+    documents.erase(documents.begin());
+    s_folder.Write("again.xsd", schema);
+    const std::string strPath = s_folder.Write("input.xsd", schema);
     for (const cpp::ESplit eSplit : {cpp::ESplit::Namespace, cpp::ESplit::None})
     {
-        const std::string strCode = Generate(strPath, eSplit);
-        fuzz::Require(Generate(strPath, eSplit) == strCode, "the same schema becomes the same code");
+        const std::string strCode = Generate(strPath, eSplit, documents);
+        fuzz::Require(Generate(strPath, eSplit, documents) == strCode, "the same schema becomes the same code");
     }
     return 0;
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs the release build into a directory of its own and uses it from there as others would: by find_package, shared and
-# static, and by pkg-config; and then its sources as a part of another project. Each CMake project has classes made of a
-# schema too. Compares the installed files with the list that is checked in.
+# Shows Quiver in somebody else's build: installs the release build into a fresh prefix and uses it from there by find_package,
+# shared and static, by quiver_generate and by pkg-config; uses its sources as a part of another project, with PCRE2; makes the
+# Debian packages, installs, uses and removes them; and checks the recipes of packaging as far as that goes offline. Compares
+# the installed files with the list that is checked in, and what each part says of its version with the project's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,6 +17,20 @@ if ! diff -u cmake/installed_files.txt "$scratch/installed"; then
     echo "check_package: the installed files differ from cmake/installed_files.txt" >&2
     exit 1
 fi
+
+echo "check_package: version"
+version=$(sed -nE 's/^project\(Quiver VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
+expect_version()
+{
+    [ "$2" = "$version" ] || { echo "check_package: $1 has the version $2, not $version" >&2; exit 1; }
+}
+for program in quiver-fi quiver-gen; do
+    expect_version "$program" "$("$prefix/bin/$program" --version | sed "s/^$program //")"
+done
+pc=$(find "$prefix" -name quiver.pc)
+expect_version quiver.pc "$(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --modversion quiver)"
+expect_version "the shared library" "$(basename "$prefix"/lib*/libQvXmlLib9.so.*.*.* | sed 's/.*\.so\.//')"
+grep -q "^## $version" CHANGELOG.md || { echo "check_package: CHANGELOG.md has no section $version" >&2; exit 1; }
 
 echo "check_package: find_package"
 cmake -S tests/package -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
@@ -39,7 +54,8 @@ grep -q 40000 "$generated" || { echo "check_package: a changed schema leaves its
 
 echo "check_package: add_subdirectory"
 # The flags of the build that is there, so that a compiler cache has the objects.
-flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON)
+# This part takes PCRE2, the installed one PCRE.
+flags=(-DCMAKE_BUILD_TYPE=Release -DQUIVER_WARNINGS_AS_ERRORS=ON -DQUIVER_PCRE=2)
 if command -v ccache >/dev/null; then
     flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 fi
@@ -48,9 +64,16 @@ cmake --build "$scratch/part" --target parcel_none >/dev/null
 "$scratch/part/parcel_none"
 
 echo "check_package: pkg-config"
-pc=$(find "$prefix" -name quiver.pc)
 export PKG_CONFIG_PATH
 PKG_CONFIG_PATH=$(dirname "$pc")
-read -ra flags < <(pkg-config --define-variable=prefix="$prefix" --cflags --libs quiver)
+read -ra flags < <(pkg-config --cflags --libs quiver)
 g++ -std=c++17 tests/package/consumer.cpp "${flags[@]}" -o "$scratch/consumer"
-LD_LIBRARY_PATH=$(pkg-config --define-variable=prefix="$prefix" --variable=libdir quiver) "$scratch/consumer"
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir quiver) "$scratch/consumer"
+
+echo "check_package: Debian packages"
+command -v lintian >/dev/null || { echo "check_package: lintian is missing; scripts/setup.sh --checks installs it" >&2; exit 1; }
+(cd build/release && cpack -B "$scratch/packages" >/dev/null 2>&1) || { echo "check_package: cpack failed" >&2; exit 1; }
+tests/package/check_debian.sh "$scratch/packages"
+
+echo "check_package: recipes"
+scripts/check_packaging.py

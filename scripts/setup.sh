@@ -4,14 +4,18 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build pkg-config
-    libexpat1-dev libpcre3-dev zlib1g-dev
+    libexpat1-dev libpcre3-dev libpcre2-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
     locales
 )
 if [ "${1:-}" = "--checks" ]; then
     # What only the checks of continuous integration need.
     packages+=(clang clang-format libclang-rt-14-dev python3 default-jdk-headless libfastinfoset-java)
-    packages+=(libxml2-utils libxerces-c-dev bc)
+    packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian doxygen)
+fi
+if [ "${1:-}" = "--windows" ]; then
+    # What building for Windows, and running there, needs beside.
+    packages+=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 dpkg-dev m4 make zip)
 fi
 
 fail()

@@ -35,9 +35,32 @@ if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     endforeach()
 endif()
 
-# --- Patterns against the library that matches them -----------------------------------------------------------------
+# --- Patterns, by both libraries that match them --------------------------------------------------------------------
 
-target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
+# Answers are compared with those of PCRE called directly, whichever library the build takes.
+if(PCRE_FOUND)
+    target_link_libraries(Pattern_test PRIVATE PCRE::PCRE)
+    target_compile_definitions(Pattern_test PRIVATE QUIVER_TEST_WITH_PCRE)
+endif()
+
+# Where both are installed, the tests of patterns and facets run a second time with the one that the build does not take: its
+# source precedes that of the library.
+if(PCRE_FOUND AND PCRE2_FOUND)
+    add_library(quiver_other_pattern_engine OBJECT
+        "${PROJECT_SOURCE_DIR}/quiver/foundation/${QUIVER_OTHER_PATTERN_ENGINE}")
+    target_link_libraries(quiver_other_pattern_engine
+        PUBLIC PCRE::PCRE PCRE2::8BIT
+        PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
+    foreach(_name Pattern_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test Constructs_test)
+        if(TARGET ${_name})
+            set(_other ${_name}.other_pcre)
+            add_executable(${_other} $<TARGET_OBJECTS:${_name}> $<TARGET_OBJECTS:quiver_other_pattern_engine>)
+            target_link_libraries(${_other} PRIVATE quiver_other_pattern_engine quiver_test_support)
+            add_test(NAME ${_other} COMMAND ${_other})
+            set_tests_properties(${_other} PROPERTIES TIMEOUT 600)
+        endif()
+    endforeach()
+endif()
 
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
@@ -105,6 +128,37 @@ add_custom_command(OUTPUT "${_snippets}"
 target_sources(GeneratedCode_test PRIVATE "${_snippets}")
 target_include_directories(GeneratedCode_test PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/docs")
 
+# Snippets of the other pages use the classes of the examples, or of schemas of their own.
+add_library(quiver_docs_classes STATIC EXCLUDE_FROM_ALL)
+target_link_libraries(quiver_docs_classes PUBLIC quiver_example_classes PRIVATE quiver_build_settings)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/library.xsd FACTORY library::CLibraryRoots)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_1.xsd FACTORY ticket1::CTicket1Roots
+    NAMESPACES urn:example:ticket=ticket1)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS docs/ticket_2.xsd FACTORY ticket2::CTicket2Roots
+    NAMESPACES urn:example:ticket=ticket2)
+quiver_generate(TARGET quiver_docs_classes SCHEMAS ../examples/large_file/readings.xsd FACTORY weather::CReadingsRoots)
+target_link_libraries(FormGuides_test PRIVATE quiver_docs_classes)
+target_link_libraries(ReadingGuides_test PRIVATE quiver_docs_classes)
+foreach(_name FastInfosetPage_test FormGuides_test ReadingGuides_test ReadmeSnippets_test ThreadsGuide_test)
+    target_link_libraries(${_name} PRIVATE quiver_example_classes)
+    target_compile_definitions(${_name} PRIVATE QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+endforeach()
+
+# Commands on the pages. They are the same in every build, and compile classes where the reader does.
+if(TARGET quiver_fi AND NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
+    file(GLOB _pages CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/README.md"
+        "${PROJECT_SOURCE_DIR}/docs/*.md" "${PROJECT_SOURCE_DIR}/docs/guides/*.md")
+    foreach(_page ${_pages})
+        file(STRINGS "${PROJECT_SOURCE_DIR}/${_page}" _commands REGEX "^ *<!-- run( |:)")
+        if(_commands)
+            string(MAKE_C_IDENTIFIER "${_page}" _name)
+            add_test(NAME page_${_name} COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/docs/run_page.sh"
+                "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}" "${_page}")
+            set_tests_properties(page_${_name} PROPERTIES TIMEOUT 600)
+        endif()
+    endforeach()
+endif()
+
 # --- The rooms of quiver-gen ----------------------------------------------------------------------------------------
 
 if(TARGET quiver_fi)
@@ -113,12 +167,17 @@ if(TARGET quiver_fi)
     file(GLOB _gen_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/*_test.cpp")
     foreach(_source ${_gen_tests})
         get_filename_component(_name "${_source}" NAME_WE)
-        target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
+        if(TARGET ${_name})
+            target_link_libraries(${_name} PRIVATE quiver_gen_test_support)
+        endif()
     endforeach()
     add_dependencies(Generator_test quiver_gen_tool)
     target_compile_definitions(Generator_test PRIVATE
         QUIVER_VERSION="${PROJECT_VERSION}"
         QUIVER_GEN_PROGRAM="$<TARGET_FILE:quiver_gen_tool>")
+
+    target_link_libraries(CheckExamples_test PRIVATE quiver_example_classes)
+    target_compile_definitions(CheckExamples_test PRIVATE QUIVER_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
 
     # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
     # machine has it.
@@ -159,4 +218,17 @@ if(TARGET Constructs_test)
         target_compile_definitions(SchemaOracle_test PRIVATE QUIVER_CONSTRUCTS="${_constructs}")
     endif()
     target_compile_definitions(Golden_test PRIVATE QUIVER_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/tools/gen/golden")
+endif()
+
+# --- Values in the debugger -----------------------------------------------------------------------------------------
+
+# gdb reads the debug information of the program alone, so that the library may have been built without.
+find_program(QUIVER_GDB gdb)
+mark_as_advanced(QUIVER_GDB)
+if(QUIVER_GDB AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUIVER_SANITIZE)
+    add_executable(debugger_values "${CMAKE_CURRENT_SOURCE_DIR}/debugger/values.cpp")
+    target_link_libraries(debugger_values PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
+    target_compile_options(debugger_values PRIVATE -O0 -g -femit-class-debug-always)
+    add_test(NAME Debugger COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/debugger/check.sh" $<TARGET_FILE:debugger_values>)
+    set_tests_properties(Debugger PROPERTIES TIMEOUT 300)
 endif()

@@ -1,7 +1,9 @@
 #include "quiver/collections/Attribute.h"
 
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
@@ -198,7 +200,7 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* pElement, CXmlElement* pFir
                                         const CXmlSerializationContext& /*context*/, bool /*bOptionalChoice*/)
 {
     std::wstring strBuffer;
-    for (const CXmlAttribute* pAttribute : pElement->GetAttributes())
+    for (const CXmlAttribute* pAttribute : CAttributesOf(*pElement))
     {
         const std::wstring& strNamespace = pAttribute->GetNamespaceURI();
         if (!IsAllowed(strNamespace))
@@ -214,6 +216,32 @@ bool CAttributeCol::IsAllowed(const std::wstring& strNamespace) const
 {
     return m_strNamespaceRestriction.IsAny() ||
            IsNamespaceValid(strNamespace.c_str(), m_strNamespaceRestriction.c_str(), m_strTargetNamespace.c_str());
+}
+
+// What a context keeps as this collection; the rest of it is of a layer that knows none.
+
+void CXmlSerializationContext::SetAdditionalRootAttributes(CAttributeCol* pAttributes)
+{
+    if (pAttributes != nullptr)
+        pAttributes->AddRef();
+    CAttributeCol* const pOld = m_pAdditionalRootAttributes.exchange(pAttributes);
+    if (pOld != nullptr)
+        pOld->Release();
+}
+
+CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const
+{
+    CAttributeCol* pAttributes = m_pAdditionalRootAttributes.load(std::memory_order_acquire);
+    if (pAttributes == nullptr)
+    {
+        CSmartPtr<CAttributeCol> spNew = new CAttributeCol(L"", L"##any", L"");
+        if (m_pAdditionalRootAttributes.compare_exchange_strong(pAttributes, spNew))
+        {
+            spNew->AddRef(); // the reference that the context holds
+            pAttributes = spNew;
+        }
+    }
+    return pAttributes;
 }
 
 } // namespace QvXmlLib9

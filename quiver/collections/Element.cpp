@@ -1,5 +1,6 @@
 #include "quiver/collections/Element.h"
 
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
@@ -458,7 +459,7 @@ void CElement::CopyAlone(CXmlElement& source)
     m_spAttributes->Clear();
     m_spChildElements->Clear();
     std::wstring strBuffer;
-    for (const CXmlAttribute* pAttribute : source.GetAttributes())
+    for (const CXmlAttribute* pAttribute : CAttributesOf(source))
     {
         const std::wstring& strValue = pAttribute->GetValue(strBuffer);
         m_spAttributes->Add(pAttribute->GetLocalName().c_str(), strValue.c_str(),

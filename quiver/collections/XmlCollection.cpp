@@ -230,6 +230,9 @@ CXmlCollection& CXmlCollection::operator=(const CXmlCollection& source) = defaul
 
 CXmlCollection::~CXmlCollection()
 {
+    // With nobody to hear of it there is nothing to announce.
+    while (m_pHead != nullptr && !HasListeners())
+        Discard(m_pHead);
     while (m_pHead != nullptr)
     {
         CNode* const pNode = m_pHead;

@@ -17,17 +17,15 @@ namespace QvXmlLib9
 
 // --- CXmlTypeCollection ---------------------------------------------------------------------------------------------
 
-CXmlTypeCollection::CXmlTypeCollection(ItemType eItemType, const wchar_t* lpctElementName, const wchar_t* lpctNamespace,
-                                       int nMinOccurs, int nMaxOccurs, const wchar_t* lpctPattern, int nMinLength,
-                                       int nMaxLength, const wchar_t* lpctMinInclusive, const wchar_t* lpctMaxInclusive,
-                                       const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
-                                       CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
-    : CXmlCollectionBase(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs)
-    , m_restrictions(lpctPattern, nMinLength, nMaxLength, lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive,
-                     lpctMaxExclusive, nLength)
+CXmlTypeCollection::CXmlTypeCollection(ItemType eItemType, const STypeCollectionParameters& parameters)
+    : CXmlCollectionBase(parameters.lpctElementName, parameters.lpctNamespace, parameters.nMinOccurs,
+                         parameters.nMaxOccurs)
+    , m_restrictions(parameters.lpctPattern, parameters.nMinLength, parameters.nMaxLength, parameters.lpctMinInclusive,
+                     parameters.lpctMaxInclusive, parameters.lpctMinExclusive, parameters.lpctMaxExclusive,
+                     parameters.nLength)
     , m_eItemType(eItemType)
-    , m_pszFormat(lpctFormat)
-    , m_eWhitespaceRule(eWhitespaceRule)
+    , m_pszFormat(parameters.lpctFormat)
+    , m_eWhitespaceRule(parameters.eWhitespaceRule)
 {
 }
 
@@ -155,15 +153,9 @@ void CXmlVectorCollection<TItem, TArgument>::Erase(int nIndex)
 
 // The virtual base is constructed by the most derived class, whose name it gets; the one given here is never used.
 template <ItemType t_eItemType, class TItem, class TArgument>
-CXmlTypeCollectionOf<t_eItemType, TItem, TArgument>::CXmlTypeCollectionOf(
-    const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int nMinOccurs, int nMaxOccurs,
-    const wchar_t* lpctPattern, int nMinLength, int nMaxLength, const wchar_t* lpctMinInclusive,
-    const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
-    CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
+CXmlTypeCollectionOf<t_eItemType, TItem, TArgument>::CXmlTypeCollectionOf(const STypeCollectionParameters& parameters)
     : CInstanceMonitor(L"CXmlTypeCollection")
-    , CXmlVectorCollection<TItem, TArgument>(t_eItemType, lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs,
-                                             lpctPattern, nMinLength, nMaxLength, lpctMinInclusive, lpctMaxInclusive,
-                                             lpctMinExclusive, lpctMaxExclusive, nLength, eWhitespaceRule, lpctFormat)
+    , CXmlVectorCollection<TItem, TArgument>(t_eItemType, parameters)
 {
     static_assert(std::is_same_v<TItem, typename SItemTraits<t_eItemType>::Value>);
 }
@@ -281,15 +273,9 @@ struct SDateKind<ItemType_time>
 } // namespace
 
 template <ItemType t_eItemType>
-CXmlDateCollectionOf<t_eItemType>::CXmlDateCollectionOf(
-    const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int nMinOccurs, int nMaxOccurs,
-    const wchar_t* lpctPattern, int nMinLength, int nMaxLength, const wchar_t* lpctMinInclusive,
-    const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
-    CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
+CXmlDateCollectionOf<t_eItemType>::CXmlDateCollectionOf(const STypeCollectionParameters& parameters)
     : CInstanceMonitor(L"CdatetimeBaseCol")
-    , CdatetimeBaseCol(t_eItemType, lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength,
-                       nMaxLength, lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                       eWhitespaceRule, lpctFormat)
+    , CdatetimeBaseCol(t_eItemType, parameters)
 {
 }
 
@@ -368,9 +354,9 @@ ChexBinaryCol::ChexBinaryCol(const wchar_t* lpctElementName, const wchar_t* lpct
                              const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
                              CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"ChexBinaryCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -382,9 +368,9 @@ Cbase64BinaryCol::Cbase64BinaryCol(const wchar_t* lpctElementName, const wchar_t
                                    const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
                                    CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cbase64BinaryCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -395,9 +381,9 @@ Ci1Col::Ci1Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Ci1Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -408,9 +394,9 @@ Ci2Col::Ci2Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Ci2Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -421,9 +407,9 @@ Ci4Col::Ci4Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Ci4Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -434,9 +420,9 @@ Ci8Col::Ci8Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Ci8Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -447,9 +433,9 @@ Cui1Col::Cui1Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, i
                  const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                  int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cui1Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -460,9 +446,9 @@ Cui2Col::Cui2Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, i
                  const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                  int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cui2Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -473,9 +459,9 @@ Cui4Col::Cui4Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, i
                  const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                  int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cui4Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -486,9 +472,9 @@ Cui8Col::Cui8Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, i
                  const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                  int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cui8Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -499,9 +485,9 @@ Cr4Col::Cr4Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cr4Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -512,9 +498,9 @@ Cr8Col::Cr8Col(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int
                const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"Cr8Col")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -526,9 +512,9 @@ CdurationCol::CdurationCol(const wchar_t* lpctElementName, const wchar_t* lpctNa
                            const wchar_t* lpctMaxExclusive, int nLength,
                            CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CdurationCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -539,9 +525,9 @@ CyearCol::CyearCol(const wchar_t* lpctElementName, const wchar_t* lpctNamespace,
                    const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                    int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CyearCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -552,9 +538,9 @@ CmonthCol::CmonthCol(const wchar_t* lpctElementName, const wchar_t* lpctNamespac
                      const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                      int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CmonthCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -565,9 +551,9 @@ CdayCol::CdayCol(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, i
                  const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                  int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CdayCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -579,9 +565,9 @@ CstringCol::CstringCol(const wchar_t* lpctElementName, const wchar_t* lpctNamesp
                        const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                        const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CstringCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -593,9 +579,9 @@ CbooleanCol::CbooleanCol(const wchar_t* lpctElementName, const wchar_t* lpctName
                          const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                          const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CbooleanCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -607,9 +593,9 @@ CdecimalCol::CdecimalCol(const wchar_t* lpctElementName, const wchar_t* lpctName
                          const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                          const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CdecimalCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -621,9 +607,9 @@ CintegerCol::CintegerCol(const wchar_t* lpctElementName, const wchar_t* lpctName
                          const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
                          const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CintegerCol")
-    , CXmlTypeCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlTypeCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -635,9 +621,9 @@ CyearMonthCol::CyearMonthCol(const wchar_t* lpctElementName, const wchar_t* lpct
                              const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
                              CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CyearMonthCol")
-    , CXmlDateCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlDateCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -649,9 +635,9 @@ CmonthDayCol::CmonthDayCol(const wchar_t* lpctElementName, const wchar_t* lpctNa
                            const wchar_t* lpctMaxExclusive, int nLength,
                            CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CmonthDayCol")
-    , CXmlDateCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlDateCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -662,9 +648,9 @@ CdateCol::CdateCol(const wchar_t* lpctElementName, const wchar_t* lpctNamespace,
                    const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                    int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CdateCol")
-    , CXmlDateCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlDateCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -676,9 +662,9 @@ CdatetimeCol::CdatetimeCol(const wchar_t* lpctElementName, const wchar_t* lpctNa
                            const wchar_t* lpctMaxExclusive, int nLength,
                            CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CdatetimeCol")
-    , CXmlDateCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlDateCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 
@@ -689,9 +675,9 @@ CtimeCol::CtimeCol(const wchar_t* lpctElementName, const wchar_t* lpctNamespace,
                    const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive,
                    int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat)
     : CInstanceMonitor(L"CtimeCol")
-    , CXmlDateCollectionOf(lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
-                           lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
-                           eWhitespaceRule, lpctFormat)
+    , CXmlDateCollectionOf({lpctElementName, lpctNamespace, nMinOccurs, nMaxOccurs, lpctPattern, nMinLength, nMaxLength,
+                            lpctMinInclusive, lpctMaxInclusive, lpctMinExclusive, lpctMaxExclusive, nLength,
+                            eWhitespaceRule, lpctFormat})
 {
 }
 

@@ -43,6 +43,25 @@
 namespace QvXmlLib9
 {
 
+/// The arguments of the constructors of all collections of simple values, as they hand them down.
+struct STypeCollectionParameters
+{
+    const wchar_t* lpctElementName;
+    const wchar_t* lpctNamespace;
+    int nMinOccurs;
+    int nMaxOccurs;
+    const wchar_t* lpctPattern;
+    int nMinLength;
+    int nMaxLength;
+    const wchar_t* lpctMinInclusive;
+    const wchar_t* lpctMaxInclusive;
+    const wchar_t* lpctMinExclusive;
+    const wchar_t* lpctMaxExclusive;
+    int nLength;
+    CWhitespaceUtils::WhitespaceRule eWhitespaceRule;
+    const wchar_t* lpctFormat;
+};
+
 /// What all collections of simple values share: the facets, and how they are read.
 ///
 /// Reading takes elements as long as they have the collection's name and namespace (the name alone where the context
@@ -51,11 +70,7 @@ namespace QvXmlLib9
 class QVXMLLIB_API CXmlTypeCollection : public CXmlCollectionBase
 {
 protected:
-    CXmlTypeCollection(ItemType eItemType, const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int nMinOccurs,
-                       int nMaxOccurs, const wchar_t* lpctPattern, int nMinLength, int nMaxLength,
-                       const wchar_t* lpctMinInclusive, const wchar_t* lpctMaxInclusive,
-                       const wchar_t* lpctMinExclusive, const wchar_t* lpctMaxExclusive, int nLength,
-                       CWhitespaceUtils::WhitespaceRule eWhitespaceRule, const wchar_t* lpctFormat);
+    CXmlTypeCollection(ItemType eItemType, const STypeCollectionParameters& parameters);
     ~CXmlTypeCollection() override;
 
     CXmlElement* FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
@@ -153,11 +168,7 @@ public:
     TItem Item(int nIndex) const;
 
 protected:
-    CXmlTypeCollectionOf(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int nMinOccurs, int nMaxOccurs,
-                         const wchar_t* lpctPattern, int nMinLength, int nMaxLength, const wchar_t* lpctMinInclusive,
-                         const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive,
-                         const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                         const wchar_t* lpctFormat);
+    CXmlTypeCollectionOf(const STypeCollectionParameters& parameters);
     ~CXmlTypeCollectionOf() override;
 
     void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
@@ -470,11 +481,7 @@ public:
     void AddAt(int nIndex, const CDateTime& value) override;
 
 protected:
-    CXmlDateCollectionOf(const wchar_t* lpctElementName, const wchar_t* lpctNamespace, int nMinOccurs, int nMaxOccurs,
-                         const wchar_t* lpctPattern, int nMinLength, int nMaxLength, const wchar_t* lpctMinInclusive,
-                         const wchar_t* lpctMaxInclusive, const wchar_t* lpctMinExclusive,
-                         const wchar_t* lpctMaxExclusive, int nLength, CWhitespaceUtils::WhitespaceRule eWhitespaceRule,
-                         const wchar_t* lpctFormat);
+    CXmlDateCollectionOf(const STypeCollectionParameters& parameters);
     ~CXmlDateCollectionOf() override;
 
     void AddFromString(std::wstring strText) override;

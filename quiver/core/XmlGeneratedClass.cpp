@@ -2,7 +2,8 @@
 
 #include "quiver/collections/Attribute.h"
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/AttributesOf.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
@@ -11,9 +12,11 @@
 #include "quiver/metadata/AttributeInfo.h"
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
+#include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
 #include <array>
@@ -260,8 +263,7 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* pElement, CXmlElement*
     if (info.GetElementTextPropertyIndex() != -1)
     {
         QvVariant value;
-        std::wstring strBuffer;
-        value.SetString(pElement->GetText(strBuffer));
+        CTreeText::Store(*pElement, value);
         AccessProperty(info.GetElementTextPropertyIndex(), false, value);
     }
     return pCurrent;
@@ -319,13 +321,22 @@ bool EqualsWord(std::wstring_view text, std::wstring_view word)
     throw CQvValidationException(FormatString(L"Unexpected Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
 
-/// Only these two words count; "1" and "0", which the type boolean has too, are refused.
-bool ReadNil(const CXmlAttribute& attribute)
+/// Only these two words count; "1" and "0", which the type boolean has too, are refused unless the class asks for them
+/// (docs/compatibility.md: Words of nil).
+bool ReadNil(const CXmlAttribute& attribute, const INillable& nillable)
 {
     if (EqualsWord(attribute.GetValue(), L"true"))
         return true;
     if (EqualsWord(attribute.GetValue(), L"false"))
         return false;
+    if (dynamic_cast<const INillableBoolean*>(&nillable) != nullptr)
+    {
+        const std::wstring strText = CWhitespaceUtils::Collapse(attribute.GetValue());
+        if (strText == L"1" || strText == L"true")
+            return true;
+        if (strText == L"0" || strText == L"false")
+            return false;
+    }
     throw CQvValidationException(
         FormatString(L"Unexpected Value for Attribute [%s] found.", attribute.GetLocalName().c_str()));
 }
@@ -360,7 +371,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
     CAttributeInfo** const ppInfos = GetClassAttributeInfo();
     const std::size_t nInfos = CountRecords(ppInfos);
     CFoundFlags found(nInfos);
-    for (CXmlAttribute* const pAttribute : pElement->GetAttributes())
+    for (CXmlAttribute* const pAttribute : CAttributesOf(*pElement))
     {
         if (pAttribute->IsNamespaceAttribute())
             continue;
@@ -369,7 +380,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CXmlSerializationContext
             const INillable* const pNillable = FindNillable(*GetClassInfo());
             if (pNillable == nullptr)
                 ThrowUnexpectedAttribute(*pAttribute);
-            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute));
+            const_cast<INillable*>(pNillable)->SetNil(ReadNil(*pAttribute, *pNillable));
             continue;
         }
         std::size_t nTaker = 0;
@@ -397,7 +408,8 @@ bool CXmlGeneratedClass::IsGroupWithoutAttributes(const CXmlSerializationContext
     pBudget->Spend(CReadBudget::s_nStepsPerGroup);
     if (nRecords == 0 && !bFails && !pBudget->HasNil(element))
         return true;
-    pBudget->Spend((nRecords + 1) * element.GetAttributes().size());
+    const CAttributesOf attributes(element);
+    pBudget->Spend((nRecords + 1) * static_cast<std::uint64_t>(std::distance(attributes.begin(), attributes.end())));
     return false;
 }
 
@@ -440,11 +452,16 @@ CXmlElement* CXmlGeneratedClass::SkipUnknown(CReadBudget* pBudget, const CElemen
     return pNext;
 }
 
+std::wstring CXmlGeneratedClass::GetNamespaceForRecords() const
+{
+    return GetClassInfo()->IgnoresParentNamespace() ? std::wstring() : GetNamespace();
+}
+
 CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CXmlSerializationContext& context, CXmlElement* pParent,
                                                           CXmlElement* pCurrent, XmlElementType eElementType)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     const bool bSkips = context.GetIgnoreUnknownElements();
     CReadBudget* const pBudget = bSkips ? CReadBudget::GetCurrent() : nullptr;
     CElementInfo** const ppFirst = GetClassElementInfo();
@@ -474,7 +491,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CXmlSerializa
                                                              XmlElementType eElementType, bool bOptionalChoice)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     const bool bScan = context.GetIgnoreUnknownElements() && eElementType == ElementType_Element;
     bool bFound = false;
     do
@@ -507,7 +524,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CXmlSerializatio
                                                           CXmlElement* pCurrent, XmlElementType eElementType)
 {
     CXmlElement* const pSaved = pCurrent;
-    const std::wstring strNamespace = GetNamespace();
+    const std::wstring strNamespace = GetNamespaceForRecords();
     CElementInfo** const ppElements = GetClassElementInfo();
     const std::size_t nElements = CountRecords(ppElements);
     CFoundFlags found(nElements);

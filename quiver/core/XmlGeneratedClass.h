@@ -30,6 +30,16 @@ protected:
     ~INillable() = default;
 };
 
+/// The same for classes that take every text which the type boolean has: "1" and "0" too, with white space around them.
+class QVXMLLIB_API INillableBoolean : public INillable
+{
+protected:
+    INillableBoolean() = default;
+    INillableBoolean(const INillableBoolean&) = default;
+    INillableBoolean& operator=(const INillableBoolean&) = default;
+    ~INillableBoolean() = default;
+};
+
 /// Base of every class that a schema generator writes. Such a class holds properties and tables of metadata and no
 /// serialisation code: this base walks the tables. To write, it asks each record to write its member; to read, it hands
 /// each record a cursor over the child elements and lets it consume what is its own.
@@ -125,6 +135,9 @@ private:
     static bool IsExhaustedBy(QvXmlLib9Data::CElementInfo** ppElements, QvXmlLib9Data::CElementInfo** ppFailed);
     static CXmlElement* SkipUnknown(CReadBudget* pBudget, const QvXmlLib9Data::CElementInfo& info,
                                     const CXmlElement* pParent, CXmlElement* pCurrent);
+
+    /// What the records get as the namespace of their parent.
+    std::wstring GetNamespaceForRecords() const;
 
     CXmlElement* ReadContent(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
                              bool bOptionalChoice);

@@ -2,7 +2,7 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/fastinfoset/FastInfosetContext.h"
@@ -11,9 +11,11 @@
 #include "quiver/foundation/BinaryStream.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/Product.h"
 #include "quiver/foundation/QvZip.h"
 #include "quiver/foundation/StackGuard.h"
 #include "quiver/foundation/platform/Platform.h"
+#include "quiver/foundation/platform/SingleThread.h"
 #include "quiver/output/FileTextStream.h"
 #include "quiver/output/TextStream.h"
 #include "quiver/output/UnitText.h"
@@ -29,9 +31,6 @@ namespace QvXmlLib9
 namespace
 {
 
-constexpr int s_nLibraryMajor = 9;
-constexpr int s_nLibraryMinor = 0;
-
 // Set while the process starts, before objects are used on several threads.
 int s_nGeneratorMajor = 0;
 int s_nGeneratorMinor = 0;
@@ -42,12 +41,12 @@ std::atomic<bool> s_bFirstObjectMade{false};
 
 bool IsGeneratorVersionRight()
 {
-    return s_nGeneratorMajor == s_nLibraryMajor && s_nGeneratorMinor == s_nLibraryMinor;
+    return s_nGeneratorMajor == g_nVersionMajor && s_nGeneratorMinor == g_nVersionMinor;
 }
 
 std::wstring FormatVersions(const wchar_t* lpctFormat)
 {
-    return FormatString(lpctFormat, s_nLibraryMajor, s_nLibraryMinor, s_nGeneratorMajor, s_nGeneratorMinor);
+    return FormatString(lpctFormat, g_nVersionMajor, g_nVersionMinor, s_nGeneratorMajor, s_nGeneratorMinor);
 }
 
 void ShowVersionMismatch()
@@ -127,17 +126,38 @@ const CXmlObjectBase* CXmlObjectBase::GetBase() const
     return const_cast<CXmlObjectBase*>(this)->GetBase();
 }
 
+namespace
+{
+
+/// The sum. A locked instruction costs more than the rest of what is done with a reference, so there is none as long as
+/// nobody else could be counting.
+std::intptr_t AddTo(std::atomic<std::intptr_t>& nCount, std::intptr_t nMore, std::memory_order eOrder)
+{
+    if (!Platform::IsSingleThreaded())
+        return nCount.fetch_add(nMore, eOrder) + nMore;
+    const std::intptr_t nSum = nCount.load(std::memory_order_relaxed) + nMore;
+    nCount.store(nSum, std::memory_order_relaxed);
+    return nSum;
+}
+
+} // namespace
+
 long CXmlObjectBase::AddRef()
 {
-    return static_cast<long>(m_nRefCount.fetch_add(1, std::memory_order_relaxed) + 1);
+    return static_cast<long>(AddTo(m_nRefCount, 1, std::memory_order_relaxed));
 }
 
 long CXmlObjectBase::Release()
 {
-    const std::intptr_t nRefCount = m_nRefCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    const std::intptr_t nRefCount = AddTo(m_nRefCount, -1, std::memory_order_acq_rel);
     if (nRefCount == 0)
         Destroy();
     return static_cast<long>(nRefCount);
+}
+
+void CXmlObjectBase::ReleaseWithoutDestruction()
+{
+    AddTo(m_nRefCount, -1, std::memory_order_acq_rel);
 }
 
 namespace
@@ -516,7 +536,8 @@ void CXmlObjectBase::Choice_SetElementValid(bool bValid, const wchar_t* lpctName
         strCurrent.clear();
         return;
     }
-    // The words differ from those of the other two by the missing brackets; callers show both.
+    // The words differ from those of the other two by the missing brackets
+    // (docs/compatibility.md: Messages as they are spelt).
     if (strCurrent != lpctName)
         throw CQvInvalidStateException(
             FormatString(L"The Property %s is already set. Only one element within this class bay be set at a time",

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/ShortText.h"
@@ -272,7 +272,7 @@ protected:
     void Choice_SetElementValid(bool bValid, const wchar_t* lpctName, std::wstring& strCurrent);
 
     /// To be called when the member `lpctName` is assigned `pValue`. A null assigned while nothing is selected selects
-    /// the member.
+    /// the member (docs/compatibility.md: Null in a choice).
     /// @throws CQvInvalidStateException if another member is selected and `pValue` is not null.
     void Choice_SelectElement(const wchar_t* lpctName, CXmlObjectBase* pValue, std::wstring& strCurrent);
 
@@ -292,7 +292,7 @@ private:
     friend class CXmlCollection;
 
     /// Takes one reference away and leaves an object without any to the caller.
-    void ReleaseWithoutDestruction() { m_nRefCount.fetch_sub(1, std::memory_order_acq_rel); }
+    void ReleaseWithoutDestruction();
 
     /// Destroys an object without references. It may hold the only reference to another one, and so on to any depth;
     /// where the stack would not bear that, the object is left to the outermost destruction of the thread.

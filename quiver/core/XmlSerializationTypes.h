@@ -1,6 +1,7 @@
 #pragma once
 
 /// @file
-/// The enumerations live with the encodings that they name; code that includes them from here finds them as before.
+/// The enumerations live with the encodings that they name; beside CXmlObjectBase, whose operations take them, they are
+/// found by this name.
 
 #include "quiver/foundation/XmlSerializationTypes.h"

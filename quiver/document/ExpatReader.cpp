@@ -321,20 +321,18 @@ void CExpatReader::OnStartNamespace(void* pUserData, const char* lpcPrefix, cons
 
 void CExpatReader::OnText(void* pUserData, const char* lpcText, int nLength)
 {
-    HandleText(pUserData, [lpcText, nLength](CXmlTreeBuilder& doc, CXmlElement* pElement)
-               { doc.AppendTextExcludingCR(pElement, std::string_view(lpcText, static_cast<std::size_t>(nLength))); });
+    HandleText(pUserData, [lpcText, nLength](CXmlTreeBuilder& doc, CXmlElement*)
+               { doc.AddText(std::string_view(lpcText, static_cast<std::size_t>(nLength))); });
 }
 
 void CExpatReader::OnStartCdata(void* pUserData)
 {
-    HandleText(pUserData,
-               [](CXmlTreeBuilder& doc, CXmlElement* pElement) { doc.AppendTextExcludingCR(pElement, "<![CDATA["); });
+    HandleText(pUserData, [](CXmlTreeBuilder& doc, CXmlElement*) { doc.AddText("<![CDATA["); });
 }
 
 void CExpatReader::OnEndCdata(void* pUserData)
 {
-    HandleText(pUserData,
-               [](CXmlTreeBuilder& doc, CXmlElement* pElement) { doc.AppendTextExcludingCR(pElement, "]]>"); });
+    HandleText(pUserData, [](CXmlTreeBuilder& doc, CXmlElement*) { doc.AddText("]]>"); });
 }
 
 void CExpatReader::OnEntityDeclaration(void* pUserData, const char* lpcName, int nIsParameterEntity,

@@ -1,5 +1,6 @@
 #include "quiver/document/XmlAttribute.h"
 
+#include "quiver/document/XmlNodeStore.h"
 #include "quiver/document/XmlText.h"
 #include "quiver/foundation/Encoder.h"
 
@@ -59,6 +60,11 @@ CXmlAttribute::CXmlAttribute(const std::wstring& strLocalName, const std::wstrin
     Take(std::make_unique<SOwnData>(strLocalName, strValue, strNamespaceURI));
 }
 
+CInstanceClass& CXmlAttribute::InstanceClass()
+{
+    return s_instanceClass;
+}
+
 CXmlAttribute::CXmlAttribute(const SXmlName& name)
     : CInstanceMonitor(s_instanceClass)
     , m_pName(&name)
@@ -76,6 +82,7 @@ CXmlAttribute& CXmlAttribute::operator=(const CXmlAttribute& source)
     if (this != &source)
     {
         auto pOwn = std::make_unique<SOwnData>(source.GetLocalName(), source.GetValue(), source.GetNamespaceURI());
+        NoteOwnership();
         Release();
         Take(std::move(pOwn));
         CInstanceMonitor::operator=(source);
@@ -102,8 +109,16 @@ void CXmlAttribute::Release()
         m_pValue->Release();
 }
 
+/// Says that this attribute of a tree is going to own what its store does not know.
+void CXmlAttribute::NoteOwnership() const
+{
+    if (m_pName->pStore != nullptr)
+        m_pName->pStore->NoteOwnership();
+}
+
 const std::wstring& CXmlAttribute::GetValue() const
 {
+    NoteOwnership();
     return m_pValue != nullptr ? m_pValue->Get() : CXmlText::GetEmpty();
 }
 

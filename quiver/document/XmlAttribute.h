@@ -3,8 +3,15 @@
 #include "quiver/document/XmlName.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <vector>
+
+namespace QvXmlLib9Data
+{
+class CTreeText;
+} // namespace QvXmlLib9Data
 
 namespace QvXmlLib9
 {
@@ -44,21 +51,35 @@ protected:
     virtual ~CXmlAttribute();
 
 private:
+    friend class CAttributesOf;
     friend class CXmlTreeBuilder;
     friend class CXmlElement;
     friend class CXmlNodeStore;
+    friend class QvXmlLib9Data::CTreeText;
 
     struct SOwnData;
 
     /// @param name a record of the document, which outlives this attribute.
     explicit CXmlAttribute(const SXmlName& name);
+    CXmlAttribute(const SXmlName& name, SCountedTogether record)
+        : CInstanceMonitor(record)
+        , m_pName(&name)
+    {
+    }
 
+    static CInstanceClass& InstanceClass();
+
+    void NoteOwnership() const;
     void Take(std::unique_ptr<SOwnData> pOwn);
     void Release();
 
     const SXmlName* m_pName;
     /// Null for an empty value.
     CXmlText* m_pValue = nullptr;
+    /// The next attribute of the element, the first one behind the last.
+    CXmlAttribute* m_pNext = nullptr;
+    /// In the first attribute, all of them in the form that callers want, once one has asked.
+    std::atomic<std::vector<CXmlAttribute*>*> m_pList{nullptr};
 };
 
 } // namespace QvXmlLib9

@@ -1,9 +1,12 @@
 #include "quiver/document/XmlDocument.h"
 
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/DocumentSource.h"
 #include "quiver/document/ExpatReader.h"
 #include "quiver/document/OverlappedSource.h"
+#if defined(QUIVER_SCANNER)
+#include "quiver/document/XmlScanner.h"
+#endif
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/document/XmlTreeBuilder.h"
 #include "quiver/fastinfoset/FastInfosetReader.h"
 #include "quiver/foundation/Encoder.h"
@@ -79,7 +82,8 @@ void CXmlDocument::LoadXml(const char* lpcXml)
 void CXmlDocument::LoadXml(const wchar_t* lpctXml)
 {
     Cleanup();
-    ParseText(CDocumentSource::FromText(lpctXml));
+    if (!ScanText(lpctXml))
+        RunExpat(CDocumentSource::FromText(lpctXml));
 }
 
 void CXmlDocument::LoadXmlStream(unsigned char* const pData, unsigned long ulLength)
@@ -139,13 +143,70 @@ void CXmlDocument::ParseChunks(COverlappedSource& source)
 void CXmlDocument::Parse(CDocumentSource source)
 {
     source = CDocumentSource::Inflate(std::move(source));
-    CXmlTreeBuilder builder = MakeBuilder();
-    CFastInfosetReader reader(&m_pContext->GetFIContext(), &builder);
-    if (!reader.Parse(source.GetData()))
+    if (!ParseFastInfoset(source))
         ParseText(source);
 }
 
+/// @return false if the document is none, and nothing has been made of it.
+bool CXmlDocument::ParseFastInfoset(const CDocumentSource& source)
+{
+    CXmlTreeBuilder builder = MakeBuilder();
+    CFastInfosetReader reader(&m_pContext->GetFIContext(), &builder);
+    return reader.Parse(source.GetData());
+}
+
 void CXmlDocument::ParseText(const CDocumentSource& source)
+{
+    if (!Scan(source.GetData(), false))
+        RunExpat(source);
+}
+
+#if defined(QUIVER_SCANNER)
+
+/// Reads the document by the scanner, for which it is encoded anew.
+bool CXmlDocument::ScanText(const wchar_t* lpctXml)
+{
+    std::string strDocument;
+    return m_pfnElementFilter == nullptr && AppendUtf8(strDocument, lpctXml) && Scan(strDocument, true);
+}
+
+/// Reads the document by the scanner; if that gives up, nothing is left of what it made.
+/// @param bText whether the document was text of the library, and may say that it is UTF-16.
+bool CXmlDocument::Scan(std::string_view document, bool bText)
+{
+    // Elements are offered to a filter while there is still something to come, which may yet turn out to be wrong.
+    if (m_pfnElementFilter != nullptr)
+        return false;
+    CXmlScanner::SMade made;
+    {
+        CXmlTreeBuilder builder = MakeBuilder();
+        CXmlScanner scanner(builder, GetExpatOptions());
+        if (bText ? scanner.ScanText(document) : scanner.ScanBytes(document))
+            return true;
+        made = scanner.GetMade();
+    }
+    m_namespaces.clear();
+    m_pDocumentElement = nullptr;
+    m_pStore.reset();
+    made.Forget();
+    return false;
+}
+
+#else
+
+bool CXmlDocument::ScanText(const wchar_t* /*lpctXml*/)
+{
+    return false;
+}
+
+bool CXmlDocument::Scan(std::string_view /*document*/, bool /*bText*/)
+{
+    return false;
+}
+
+#endif
+
+void CXmlDocument::RunExpat(const CDocumentSource& source)
 {
     CXmlTreeBuilder builder = MakeBuilder();
     CExpatReader reader(builder, GetExpatOptions());

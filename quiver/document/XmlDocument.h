@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -97,7 +98,11 @@ private:
     void AsyncParse(COverlappedSource& source);
     void ParseChunks(COverlappedSource& source);
     void Parse(CDocumentSource source);
+    bool ParseFastInfoset(const CDocumentSource& source);
     void ParseText(const CDocumentSource& source);
+    bool ScanText(const wchar_t* lpctXml);
+    bool Scan(std::string_view document, bool bText);
+    void RunExpat(const CDocumentSource& source);
     void Throw_IfNoRoot() const;
 
     CXmlTreeBuilder MakeBuilder();

@@ -1,9 +1,10 @@
 #include "quiver/document/XmlElement.h"
 
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlNodeStore.h"
 #include "quiver/foundation/Encoder.h"
 
-#include <algorithm>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -15,10 +16,10 @@ namespace
 
 CInstanceClass s_instanceClass(L"CXmlElement");
 
-const std::wstring& FindValue(const std::vector<CXmlAttribute*>& attributes, const std::wstring& strLocalName,
+const std::wstring& FindValue(const CXmlElement& element, const std::wstring& strLocalName,
                               const std::wstring& strNamespaceURI)
 {
-    for (const CXmlAttribute* pAttribute : attributes)
+    for (const CXmlAttribute* pAttribute : CAttributesOf(element))
     {
         if (pAttribute->GetLocalName() == strLocalName && pAttribute->GetNamespaceURI() == strNamespaceURI)
             return pAttribute->GetValue();
@@ -27,6 +28,11 @@ const std::wstring& FindValue(const std::vector<CXmlAttribute*>& attributes, con
 }
 
 } // namespace
+
+CInstanceClass& CXmlElement::InstanceClass()
+{
+    return s_instanceClass;
+}
 
 CXmlElement::CXmlElement(const CXmlDocument* pDocument)
     : CInstanceMonitor(s_instanceClass)
@@ -56,13 +62,35 @@ const CXmlDocument* CXmlElement::GetDocument() const
     return Store().GetDocument();
 }
 
+const std::wstring* CXmlElement::FindPrefix(std::wstring_view svPrefix) const
+{
+    static const std::wstring& s_strXml = *new std::wstring(L"http://www.w3.org/XML/1998/namespace");
+    return svPrefix == L"xml" ? &s_strXml : Store().FindPrefix(*this, svPrefix);
+}
+
 const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const
 {
-    return m_pAttributes != nullptr ? *m_pAttributes : CXmlNodeStore::GetNoAttributes();
+    if (m_pLastAttribute == nullptr)
+        return CXmlNodeStore::GetNoAttributes();
+    const auto* const pList = m_pLastAttribute->m_pNext->m_pList.load(std::memory_order_acquire);
+    return pList != nullptr ? *pList : MakeAttributeList();
+}
+
+const std::vector<CXmlAttribute*>& CXmlElement::MakeAttributeList() const
+{
+    Store().NoteOwnership();
+    const CAttributesOf attributes(*this);
+    auto pList = std::make_unique<std::vector<CXmlAttribute*>>(attributes.begin(), attributes.end());
+    std::vector<CXmlAttribute*>* pFirst = nullptr;
+    // Of several threads that come here at the same time, the first decides for all.
+    if (m_pLastAttribute->m_pNext->m_pList.compare_exchange_strong(pFirst, pList.get(), std::memory_order_acq_rel))
+        return *pList.release();
+    return *pFirst;
 }
 
 const std::wstring& CXmlElement::GetText() const
 {
+    Store().NoteOwnership();
     return m_pText != nullptr ? m_pText->Get() : CXmlText::GetEmpty();
 }
 
@@ -84,11 +112,11 @@ bool CXmlElement::HasTextBesideWhiteSpace() const
 const std::wstring& CXmlElement::GetAttribute(const std::wstring& strLocalName,
                                               const std::wstring& strNamespaceURI) const
 {
-    if (m_pAttributes == nullptr)
+    if (m_pLastAttribute == nullptr)
         return CXmlText::GetEmpty();
     if (HasWholeCodePoints(strLocalName) || HasWholeCodePoints(strNamespaceURI))
-        return FindValue(*m_pAttributes, ToUtf16Units(strLocalName), ToUtf16Units(strNamespaceURI));
-    return FindValue(*m_pAttributes, strLocalName, strNamespaceURI);
+        return FindValue(*this, ToUtf16Units(strLocalName), ToUtf16Units(strNamespaceURI));
+    return FindValue(*this, strLocalName, strNamespaceURI);
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement()
@@ -129,12 +157,18 @@ CXmlElement* CXmlElement::RemoveLastChild(CXmlElement* pBeforeLast)
 
 CXmlAttribute& CXmlElement::NewAttribute(const SXmlName& name)
 {
-    if (m_pAttributes == nullptr)
-        m_pAttributes = Store().NewAttributeList();
-    if (m_pAttributes->size() == m_pAttributes->capacity())
-        m_pAttributes->reserve(std::max<std::size_t>(3, 2 * m_pAttributes->size()));
-    m_pAttributes->push_back(Store().NewAttribute(name));
-    return *m_pAttributes->back();
+    CXmlAttribute* const pAttribute = Store().NewAttribute(name);
+    pAttribute->m_pNext = pAttribute;
+    if (m_pLastAttribute != nullptr)
+    {
+        pAttribute->m_pNext = m_pLastAttribute->m_pNext;
+        m_pLastAttribute->m_pNext = pAttribute;
+    }
+    m_pLastAttribute = pAttribute;
+    // In a tree that is built by hand somebody may have asked already.
+    if (std::vector<CXmlAttribute*>* const pList = pAttribute->m_pNext->m_pList.load(std::memory_order_relaxed))
+        pList->push_back(pAttribute);
+    return *pAttribute;
 }
 
 void CXmlElement::AddAttribute(const std::wstring& strLocalName, const std::wstring& strValue,

@@ -5,7 +5,13 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
+
+namespace QvXmlLib9Data
+{
+class CTreeText;
+} // namespace QvXmlLib9Data
 
 namespace QvXmlLib9
 {
@@ -67,6 +73,12 @@ public:
     /// long as the process; an absent attribute and an empty one look the same.
     const std::wstring& GetAttribute(const std::wstring& strLocalName, const std::wstring& strNamespaceURI) const;
 
+    /// What a prefix stands for where the element is: the nearest declaration counts. The empty prefix stands for the
+    /// default namespace.
+    /// @return null if no declaration is known. Documents that are read without namespaces have none, nor have elements
+    ///         on their own; in a document that is read through a filter the first declaration of a prefix counts.
+    const std::wstring* FindPrefix(std::wstring_view svPrefix) const;
+
 protected:
     /// An element on its own: no parent, no name, no text. What is added to it belongs to it.
     /// @param pDocument what GetDocument shall return for the element and all below it; may be null.
@@ -93,12 +105,21 @@ protected:
     void SetNamespace(const std::wstring& strNamespaceURI);
 
 private:
+    friend class CAttributesOf;
     friend class CGeneratedObject;
     friend class CXmlTreeBuilder;
     friend class CXmlNodeStore;
     friend class CReadBudget;
+    friend class QvXmlLib9Data::CTreeText;
 
     explicit CXmlElement(const SXmlName& name);
+    CXmlElement(const SXmlName& name, SCountedTogether record)
+        : CInstanceMonitor(record)
+        , m_pName(&name)
+    {
+    }
+
+    static CInstanceClass& InstanceClass();
 
     CXmlNodeStore& Store() const { return *m_pName->pStore; }
 
@@ -108,6 +129,7 @@ private:
     // Named apart from the operations above, so that derived classes can lift those as a whole into their interface.
     CXmlElement* NewChild(const SXmlName& name);
     CXmlAttribute& NewAttribute(const SXmlName& name);
+    const std::vector<CXmlAttribute*>& MakeAttributeList() const;
     CXmlElement* RemoveLastChild(CXmlElement* pBeforeLast);
 
     // A large document has millions of these, so there is nothing in them that can be found another way: the store
@@ -115,7 +137,7 @@ private:
     CXmlElement* m_pNextSibling = nullptr;
     CXmlElement* m_pFirstChild = nullptr;
     CXmlElement* m_pLastChild = nullptr;
-    std::vector<CXmlAttribute*>* m_pAttributes = nullptr;
+    CXmlAttribute* m_pLastAttribute = nullptr;
     CXmlText* m_pText = nullptr;
     const SXmlName* m_pName;
 };

@@ -138,6 +138,18 @@ const SXmlName& CXmlNameTable::Find(const char* lpcName)
     return pName->second.name;
 }
 
+const SXmlName& CXmlNameTable::Make(const std::wstring& strNamespaceURI, std::string_view utf8LocalName)
+{
+    m_made.push_front({ToText(utf8LocalName), &strNamespaceURI, m_pStore});
+    return m_made.front();
+}
+
+const std::wstring& CXmlNameTable::MakeNamespace(std::string_view utf8NamespaceURI)
+{
+    m_madeNamespaces.push_front(ToText(utf8NamespaceURI));
+    return m_madeNamespaces.front();
+}
+
 const SXmlName& CXmlNameTable::Find(std::wstring_view svNamespaceURI, std::wstring_view svLocalName)
 {
     if (m_pTextNames == nullptr)

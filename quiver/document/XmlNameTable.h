@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <forward_list>
 #include <functional>
 #include <map>
 #include <memory>
@@ -95,6 +96,11 @@ public:
     /// compared first, and mostly that is all.
     const SXmlName& Find(const char* lpcName);
 
+    /// A new record of a name, for somebody who knows which names there have been and asks once for each.
+    /// @param strNamespaceURI what MakeNamespace has made.
+    const SXmlName& Make(const std::wstring& strNamespaceURI, std::string_view utf8LocalName);
+    const std::wstring& MakeNamespace(std::string_view utf8NamespaceURI);
+
     /// The record of a name given as text.
     const SXmlName& Find(std::wstring_view svNamespaceURI, std::wstring_view svLocalName);
 
@@ -110,6 +116,8 @@ private:
     std::unique_ptr<CUtf8Index> m_pUtf8Names;
     std::unique_ptr<CTextIndex> m_pTextNames;
     CUtf8Index::CName* m_pLast = nullptr;
+    std::forward_list<SXmlName> m_made;
+    std::forward_list<std::wstring> m_madeNamespaces;
 };
 
 } // namespace QvXmlLib9

@@ -19,18 +19,12 @@ namespace QvXmlLib9
 namespace
 {
 
-// A short document fits into the first block; long ones soon get by with few allocations.
-constexpr std::size_t s_nFirstBlockSize = 2 * 1024;
-constexpr std::size_t s_nLargestBlockSize = 64 * 1024;
-
 #if defined(QV_SEPARATE_NODES)
 // A pointer into a dead tree would otherwise go unnoticed.
 constexpr bool s_bSeparateNodes = true;
 #else
 constexpr bool s_bSeparateNodes = false;
 #endif
-
-using CAttributeList = std::vector<CXmlAttribute*>;
 
 /// Makes an object in a slot, which goes back if that fails.
 template <class Make>
@@ -50,10 +44,11 @@ auto Construct(CXmlNodePool& pool, Make make)
 
 } // namespace
 
-CXmlNodePool::CXmlNodePool(std::size_t nSlotSize, bool bSeparate)
-    : m_nSlotSize(nSlotSize)
+CXmlNodePool::CXmlNodePool(CTreeMemory& memory, std::size_t nSlotSize, bool bSeparate)
+    : m_memory(memory)
+    , m_nSlotSize(nSlotSize)
     , m_bSeparate(bSeparate)
-    , m_nNextBlockSize(s_nFirstBlockSize)
+    , m_nNextBlockSize(CTreeMemory::s_nFirstBlockSize)
 {
 }
 
@@ -63,9 +58,9 @@ void* CXmlNodePool::AllocateFromNewBlock()
 {
     if (m_bSeparate)
         return ::operator new(m_nSlotSize);
+    m_blocks.push_back(m_memory.Allocate(m_nNextBlockSize));
     const std::size_t nSize = m_nNextBlockSize / m_nSlotSize * m_nSlotSize;
-    m_blocks.emplace_back(new unsigned char[nSize]);
-    m_nNextBlockSize = std::min(2 * m_nNextBlockSize, s_nLargestBlockSize);
+    m_nNextBlockSize = std::min(2 * m_nNextBlockSize, CTreeMemory::s_nLargestBlockSize);
     unsigned char* const pBlock = m_blocks.back().get();
     m_pNext = pBlock + m_nSlotSize;
     m_pEnd = pBlock + nSize;
@@ -91,19 +86,30 @@ CXmlNodeStore::CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* p
 }
 
 CXmlNodeStore::CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner, bool bSeparate)
-    : m_pDocument(pDocument)
+    : m_bSeparate(bSeparate)
+    , m_nGeneration(CInstanceClass::GetGeneration())
+    , m_pDocument(pDocument)
     , m_pOwner(pOwner)
     , m_names(this)
     , m_emptyName{std::wstring(), &CXmlText::GetEmpty(), this}
-    , m_elements(sizeof(CXmlElement), bSeparate)
-    , m_attributes(sizeof(CXmlAttribute), bSeparate)
-    , m_attributeLists(sizeof(CAttributeList), bSeparate)
+    , m_memory(bSeparate)
+    , m_texts(m_memory)
+    , m_sharedArena(m_memory)
+    , m_elementPool(m_memory, sizeof(CXmlElement), bSeparate)
+    , m_attributePool(m_memory, sizeof(CXmlAttribute), bSeparate)
 {
 }
 
 CXmlNodeStore::~CXmlNodeStore()
 {
-    if (m_pRoot != nullptr)
+    EndCountingTogether();
+    if (GoesAsAWhole())
+    {
+        CountGone(m_elements);
+        CountGone(m_attributes);
+        m_texts.DestroyStrings();
+    }
+    else if (m_pRoot != nullptr)
         Destroy(m_pRoot);
     for (CXmlText* pText : m_sharedTexts)
     {
@@ -112,27 +118,77 @@ CXmlNodeStore::~CXmlNodeStore()
     }
 }
 
+/// Whether no node has anything that its destructor would have to give back. The counts are those of the time when the
+/// store was made, so what was counted anew since then is counted node by node.
+bool CXmlNodeStore::GoesAsAWhole() const
+{
+    return !m_bSeparate && !m_bOwnsMore.load(std::memory_order_relaxed) &&
+           m_nGeneration == CInstanceClass::GetGeneration();
+}
+
+void CXmlNodeStore::CountNew(SNodes& nodes) noexcept
+{
+    if (nodes.nUncounted != 0)
+        CInstanceClass::CountCreations(*nodes.pRecord, std::exchange(nodes.nUncounted, 0));
+}
+
+void CXmlNodeStore::CountGone(SNodes& nodes) noexcept
+{
+    if (nodes.nLiving != 0)
+        CInstanceClass::CountDestructions(*nodes.pRecord, nodes.nLiving);
+}
+
+void CXmlNodeStore::EndCountingTogether() noexcept
+{
+    m_bCountsTogether = false;
+    CountNew(m_elements);
+    CountNew(m_attributes);
+}
+
 const std::vector<CXmlAttribute*>& CXmlNodeStore::GetNoAttributes()
 {
-    static const CAttributeList* const s_pNone = new CAttributeList;
+    static const auto* const s_pNone = new std::vector<CXmlAttribute*>;
     return *s_pNone;
+}
+
+template <class TNode>
+TNode* CXmlNodeStore::NewNode(CXmlNodePool& pool, SNodes& nodes, const SXmlName& name)
+{
+    if (nodes.pRecord == nullptr)
+        nodes.pRecord = TNode::InstanceClass().GetRecord();
+    TNode* pNode = nullptr;
+    if (m_bCountsTogether)
+    {
+        pNode = new (pool.Allocate()) TNode(name, CInstanceMonitor::SCountedTogether{nodes.pRecord});
+        ++nodes.nUncounted;
+    }
+    else
+        pNode = Construct(pool, [&name](void* pSlot) { return new (pSlot) TNode(name); });
+    ++nodes.nLiving;
+    ++m_nNodes;
+    return pNode;
 }
 
 CXmlElement* CXmlNodeStore::NewElement(const SXmlName& name)
 {
-    ++m_nNodes;
-    return Construct(m_elements, [&name](void* pSlot) { return new (pSlot) CXmlElement(name); });
+    return NewNode<CXmlElement>(m_elementPool, m_elements, name);
 }
 
 CXmlAttribute* CXmlNodeStore::NewAttribute(const SXmlName& name)
 {
-    ++m_nNodes;
-    return Construct(m_attributes, [&name](void* pSlot) { return new (pSlot) CXmlAttribute(name); });
+    return NewNode<CXmlAttribute>(m_attributePool, m_attributes, name);
 }
 
-std::vector<CXmlAttribute*>* CXmlNodeStore::NewAttributeList()
+void CXmlNodeStore::DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strUri)
 {
-    return Construct(m_attributeLists, [](void* pSlot) { return new (pSlot) CAttributeList; });
+    if (m_pPrefixes == nullptr)
+        m_pPrefixes = std::make_unique<CPrefixScopes>();
+    m_pPrefixes->Declare(strPrefix, strUri);
+}
+
+const std::wstring* CXmlNodeStore::FindPrefix(const CXmlElement& element, std::wstring_view prefix) const
+{
+    return m_pPrefixes != nullptr ? m_pPrefixes->Find(m_pRoot, element, prefix) : nullptr;
 }
 
 CXmlNodeStore::SMark CXmlNodeStore::PopMark()
@@ -144,17 +200,24 @@ CXmlNodeStore::SMark CXmlNodeStore::PopMark()
 
 void CXmlNodeStore::DestroyAttributes(CXmlElement& element) noexcept
 {
-    for (CXmlAttribute* pAttribute : *element.m_pAttributes)
+    CXmlAttribute* const pLast = std::exchange(element.m_pLastAttribute, nullptr);
+    CXmlAttribute* pNext = pLast->m_pNext;
+    delete pNext->m_pList.load(std::memory_order_acquire);
+    for (bool bLast = false; !bLast;)
     {
+        CXmlAttribute* const pAttribute = pNext;
+        pNext = pAttribute->m_pNext;
+        bLast = pAttribute == pLast;
         pAttribute->CXmlAttribute::~CXmlAttribute();
-        m_attributes.Free(pAttribute);
+        m_attributePool.Free(pAttribute);
+        --m_attributes.nLiving;
     }
-    std::destroy_at(element.m_pAttributes);
-    m_attributeLists.Free(std::exchange(element.m_pAttributes, nullptr));
 }
 
 void CXmlNodeStore::Destroy(CXmlElement* pElement) noexcept
 {
+    // What has gone by itself must not go again with the whole.
+    NoteOwnership();
     pElement->m_pNextSibling = nullptr;
     while (pElement != nullptr)
     {
@@ -166,7 +229,8 @@ void CXmlNodeStore::Destroy(CXmlElement* pElement) noexcept
             pNext = std::exchange(pElement->m_pFirstChild, nullptr);
         }
         pElement->CXmlElement::~CXmlElement();
-        m_elements.Free(pElement);
+        m_elementPool.Free(pElement);
+        --m_elements.nLiving;
         pElement = pNext;
     }
 }
@@ -180,7 +244,7 @@ void CXmlNodeStore::DestroyContent(CXmlElement& element) noexcept
         Destroy(pChild);
         pChild = pNext;
     }
-    if (element.m_pAttributes != nullptr)
+    if (element.m_pLastAttribute != nullptr)
         DestroyAttributes(element);
     if (element.m_pText != nullptr)
         std::exchange(element.m_pText, nullptr)->Release();

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "quiver/document/PrefixScopes.h"
+#include "quiver/document/TreeMemory.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlNameTable.h"
 #include "quiver/document/XmlText.h"
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -21,7 +25,8 @@ public:
     /// @param nSlotSize bytes of one object, a multiple of its alignment and not below a pointer's size.
     /// @param bSeparate every slot is an allocation of its own, as `new` makes them, so that `delete` may free it and
     ///        memory checkers see each object.
-    CXmlNodePool(std::size_t nSlotSize, bool bSeparate);
+    /// @param memory outlives the pool.
+    CXmlNodePool(CTreeMemory& memory, std::size_t nSlotSize, bool bSeparate);
 
     /// The slots must all have been given back, or hold nothing that needs a destructor.
     ~CXmlNodePool();
@@ -53,13 +58,14 @@ private:
 
     void* AllocateFromNewBlock();
 
+    CTreeMemory& m_memory;
     const std::size_t m_nSlotSize;
     const bool m_bSeparate;
     std::size_t m_nNextBlockSize;
     SFreeSlot* m_pFree = nullptr;
     unsigned char* m_pNext = nullptr;
     unsigned char* m_pEnd = nullptr;
-    std::vector<std::unique_ptr<unsigned char[]>> m_blocks;
+    std::vector<CTreeMemory::CBlock> m_blocks;
 };
 
 /// Owns the nodes, names and texts of one tree: that of a document, or that of an element which stands on its own.
@@ -107,7 +113,21 @@ public:
     /// A new element that stands nowhere yet.
     CXmlElement* NewElement(const SXmlName& name);
     CXmlAttribute* NewAttribute(const SXmlName& name);
-    std::vector<CXmlAttribute*>* NewAttributeList();
+
+    /// Between these two the nodes made are counted together, at the end. Nobody may look at the counts meanwhile.
+    /// @{
+    void BeginCountingTogether() { m_bCountsTogether = !m_bSeparate; }
+    void EndCountingTogether() noexcept;
+    /// @}
+
+    /// Says that a node is going to have memory that does not come from here, a text that became a string or a list of
+    /// attributes, or that nodes have gone ahead of the others. Any other tree goes as a whole. Any number of threads
+    /// may say so at the same time.
+    void NoteOwnership()
+    {
+        if (!m_bOwnsMore.load(std::memory_order_relaxed))
+            m_bOwnsMore.store(true, std::memory_order_relaxed);
+    }
 
     /// What it takes to undo an element: the sibling ahead of it, and where the texts stood.
     struct SMark
@@ -119,6 +139,19 @@ public:
     /// Notes the state ahead of an element that may be dropped at its end.
     void PushMark(CXmlElement* pBefore) { m_marks.push_back({pBefore, m_texts.GetMark()}); }
     SMark PopMark();
+
+    /// A declaration of the element that is made next.
+    void DeclarePrefix(const std::wstring& strPrefix, const std::wstring& strUri);
+
+    /// Gives an element the declarations that were made for it; see CPrefixScopes::Attach.
+    void AttachPrefixes(const CXmlElement& element, bool bRoot, bool bKept)
+    {
+        if (m_pPrefixes != nullptr && m_pPrefixes->HasNext())
+            m_pPrefixes->Attach(element, bRoot, bKept);
+    }
+
+    /// What a prefix stands for at an element, null if nobody declared it.
+    const std::wstring* FindPrefix(const CXmlElement& element, std::wstring_view prefix) const;
 
     /// Makes the store own `pRoot` together with what is below it.
     void SetRoot(CXmlElement* pRoot) { m_pRoot = pRoot; }
@@ -133,20 +166,41 @@ public:
 private:
     CXmlNodeStore(const CXmlDocument* pDocument, const CXmlElement* pOwner, bool bSeparate);
 
+    /// The nodes of one class.
+    struct SNodes
+    {
+        CInstanceMonitor::ClassType* pRecord = nullptr;
+        std::uint64_t nLiving = 0;
+        /// Living ones that the record does not know of yet.
+        std::uint64_t nUncounted = 0;
+    };
+
+    template <class TNode>
+    TNode* NewNode(CXmlNodePool& pool, SNodes& nodes, const SXmlName& name);
+    static void CountNew(SNodes& nodes) noexcept;
+    static void CountGone(SNodes& nodes) noexcept;
+    bool GoesAsAWhole() const;
     void DestroyAttributes(CXmlElement& element) noexcept;
 
+    const bool m_bSeparate;
+    bool m_bCountsTogether = false;
+    std::atomic<bool> m_bOwnsMore{false};
+    const std::uint64_t m_nGeneration;
     const CXmlDocument* m_pDocument;
     const CXmlElement* m_pOwner;
     CXmlElement* m_pRoot = nullptr;
     CXmlNameTable m_names;
     const SXmlName m_emptyName;
+    CTreeMemory m_memory;
     CXmlTextArena m_texts;
     CXmlTextArena m_sharedArena;
     std::vector<CXmlText*> m_sharedTexts;
-    CXmlNodePool m_elements;
-    CXmlNodePool m_attributes;
-    CXmlNodePool m_attributeLists;
+    CXmlNodePool m_elementPool;
+    CXmlNodePool m_attributePool;
+    SNodes m_elements;
+    SNodes m_attributes;
     std::vector<SMark> m_marks;
+    std::unique_ptr<CPrefixScopes> m_pPrefixes;
     std::uint64_t m_nNodes = 0;
 };
 

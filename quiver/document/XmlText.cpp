@@ -14,10 +14,6 @@ namespace QvXmlLib9
 namespace
 {
 
-// A short document fits into the first block; long ones soon get by with few allocations.
-constexpr std::size_t s_nFirstBlockSize = 2 * 1024;
-constexpr std::size_t s_nLargestBlockSize = 64 * 1024;
-
 /// Longer texts are not kept in the parser's form. It bounds what is lost at the end of a block, and by the move of a
 /// text that has outgrown its place.
 constexpr std::size_t s_nLongestUtf8Text = 16 * 1024;
@@ -130,12 +126,19 @@ void CXmlTextArena::Append(CXmlText*& pText, std::wstring_view text)
     strText.append(text);
 }
 
+void CXmlTextArena::DestroyStrings() noexcept
+{
+    for (CXmlText* const pText : m_strings)
+        std::destroy_at(pText);
+    m_strings.clear();
+}
+
 void CXmlTextArena::Rewind(const SMark& mark) noexcept
 {
     while (m_blocks.size() > mark.nBlocks)
         m_blocks.pop_back();
     m_pNext = mark.pNext;
-    m_pEnd = m_blocks.empty() ? nullptr : m_blocks.back().pData.get() + m_blocks.back().nSize;
+    m_pEnd = m_blocks.empty() ? nullptr : GetStart(m_blocks.back()) + m_blocks.back().nSize;
 }
 
 CXmlText* CXmlTextArena::NewText(std::size_t nCapacity)
@@ -148,10 +151,11 @@ char* CXmlTextArena::Allocate(std::size_t nSize)
 {
     if (nSize > static_cast<std::size_t>(m_pEnd - m_pNext))
     {
-        const std::size_t nGrown = m_blocks.empty() ? s_nFirstBlockSize : 2 * m_blocks.back().nSize;
-        const std::size_t nBlockSize = std::max(nSize, std::min(nGrown, s_nLargestBlockSize));
-        m_blocks.push_back({std::unique_ptr<char[]>(new char[nBlockSize]), nBlockSize});
-        m_pNext = m_blocks.back().pData.get();
+        // A short document fits into the first block; long ones soon get by with few allocations.
+        const std::size_t nGrown = m_blocks.empty() ? CTreeMemory::s_nFirstBlockSize : 2 * m_blocks.back().nSize;
+        const std::size_t nBlockSize = std::max(nSize, std::min(nGrown, CTreeMemory::s_nLargestBlockSize));
+        m_blocks.push_back({m_memory.Allocate(nBlockSize), nBlockSize});
+        m_pNext = GetStart(m_blocks.back());
         m_pEnd = m_pNext + nBlockSize;
     }
     return std::exchange(m_pNext, m_pNext + nSize);
@@ -162,7 +166,10 @@ std::wstring& CXmlTextArena::GetForAppending(CXmlText*& pText)
     if (pText == nullptr)
         pText = NewText(0);
     std::wstring* const pstrText = pText->m_pstrText.load(std::memory_order_relaxed);
-    return pstrText != nullptr ? *pstrText : pText->Convert();
+    if (pstrText != nullptr)
+        return *pstrText;
+    m_strings.push_back(pText);
+    return pText->Convert();
 }
 
 /// Finds room for a longer text: behind the old one if nothing else has come to stand there.
@@ -170,7 +177,7 @@ void CXmlTextArena::Grow(CXmlText*& pText, std::size_t nLength)
 {
     const char* const pTextEnd = pText->GetBytes() + pText->m_nCapacity;
     const std::size_t nMissing = RoundUp(nLength - pText->m_nCapacity);
-    const bool bAtEnd = pTextEnd == m_pNext && m_pNext != m_blocks.back().pData.get();
+    const bool bAtEnd = pTextEnd == m_pNext && m_pNext != GetStart(m_blocks.back());
     if (bAtEnd && nMissing <= static_cast<std::size_t>(m_pEnd - m_pNext))
     {
         m_pNext += nMissing;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "quiver/document/TreeMemory.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -41,6 +43,16 @@ public:
     /// The same for a caller who asks only once: `strBuffer` takes the text, unless it is there already, and nothing
     /// is kept. The result is one or the other.
     const std::wstring& Get(std::wstring& strBuffer) const;
+
+    /// The data in UTF-8, which lives as long as the object.
+    /// @return false if they are text of the library by now, or always were.
+    bool GetUtf8(std::string_view& svUtf8) const
+    {
+        if (m_pstrText.load(std::memory_order_acquire) != nullptr)
+            return false;
+        svUtf8 = std::string_view(GetBytes(), m_nLength);
+        return true;
+    }
 
     /// Gives the text up on behalf of a node: a text that many nodes share lives on.
     void Release() noexcept
@@ -85,7 +97,11 @@ public:
         char* pNext;
     };
 
-    CXmlTextArena() = default;
+    /// @param memory outlives the texts.
+    explicit CXmlTextArena(CTreeMemory& memory)
+        : m_memory(memory)
+    {
+    }
     CXmlTextArena(const CXmlTextArena&) = delete;
     CXmlTextArena& operator=(const CXmlTextArena&) = delete;
 
@@ -98,15 +114,20 @@ public:
 
     SMark GetMark() const { return {m_blocks.size(), m_pNext}; }
 
+    /// Destroys the texts that were stored as strings, which have memory of their own. All of them must still be there.
+    void DestroyStrings() noexcept;
+
     /// Gives up the memory of all that was added since the mark. No node may refer to such a text any more.
     void Rewind(const SMark& mark) noexcept;
 
 private:
     struct SBlock
     {
-        std::unique_ptr<char[]> pData;
+        CTreeMemory::CBlock pData;
         std::size_t nSize;
     };
+
+    static char* GetStart(const SBlock& block) { return reinterpret_cast<char*>(block.pData.get()); }
 
     CXmlText* NewText(std::size_t nCapacity);
     char* Allocate(std::size_t nSize);
@@ -114,7 +135,10 @@ private:
     void Grow(CXmlText*& pText, std::size_t nLength);
     CXmlText* Copy(const CXmlText& text);
 
+    CTreeMemory& m_memory;
     std::vector<SBlock> m_blocks;
+    /// Texts that were stored as strings.
+    std::vector<CXmlText*> m_strings;
     char* m_pNext = nullptr;
     char* m_pEnd = nullptr;
 };

@@ -1,5 +1,8 @@
 #include "quiver/document/XmlTreeBuilder.h"
 
+#include <algorithm>
+#include <new>
+
 namespace QvXmlLib9
 {
 
@@ -35,11 +38,29 @@ CXmlTreeBuilder::CXmlTreeBuilder(CXmlNodeStore& store, CXmlElement*& pDocumentEl
     , m_namespaces(namespaces)
     , m_pfnElementFilter(pfnElementFilter)
 {
+    // A filter may look at the counts.
+    if (m_pfnElementFilter == nullptr)
+        m_store.BeginCountingTogether();
+}
+
+CXmlTreeBuilder::~CXmlTreeBuilder()
+{
+    // A load that failed leaves what it has got; what memory cannot hold is not among it.
+    try
+    {
+        while (!m_blanks.empty())
+            AppendBlanks();
+    }
+    catch (const std::bad_alloc&)
+    {
+    }
+    m_store.EndCountingTogether();
 }
 
 void CXmlTreeBuilder::SetNamespace(const std::wstring& strPrefix, const std::wstring& strURI)
 {
     m_namespaces[strPrefix] = strURI;
+    m_store.DeclarePrefix(strPrefix, strURI);
 }
 
 const SXmlName& CXmlTreeBuilder::InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName)
@@ -68,6 +89,7 @@ CXmlElement* CXmlTreeBuilder::AddDocElement(const SXmlName& name)
         m_store.PushMark(nullptr);
     m_pDocumentElement = m_store.NewElement(name);
     m_store.SetRoot(m_pDocumentElement);
+    m_store.AttachPrefixes(*m_pDocumentElement, true, m_pfnElementFilter == nullptr);
     m_pElementStack.push_back(m_pDocumentElement);
     return m_pDocumentElement;
 }
@@ -83,12 +105,64 @@ CXmlElement* CXmlTreeBuilder::AddChildElement(const SXmlName& name)
     if (m_pfnElementFilter != nullptr)
         m_store.PushMark(parent.m_pLastChild);
     CXmlElement* const pElement = parent.NewChild(name);
+    m_store.AttachPrefixes(*pElement, false, m_pfnElementFilter == nullptr);
     m_pElementStack.push_back(pElement);
     return pElement;
 }
 
+void CXmlTreeBuilder::AddBlanks(CXmlElement& element, std::string_view utf8Text)
+{
+    constexpr std::size_t nMostBlanks = 4096;
+    const bool bBlank =
+        std::all_of(utf8Text.begin(), utf8Text.end(), [](char c) { return c == ' ' || c == '\n' || c == '\t'; });
+    const bool bBegins = !HasBlanks();
+    const std::size_t nStart = bBegins ? m_strBlanks.size() : m_blanks.back().nStart;
+    if (bBlank && m_strBlanks.size() - nStart + utf8Text.size() <= nMostBlanks)
+    {
+        if (bBegins)
+            m_blanks.push_back({&element, nStart});
+        m_strBlanks.append(utf8Text);
+        return;
+    }
+    if (!bBegins)
+        AppendBlanks();
+    AppendTextExcludingCR(&element, utf8Text);
+}
+
+/// Makes the innermost white space a text of its element alone.
+void CXmlTreeBuilder::AppendBlanks()
+{
+    const SBlanks blanks = m_blanks.back();
+    m_blanks.pop_back();
+    m_store.Texts().Append(blanks.pElement->m_pText, std::string_view(m_strBlanks).substr(blanks.nStart));
+    m_strBlanks.resize(blanks.nStart);
+}
+
+/// Makes the white space of the innermost open element, which is all its text, one that elements share.
+void CXmlTreeBuilder::EndBlanks()
+{
+    // So many different ones that sharing does not pay.
+    constexpr std::size_t nMostShared = 1024;
+    const std::string_view svBlanks = std::string_view(m_strBlanks).substr(m_blanks.back().nStart);
+    CXmlText*& pShared = m_sharedBlanks[svBlanks.size() % m_sharedBlanks.size()];
+    std::string_view svShared;
+    const bool bSame = pShared != nullptr && pShared->GetUtf8(svShared) && svShared == svBlanks;
+    if (!bSame && m_nSharedBlanks == nMostShared)
+        return AppendBlanks();
+    if (!bSame)
+    {
+        pShared = NewSharedValue(svBlanks);
+        ++m_nSharedBlanks;
+    }
+    m_blanks.back().pElement->m_pText = pShared;
+    m_strBlanks.resize(m_blanks.back().nStart);
+    m_blanks.pop_back();
+}
+
 void CXmlTreeBuilder::EndElement()
 {
+    if (HasBlanks())
+        EndBlanks();
     CXmlElement* const pElement = m_pElementStack.back();
     m_pElementStack.pop_back();
     if (m_pfnElementFilter == nullptr)

@@ -4,11 +4,13 @@
 #include "quiver/document/XmlNodeStore.h"
 #include "quiver/fastinfoset/FITreeBuilder.h"
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace QvXmlLib9
 {
@@ -35,12 +37,22 @@ public:
     /// @param pfnElementFilter may be null.
     CXmlTreeBuilder(CXmlNodeStore& store, CXmlElement*& pDocumentElement, CNamespaces& namespaces,
                     PfnElementFilter pfnElementFilter);
+    ~CXmlTreeBuilder() override;
 
     void SetNamespace(const std::wstring& strPrefix, const std::wstring& strURI) override;
 
     const SXmlName& InternName(const std::wstring& strNamespaceURI, const std::wstring& strLocalName) override;
     /// @param lpcName UTF-8, with a `|` between namespace and local name if there is a namespace.
     const SXmlName& InternName(const char* lpcName) { return m_store.Names().Find(lpcName); }
+    /// See CXmlNameTable::Make.
+    const SXmlName& MakeName(const std::wstring& strNamespaceURI, std::string_view utf8LocalName)
+    {
+        return m_store.Names().Make(strNamespaceURI, utf8LocalName);
+    }
+    const std::wstring& MakeNamespace(std::string_view utf8NamespaceURI)
+    {
+        return m_store.Names().MakeNamespace(utf8NamespaceURI);
+    }
     SNameParts GetParts(const SXmlName& name) const override;
     const SXmlName& GetName(const CXmlElement* pElement) const override;
 
@@ -54,6 +66,19 @@ public:
     CXmlElement* AddElement(const SXmlName& name)
     {
         return HasOpenElement() ? AddChildElement(name) : AddDocElement(name);
+    }
+
+    /// Appends text of UTF-8 to the innermost open element, without the carriage returns. White space between elements,
+    /// which many elements have in the same form, costs no memory.
+    void AddText(std::string_view utf8Text)
+    {
+        CXmlElement& element = *GetOpenElement();
+        const bool bCannotBeBlank = element.m_pText != nullptr || utf8Text.empty() ||
+                                    static_cast<unsigned char>(utf8Text.front()) > ' ' || m_pfnElementFilter != nullptr;
+        if (bCannotBeBlank && !HasBlanks())
+            AppendTextExcludingCR(&element, utf8Text);
+        else
+            AddBlanks(element, utf8Text);
     }
 
     /// Closes the innermost open element and offers it to the filter.
@@ -70,6 +95,12 @@ public:
     void AppendTextExcludingCR(CXmlElement* pElement, std::wstring_view text) override;
     void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text) override;
 
+    /// Appends text that has no carriage returns in it.
+    void AppendText(CXmlElement* pElement, std::string_view utf8Text)
+    {
+        m_store.Texts().Append(pElement->m_pText, utf8Text);
+    }
+
     CXmlText* MakeSharedValue(std::string_view utf8Value) override;
     CXmlText* MakeSharedValue(std::wstring_view value) override;
     CXmlText* MakeSharedText(std::string_view utf8Text) override;
@@ -78,6 +109,19 @@ public:
     void SetSharedText(CXmlElement* pElement, CXmlText* pText) override { pElement->m_pText = pText; }
 
 private:
+    /// White space that makes up all the text so far of the elements that are open, outermost first. It becomes a text
+    /// when its element ends, or more follows.
+    struct SBlanks
+    {
+        CXmlElement* pElement;
+        std::size_t nStart;
+    };
+
+    bool HasBlanks() const { return !m_blanks.empty() && m_blanks.back().pElement == GetOpenElement(); }
+    void AddBlanks(CXmlElement& element, std::string_view utf8Text);
+    void AppendBlanks();
+    void EndBlanks();
+
     template <class Char>
     CXmlText* NewSharedValue(std::basic_string_view<Char> value);
     template <class Char>
@@ -87,6 +131,11 @@ private:
     CXmlElement*& m_pDocumentElement;
     CNamespaces& m_namespaces;
     const PfnElementFilter m_pfnElementFilter;
+    std::vector<SBlanks> m_blanks;
+    std::string m_strBlanks;
+    /// White space that elements have had, by its length: the text last seen of that length.
+    std::array<CXmlText*, 64> m_sharedBlanks{};
+    std::size_t m_nSharedBlanks = 0;
 };
 
 } // namespace QvXmlLib9

@@ -42,13 +42,52 @@ std::size_t CFIIndexMap::FindSlot(const SShortSlot& text) const
     return nSlot;
 }
 
+CFIIndexMap::SPlace CFIIndexMap::Locate(std::wstring_view svText) const
+{
+    SPlace place;
+    if (IsShort(svText, 0))
+    {
+        if (m_shortSlots.empty())
+            return place;
+        place.nSlot = FindSlot(SShortSlot(svText));
+        place.dwIndex = m_shortSlots[place.nSlot].dwIndex;
+        return place;
+    }
+    if (m_slots.empty())
+        return place;
+    place.dwHash = Hash(svText, 0);
+    place.nSlot = FindSlot(svText, 0, place.dwHash);
+    place.dwIndex = m_slots[place.nSlot].dwIndex;
+    return place;
+}
+
+void CFIIndexMap::AddLocated(std::wstring_view svText, const SPlace& place)
+{
+    const bool bShort = IsShort(svText, 0);
+    if (m_entries.size() >= s_nMaxEntries || (bShort ? IsShortFull() : IsFull()))
+    {
+        Add(svText);
+    }
+    else if (bShort)
+    {
+        SShortSlot text(svText);
+        text.dwIndex = AddEntry(svText, 0);
+        m_shortSlots[place.nSlot] = text;
+        ++m_nShort;
+    }
+    else
+    {
+        m_slots[place.nSlot] = {AddEntry(svText, 0), place.dwHash};
+    }
+}
+
 std::uint32_t CFIIndexMap::Add(std::wstring_view svText, std::uint32_t dwNumber)
 {
     if (m_entries.size() >= s_nMaxEntries)
         return Find(svText, dwNumber);
     if (IsShort(svText, dwNumber))
         return AddShort(svText);
-    if ((m_entries.size() - m_nShort + 1) * 2 > m_slots.size())
+    if (IsFull())
         Grow();
     const std::uint32_t dwHash = Hash(svText, dwNumber);
     SSlot& slot = m_slots[FindSlot(svText, dwNumber, dwHash)];
@@ -65,7 +104,7 @@ void CFIIndexMap::AddAgain(std::wstring_view svText, std::uint32_t dwNumber)
 
 std::uint32_t CFIIndexMap::AddShort(std::wstring_view svText)
 {
-    if ((m_nShort + 1) * 4 > m_shortSlots.size() * 3)
+    if (IsShortFull())
         GrowShort();
     SShortSlot text(svText);
     SShortSlot& slot = m_shortSlots[FindSlot(text)];

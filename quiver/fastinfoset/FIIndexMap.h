@@ -1,7 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +14,7 @@ namespace QvXmlLib9
 /// search builds no string, and a copy is a copy of three blocks of memory.
 ///
 /// Where one text can stand in several places, a number tells them apart. Texts are UTF-16 units, none of them 0.
-class QVXMLLIB_API CFIIndexMap
+class CFIIndexMap
 {
 public:
     /// X.891, 8.4: no table holds more entries than this.
@@ -38,6 +36,21 @@ public:
                std::equal(svText.begin(), svText.end(),
                           m_strTexts.begin() + static_cast<std::ptrdiff_t>(entry.nOffset));
     }
+
+    /// Where a text stands, or would.
+    struct SPlace
+    {
+        /// 0 if it is not in the map.
+        std::uint32_t dwIndex = 0;
+        std::uint32_t dwHash = 0;
+        std::size_t nSlot = 0;
+    };
+
+    /// Find for who may add the text next.
+    SPlace Locate(std::wstring_view svText) const;
+
+    /// Adds a text that Locate has not found in the map as it is now.
+    void AddLocated(std::wstring_view svText, const SPlace& place);
 
     /// Adds a text with the next index. A text that is there keeps its index; a full map stays as it is.
     /// @return the text's index, 0 if the map is full.
@@ -99,6 +112,9 @@ private:
     {
         return svText.size() <= SShortSlot::s_nMaxUnits && dwNumber == 0;
     }
+    /// Whether the slots have to grow before another text comes.
+    bool IsFull() const { return (m_entries.size() - m_nShort + 1) * 2 > m_slots.size(); }
+    bool IsShortFull() const { return (m_nShort + 1) * 4 > m_shortSlots.size() * 3; }
     std::uint32_t AddShort(std::wstring_view svText);
     std::uint32_t AddEntry(std::wstring_view svText, std::uint32_t dwNumber);
     std::size_t FindSlot(const SShortSlot& text) const;
@@ -117,7 +133,7 @@ private:
 
 /// From qualified names to their indexes, as CFIIndexMap. Elements of a document follow each other in patterns, so what
 /// came behind a name the last time is tried first.
-class QVXMLLIB_API CFINameMap
+class CFINameMap
 {
 public:
     /// Parts that are not there are empty.

@@ -69,7 +69,7 @@ public:
 
     [[noreturn]] static void ThrowEndOfFile();
 
-    /// Throws CQvException "... Invalid %s type  on the %s bit of an octet."
+    /// @throws CQvException always: "... Invalid %s type  on the %s bit of an octet."
     [[noreturn]] static void ThrowInvalid(const wchar_t* lpctType, const wchar_t* lpctBit);
 
 private:

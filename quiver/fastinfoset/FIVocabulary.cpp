@@ -73,6 +73,13 @@ CFIVocabulary::CFIVocabulary()
     AddNamespaceName(L"http://www.w3.org/XML/1998/namespace");
 }
 
+const CFIVocabulary& CFIVocabulary::GetBuiltin()
+{
+    // Never destroyed, so that documents can be read and written while the program ends.
+    static const CFIVocabulary& s_builtin = *new CFIVocabulary;
+    return s_builtin;
+}
+
 CFIVocabulary::CFIVocabulary(const CFIVocabulary& source) = default;
 CFIVocabulary& CFIVocabulary::operator=(const CFIVocabulary& source) = default;
 CFIVocabulary::~CFIVocabulary() = default;
@@ -80,37 +87,37 @@ CFIVocabulary::~CFIVocabulary() = default;
 void CFIVocabulary::AddAttribute(std::wstring_view svPrefix, std::wstring_view svNamespace,
                                  std::wstring_view svLocalName)
 {
-    AddQName(svPrefix, svNamespace, svLocalName, m_attributeNameMap, m_attributeNames);
+    AddQName(svPrefix, svNamespace, svLocalName, m_maps.m_attributeNameMap, m_attributeNames);
 }
 
 void CFIVocabulary::AddElement(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName)
 {
-    AddQName(svPrefix, svNamespace, svLocalName, m_elementNameMap, m_elementNames);
+    AddQName(svPrefix, svNamespace, svLocalName, m_maps.m_elementNameMap, m_elementNames);
 }
 
 void CFIVocabulary::AddAttributeValue(std::wstring_view svValue)
 {
-    AddValue(svValue, m_attributeValueMap, m_attributeValues);
+    AddValue(svValue, m_maps.m_attributeValueMap, m_attributeValues);
 }
 
 void CFIVocabulary::AddElementValue(std::wstring_view svValue)
 {
-    AddValue(svValue, m_characterChunkMap, m_characterChunks);
+    AddValue(svValue, m_maps.m_characterChunkMap, m_characterChunks);
 }
 
 void CFIVocabulary::AddPrefixName(std::wstring_view svValue)
 {
-    AddValue(svValue, m_prefixNameMap, m_prefixNames);
+    AddValue(svValue, m_maps.m_prefixNameMap, m_prefixNames);
 }
 
 void CFIVocabulary::AddNamespaceName(std::wstring_view svValue)
 {
-    AddValue(svValue, m_namespaceNameMap, m_namespaceNames);
+    AddValue(svValue, m_maps.m_namespaceNameMap, m_namespaceNames);
 }
 
 void CFIVocabulary::AddLocalName(std::wstring_view svValue)
 {
-    AddValue(svValue, m_localNameMap, m_localNames);
+    AddValue(svValue, m_maps.m_localNameMap, m_localNames);
 }
 
 void CFIVocabulary::AddQName(std::wstring_view svPrefix, std::wstring_view svNamespace, std::wstring_view svLocalName,
@@ -124,10 +131,10 @@ void CFIVocabulary::AddQName(std::wstring_view svPrefix, std::wstring_view svNam
     if (map.Find(name) != 0)
         return;
     const std::uint32_t dwPrefixIndex =
-        name.svPrefix.empty() ? 0 : FindOrAddPart(name.svPrefix, m_prefixNameMap, m_prefixNames);
+        name.svPrefix.empty() ? 0 : FindOrAddPart(name.svPrefix, m_maps.m_prefixNameMap, m_prefixNames);
     const std::uint32_t dwNamespaceIndex =
-        name.svNamespace.empty() ? 0 : FindOrAddPart(name.svNamespace, m_namespaceNameMap, m_namespaceNames);
-    const std::uint32_t dwLocalNameIndex = FindOrAddPart(name.svLocalName, m_localNameMap, m_localNames);
+        name.svNamespace.empty() ? 0 : FindOrAddPart(name.svNamespace, m_maps.m_namespaceNameMap, m_namespaceNames);
+    const std::uint32_t dwLocalNameIndex = FindOrAddPart(name.svLocalName, m_maps.m_localNameMap, m_localNames);
     map.Add(name);
     AddQNameToVector(dwPrefixIndex, dwNamespaceIndex, dwLocalNameIndex, table);
 }
@@ -165,13 +172,13 @@ void CFIVocabulary::AddValueToVector(std::wstring_view svValue, CFIStringTable& 
 void CFIVocabulary::Dump() const
 {
     Print(L"\n** Dumping FI Tables **\n");
-    PrintMap(L"\nAttr Names\n", m_attributeNameMap);
-    PrintMap(L"\nAttr Values\n", m_attributeValueMap);
-    PrintMap(L"\nCharacter Chunks\n", m_characterChunkMap);
-    PrintMap(L"\nElement Names\n", m_elementNameMap);
-    PrintMap(L"\nLocal Names\n", m_localNameMap);
-    PrintMap(L"\nNamespace Names\n", m_namespaceNameMap);
-    PrintMap(L"\nPrefix Names\n", m_prefixNameMap);
+    PrintMap(L"\nAttr Names\n", m_maps.m_attributeNameMap);
+    PrintMap(L"\nAttr Values\n", m_maps.m_attributeValueMap);
+    PrintMap(L"\nCharacter Chunks\n", m_maps.m_characterChunkMap);
+    PrintMap(L"\nElement Names\n", m_maps.m_elementNameMap);
+    PrintMap(L"\nLocal Names\n", m_maps.m_localNameMap);
+    PrintMap(L"\nNamespace Names\n", m_maps.m_namespaceNameMap);
+    PrintMap(L"\nPrefix Names\n", m_maps.m_prefixNameMap);
 }
 
 } // namespace QvXmlLib9

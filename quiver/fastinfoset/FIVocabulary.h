@@ -22,7 +22,7 @@ namespace QvXmlLib9
 ///     pVocabulary->AddAttribute(L"", L"", L"id");
 ///     context.GetFIContext().SetUseGeneratedVocabulary(true);
 ///
-/// Every document then starts from a copy of these tables. Indexes begin at 1. A new vocabulary holds the prefix "xml",
+/// Every document then starts from these tables. Indexes begin at 1. A new vocabulary holds the prefix "xml",
 /// its namespace, and the two built-in restricted alphabets.
 ///
 /// A table takes no more than 1048576 entries; what is added to a full one is ignored. Nothing here throws apart from
@@ -117,7 +117,10 @@ private:
     friend class CFastInfosetWriter;
     friend class CFastInfosetReader;
 
-    // A document begins with a copy of the agreed tables; callers have no use for one.
+    /// What a document that uses no agreed vocabulary begins with.
+    static const CFIVocabulary& GetBuiltin();
+
+    // A context that is copied copies its vocabulary; callers have no use for one.
     CFIVocabulary(const CFIVocabulary& source);
     CFIVocabulary& operator=(const CFIVocabulary& source);
 
@@ -131,14 +134,18 @@ private:
 
     std::vector<std::wstring> m_restrictedAlphabets;
 
-    // What writing needs: from text to index.
-    CFINameMap m_attributeNameMap;
-    CFIIndexMap m_attributeValueMap;
-    CFINameMap m_elementNameMap;
-    CFIIndexMap m_characterChunkMap;
-    CFIIndexMap m_localNameMap;
-    CFIIndexMap m_namespaceNameMap;
-    CFIIndexMap m_prefixNameMap;
+    /// What writing needs: from text to index.
+    struct SMaps
+    {
+        CFINameMap m_attributeNameMap;
+        CFIIndexMap m_attributeValueMap;
+        CFINameMap m_elementNameMap;
+        CFIIndexMap m_characterChunkMap;
+        CFIIndexMap m_localNameMap;
+        CFIIndexMap m_namespaceNameMap;
+        CFIIndexMap m_prefixNameMap;
+    };
+    SMaps m_maps;
 
     // What reading needs: from index to text.
     CFIQNameTable m_attributeNames;

@@ -109,10 +109,12 @@ CFastInfosetReader::~CFastInfosetReader()
 void CFastInfosetReader::Reset()
 {
     m_in = CFIOctetReader(std::string_view());
-    m_pVocabulary.reset();
+    m_pAgreed = nullptr;
+    for (CFITable<std::wstring>* const pTable : {&m_prefixNames, &m_namespaceNames, &m_localNames})
+        pTable->Clear();
     for (SNames* const pNames : {&m_elements, &m_attributes})
     {
-        pNames->pTable = nullptr;
+        pNames->table.Clear();
         pNames->records.clear();
     }
     for (SValues* const pValues : {&m_attributeValues, &m_characterChunks})
@@ -146,13 +148,16 @@ bool CFastInfosetReader::Parse(std::string_view svOctets)
 
 void CFastInfosetReader::BeginDocument()
 {
-    m_pVocabulary.reset(m_pFIContext->GetUseGeneratedVocabulary() ? new CFIVocabulary(*m_pFIContext->GetVocabulary())
-                                                                  : new CFIVocabulary);
-    m_elements.pTable = &m_pVocabulary->m_elementNames;
-    m_attributes.pTable = &m_pVocabulary->m_attributeNames;
-    for (const std::wstring& strValue : m_pVocabulary->m_attributeValues)
+    m_pAgreed =
+        m_pFIContext->GetUseGeneratedVocabulary() ? m_pFIContext->GetVocabulary() : &CFIVocabulary::GetBuiltin();
+    m_prefixNames.Begin(m_pAgreed->m_prefixNames.m_table);
+    m_namespaceNames.Begin(m_pAgreed->m_namespaceNames.m_table);
+    m_localNames.Begin(m_pAgreed->m_localNames.m_table);
+    m_elements.table.Begin(m_pAgreed->m_elementNames.m_table);
+    m_attributes.table.Begin(m_pAgreed->m_attributeNames.m_table);
+    for (const std::wstring& strValue : m_pAgreed->m_attributeValues)
         m_attributeValues.values.push_back({SValue(std::wstring_view(strValue))});
-    for (const std::wstring& strValue : m_pVocabulary->m_characterChunks)
+    for (const std::wstring& strValue : m_pAgreed->m_characterChunks)
         m_characterChunks.values.push_back({SValue(std::wstring_view(strValue))});
     m_repetition = CFIRepetition();
     m_bTrace = Platform::IsDebugOutputOn();
@@ -401,10 +406,8 @@ unsigned char CFastInfosetReader::ReadNamespaceAttributes()
     for (unsigned char by = m_in.ReadOctet(); by >> 2 == s_nNamespaceAttribute; by = m_in.ReadOctet())
     {
         // References into two tables, so that reading the second leaves the first as it is.
-        const std::wstring& strPrefix =
-            (by & s_byHasFirst) != 0 ? ReadIdentifyingString(m_pVocabulary->m_prefixNames) : strNone;
-        const std::wstring& strURI =
-            (by & s_byHasSecond) != 0 ? ReadIdentifyingString(m_pVocabulary->m_namespaceNames) : strNone;
+        const std::wstring& strPrefix = (by & s_byHasFirst) != 0 ? ReadIdentifyingString(m_prefixNames) : strNone;
+        const std::wstring& strURI = (by & s_byHasSecond) != 0 ? ReadIdentifyingString(m_namespaceNames) : strNone;
         m_pDocument->SetNamespace(strPrefix, strURI);
     }
     return m_in.ReadOctet();
@@ -493,43 +496,42 @@ const SXmlName& CFastInfosetReader::ReadLiteralName(unsigned char by, SNames& na
         throw CQvException(L"Failed to parse FastInfoset. Invalid QName type Prefix without Namespace.");
     CFIVocabulary::CQNameParts parts;
     if (bPrefix)
-        parts.m_dwPrefixIndex = ReadNamePart(m_pVocabulary->m_prefixNames);
+        parts.m_dwPrefixIndex = ReadNamePart(m_prefixNames);
     if (bNamespace)
-        parts.m_dwNamespaceIndex = ReadNamePart(m_pVocabulary->m_namespaceNames);
-    parts.m_dwLocalNameIndex = ReadNamePart(m_pVocabulary->m_localNames);
+        parts.m_dwNamespaceIndex = ReadNamePart(m_namespaceNames);
+    parts.m_dwLocalNameIndex = ReadNamePart(m_localNames);
 
     const SNameRecord record = MakeRecord(parts);
-    const std::size_t nIndex = names.pTable->m_table.size();
-    CFIVocabulary::AddQNameToVector(parts.m_dwPrefixIndex, parts.m_dwNamespaceIndex, parts.m_dwLocalNameIndex,
-                                    *names.pTable);
-    if (names.pTable->m_table.size() > nIndex)
+    const std::size_t nIndex = names.table.GetCount();
+    if (nIndex < CFIIndexMap::s_nMaxEntries)
     {
+        names.table.Add(parts);
         names.records.resize(nIndex + 1);
         names.records[nIndex] = record;
     }
     return *record.pName;
 }
 
-std::uint32_t CFastInfosetReader::ReadNamePart(CFIVocabulary::CFIStringTable& table)
+std::uint32_t CFastInfosetReader::ReadNamePart(CFITable<std::wstring>& table)
 {
     const unsigned char by = m_in.ReadOctet();
     if (by >= s_byIndex)
     {
         const std::uint32_t dwIndex = m_in.ReadIntegerBit2(by);
-        if (dwIndex > table.m_table.size())
+        if (dwIndex > table.GetCount())
             ThrowInvalidIndex(dwIndex);
-        CountRepeatedName(table.m_table[dwIndex - 1].size());
+        CountRepeatedName(table[dwIndex - 1].size());
         return dwIndex;
     }
     std::wstring strText;
     AppendUtf8AsUtf16(strText, m_in.ReadOctets(m_in.ReadLengthBit2(by)));
-    table.m_table.push_back(std::move(strText));
-    return static_cast<std::uint32_t>(table.m_table.size());
+    table.Add(std::move(strText));
+    return static_cast<std::uint32_t>(table.GetCount());
 }
 
-const std::wstring& CFastInfosetReader::ReadIdentifyingString(CFIVocabulary::CFIStringTable& table)
+const std::wstring& CFastInfosetReader::ReadIdentifyingString(CFITable<std::wstring>& table)
 {
-    return table.m_table[ReadNamePart(table) - 1];
+    return table[ReadNamePart(table) - 1];
 }
 
 const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names)
@@ -543,26 +545,25 @@ const SXmlName& CFastInfosetReader::GetName(std::uint32_t dwIndex, SNames& names
 
 void CFastInfosetReader::AddRecord(std::uint32_t dwIndex, SNames& names)
 {
-    const std::vector<CFIVocabulary::CQNameParts>& table = names.pTable->m_table;
-    QV_ASSERT_MSG(table.size() > dwIndex - 1, names.lpcIndexCheck);
-    if (table.size() <= dwIndex - 1)
+    const CFITable<CFIVocabulary::CQNameParts>& table = names.table;
+    QV_ASSERT_MSG(table.GetCount() > dwIndex - 1, names.lpcIndexCheck);
+    if (table.GetCount() <= dwIndex - 1)
         ThrowInvalidIndex(dwIndex);
-    if (names.records.size() < table.size())
-        names.records.resize(table.size());
+    if (names.records.size() < table.GetCount())
+        names.records.resize(table.GetCount());
     names.records[dwIndex - 1] = MakeRecord(table[dwIndex - 1]);
 }
 
 CFastInfosetReader::SNameRecord CFastInfosetReader::MakeRecord(const CFIVocabulary::CQNameParts& parts)
 {
-    const std::vector<std::wstring>& namespaces = m_pVocabulary->m_namespaceNames.m_table;
-    const std::vector<std::wstring>& localNames = m_pVocabulary->m_localNames.m_table;
     const std::uint32_t dwNamespace = parts.m_dwNamespaceIndex;
-    QV_ASSERT_MSG(dwNamespace == 0 || namespaces.size() > dwNamespace - 1,
+    QV_ASSERT_MSG(dwNamespace == 0 || m_namespaceNames.GetCount() > dwNamespace - 1,
                   "m_pVocabulary->m_namespaceNames.m_table.size() > q.m_dwNamespaceIndex - 1");
-    QV_ASSERT_MSG(localNames.size() > parts.m_dwLocalNameIndex - 1,
+    QV_ASSERT_MSG(m_localNames.GetCount() > parts.m_dwLocalNameIndex - 1,
                   "m_pVocabulary->m_localNames.m_table.size() > q.m_dwLocalNameIndex - 1");
-    const SXmlName& name = m_pDocument->InternName(dwNamespace == 0 ? std::wstring() : namespaces[dwNamespace - 1],
-                                                   localNames[parts.m_dwLocalNameIndex - 1]);
+    const SXmlName& name =
+        m_pDocument->InternName(dwNamespace == 0 ? std::wstring() : m_namespaceNames[dwNamespace - 1],
+                                m_localNames[parts.m_dwLocalNameIndex - 1]);
     const CFITreeBuilder::SNameParts texts = m_pDocument->GetParts(name);
     return {&name, texts.strNamespaceURI.size() + texts.strLocalName.size()};
 }
@@ -716,10 +717,10 @@ void CFastInfosetReader::DecodeUtf16Octets(std::string_view svOctets)
 
 void CFastInfosetReader::DecodeAlphabet(std::uint32_t dwIndex, std::string_view svOctets)
 {
-    if (dwIndex > m_pVocabulary->m_restrictedAlphabets.size())
+    if (dwIndex > m_pAgreed->m_restrictedAlphabets.size())
         ThrowInvalidIndex(dwIndex);
     m_strUnits.clear();
-    DecodeRestrictedAlphabetString(m_strUnits, m_pVocabulary->m_restrictedAlphabets[dwIndex - 1], svOctets);
+    DecodeRestrictedAlphabetString(m_strUnits, m_pAgreed->m_restrictedAlphabets[dwIndex - 1], svOctets);
 }
 
 } // namespace QvXmlLib9

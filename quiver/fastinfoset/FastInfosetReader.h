@@ -2,6 +2,7 @@
 
 #include "quiver/fastinfoset/FIOctetReader.h"
 #include "quiver/fastinfoset/FIRepetition.h"
+#include "quiver/fastinfoset/FITable.h"
 #include "quiver/fastinfoset/FIVocabulary.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 
@@ -67,7 +68,7 @@ private:
     /// A table of qualified names, with the record of each name that has occurred.
     struct SNames
     {
-        CFIVocabulary::CFIQNameTable* pTable = nullptr;
+        CFITable<CFIVocabulary::CQNameParts> table;
         std::vector<SNameRecord> records;
         const char* lpcIndexCheck;
     };
@@ -141,11 +142,11 @@ private:
     void TraceElement(const wchar_t* lpctFormat, const SXmlName& name) const;
 
     const SXmlName& ReadLiteralName(unsigned char by, SNames& names);
-    std::uint32_t ReadNamePart(CFIVocabulary::CFIStringTable& table);
+    std::uint32_t ReadNamePart(CFITable<std::wstring>& table);
     const SXmlName& GetName(std::uint32_t dwIndex, SNames& names);
     void AddRecord(std::uint32_t dwIndex, SNames& names);
     SNameRecord MakeRecord(const CFIVocabulary::CQNameParts& parts);
-    const std::wstring& ReadIdentifyingString(CFIVocabulary::CFIStringTable& table);
+    const std::wstring& ReadIdentifyingString(CFITable<std::wstring>& table);
 
     void ReadAttributeValue(CXmlElement* pElement, const SXmlName& name);
     void AddRepeatedAttribute(CXmlElement* pElement, const SXmlName& name, std::uint32_t dwIndex);
@@ -169,7 +170,11 @@ private:
     CFITreeBuilder* m_pDocument;
     std::size_t m_nDataLen = 0;
     CFIOctetReader m_in;
-    std::unique_ptr<CFIVocabulary> m_pVocabulary;
+    /// What the document begins with, and the document's own tables.
+    const CFIVocabulary* m_pAgreed = nullptr;
+    CFITable<std::wstring> m_prefixNames;
+    CFITable<std::wstring> m_namespaceNames;
+    CFITable<std::wstring> m_localNames;
     SNames m_elements;
     SNames m_attributes;
     SValues m_attributeValues;

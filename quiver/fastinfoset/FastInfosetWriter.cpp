@@ -80,7 +80,8 @@ struct CFastInfosetWriter::SStringEncoding
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream)
     : CXmlWriter(L"CFastInfosetWriter")
     , m_pFIContext(pContext)
-    , m_vocabulary(pContext->GetUseGeneratedVocabulary() ? CFIVocabulary(*pContext->GetVocabulary()) : CFIVocabulary())
+    , m_agreed(pContext->GetUseGeneratedVocabulary() ? *pContext->GetVocabulary() : CFIVocabulary::GetBuiltin())
+    , m_maps(m_agreed.m_maps)
     , m_out(pStream)
     , m_dwDecodedSurplus(GetDecodedSurplus(*pContext))
 {
@@ -169,6 +170,8 @@ void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
         WriteRootNamespaces(byCurrent);
         byCurrent = 0;
     }
+    else if (WriteOwnNamespaces(context, byCurrent))
+        byCurrent = 0;
     WriteElementName(context, byCurrent);
     m_bFirstText = true;
     m_pContext = &context;
@@ -182,23 +185,77 @@ void CFastInfosetWriter::WriteRootNamespaces(unsigned char byCurrent)
     if (!m_strDefaultNamespace.empty())
     {
         m_out.WriteOctet(s_byDefaultNamespaceItem);
-        WriteIdentifyingString(m_strDefaultNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+        WriteIdentifyingString(m_strDefaultNamespace, m_maps.m_namespaceNameMap);
     }
     for (const auto& [strNamespace, strPrefix] : m_mapNamespaces)
     {
         // So is a longer URI (docs/compatibility.md: Namespaces that begin like another).
         if (strNamespace.compare(0, s_svXmlNamespace.size(), s_svXmlNamespace) == 0)
             continue;
-        m_out.WriteOctet(s_byPrefixedNamespaceItem);
-        WriteIdentifyingString(strPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
-        WriteIdentifyingString(strNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
+        WriteNamespaceItem(strPrefix, strNamespace);
     }
     m_out.WriteOctet(s_byEnd);
 }
 
+void CFastInfosetWriter::WriteNamespaceItem(const std::wstring& strPrefix, const std::wstring& strNamespace)
+{
+    m_out.WriteOctet(s_byPrefixedNamespaceItem);
+    WriteIdentifyingString(strPrefix, m_maps.m_prefixNameMap);
+    WriteIdentifyingString(strNamespace, m_maps.m_namespaceNameMap);
+}
+
+/// What was declared for values. The prefixes of names need no declaration.
+bool CFastInfosetWriter::WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent)
+{
+    const auto bindings = GetOwnBindings(context);
+    if (bindings.empty())
+        return false;
+    m_out.WriteOctet(static_cast<unsigned char>(byCurrent | s_byNamespaceAttributes));
+    for (const auto& [strPrefix, strNamespace] : bindings)
+        WriteNamespaceItem(strPrefix, strNamespace);
+    m_out.WriteOctet(s_byEnd);
+    return true;
+}
+
+std::wstring CFastInfosetWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+{
+    std::wstring strBuffer;
+    std::wstring strPrefixBuffer;
+    const std::wstring strNamespace(ToUnitText(svNamespace, strBuffer));
+    if (strNamespace.empty() || strNamespace == GetDefaultNamespace())
+        return {};
+    const auto itDocument = m_mapNamespaces.find(strNamespace);
+    const std::wstring* const pstrKnown = FindPrefix(strNamespace);
+    if (m_pPendingContext == nullptr ||
+        (itDocument != m_mapNamespaces.end() && pstrKnown != nullptr && *pstrKnown == itDocument->second))
+        return pstrKnown != nullptr ? *pstrKnown : std::wstring(svPrefix);
+    // A prefix that names brought along is not declared yet.
+    if (pstrKnown != nullptr && !pstrKnown->empty())
+    {
+        const std::wstring strKnown = *pstrKnown;
+        SetNamespaceMapValue(*m_pPendingContext, strNamespace, strKnown);
+        return DeclareAtRoot(strNamespace, strKnown);
+    }
+    return DeclareAtRoot(strNamespace,
+                         BindPrefix(*m_pPendingContext, strNamespace, ToUnitText(svPrefix, strPrefixBuffer)));
+}
+
+/// The root declares what the document does.
+std::wstring CFastInfosetWriter::DeclareAtRoot(const std::wstring& strNamespace, const std::wstring& strPrefix)
+{
+    if (m_pContext == nullptr)
+        m_mapNamespaces[strNamespace] = strPrefix;
+    return strPrefix;
+}
+
 void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned char byCurrent)
 {
-    CFINameMap& map = m_vocabulary.m_elementNameMap;
+    if (IsTagCurrent(context))
+    {
+        m_out.WriteIntegerBit3(byCurrent, context.m_dwNameIndex);
+        return;
+    }
+    CFINameMap& map = m_maps.m_elementNameMap;
     if (m_nQualifierNamespaceId != context.m_nNamespaceId || m_nQualifierVersion != GetScopeVersion())
     {
         // A generated prefix needs no declaration: the name carries its URI.
@@ -214,10 +271,19 @@ void CFastInfosetWriter::WriteElementName(CXmlWriterContext& context, unsigned c
     }
     const CFINameMap::SName name{m_strElementPrefix, context.m_svNamespace, context.m_strElementName};
     const std::uint32_t dwIndex = map.Find(context.m_strElementName, m_elementQualifier);
-    if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
-        m_out.WriteIntegerBit3(byCurrent, dwIndex);
-    else
+    const std::size_t nUnits = name.svNamespace.size() + name.svLocalName.size();
+    if (dwIndex == 0 || !MayRepeatName(nUnits))
+    {
         WriteLiteralElementName(byCurrent, name);
+        return;
+    }
+    m_out.WriteIntegerBit3(byCurrent, dwIndex);
+    // References to long names are counted, each of them.
+    if (nUnits <= CFIRepetition::s_nShortName)
+    {
+        context.m_dwNameIndex = dwIndex;
+        SetTagCurrent(context);
+    }
 }
 
 void CFastInfosetWriter::EndStartTag(CXmlWriterContext& context)
@@ -318,7 +384,7 @@ std::wstring_view CFastInfosetWriter::GetPrefix(CXmlWriterContext& context, std:
 
 void CFastInfosetWriter::WriteAttributeName(const CFINameMap::SName& name)
 {
-    CFINameMap& map = m_vocabulary.m_attributeNameMap;
+    CFINameMap& map = m_maps.m_attributeNameMap;
     const std::uint32_t dwIndex = map.Find(name);
     if (dwIndex != 0 && MayRepeatName(name.svNamespace.size() + name.svLocalName.size()))
     {
@@ -336,7 +402,7 @@ void CFastInfosetWriter::WriteLiteralElementName(unsigned char byCurrent, const 
     m_out.WriteOctet(
         static_cast<unsigned char>(byCurrent | s_byLiteralElementName | PartsOf(name.svPrefix, name.svNamespace)));
     WriteNameParts(name);
-    EnterName(name, m_vocabulary.m_elementNameMap);
+    EnterName(name, m_maps.m_elementNameMap);
 }
 
 /// A reader enters every name that is written out, also one that it has.
@@ -351,14 +417,13 @@ void CFastInfosetWriter::EnterName(const CFINameMap::SName& name, CFINameMap& ma
 void CFastInfosetWriter::WriteNameParts(const CFINameMap::SName& name)
 {
     if (!name.svPrefix.empty())
-        WriteIdentifyingString(name.svPrefix, m_vocabulary.m_prefixNameMap, m_vocabulary.m_prefixNames);
+        WriteIdentifyingString(name.svPrefix, m_maps.m_prefixNameMap);
     if (!name.svNamespace.empty())
-        WriteIdentifyingString(name.svNamespace, m_vocabulary.m_namespaceNameMap, m_vocabulary.m_namespaceNames);
-    WriteIdentifyingString(name.svLocalName, m_vocabulary.m_localNameMap, m_vocabulary.m_localNames);
+        WriteIdentifyingString(name.svNamespace, m_maps.m_namespaceNameMap);
+    WriteIdentifyingString(name.svLocalName, m_maps.m_localNameMap);
 }
 
-void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map,
-                                                CFIVocabulary::CFIStringTable& table)
+void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map)
 {
     const std::uint32_t dwIndex = map.Find(svText);
     if (dwIndex != 0 && MayRepeatName(svText.size()))
@@ -367,7 +432,7 @@ void CFastInfosetWriter::WriteIdentifyingString(std::wstring_view svText, CFIInd
         return;
     }
     WriteLiteral(svText);
-    CFIVocabulary::AddValue(svText, map, table);
+    map.Add(svText);
     if (dwIndex != 0)
         map.AddAgain(svText);
 }
@@ -425,17 +490,17 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, 0, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_attributeValueMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_maps.m_attributeValueMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(svUnits.size() + m_dwDecodedSurplus))
-            m_out.WriteIntegerBit2(s_byIndex, dwIndex);
+            m_out.WriteIntegerBit2(s_byIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, 0, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byAddValue, svUnits, eType);
-        m_vocabulary.m_attributeValueMap.Add(svUnits);
+        m_maps.m_attributeValueMap.AddLocated(svUnits, place);
     }
 }
 
@@ -453,17 +518,17 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     {
         WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
-    else if (const std::uint32_t dwIndex = m_vocabulary.m_characterChunkMap.Find(svUnits); dwIndex != 0)
+    else if (const CFIIndexMap::SPlace place = m_maps.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
     {
         if (MayRepeat(nWeight * (svUnits.size() + m_dwDecodedSurplus)))
-            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, dwIndex);
+            m_out.WriteIntegerBit4(s_byChunk | s_byChunkIndex, place.dwIndex);
         else
             WriteEncodedString(s_place, s_byChunk, svUnits, eType);
     }
     else
     {
         WriteEncodedString(s_place, s_byChunk | s_byAddChunk, svUnits, eType);
-        m_vocabulary.m_characterChunkMap.Add(svUnits);
+        m_maps.m_characterChunkMap.AddLocated(svUnits, place);
     }
 }
 
@@ -485,8 +550,7 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
         break;
     case 1:
         byCurrent = BeginRestrictedAlphabet(place, byCurrent, encoding.m_dwIndex);
-        AppendRestrictedAlphabetString(m_strOctets, m_vocabulary.m_restrictedAlphabets[encoding.m_dwIndex - 1],
-                                       svValue);
+        AppendRestrictedAlphabetString(m_strOctets, m_agreed.m_restrictedAlphabets[encoding.m_dwIndex - 1], svValue);
         svOctets = m_strOctets;
         break;
     case 2:

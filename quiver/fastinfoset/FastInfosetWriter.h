@@ -61,6 +61,7 @@ public:
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
 
     void WriteXsiNil() override;
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Writes what precedes the root: the XML declaration if one is asked for, the identification, and the URI of the
     /// agreed vocabulary if the context uses one. To be called once, behind Open.
@@ -78,6 +79,9 @@ private:
 
     void FlushPendingElement(bool bAttributes);
     void WriteRootNamespaces(unsigned char byCurrent);
+    bool WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent);
+    std::wstring DeclareAtRoot(const std::wstring& strNamespace, const std::wstring& strPrefix);
+    void WriteNamespaceItem(const std::wstring& strPrefix, const std::wstring& strNamespace);
     void WriteElementName(CXmlWriterContext& context, unsigned char byCurrent);
     void EndStartTag(CXmlWriterContext& context);
     CXmlWriterContext& BeginAttribute();
@@ -87,7 +91,7 @@ private:
     void WriteLiteralElementName(unsigned char byCurrent, const CFINameMap::SName& name);
     void EnterName(const CFINameMap::SName& name, CFINameMap& map);
     void WriteNameParts(const CFINameMap::SName& name);
-    void WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map, CFIVocabulary::CFIStringTable& table);
+    void WriteIdentifyingString(std::wstring_view svText, CFIIndexMap& map);
     void WriteLiteral(std::wstring_view svText);
     std::string_view ToUtf8(std::wstring_view svText);
 
@@ -109,7 +113,9 @@ private:
     bool m_bTerminatorPending = false;
     /// An element has just begun, and what is written next will be the first text that a reader finds in it.
     bool m_bFirstText = false;
-    CFIVocabulary m_vocabulary;
+    /// What the document begins with, and the document's own maps, which grow.
+    const CFIVocabulary& m_agreed;
+    CFIVocabulary::SMaps m_maps;
     CFIOctetWriter m_out;
     CFIRepetition m_repetition;
     /// How many units a reader may make of a short value beyond those that were written.

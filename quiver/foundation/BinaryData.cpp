@@ -471,7 +471,7 @@ void CBinaryData::SetAsBase64(const wchar_t* lpctText)
     std::wstring strUnits;
     const std::wstring_view units = UnitsOf(ViewOf(lpctText), strUnits);
     ByteArray pBytes(new unsigned char[units.size() + 1]);
-    const std::size_t nLength = DecodeBase64(units, pBytes.get());
+    const auto nLength = static_cast<unsigned long>(DecodeBase64(units, pBytes.get()));
     *this = CBinaryData(pBytes.release(), nLength, true);
 }
 
@@ -518,7 +518,7 @@ unsigned long CBinaryData::ConvertToHexData(const wchar_t* lpctText, unsigned ch
         pBytes[nLength++] = static_cast<unsigned char>(nHigh << 4 | nLow);
     }
     *ppData = pBytes.release();
-    return nLength;
+    return static_cast<unsigned long>(nLength);
 }
 
 // --- CBase64 --------------------------------------------------------------------------------------------------------
@@ -569,7 +569,7 @@ unsigned long CBase64::Decode(const wchar_t* szDecoding, unsigned char* lpOutput
     std::wstring strUnits;
     const std::wstring_view units = UnitsOf(szDecoding, strUnits);
     std::memset(lpOutput, 0, units.size() + 1);
-    return DecodeBase64(units, lpOutput);
+    return static_cast<unsigned long>(DecodeBase64(units, lpOutput));
 }
 
 } // namespace QvXmlLib9

@@ -373,8 +373,17 @@ std::size_t GetUtf8Length(std::wstring_view text)
 
 std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut)
 {
+    bool bWhole = false;
+    return WriteUtf8(text, pOut, bWhole);
+}
+
+std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut, bool& bWhole)
+{
     const wchar_t* p = text.data();
-    return static_cast<std::size_t>(WriteUtf8(p, p + text.size(), pOut) - pOut);
+    const wchar_t* const pEnd = p + text.size();
+    const unsigned char* const pOutEnd = WriteUtf8(p, pEnd, pOut);
+    bWhole = p == pEnd;
+    return static_cast<std::size_t>(pOutEnd - pOut);
 }
 
 bool AppendUtf8(std::string& strOut, std::wstring_view text)
@@ -416,7 +425,7 @@ CBinaryData EncodeUtf8(const wchar_t* lpctText)
     const auto dwActualLen = static_cast<std::size_t>(pOut - pBytes.get());
     QV_ASSERT(dwActualLen != 0);
     QV_ASSERT(dwActualLen == dwUtf8Len);
-    return CBinaryData(pBytes.release(), dwActualLen, true);
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(dwActualLen), true);
 }
 
 // --- Units ----------------------------------------------------------------------------------------------------------

@@ -48,6 +48,10 @@ std::size_t GetUtf8Length(std::wstring_view text);
 /// @return how many bytes; conversion stops ahead of an unpaired surrogate or of an element above 0x10FFFF.
 std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut);
 
+/// The same for text that was not measured: `pOut` has room for three bytes for each unit.
+/// @param bWhole whether all of the text was converted.
+std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut, bool& bWhole);
+
 /// Appends the UTF-8 form of a text.
 /// @return false if the text is not well-formed; what stands ahead of the fault has been appended.
 bool AppendUtf8(std::string& strOut, std::wstring_view text);

@@ -2,6 +2,8 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/InstanceCounts.h"
+#include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
 #include <array>
@@ -175,9 +177,9 @@ struct SThread
     CRememberedNames names;
 };
 
-void AddOne(std::atomic<std::int64_t>& lCount)
+void Add(std::atomic<std::int64_t>& lCount, std::int64_t lMore)
 {
-    lCount.store(lCount.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    lCount.store(lCount.load(std::memory_order_relaxed) + lMore, std::memory_order_release);
 }
 
 struct SState
@@ -213,56 +215,62 @@ thread_local bool t_bThreadEnded = false;
 #undef QV_FAST_THREAD_LOCAL
 
 /// Ends a thread's counting: what it counted goes to the records.
-class CThreadOwner
+void EndThread(void* pData)
 {
-public:
-    CThreadOwner()
-        : m_pThread(std::make_unique<SThread>())
+    const std::unique_ptr<SThread> pThread(static_cast<SThread*>(pData));
+    SState& state = State();
+    const std::lock_guard<std::mutex> lock(state.m_cs);
+    for (const std::unique_ptr<ClassType>& pct : state.m_records)
     {
-        SState& state = State();
-        const std::lock_guard<std::mutex> lock(state.m_cs);
-        state.m_threads.push_back(&m_pThread->counts);
-        t_pThread = m_pThread.get();
+        const CThreadCounts::SCount* const pCount = pThread->counts.Find(pct->nIndex);
+        if (pCount == nullptr)
+            continue;
+        pct->lTotalCount += pCount->lTotal.load(std::memory_order_relaxed);
+        pct->lDestroyedCount += pCount->lDestroyed.load(std::memory_order_relaxed);
     }
+    state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), &pThread->counts));
+    t_pThread = nullptr;
+    t_bThreadEnded = true;
+}
 
-    ~CThreadOwner()
+/// Begins the counting of the calling thread.
+void BeginThread()
+{
+    auto pThread = std::make_unique<SThread>();
     {
         SState& state = State();
         const std::lock_guard<std::mutex> lock(state.m_cs);
-        for (const std::unique_ptr<ClassType>& pct : state.m_records)
+        state.m_threads.push_back(&pThread->counts);
+        if (!QvXmlLib9::Platform::CallAtThreadEnd(&EndThread, pThread.get()))
         {
-            const CThreadCounts::SCount* const pCount = m_pThread->counts.Find(pct->nIndex);
-            if (pCount == nullptr)
-                continue;
-            pct->lTotalCount += pCount->lTotal.load(std::memory_order_relaxed);
-            pct->lDestroyedCount += pCount->lDestroyed.load(std::memory_order_relaxed);
+            state.m_threads.pop_back();
+            throw std::bad_alloc();
         }
-        state.m_threads.erase(std::find(state.m_threads.begin(), state.m_threads.end(), &m_pThread->counts));
-        t_pThread = nullptr;
-        t_bThreadEnded = true;
     }
+    t_pThread = pThread.release();
+}
 
-    CThreadOwner(const CThreadOwner&) = delete;
-    CThreadOwner& operator=(const CThreadOwner&) = delete;
-
-private:
-    std::unique_ptr<SThread> m_pThread;
-};
-
-/// What the calling thread has, or null while the thread comes to its end.
-SThread* GetThread()
+SThread* MakeThread()
 {
-    if (t_pThread == nullptr && !t_bThreadEnded)
-        thread_local const CThreadOwner t_owner;
+    if (!t_bThreadEnded)
+        BeginThread();
     return t_pThread;
 }
 
-/// The same for a destructor, which must not fail: null for want of memory too.
-SThread* GetThreadOrNull() noexcept
+/// What the calling thread has, or null while the thread comes to its end.
+inline SThread* GetThread()
 {
+    return t_pThread != nullptr ? t_pThread : MakeThread();
+}
+
+/// The same for a destructor, which must not fail: null for want of memory too.
+inline SThread* GetThreadOrNull() noexcept
+{
+    if (t_pThread != nullptr)
+        return t_pThread;
     try
     {
-        return GetThread();
+        return MakeThread();
     }
     catch (const std::bad_alloc&)
     {
@@ -301,18 +309,18 @@ ClassType* GetRecord(SThread* pThread, const wchar_t* lpctClassName)
 
 /// Counts in the calling thread's table, or in the record where the thread has no room.
 void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount,
-           std::atomic<std::int64_t>& lRecordCount)
+           std::atomic<std::int64_t>& lRecordCount, std::int64_t lMore = 1)
 {
     CThreadCounts::SCount* const pCount = pThread != nullptr ? pThread->counts.FindOrAdd(ct.nIndex) : nullptr;
     if (pCount != nullptr)
-        AddOne(pCount->*plThreadCount);
+        Add(pCount->*plThreadCount, lMore);
     else
-        ++lRecordCount;
+        lRecordCount += lMore;
 }
 
-void CountCreation(SThread* pThread, ClassType& ct)
+void CountCreation(SThread* pThread, ClassType& ct, std::int64_t lMore = 1)
 {
-    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount);
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, lMore);
 }
 
 /// One count over all threads; the caller holds the lock.
@@ -379,9 +387,8 @@ CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
 }
 
 CInstanceMonitor::CInstanceMonitor(CInstanceClass& instanceClass)
-    : m_pct(instanceClass.GetRecord())
+    : m_pct(instanceClass.CountCreation())
 {
-    CountCreation(GetThread(), *m_pct);
 }
 
 CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
@@ -395,13 +402,51 @@ CInstanceMonitor::ClassType* CInstanceClass::GetRecord()
     return m_pct.load(std::memory_order_relaxed);
 }
 
+CInstanceMonitor::ClassType* CInstanceClass::CountCreation()
+{
+    CInstanceMonitor::ClassType* const pct = GetRecord();
+    CountCreations(*pct, 1);
+    return pct;
+}
+
+void CInstanceClass::CountDestruction(CInstanceMonitor::ClassType& ct) noexcept
+{
+    CountDestructions(ct, 1);
+#if defined(QUIVER_DIAGNOSTICS)
+    QV_ASSERT_MSG(HasInstances(ct), "m_pct->lInstanceCount >= 0");
+#endif
+}
+
+void CInstanceClass::CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount)
+{
+    ::CountCreation(GetThread(), ct, static_cast<std::int64_t>(nCount));
+}
+
+void CInstanceClass::CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept
+{
+    Count(GetThreadOrNull(), ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount,
+          static_cast<std::int64_t>(nCount));
+}
+
+std::uint64_t CInstanceClass::GetGeneration()
+{
+    return s_nGeneration.load(std::memory_order_relaxed);
+}
+
 CInstanceMonitor::~CInstanceMonitor()
 {
     QV_ASSERT(m_pct);
-    Count(GetThreadOrNull(), *m_pct, &CThreadCounts::SCount::lDestroyed, m_pct->lDestroyedCount);
-#if defined(QUIVER_DIAGNOSTICS)
-    QV_ASSERT_MSG(HasInstances(*m_pct), "m_pct->lInstanceCount >= 0");
-#endif
+    CInstanceClass::CountDestruction(*m_pct);
+}
+
+void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances)
+{
+    if (nInstances == 0)
+        return;
+    SThread* const pThread = GetThread();
+    ClassType& ct = *GetRecord(pThread, lpctClassName);
+    Count(pThread, ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount, -nInstances);
+    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, -nInstances);
 }
 
 std::wstring CInstanceMonitor::DumpState()

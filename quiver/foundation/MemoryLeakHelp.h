@@ -32,6 +32,16 @@ public:
     /// Counts one instance of a class whose place is known: for classes that are made by the million.
     explicit CInstanceMonitor(CInstanceClass& instanceClass);
 
+    /// Says that whoever makes the object counts it, together with others.
+    struct SCountedTogether
+    {
+        ClassType* pct;
+    };
+    explicit CInstanceMonitor(SCountedTogether record) noexcept
+        : m_pct(record.pct)
+    {
+    }
+
     CInstanceMonitor(const CInstanceMonitor&) = default;
     CInstanceMonitor& operator=(const CInstanceMonitor&) = default;
 
@@ -63,11 +73,22 @@ public:
     CInstanceClass(const CInstanceClass&) = delete;
     CInstanceClass& operator=(const CInstanceClass&) = delete;
 
-private:
-    friend class CInstanceMonitor;
+    /// Counts one instance that has no monitor of its own.
+    /// @return what CountDestruction takes when the instance ends.
+    CInstanceMonitor::ClassType* CountCreation();
+    static void CountDestruction(CInstanceMonitor::ClassType& ct) noexcept;
 
+    /// @name Counting many objects at once
+    /// @{
     CInstanceMonitor::ClassType* GetRecord();
+    static void CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount);
+    /// For objects whose destructors do not run.
+    static void CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept;
+    /// Another number after each CInstanceMonitor::Cleanup, which makes all records new.
+    static std::uint64_t GetGeneration();
+    /// @}
 
+private:
     const wchar_t* const m_lpctClassName;
     std::atomic<CInstanceMonitor::ClassType*> m_pct{nullptr};
     std::atomic<std::uint64_t> m_nGeneration{0};

@@ -3,6 +3,7 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/PatternEngine.h"
 #include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
@@ -10,13 +11,11 @@
 #include <atomic>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
-#include <vector>
-
-#include <pcre.h>
 
 namespace QvXmlLib9
 {
@@ -52,47 +51,19 @@ std::string Translate(std::string strPattern)
     return strPattern;
 }
 
-/// Memory that a match may use for backtracking: some two million repetitions of a group.
-constexpr int s_nMostMatchStack = 64 * 1024 * 1024;
-constexpr int s_nFirstMatchStack = 32 * 1024;
-
 /// Machine code begins with 32 KiB of the thread's own stack. Where less than this is left, it gets other memory.
 constexpr std::size_t s_nLeastStack = 128 * 1024;
 
 /// Steps of the interpreter for an expression's first value. What takes more is left to the machine code, which counts
-/// its steps in another way: were both to work up to PCRE's own limit, a value could match at one time and not at
-/// another. This few steps are far from that limit however they are counted.
-constexpr unsigned long s_nFirstSteps = 1000;
-
-struct SFreePattern
-{
-    void operator()(pcre* pPattern) const { pcre_free(pPattern); }
-};
-
-struct SFreeStudy
-{
-    void operator()(pcre_extra* pStudy) const { pcre_free_study(pStudy); }
-};
-
-struct SFreeMatchStack
-{
-    void operator()(pcre_jit_stack* pStack) const { pcre_jit_stack_free(pStack); }
-};
-
-/// PCRE's interpreter recurses once a step of backtracking; this is the depth that fits half of what is left of the
-/// stack.
-unsigned long GetRecursionLimit()
-{
-    static const std::size_t s_nFrame =
-        static_cast<std::size_t>(-pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0)) + 64;
-    constexpr std::size_t nModestStack = 512 * 1024;
-    const std::size_t nLeft = Platform::GetStackBytesLeft();
-    return static_cast<unsigned long>((nLeft == SIZE_MAX ? nModestStack : nLeft) / 2 / s_nFrame);
-}
+/// its steps in another way: were both to work up to the library's own limit, a value could match at one time and not
+/// at another. This few steps are far from that limit however they are counted.
+constexpr unsigned s_nFirstSteps = 1000;
 
 /// An expression of XML Schema, compiled.
 class CCompiledPattern
 {
+    using EResult = CPatternEngine::EResult;
+
 public:
     CCompiledPattern() = default;
 
@@ -100,97 +71,46 @@ public:
     CCompiledPattern(const std::string& strSource, const std::wstring& strValue)
         : m_strSource(strSource)
     {
-        const std::string strPattern = Translate(strSource);
-        const char* lpcError = nullptr;
-        int nErrorAt = 0;
-        // Anchored here and not at each match, where it would rule out the compiled form of Study.
-        m_pPattern.reset(pcre_compile(strPattern.c_str(), PCRE_UTF8 | PCRE_ANCHORED, &lpcError, &nErrorAt, nullptr));
-        if (!m_pPattern)
-            throw CQvException(FormatString(L"Invalid Regular Expression: %s Error: '%S'", strValue.c_str(), lpcError));
-        int nGroups = 0;
-        pcre_fullinfo(m_pPattern.get(), nullptr, PCRE_INFO_CAPTURECOUNT, &nGroups);
-        m_offsets.resize((static_cast<std::size_t>(nGroups) + 1) * 3);
+        std::string strError;
+        m_engine.emplace(Translate(strSource), strError);
+        if (!strError.empty())
+            throw CQvException(
+                FormatString(L"Invalid Regular Expression: %s Error: '%S'", strValue.c_str(), strError.c_str()));
     }
 
-    bool IsFor(const std::string& strSource) const { return m_pPattern && m_strSource == strSource; }
+    bool IsFor(const std::string& strSource) const { return m_engine && m_strSource == strSource; }
 
     bool Match(std::string_view subject)
     {
-        int nResult = PCRE_ERROR_MATCHLIMIT;
+        EResult eResult = EResult::TooManySteps;
         // Turning an expression into machine code pays from the second value on.
         if (!std::exchange(m_bUsed, true))
-            nResult = Interpret(subject, s_nFirstSteps);
-        if (nResult == PCRE_ERROR_MATCHLIMIT || nResult == PCRE_ERROR_RECURSIONLIMIT)
+            eResult = m_engine->Interpret(subject, s_nFirstSteps);
+        if (eResult == EResult::TooManySteps || eResult == EResult::TooMuchMemory)
         {
-            Study();
-            nResult = m_bMachineCode ? Execute(subject) : Interpret(subject, 0);
+            if (!m_bHasMachineCode)
+                m_bHasMachineCode = m_engine->MakeMachineCode();
+            eResult = *m_bHasMachineCode ? Execute(subject) : m_engine->Interpret(subject, 0);
         }
-        if (nResult == PCRE_ERROR_RECURSIONLIMIT || nResult == PCRE_ERROR_JIT_STACKLIMIT)
+        if (eResult == EResult::TooMuchMemory)
             throw CQvException(L"The value is too long to be matched against its pattern");
-        return nResult > 0 && m_offsets[0] == 0 && m_offsets[1] == static_cast<int>(subject.size());
+        return eResult == EResult::Whole;
     }
 
 private:
-    /// Compiles to machine code, which needs a fraction of the time and keeps off the stack. Not every expression can
-    /// be, nor can any where the system forbids it; those stay with the interpreter for good.
-    void Study()
+    EResult Execute(std::string_view subject)
     {
-        if (std::exchange(m_bStudied, true))
-            return;
-        const char* lpcError = nullptr;
-        m_pStudy.reset(pcre_study(m_pPattern.get(), PCRE_STUDY_JIT_COMPILE, &lpcError));
-        int nMachineCode = 0;
-        pcre_fullinfo(m_pPattern.get(), m_pStudy.get(), PCRE_INFO_JIT, &nMachineCode);
-        m_bMachineCode = nMachineCode != 0;
-    }
-
-    int Call(std::string_view subject, const pcre_extra* pExtra)
-    {
-        return pcre_exec(m_pPattern.get(), pExtra, subject.data(), static_cast<int>(subject.size()), 0,
-                         PCRE_NO_UTF8_CHECK, m_offsets.data(), static_cast<int>(m_offsets.size()));
-    }
-
-    /// @param nSteps 0 for PCRE's own limit.
-    int Interpret(std::string_view subject, unsigned long nSteps)
-    {
-        pcre_extra extra = {};
-        extra.flags = PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-        extra.match_limit_recursion = GetRecursionLimit();
-        if (nSteps != 0)
-        {
-            extra.flags |= PCRE_EXTRA_MATCH_LIMIT;
-            extra.match_limit = nSteps;
-        }
-        return Call(subject, &extra);
-    }
-
-    int Execute(std::string_view subject)
-    {
-        int nResult = PCRE_ERROR_JIT_STACKLIMIT;
+        EResult eResult = EResult::TooMuchMemory;
         if (Platform::GetStackBytesLeft() >= s_nLeastStack)
-            nResult = Call(subject, m_pStudy.get());
-        return nResult == PCRE_ERROR_JIT_STACKLIMIT ? ExecuteWithLargeStack(subject) : nResult;
-    }
-
-    int ExecuteWithLargeStack(std::string_view subject)
-    {
-        const std::unique_ptr<pcre_jit_stack, SFreeMatchStack> pStack(
-            pcre_jit_stack_alloc(s_nFirstMatchStack, s_nMostMatchStack));
-        if (!pStack)
-            return PCRE_ERROR_JIT_STACKLIMIT;
-        pcre_assign_jit_stack(m_pStudy.get(), nullptr, pStack.get());
-        const int nResult = Call(subject, m_pStudy.get());
-        pcre_assign_jit_stack(m_pStudy.get(), nullptr, nullptr);
-        return nResult;
+            eResult = m_engine->Execute(subject, false);
+        return eResult == EResult::TooMuchMemory ? m_engine->Execute(subject, true) : eResult;
     }
 
     std::string m_strSource;
-    std::unique_ptr<pcre, SFreePattern> m_pPattern;
-    std::unique_ptr<pcre_extra, SFreeStudy> m_pStudy;
-    std::vector<int> m_offsets;
+    std::optional<CPatternEngine> m_engine;
     bool m_bUsed = false;
-    bool m_bStudied = false;
-    bool m_bMachineCode = false;
+    /// Not known before the second value. What cannot be made stays with the interpreter for good.
+    std::optional<bool> m_bHasMachineCode;
 };
 
 /// Expressions that have been compiled, for one thread at a time. A document tests the same few over and over; each has
@@ -213,6 +133,26 @@ public:
         return oldest;
     }
 
+    /// The same for a literal, by its address. Another text may come to stand there when a module goes, so the text is
+    /// compared too.
+    CCompiledPattern& Get(const wchar_t* lpctSource, std::string_view svValue)
+    {
+        SLiteral& literal =
+            m_literals[reinterpret_cast<std::uintptr_t>(lpctSource) / sizeof(wchar_t) % m_literals.size()];
+        if (literal.lpctSource != lpctSource || literal.strSource != lpctSource)
+        {
+            std::string strPattern;
+            AppendUtf8(strPattern, lpctSource);
+            std::wstring strValue;
+            AppendUtf8AsUtf16(strValue, svValue);
+            literal.lpctSource = nullptr;
+            literal.pattern = CCompiledPattern(strPattern, strValue);
+            literal.strSource = lpctSource;
+            literal.lpctSource = lpctSource;
+        }
+        return literal.pattern;
+    }
+
 private:
     struct SSet
     {
@@ -220,7 +160,15 @@ private:
         std::size_t nOldest = 0;
     };
 
+    struct SLiteral
+    {
+        const wchar_t* lpctSource = nullptr;
+        std::wstring strSource;
+        CCompiledPattern pattern;
+    };
+
     std::array<SSet, 32> m_sets;
+    std::array<SLiteral, 61> m_literals;
 };
 
 /// One of the process's collections of expressions. There are as many as threads have matched at once; none is ever
@@ -289,6 +237,16 @@ bool PatternMatch(const std::string& strPattern, const std::wstring& strValue)
     if (strSubject.size() > INT_MAX)
         throw CQvException(L"The value is too long to be matched against its pattern");
     return pattern.Match(strSubject);
+}
+
+bool PatternMatch(const wchar_t* lpctPattern, std::string_view svValue)
+{
+    CTakenPatterns taken;
+    CCompiledPattern& pattern = taken.Get().Get(lpctPattern, svValue);
+    svValue = svValue.substr(0, svValue.find('\0'));
+    if (svValue.size() > INT_MAX)
+        throw CQvException(L"The value is too long to be matched against its pattern");
+    return pattern.Match(svValue);
 }
 
 } // namespace QvXmlLib9

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -21,10 +22,15 @@ namespace QvXmlLib9
 /// @throws CQvException "Invalid Regular Expression: %s Error: '%s'" with the value and PCRE's text when the expression
 ///         cannot be compiled; "The value is too long to be matched against its pattern" when the match would need more
 ///         than 64 megabytes for backtracking, or, for an expression that cannot become machine code, more than half of
-///         the stack that is left.
+///         the stack that is left. PCRE2 uses none of the stack for those; it may take more than 64 megabytes if they have
+///         thousands of groups.
 ///
 /// May be called from any thread, and while threads and static objects die. Compiled expressions are remembered, which
 /// no caller can tell.
 bool PatternMatch(const std::string& strPattern, const std::wstring& strValue);
+
+/// The same for an expression that is a literal, and a value in well-formed UTF-8. Nothing is converted from the second
+/// value on.
+bool PatternMatch(const wchar_t* lpctPattern, std::string_view svValue);
 
 } // namespace QvXmlLib9

@@ -5,7 +5,7 @@
 namespace QvXmlLib9
 {
 
-/// Throws `CQvException` with "The document is nested too deeply to be processed" when the calling thread is about to
+/// @throws CQvException "The document is nested too deeply to be processed" when the calling thread is about to
 /// run out of stack. Every operation that recurses once a level of a document calls this first, so that no document can
 /// overflow the stack, while the depth that can be handled grows with the stack that the caller provides.
 void Throw_IfStackIsLow();

@@ -24,11 +24,13 @@ public:
     static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
     static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
 
-    /// Whether it is known which namespace the type's name belongs to: its prefix says so, where the declarations are.
-    static bool IsQualified(CXmlElement* pElement)
+    /// The namespace that the declarations give the type's name, null where they say nothing.
+    static const std::wstring* DeclaredUri(const CXmlElement& element)
     {
-        const std::wstring& strType = pElement->GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance");
-        return strType.find(L':') != std::wstring::npos && pElement->GetDocument() != nullptr;
+        const std::wstring strType =
+            xs::QName::Type().Normalize(element.GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance"));
+        const std::size_t nColon = strType.find(L':');
+        return element.FindPrefix(std::wstring_view(strType).substr(0, nColon == std::wstring::npos ? 0 : nColon));
     }
 };
 
@@ -46,11 +48,31 @@ const SAlternative* FindType(const SAlternatives& types, std::wstring_view name,
                            { return !type.bElement && name == type.lpctName && uri == type.lpctUri; });
 }
 
-/// A name without a prefix belongs to the default namespace, which the tree does not keep. It is looked for in the
-/// namespace of the element and then in all others.
+/// Where no declaration tells the namespace of a type, in an element on its own or a Fast Infoset document, it is looked
+/// for in the namespace of the element and then in all others.
 const SAlternative* FindTypeAnywhere(const SAlternatives& types, std::wstring_view name)
 {
     return FindAlternative(types, [name](const SAlternative& type) { return !type.bElement && name == type.lpctName; });
+}
+
+constexpr SAlternatives s_noOtherTypes{nullptr, 0};
+
+/// An object of the class that is declared, for an element that says what type that is.
+CSmartPtr<CXmlObjectBase> CreateOfOwnType(const CXmlElement& element, SCreator declared, const std::wstring& strType,
+                                          const std::wstring& strUri)
+{
+    if (!declared)
+        return nullptr;
+    CSmartPtr<CXmlObjectBase> spObject = declared(element.GetLocalName().c_str());
+    CXmlObjectBase* const pObject = spObject;
+    const auto* const pGenerated = dynamic_cast<const CGeneratedObject*>(pObject);
+    return pGenerated != nullptr && pGenerated->IsOfType(strType, strUri) ? spObject : nullptr;
+}
+
+[[noreturn]] void ThrowWrongType(const CXmlElement& element)
+{
+    throw CQvValidationException(
+        FormatString(L"Failed to find a suitable substitution element for [%s]", element.GetLocalName().c_str()));
 }
 
 void TellType(const CXmlObjectBase& object)
@@ -67,27 +89,26 @@ const SAlternative* FindElementName(const SAlternatives& alternatives, std::wstr
 }
 
 /// The element of an object's name. Where two namespaces have one, the object's class decides.
-const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName,
-                                  PfnCreateObject pfnCreator)
+const SAlternative* FindElementOf(const SAlternatives& alternatives, const std::wstring& strName, SCreator creator)
 {
     const SAlternative* const pFound =
-        FindAlternative(alternatives, [&strName, pfnCreator](const SAlternative& element)
-                        { return element.bElement && element.pfnCreate == pfnCreator && strName == element.lpctName; });
+        FindAlternative(alternatives, [&strName, creator](const SAlternative& element)
+                        { return element.bElement && element.creator == creator && strName == element.lpctName; });
     return pFound != nullptr ? pFound : FindElementName(alternatives, strName);
 }
 
 } // namespace
 
 SPlace::SPlace(const wchar_t* lpctPlaceName, const wchar_t* lpctPlaceUri, const SAlternatives& alternatives,
-               PfnCreateObject pfnDeclaredClass)
+               SCreator declaredClass)
     : lpctName(lpctPlaceName)
     , lpctUri(lpctPlaceUri)
     , pAlternatives(&alternatives)
-    , pfnDeclared(std::any_of(alternatives.begin(), alternatives.end(),
-                              [pfnDeclaredClass](const SAlternative& alternative)
-                              { return alternative.pfnCreate == pfnDeclaredClass; })
-                      ? pfnDeclaredClass
-                      : nullptr)
+    , declared(std::any_of(alternatives.begin(), alternatives.end(),
+                           [declaredClass](const SAlternative& alternative)
+                           { return alternative.creator == declaredClass; })
+                   ? declaredClass
+                   : SCreator())
     , bSubstitution(std::any_of(alternatives.begin(), alternatives.end(),
                                 [](const SAlternative& alternative) { return alternative.bElement; }))
 {
@@ -107,18 +128,17 @@ CSmartPtr<CXmlObjectBase> SPlace::Create(CXmlElement* pElement) const
 {
     CSmartPtr<CXmlObjectBase> spObject;
     if (!bSubstitution)
-        spObject = CreateByType(pElement, *pAlternatives, pfnDeclared);
+        spObject = CreateByType(pElement, *pAlternatives, declared);
     else
     {
         const SAlternative* pFound = FindElement(*pAlternatives, pElement->GetLocalName(), pElement->GetNamespaceURI());
         if (pFound == nullptr) // the context ignores namespaces
             pFound = FindElementName(*pAlternatives, pElement->GetLocalName());
-        spObject = CreateByType(pElement, pFound->pfnTypes != nullptr ? pFound->pfnTypes() : *pAlternatives,
-                                pFound->pfnCreate);
+        const SAlternatives* const pTypes = pFound->GetTypes();
+        spObject = CreateByType(pElement, pTypes != nullptr ? *pTypes : s_noOtherTypes, pFound->creator);
     }
     if (spObject == nullptr)
-        throw CQvValidationException(
-            FormatString(L"Failed to find a suitable substitution element for [%s]", pElement->GetLocalName().c_str()));
+        ThrowWrongType(*pElement);
     return spObject;
 }
 
@@ -128,7 +148,7 @@ const wchar_t* SPlace::Prepare(const CXmlObjectBase& object) const
     const auto& generated = static_cast<const CGeneratedObject&>(object);
     const SAlternative* const pFound =
         bSubstitution ? FindElementOf(*pAlternatives, object.GetElementName(), generated.GetCreator()) : nullptr;
-    generated.TellType(generated.GetCreator() != (pFound != nullptr ? pFound->pfnCreate : pfnDeclared));
+    generated.TellType(generated.GetCreator() != (pFound != nullptr ? pFound->creator : declared));
     return pFound != nullptr ? pFound->lpctUri : lpctUri;
 }
 
@@ -139,23 +159,25 @@ const SAlternative* FindElement(const SAlternatives& alternatives, const std::ws
                            { return element.bElement && strName == element.lpctName && strUri == element.lpctUri; });
 }
 
-CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, PfnCreateObject pfnDeclared)
+CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, SCreator declared)
 {
     const std::wstring strType = CTypeReader::Type(pElement);
-    PfnCreateObject pfnCreate = pfnDeclared;
+    SCreator creator = declared;
     if (!strType.empty())
     {
-        const SAlternative* pType = FindType(types, strType, CTypeReader::Uri(pElement));
-        if (pType == nullptr && !CTypeReader::IsQualified(pElement))
+        const std::wstring* const pDeclared = CTypeReader::DeclaredUri(*pElement);
+        const std::wstring strUri = pDeclared != nullptr ? *pDeclared : CTypeReader::Uri(pElement);
+        const SAlternative* pType = FindType(types, strType, strUri);
+        if (pType == nullptr && pDeclared == nullptr)
             pType = FindTypeAnywhere(types, strType);
         if (pType == nullptr)
-            return nullptr;
-        pfnCreate = pType->pfnCreate;
+            return CreateOfOwnType(*pElement, declared, strType, strUri);
+        creator = pType->creator;
     }
-    if (pfnCreate == nullptr)
+    if (!creator)
         return nullptr;
-    CSmartPtr<CXmlObjectBase> spObject = pfnCreate(0, pElement->GetLocalName().c_str());
-    if (pfnCreate != pfnDeclared)
+    CSmartPtr<CXmlObjectBase> spObject = creator(pElement->GetLocalName().c_str());
+    if (creator != declared)
         TellType(*spObject);
     return spObject;
 }
@@ -165,9 +187,16 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
     const SAlternative* const pRoot = FindElement(roots, pElement->GetLocalName(), pElement->GetNamespaceURI());
     if (pRoot == nullptr)
         return nullptr;
-    if (pRoot->pfnTypes != nullptr)
-        return CreateByType(pElement, pRoot->pfnTypes(), pRoot->pfnCreate);
-    return pRoot->pfnCreate != nullptr ? pRoot->pfnCreate(0, pElement->GetLocalName().c_str()) : nullptr;
+    if (const SAlternatives* const pTypes = pRoot->GetTypes())
+    {
+        const CSmartPtr<CXmlObjectBase> spObject = CreateByType(pElement, *pTypes, pRoot->creator);
+        if (spObject == nullptr)
+            ThrowWrongType(*pElement);
+        return spObject;
+    }
+    if (!pRoot->creator)
+        ThrowWrongType(*pElement);
+    return pRoot->creator(pElement->GetLocalName().c_str());
 }
 
 } // namespace QvXmlLib9

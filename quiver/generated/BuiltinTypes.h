@@ -116,7 +116,7 @@ struct AnyURI : SBuiltin<AnyURI, std::wstring>
     static constexpr CSimpleType s_type{L"xs:anyURI", CSimpleType::Form_Text, ItemType_string};
 };
 
-/// The prefix is kept as it stands; whoever writes the document declares it.
+/// Held with its prefix. What that stands for is known to the object that holds the value (CGeneratedObject).
 struct QName : SBuiltin<QName, std::wstring>
 {
     static constexpr CSimpleType s_type{L"xs:QName", CSimpleType::Form_QName, ItemType_string};

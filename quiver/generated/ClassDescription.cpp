@@ -63,6 +63,24 @@ void CClassDescription::TypeName(const wchar_t* lpctName, const wchar_t* lpctNam
     m_lpctTypeNamespace = lpctNamespace;
 }
 
+void CClassDescription::Text(int nMember, const CSimpleType& type)
+{
+    if (!type.HasPrefixes())
+        return Text(nMember);
+    m_bNamesAsText = true;
+    Add(MakeNamesTextRecord({m_eGroup, nMember, false}, type));
+    NoteIfPrefixed(L"", nMember, type);
+}
+
+void CClassDescription::NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type)
+{
+    if (!type.HasPrefixes())
+        return;
+    if (m_pPrefixed == nullptr)
+        m_pPrefixed = std::make_unique<std::vector<SPrefixedMember>>();
+    m_pPrefixed->push_back({nMember, lpctName, &type});
+}
+
 void CClassDescription::MixedText(int nMember)
 {
     m_bMixed = true;
@@ -74,15 +92,16 @@ void CClassDescription::Add(std::unique_ptr<CElementInfo> pRecord)
     m_elements.push_back(std::move(pRecord));
 }
 
-void CClassDescription::Element(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, const CSimpleType&)
+void CClassDescription::Element(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                const CSimpleType& type)
 {
-    Add(MakeValueRecord({m_eGroup, nMember, true}, lpctName, lpctNamespace));
+    Add(MakeValueRecord({m_eGroup, nMember, true}, lpctName, lpctNamespace, type));
 }
 
 void CClassDescription::OptionalElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                        const CSimpleType&)
+                                        const CSimpleType& type)
 {
-    Add(MakeValueRecord({m_eGroup, nMember, false}, lpctName, lpctNamespace));
+    Add(MakeValueRecord({m_eGroup, nMember, false}, lpctName, lpctNamespace, type));
 }
 
 void CClassDescription::RepeatedElement(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
@@ -90,29 +109,28 @@ void CClassDescription::RepeatedElement(const wchar_t* lpctName, const wchar_t* 
     Add(MakeRepeated<CElementInfoSeqPrimCol, CElementInfoChoicePrimCol>(m_eGroup, lpctName, lpctNamespace, nMember));
 }
 
-void CClassDescription::Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                               PfnCreateObject pfnCreate)
+void CClassDescription::Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator)
 {
     if (m_eGroup == GroupType_All)
-        Add(std::make_unique<CElementInfoAllClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
-                                                    true));
+        Add(std::make_unique<CElementInfoAllClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId, true));
     else
-        Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate, 0,
-                                                    true));
+        Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId, true));
 }
 
 void CClassDescription::OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                       PfnCreateObject pfnCreate)
+                                       SCreator creator)
 {
     if (m_eGroup == GroupType_All)
-        Add(std::make_unique<CElementInfoAllClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoAllClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId));
     else if (m_eGroup == GroupType_Choice)
-        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                       0));
+        Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                       creator.pfnCreate, creator.nClassId));
     else
-        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, lpctNamespace, nMember, ElementType_Element,
+                                                    creator.pfnCreate, creator.nClassId));
 }
 
 void CClassDescription::RepeatedObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember)
@@ -122,26 +140,25 @@ void CClassDescription::RepeatedObject(const wchar_t* lpctName, const wchar_t* l
 }
 
 void CClassDescription::Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                    const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired)
+                                    const SAlternatives& alternatives, SCreator declared, bool bRequired)
 {
-    Add(MakePolymorphicRecord({m_eGroup, nMember, bRequired},
-                              SPlace(lpctName, lpctNamespace, alternatives, pfnDeclared)));
+    Add(MakePolymorphicRecord({m_eGroup, nMember, bRequired}, SPlace(lpctName, lpctNamespace, alternatives, declared)));
 }
 
-void CClassDescription::Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate)
+void CClassDescription::Group(const wchar_t* lpctName, int nMember, bool bContentRequired, SCreator creator)
 {
-    Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate, 0,
-                                                bContentRequired));
+    Add(std::make_unique<CElementInfoSeqClsMnd>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
+                                                creator.pfnCreate, creator.nClassId, bContentRequired));
 }
 
-void CClassDescription::OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate)
+void CClassDescription::OptionalGroup(const wchar_t* lpctName, int nMember, SCreator creator)
 {
     if (m_eGroup == GroupType_Choice)
         Add(std::make_unique<CElementInfoChoiceClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
-                                                       pfnCreate, 0));
+                                                       creator.pfnCreate, creator.nClassId));
     else
-        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo, pfnCreate,
-                                                    0));
+        Add(std::make_unique<CElementInfoSeqClsOpt>(lpctName, m_lpctNamespace, nMember, ElementType_Pseudo,
+                                                    creator.pfnCreate, creator.nClassId));
 }
 
 void CClassDescription::RepeatedGroup(const wchar_t* lpctName, int nMember)
@@ -167,15 +184,17 @@ void CClassDescription::RepeatedWildcard(int nMember, const SWildcard&)
 }
 
 void CClassDescription::Attribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                  const CSimpleType&)
+                                  const CSimpleType& type)
 {
-    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, false, L""));
+    NoteIfPrefixed(lpctName, nMember, type);
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, false, L"", type));
 }
 
 void CClassDescription::OptionalAttribute(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                          const CSimpleType&, const wchar_t* lpctDefault)
+                                          const CSimpleType& type, const wchar_t* lpctDefault)
 {
-    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, true, lpctDefault));
+    NoteIfPrefixed(lpctName, nMember, type);
+    m_attributes.push_back(MakeAttributeRecord(lpctName, lpctNamespace, nMember, true, lpctDefault, type));
 }
 
 void CClassDescription::AnyAttribute(int nMember, const SWildcard& wildcard)
@@ -230,10 +249,10 @@ int CClassDescription::AddOptional(const CObjectMember& member, const wchar_t* l
     return NumberOf(AddContent(&member, CObjectMember::s_optional, lpctName));
 }
 
-int CClassDescription::AddRequired(const CObjectMember& member, const wchar_t* lpctName, PfnCreateObject pfnCreate)
+int CClassDescription::AddRequired(const CObjectMember& member, const wchar_t* lpctName, SCreator creator)
 {
     SMemberRecord& record = AddContent(&member, CObjectMember::s_required, lpctName);
-    record.pfnCreate = pfnCreate;
+    record.creator = creator;
     return NumberOf(record);
 }
 
@@ -271,6 +290,8 @@ void CClassDescription::Restrict()
     m_pAnyAttribute.reset();
     m_nTextMember = -1;
     m_bMixed = false;
+    m_bNamesAsText = false;
+    m_pPrefixed.reset();
     m_bFailIfAttributeUnknown = true;
 }
 
@@ -295,6 +316,7 @@ void CClassDescription::Build(SClassTables& tables)
     auto pInfo =
         std::make_unique<CParentElementInfo>(m_eGroup, m_eElementType, m_lpctName, m_lpctNamespace, m_nTextMember,
                                              m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
+    pInfo->IgnoreParentNamespace();
     tables.ppElements = MakeTable(m_elements);
     tables.ppAttributes = MakeTable(m_attributes);
     tables.pMembers = new SMemberRecord[m_members.size()];
@@ -306,6 +328,8 @@ void CClassDescription::Build(SClassTables& tables)
     tables.lpctTypeNamespace = m_lpctTypeNamespace;
     tables.bRequiresChoice = m_bRequiresChoice;
     tables.bMixed = m_bMixed;
+    tables.bNamesAsText = m_bNamesAsText;
+    tables.pPrefixed = m_pPrefixed.release();
 }
 
 } // namespace QvXmlLib9

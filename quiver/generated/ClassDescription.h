@@ -27,6 +27,7 @@ template <class TType, class TRule>
 class CNillable;
 class CGeneratedObject;
 struct SClassTables;
+struct SPrefixedMember;
 
 /// Takes down what a generated class says about itself, in the order in which its members stand in documents, and makes
 /// its tables of metadata of it:
@@ -79,6 +80,8 @@ public:
 
     /// The text of an element with simple content.
     void Text(int nMember) { m_nTextMember = nMember; }
+    /// The same, for values that may have prefixes.
+    void Text(int nMember, const CSimpleType& type);
 
     /// The text of an element with mixed content, all pieces joined. It is written ahead of the children.
     void MixedText(int nMember);
@@ -166,6 +169,16 @@ public:
     /// All that no other member takes, and the wildcard lets through. That of an extension takes the place of the
     /// base's.
     void AnyAttribute(int nMember, const SWildcard& wildcard);
+    /// @}
+
+    /// @name The same for classes that are known by their creators
+    /// @{
+    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, SCreator creator);
+    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                     const SAlternatives& alternatives, SCreator declared, bool bRequired);
+    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, SCreator creator);
+    void OptionalGroup(const wchar_t* lpctName, int nMember, SCreator creator);
     /// @}
 
     /// @name Members
@@ -266,7 +279,7 @@ public:
     template <class TType, class TRule>
     void Text(const CRequired<TType, TRule>& member)
     {
-        Text(AddMember(&member, s_textOperations<CRequired<TType, TRule>>, nullptr));
+        Text(AddMember(&member, s_textOperations<CRequired<TType, TRule>>, nullptr), TType::Type());
     }
     /// The text of an element with mixed content.
     template <class TType, class TRule>
@@ -302,13 +315,8 @@ private:
     using CElementInfo = QvXmlLib9Data::CElementInfo;
     using CAttributeInfo = QvXmlLib9Data::CAttributeInfo;
 
-    void Object(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void OptionalObject(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, PfnCreateObject pfnCreate);
-    void Polymorphic(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                     const SAlternatives& alternatives, PfnCreateObject pfnDeclared, bool bRequired);
-    void Group(const wchar_t* lpctName, int nMember, bool bContentRequired, PfnCreateObject pfnCreate);
-    void OptionalGroup(const wchar_t* lpctName, int nMember, PfnCreateObject pfnCreate);
     void Add(std::unique_ptr<CElementInfo> pRecord);
+    void NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type);
 
     /// @return the number that the library asks for it by.
     int AddMember(const void* pMember, const SMemberOperations& operations, const wchar_t* lpctName);
@@ -334,7 +342,7 @@ private:
     int AddRepeated(const CCollectionMember& member, const SRepeatedElement& element,
                     CXmlCollectionBase* (*pfnMake)(const SMemberRecord&));
     int AddOptional(const CObjectMember& member, const wchar_t* lpctName);
-    int AddRequired(const CObjectMember& member, const wchar_t* lpctName, PfnCreateObject pfnCreate);
+    int AddRequired(const CObjectMember& member, const wchar_t* lpctName, SCreator creator);
     void AddRepeatedElement(int nMember, bool bValues);
     void RestrictValues(const void* pMember, void (*pfnCheck)(const QvVariant&, const wchar_t*));
     std::ptrdiff_t OffsetOf(const void* pMember) const;
@@ -350,7 +358,9 @@ private:
     bool m_bFailIfAttributeUnknown = true;
     bool m_bRequiresChoice = false;
     bool m_bMixed = false;
+    bool m_bNamesAsText = false;
     int m_nTextMember = -1;
+    std::unique_ptr<std::vector<SPrefixedMember>> m_pPrefixed;
     std::vector<std::unique_ptr<CElementInfo>> m_elements;
     std::vector<std::unique_ptr<CAttributeInfo>> m_attributes;
     std::unique_ptr<CAttributeInfo> m_pAnyAttribute;

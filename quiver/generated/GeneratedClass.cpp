@@ -1,11 +1,15 @@
 #include "quiver/generated/GeneratedClass.h"
 
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/Product.h"
+#include "quiver/generated/Member.h"
 #include "quiver/output/XmlWriter.h"
+
+#include <utility>
 
 namespace QvXmlLib9
 {
@@ -24,7 +28,7 @@ namespace
 
 SRegisterGenerator::SRegisterGenerator()
 {
-    Register(9, 0);
+    Register(g_nVersionMajor, g_nVersionMinor);
 }
 
 CGeneratedObject::CGeneratedObject(const wchar_t* lpctElementName)
@@ -53,6 +57,8 @@ std::wstring CGeneratedObject::GetTargetNamespace() const
 void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
     const SClassTables& tables = Tables();
+    if (tables.pPrefixed != nullptr && m_pPrefixes != nullptr)
+        DeclarePrefixes(*pWriter);
     if (m_bTellsType && tables.lpctTypeName != nullptr && context.GetWriteTypeAttribute())
         pWriter->WriteXsiType(tables.lpctTypeNamespace, tables.lpctTypeName, ItemType_string);
     CXmlGeneratedClass::AttributesToXml_Int(pWriter, context);
@@ -61,12 +67,69 @@ void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerial
 CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* pFirstChild,
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
+    m_pPrefixes = nullptr;
     CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-    Throw_IfNoChoiceWasRead(pElement, context);
+    if (Tables().pPrefixed != nullptr)
+        NotePrefixes(*pElement, context);
     // A nested group shares its element with the class around it, which looks.
     if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
+    Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
+}
+
+bool CGeneratedObject::IsOfType(const std::wstring& strName, const std::wstring& strUri) const
+{
+    const SClassTables& tables = Tables();
+    return tables.lpctTypeName != nullptr && strName == tables.lpctTypeName && strUri == tables.lpctTypeNamespace;
+}
+
+CPrefixes& CGeneratedObject::Prefixes()
+{
+    if (m_pPrefixes == nullptr)
+        m_pPrefixes = std::make_unique<CPrefixes>();
+    return *m_pPrefixes;
+}
+
+std::wstring CGeneratedObject::GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const
+{
+    const std::wstring* const pUri = m_pPrefixes != nullptr ? m_pPrefixes->Find(lpctPrefix) : nullptr;
+    return pUri != nullptr ? *pUri : std::wstring();
+}
+
+void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerializationContext& context)
+{
+    const bool bNil = IsNilElement();
+    for (const SPrefixedMember& member : *Tables().pPrefixed)
+    {
+        const bool bText = *member.lpctName == L'\0';
+        if (bText && bNil)
+            continue;
+        QvVariant value;
+        AccessProperty(member.nMember, true, value);
+        if (!value.IsValid())
+            continue;
+        std::wstring strText = PropertyText(value);
+        if (!Prefixes().Note(strText, *member.pType, element, context, bText ? ElementName().c_str() : member.lpctName))
+            continue;
+        value.SetString(strText);
+        AccessProperty(member.nMember, false, value);
+    }
+}
+
+/// Ahead of the first attribute, since declarations come first in Fast Infoset documents.
+void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
+{
+    for (const SPrefixedMember& member : *Tables().pPrefixed)
+    {
+        // An element that is nil may lack its text.
+        if (*member.lpctName == L'\0' && IsNilElement())
+            continue;
+        QvVariant value;
+        ReadProperty(member.nMember, value);
+        if (value.IsValid())
+            m_pPrefixes->Declare(PropertyText(value), *member.pType, writer);
+    }
 }
 
 bool CGeneratedObject::IsNilElement() const
@@ -79,7 +142,8 @@ void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const 
                                               const CXmlSerializationContext& context) const
 {
     const bool bNil = IsNilElement();
-    const bool bHasText = Tables().bMixed || Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    const bool bHasText =
+        Tables().bMixed || Tables().bNamesAsText || Tables().pInfo->GetElementTextPropertyIndex() != -1;
     if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
         Throw_InElement(element,
                         FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));
@@ -132,7 +196,7 @@ void CGeneratedObject::Init()
         pChoice->Reset();
 }
 
-void CGeneratedObject::BuildTables(SClassTables& tables, PfnCreateObject pfnCreate) const
+void CGeneratedObject::BuildTables(SClassTables& tables, SCreator creator) const
 {
     const CQVCriticalSectionLock lock(m_csInit);
     if (tables.bBuilt.load(std::memory_order_relaxed))
@@ -148,7 +212,7 @@ void CGeneratedObject::BuildTables(SClassTables& tables, PfnCreateObject pfnCrea
         FreeTables(tables);
         throw;
     }
-    tables.pfnCreate = pfnCreate;
+    tables.creator = creator;
     tables.bBuilt.store(true, std::memory_order_release);
 }
 
@@ -159,6 +223,7 @@ void CGeneratedObject::FreeTables(SClassTables& tables)
     delete[] tables.pMembers;
     tables.pMembers = nullptr;
     tables.nMembers = 0;
+    delete std::exchange(tables.pPrefixed, nullptr);
 }
 
 bool CGeneratedObject::IsChoiceMissing(const CXmlSerializationContext& context) const

@@ -4,13 +4,16 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/ClassDescription.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/values/QvVariant.h"
 
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 /// @file
 /// The bases of the classes that quiver-gen writes. Such a class has accessors, members (Member.h), and one operation
@@ -36,6 +39,14 @@
 namespace QvXmlLib9
 {
 
+/// An attribute, or the text of an element, whose values are names with prefixes.
+struct SPrefixedMember
+{
+    int nMember;
+    const wchar_t* lpctName; ///< for messages; empty for the text
+    const CSimpleType* pType;
+};
+
 /// The metadata of one class, built when the first object needs it. Constant before it is built, so that objects can be
 /// made before `main`; built again where an object is used after the metadata of its class were freed.
 struct SClassTables
@@ -48,9 +59,12 @@ struct SClassTables
     const wchar_t* lpctNamespace = nullptr;
     const wchar_t* lpctTypeName = nullptr;
     const wchar_t* lpctTypeNamespace = nullptr;
-    PfnCreateObject pfnCreate = nullptr;
+    SCreator creator;
     bool bRequiresChoice = false;
     bool bMixed = false;
+    bool bNamesAsText = false; ///< the text is of names with prefixes, and has a record
+    /// Attributes and text with prefixes; null for none.
+    std::vector<SPrefixedMember>* pPrefixed = nullptr;
     std::atomic<bool> bBuilt{false};
 };
 
@@ -72,8 +86,27 @@ public:
     /// declared. Whoever writes it knows.
     void TellType(bool bTell) const { m_bTellsType = bTell; }
 
+    /// @name Prefixes in values of type xs:QName
+    /// Reading an object takes down what its prefixes stand for; where it is written they are declared, under other
+    /// names if need be. A prefix that was given no meaning is written as it is, for a context that declares it.
+    /// @{
+
+    /// Says what a prefix in values of this object stands for; the empty one is that of names without a prefix.
+    void DeclarePrefix(const wchar_t* lpctPrefix, const wchar_t* lpctUri) { Prefixes().Set(lpctPrefix, lpctUri); }
+
+    /// What a prefix in values of this object stands for; empty for a prefix without a meaning.
+    std::wstring GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const;
+    /// @}
+
+    /// Whether the class is that of a type; one of an anonymous type, or that nothing was derived from, does not know.
+    bool IsOfType(const std::wstring& strName, const std::wstring& strUri) const;
+
     /// What makes objects of the same class, to tell classes apart.
-    PfnCreateObject GetCreator() const { return Tables().pfnCreate; }
+    SCreator GetCreator() const { return Tables().creator; }
+
+    /// For the records of members.
+    CPrefixes& Prefixes();
+    const CPrefixes* FindPrefixes() const { return m_pPrefixes.get(); }
 
 protected:
     explicit CGeneratedObject(const wchar_t* lpctElementName);
@@ -107,7 +140,7 @@ protected:
     virtual const CChoiceState* ChoiceState() const { return nullptr; }
 
     /// Builds the metadata of a class unless they are there.
-    void BuildTables(SClassTables& tables, PfnCreateObject pfnCreate) const;
+    void BuildTables(SClassTables& tables, SCreator creator) const;
     static void FreeTables(SClassTables& tables);
 
     /// Whether the object's class is nillable and the object is nil.
@@ -126,6 +159,10 @@ private:
     void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                 const CXmlSerializationContext& context) const;
 
+    void NotePrefixes(const CXmlElement& element, const CXmlSerializationContext& context);
+    void DeclarePrefixes(CXmlWriter& writer) const;
+
+    std::unique_ptr<CPrefixes> m_pPrefixes;
     mutable bool m_bTellsType = false;
 };
 
@@ -255,7 +292,7 @@ protected:
 };
 
 /// The state of an element that may be nil.
-class QVXMLLIB_API CNillableState : public INillable
+class QVXMLLIB_API CNillableState : public INillableBoolean
 {
 public:
     bool IsNil() const override { return m_bNil; }

@@ -17,6 +17,11 @@ namespace QvXmlLib9
 /// told by whoever converts it.
 bool HasForm(CSimpleType::EForm eForm, std::wstring_view text);
 
+inline bool IsDateForm(CSimpleType::EForm eForm)
+{
+    return eForm >= CSimpleType::Form_DateTime && eForm <= CSimpleType::Form_Month;
+}
+
 /// Order of two decimal numbers of any length, which have that form.
 /// @return below, equal to or above 0.
 int CompareDecimals(std::wstring_view a, std::wstring_view b);

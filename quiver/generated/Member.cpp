@@ -22,8 +22,7 @@ void ThrowNotSet(const wchar_t* lpctName)
 
 std::wstring PropertyText(const QvVariant& variant)
 {
-    std::wstring strBuffer;
-    return QvXmlLib9Data::TextOf(variant, nullptr, strBuffer);
+    return std::wstring(QvXmlLib9Data::CValueText(variant).Get());
 }
 
 namespace
@@ -72,10 +71,10 @@ const SMemberOperations CObjectMember::s_optional{&CObjectMember::AccessOptional
 const SMemberOperations CObjectMember::s_required{&CObjectMember::AccessRequired, &CObjectMember::ResetMember,
                                                   &CObjectMember::IsMemberSet};
 
-CXmlObjectBase* CObjectMember::Require(PfnCreateObject pfnCreate, const wchar_t* lpctName) const
+CXmlObjectBase* CObjectMember::Require(const SCreator& creator, const wchar_t* lpctName) const
 {
     if (m_spObject == nullptr)
-        m_spObject = pfnCreate(0, lpctName);
+        m_spObject = creator(lpctName);
     return m_spObject;
 }
 
@@ -96,7 +95,7 @@ void CObjectMember::AccessRequired(void* pMember, bool bRead, QvVariant& variant
 {
     CObjectMember& member = *static_cast<CObjectMember*>(pMember);
     if (bRead)
-        member.Require(call.record.pfnCreate, call.lpctName);
+        member.Require(call.record.creator, call.lpctName);
     member.Access(bRead, variant);
 }
 

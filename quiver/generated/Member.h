@@ -6,13 +6,16 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/DocumentValue.h"
 #include "quiver/generated/MemberRecord.h"
 #include "quiver/generated/Value.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 /// @file
 /// The members of generated classes. Each holds one property and keeps it valid: a value goes in by `Set`, from a
@@ -73,7 +76,16 @@ private:
         return s_strFixed;
     }
 };
+/// The same for an attribute: an empty one is just empty.
+template <const wchar_t* lpctFixed>
+struct SFixedAttribute : SFixed<lpctFixed>
+{
+    static const wchar_t* Replacement(const std::wstring&) { return nullptr; }
+};
 /// @}
+
+/// The text of a value on its way between a member and a document.
+QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
 
 /// What the members with a simple value share.
 template <class TType, class TRule>
@@ -104,12 +116,24 @@ protected:
         return value;
     }
 
-    static void Store(const std::optional<Value>& value, QvVariant& variant)
+    /// Stores a document's text.
+    template <class TKept>
+    static void Read(QvVariant& variant, const wchar_t* lpctName, CKept<TKept, Value>& kept, bool bElement = true)
     {
-        if (value)
-            StoreValue(TType::Type(), *value, variant);
-        else
-            variant.SetInvalid();
+        // Of the rules only a default lets every text be that is not empty.
+        std::string_view svUtf8;
+        if constexpr (std::is_base_of_v<SNoRule, TRule>)
+        {
+            const bool bAsItStands =
+                variant.GetUtf8(svUtf8) && (std::is_same_v<SNoRule, TRule> || !bElement || !svUtf8.empty());
+            if (bAsItStands && kept.Read(TType::Type(), svUtf8))
+                return;
+        }
+        std::wstring strText;
+        if constexpr (s_bKeepsText<Value>)
+            strText = TType::Type().Normalize(PropertyText(variant));
+        kept.Set(Parsed(variant, lpctName, bElement));
+        kept.KeepText(std::move(strText));
     }
 };
 
@@ -126,27 +150,31 @@ public:
     using Value = typename Base::Value;
 
     /// The value; that of `Value{}` as long as it is not set.
-    const Value& Get() const { return m_value; }
+    const Value& Get() const { return m_value.Get(); }
     bool IsSet() const { return m_bSet; }
 
     /// @throws CQvInvalidValueException for a value that the type refuses; the old one stays.
     void Set(const Value& value, const wchar_t* lpctName)
     {
-        m_value = Base::Checked(value, lpctName);
+        m_value.Set(Base::Checked(value, lpctName));
         m_bSet = true;
     }
 
-    void Reset() { *this = CRequired(); }
+    void Reset()
+    {
+        if (m_bSet)
+            *this = CRequired();
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (!bRead)
         {
-            m_value = Base::Parsed(variant, lpctName);
+            Base::Read(variant, lpctName, m_value);
             m_bSet = true;
         }
         else if (m_bSet)
-            StoreValue(TType::Type(), m_value, variant);
+            StoreKept(TType::Type(), m_value, variant);
         else
             variant.SetInvalid();
     }
@@ -159,11 +187,12 @@ public:
             return Access(bRead, variant, lpctName);
         if (!m_bSet)
             ThrowNotSet(lpctName);
-        variant.SetString(ValueText(TType::Type(), m_value));
+        const std::wstring* const pstrText = m_value.GetText();
+        variant.SetString(pstrText != nullptr ? *pstrText : ValueText(TType::Type(), m_value.Get()));
     }
 
 private:
-    Value m_value{};
+    CKept<Value, Value> m_value;
     bool m_bSet = false;
 };
 
@@ -176,8 +205,8 @@ class COptional : private CValueMember<TType, TRule>
 public:
     using Value = typename Base::Value;
 
-    const std::optional<Value>& Get() const { return m_value; }
-    bool IsSet() const { return m_value.has_value(); }
+    const std::optional<Value>& Get() const { return m_value.Get(); }
+    bool IsSet() const { return m_value.IsGiven(); }
     static bool IsGiven(const std::optional<Value>& value) { return value.has_value(); }
 
     /// @throws CQvInvalidValueException for a value that the type refuses.
@@ -187,26 +216,30 @@ public:
             Base::Checked(*value, lpctName);
     }
 
-    /// Sets the value, or takes it away. Throws as Check does; the old one stays then.
+    /// Sets the value, or takes it away. @throws what Check throws; the old one stays then.
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
-        m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        m_value.Set(value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt);
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        if (IsSet())
+            m_value.Set(std::nullopt);
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
         if (bRead)
-            Base::Store(m_value, variant);
+            StoreKept(TType::Type(), m_value, variant);
         else if (variant.IsValid())
-            m_value = Base::Parsed(variant, lpctName);
+            Base::Read(variant, lpctName, m_value);
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
-    std::optional<Value> m_value;
+    CKept<std::optional<Value>, Value> m_value;
 };
 
 /// An optional attribute with a default or fixed value, which it has where the document says nothing. It is written in
@@ -220,27 +253,33 @@ class CDefaulted : private CValueMember<TType, TRule>
 public:
     using Value = typename Base::Value;
 
-    const Value& Get() const { return m_value ? *m_value : Default(); }
+    const Value& Get() const { return IsSet() ? *m_value.Get() : Default(); }
     /// Whether the value was given; it may still be that of the schema.
-    bool IsSet() const { return m_value.has_value(); }
+    bool IsSet() const { return m_value.IsGiven(); }
 
     /// Sets the value, or goes back to that of the schema.
     /// @throws CQvInvalidValueException for a value that the type refuses; the old one stays.
     void Set(const std::optional<Value>& value, const wchar_t* lpctName)
     {
-        m_value = value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt;
+        m_value.Set(value ? std::optional<Value>(Base::Checked(*value, lpctName)) : std::nullopt);
     }
 
-    void Reset() { m_value.reset(); }
+    void Reset()
+    {
+        if (IsSet())
+            m_value.Set(std::nullopt);
+    }
 
     void Access(bool bRead, QvVariant& variant, const wchar_t* lpctName)
     {
-        if (bRead)
-            StoreValue(TType::Type(), Get(), variant);
+        if (bRead && IsSet())
+            StoreKept(TType::Type(), m_value, variant);
+        else if (bRead)
+            StoreValue(TType::Type(), Default(), variant);
         else if (variant.IsValid())
-            m_value = Base::Parsed(variant, lpctName, false);
+            Base::Read(variant, lpctName, m_value, false);
         else
-            m_value.reset();
+            Reset();
     }
 
 private:
@@ -251,13 +290,10 @@ private:
         return s_default;
     }
 
-    std::optional<Value> m_value;
+    CKept<std::optional<Value>, Value> m_value;
 };
 
 // --- Restriction -----------------------------------------------------------------------------------------------------
-
-/// The text of a value on its way between a member and a document.
-QVXMLLIB_API std::wstring PropertyText(const QvVariant& variant);
 
 /// What a class says of a member that it inherits and whose values it restricts: values that pass through are checked
 /// by the narrower type too.
@@ -311,7 +347,7 @@ protected:
     CObjectMember& operator=(const CObjectMember&) = default;
 
     /// The object, made if there is none.
-    CXmlObjectBase* Require(PfnCreateObject pfnCreate, const wchar_t* lpctName) const;
+    CXmlObjectBase* Require(const SCreator& creator, const wchar_t* lpctName) const;
     void Access(bool bRead, QvVariant& variant);
 
     mutable CSmartPtr<CXmlObjectBase> m_spObject;
@@ -351,17 +387,18 @@ public:
     }
 };
 
-/// A child object that may be absent.
-template <class TClass>
-class COptionalObject : public CObjectMember
+/// An object or null. `TCheck` is called with the object and the name of the property, and throws for one that may not
+/// stand there.
+template <class TClass, class TCheck>
+class CHeldObject : public CObjectMember
 {
 public:
     CSmartPtr<TClass> Get() const { return static_cast<TClass*>(static_cast<CXmlObjectBase*>(m_spObject)); }
 
-    /// @throws CQvInvalidParamException for an object under another element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const { CheckObject(pObject, lpctName, false); }
+    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
+    void Check(const TClass* pObject, const wchar_t* lpctName) const { TCheck()(pObject, lpctName); }
 
-    /// Sets the object, or takes it away with null. Throws as Check does.
+    /// Sets the object, or takes it away with null. @throws what Check throws.
     void Set(TClass* pObject, const wchar_t* lpctName)
     {
         const CSmartPtr<TClass> spObject = pObject;
@@ -372,30 +409,36 @@ public:
     void Access(bool bRead, QvVariant& variant, const wchar_t*) { CObjectMember::Access(bRead, variant); }
 };
 
+struct SOwnNameCheck
+{
+    template <class TClass>
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckObject(pObject, lpctName, false);
+    }
+};
+
+template <class TClass>
+struct SAlternativeCheck
+{
+    void operator()(const TClass* pObject, const wchar_t* lpctName) const
+    {
+        CheckAlternative(pObject, lpctName, TClass::Alternatives());
+    }
+};
+
+/// A child object that may be absent; it stands under its own name only.
+template <class TClass>
+class COptionalObject : public CHeldObject<TClass, SOwnNameCheck>
+{
+};
+
 /// A child object of an abstract or extended type, or an element that others may stand for: any class derived from
 /// `TClass`, under any name that its substitution group allows. It is null as long as none is set, also where one has
 /// to be there before the object is written: only the program knows its class.
 template <class TClass>
-class CPolymorphicObject : public CObjectMember
+class CPolymorphicObject : public CHeldObject<TClass, SAlternativeCheck<TClass>>
 {
-public:
-    CSmartPtr<TClass> Get() const { return static_cast<TClass*>(static_cast<CXmlObjectBase*>(m_spObject)); }
-
-    /// @throws CQvInvalidParamException for an object that may not stand there under its element name.
-    void Check(const TClass* pObject, const wchar_t* lpctName) const
-    {
-        CheckAlternative(pObject, lpctName, TClass::Alternatives());
-    }
-
-    /// Sets the object, or takes it away with null. Throws as Check does.
-    void Set(TClass* pObject, const wchar_t* lpctName)
-    {
-        const CSmartPtr<TClass> spObject = pObject;
-        Check(pObject, lpctName);
-        m_spObject = pObject;
-    }
-
-    void Access(bool bRead, QvVariant& variant, const wchar_t*) { CObjectMember::Access(bRead, variant); }
 };
 
 /// What the members with a collection share: the collection, whatever its class.

@@ -43,7 +43,7 @@ struct SMemberRecord
     const wchar_t* lpctName = nullptr;          ///< null for the text of the element, which is called as that is
     const SRepeatedElement* pElement = nullptr; ///< of a repeated member
     const SWildcard* pWildcard = nullptr;
-    PfnCreateObject pfnCreate = nullptr;                            ///< of an object that has to be there
+    SCreator creator;                                               ///< of an object that has to be there
     CXmlCollectionBase* (*pfnMake)(const SMemberRecord&) = nullptr; ///< of a repeated member
     bool bChoice = false;                                           ///< it excludes the other members of a choice
 

@@ -2,14 +2,17 @@
 
 #include "quiver/collections/Element.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/generated/GeneratedClass.h"
 #include "quiver/metadata/ElementInfoAll.h"
 #include "quiver/metadata/ElementInfoChoice.h"
 #include "quiver/metadata/ElementInfoSeq.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -37,9 +40,21 @@ const CPrimitiveRestrictions& NoFacets()
     throw CQvValidationException(FormatString(L"The required element [%s] has not been set", lpctName));
 }
 
+/// The text of a value whose prefixes are declared on the open element, or inside it.
+/// @param pObject an object of a generated class, as all that have these records.
+std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const CXmlGeneratedClass* pObject,
+                               CXmlWriter& writer, std::wstring& strBuffer)
+{
+    const CPrefixes* const pPrefixes = static_cast<const CGeneratedObject*>(pObject)->FindPrefixes();
+    if (pPrefixes == nullptr)
+        return svText;
+    strBuffer = pPrefixes->Declare(std::wstring(svText), type, writer);
+    return strBuffer;
+}
+
 /// @tparam TRecord the record of a string in one of the families, which reads the text.
 template <class TRecord>
-class CValueRecord final : public TRecord
+class CValueRecord : public TRecord
 {
 public:
     CValueRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bRequired)
@@ -55,6 +70,7 @@ public:
                       CXmlWriter* pWriter) const override
     {
         QvVariant value;
+        value.LetBorrow();
         this->ReadProperty(pObject, value);
         if (!value.IsValid())
         {
@@ -63,8 +79,7 @@ public:
             return false;
         }
         pWriter->StartElement(m_strElement, m_strUri);
-        std::wstring strBuffer;
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        WriteValue(pObject, value, *pWriter);
         pWriter->EndElement();
         return true;
     }
@@ -74,14 +89,119 @@ public:
                         XmlElementType eParentType) override
     {
         if (this->IsThisElement(context, *ppCurrent))
+        {
             Throw_IfNotSimple(context, **ppCurrent);
+            this->StorePrim(pObject, ppCurrent);
+            return true;
+        }
         return TRecord::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
     }
+
+protected:
+    virtual void WriteValue(const CXmlGeneratedClass*, const QvVariant& value, CXmlWriter& writer) const
+    {
+        writer.WriteText(CValueText(value).Get(), value.GetTypeAsEnum());
+    }
+
+    const std::wstring& Name() const { return m_strElement; }
 
 private:
     std::wstring m_strElement;
     std::wstring m_strUri;
     bool m_bRequired;
+};
+
+/// The same for names, whose prefixes mean what they mean at the element.
+template <class TRecord>
+class CNamesRecord final : public CValueRecord<TRecord>
+{
+public:
+    CNamesRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bRequired,
+                 const CSimpleType& type)
+        : CValueRecord<TRecord>(lpctName, lpctNamespace, nMember, bRequired)
+        , m_type(type)
+    {
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace,
+                        XmlElementType eParentType) override
+    {
+        const CXmlElement* const pElement = this->IsThisElement(context, *ppCurrent) ? *ppCurrent : nullptr;
+        const bool bResult = CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent,
+                                                                   lpctParentNamespace, eParentType);
+        if (pElement != nullptr && *ppCurrent != pElement)
+            Note(context, *pObject, *pElement);
+        return bResult;
+    }
+
+private:
+    void Note(const CXmlSerializationContext& context, CXmlGeneratedClass& object, const CXmlElement& element)
+    {
+        QvVariant value;
+        this->ReadProperty(&object, value);
+        if (!value.IsValid())
+            return;
+        std::wstring strText(CValueText(value).Get());
+        if (!static_cast<CGeneratedObject&>(object).Prefixes().Note(strText, m_type, element, context,
+                                                                    this->Name().c_str()))
+            return;
+        value.SetString(strText);
+        this->AccessProperty(&object, false, value);
+    }
+
+    void WriteValue(const CXmlGeneratedClass* pObject, const QvVariant& value, CXmlWriter& writer) const override
+    {
+        const CValueText text(value);
+        std::wstring strDeclared;
+        writer.WriteText(DeclaredText(text.Get(), m_type, pObject, writer, strDeclared), value.GetTypeAsEnum());
+    }
+
+    const CSimpleType& m_type;
+};
+
+template <class TRecord>
+std::unique_ptr<CElementInfo> MakeValueOrNames(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
+                                               bool bRequired, const CSimpleType& type)
+{
+    if (type.HasPrefixes())
+        return std::make_unique<CNamesRecord<TRecord>>(lpctName, lpctNamespace, nMember, bRequired, type);
+    return std::make_unique<CValueRecord<TRecord>>(lpctName, lpctNamespace, nMember, bRequired);
+}
+
+/// The text of an element with names. It is an element record, since the text that a class record names is written as
+/// it is held.
+class CNamesTextRecord final : public CElementInfoSeq
+{
+public:
+    CNamesTextRecord(int nMember, const CSimpleType& type)
+        : CElementInfoSeq(L"", L"", nMember)
+        , m_type(type)
+    {
+    }
+
+    bool ElementToXml(const CXmlSerializationContext&, const CXmlGeneratedClass* pObject,
+                      CXmlWriter* pWriter) const override
+    {
+        QvVariant value;
+        ReadProperty(pObject, value);
+        std::wstring strDeclared;
+        pWriter->WriteText(DeclaredText(value.StringRef(), m_type, pObject, *pWriter, strDeclared), ItemType_string);
+        return true;
+    }
+
+    bool ElementFromXml(const CXmlSerializationContext&, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+                        CXmlElement**, const wchar_t*, XmlElementType) override
+    {
+        QvVariant value;
+        std::wstring strBuffer;
+        value.SetString(pParent->GetText(strBuffer));
+        AccessProperty(pObject, false, value);
+        return true;
+    }
+
+private:
+    const CSimpleType& m_type;
 };
 
 /// The text of mixed content. It stands at the beginning, since text behind a child would become part of the child in a
@@ -111,8 +231,7 @@ public:
                         CXmlElement**, const wchar_t*, XmlElementType) override
     {
         QvVariant value;
-        std::wstring strBuffer;
-        value.SetString(pParent->GetText(strBuffer));
+        CTreeText::Store(*pParent, value);
         this->AccessProperty(pObject, false, value);
         return std::is_same_v<TFamily, CElementInfoSeq>;
     }
@@ -288,6 +407,9 @@ private:
     void Read(CXmlObjectBase* pChild, const CXmlSerializationContext& context, CXmlElement* pParent,
               CXmlElement* pElement) const override
     {
+        m_wildcard.Throw_IfContentIsWrong(*pElement, context);
+        if (IsCheckingOnly())
+            return;
         CElementInfo::FromXml_Int(pChild, pParent, pElement, context, false);
         DropLayout(static_cast<CElement&>(*pChild));
     }
@@ -325,9 +447,10 @@ class CAttributeRecord final : public CAttributeInfoPrimitive
 {
 public:
     CAttributeRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember, bool bOptional,
-                     const wchar_t* lpctDefault)
+                     const wchar_t* lpctDefault, const CSimpleType& type)
         : CAttributeInfoPrimitive(lpctName, lpctNamespace, nMember, bOptional, ItemType_string, nullptr,
                                   CWhitespaceUtils::WhitespaceRule_None, NoFacets(), lpctDefault)
+        , m_pNames(type.HasPrefixes() ? &type : nullptr)
     {
     }
 
@@ -335,17 +458,25 @@ public:
                         CXmlWriter* pWriter) const override
     {
         QvVariant value;
+        value.LetBorrow();
         ReadProperty(pObject, value);
         if (IsUnset(value))
             return;
         if (!value.IsValid())
             throw CQvValidationException(
                 FormatString(L"The required attribute [%s] has not been set", m_strName.c_str()));
-        std::wstring strBuffer;
-        const std::wstring& strText = TextOf(value, nullptr, strBuffer);
-        if (!IsSuppressedDefault(context, strText))
-            pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
+        const CValueText text(value);
+        if (IsSuppressedDefault(context, text.Get()))
+            return;
+        std::wstring strDeclared;
+        pWriter->WriteAttribute(
+            m_strName, m_strNamespace,
+            m_pNames == nullptr ? text.Get() : DeclaredText(text.Get(), *m_pNames, pObject, *pWriter, strDeclared),
+            value.GetTypeAsEnum());
     }
+
+private:
+    const CSimpleType* m_pNames; ///< the type of values with prefixes, null for others
 };
 
 class CAnyAttributeRecord final : public CAttributeInfoAny
@@ -360,7 +491,7 @@ public:
     bool AttributeFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject,
                           CXmlAttribute* pAttribute) override
     {
-        return m_wildcard.Allows(pAttribute->GetNamespaceURI()) &&
+        return m_wildcard.Allows(pAttribute->GetNamespaceURI()) && m_wildcard.Accepts(*pAttribute, context) &&
                CAttributeInfoAny::AttributeFromXml(context, pObject, pAttribute);
     }
 
@@ -371,22 +502,27 @@ private:
 } // namespace
 
 std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const wchar_t* lpctName,
-                                              const wchar_t* lpctNamespace)
+                                              const wchar_t* lpctNamespace, const CSimpleType& type)
 {
     const int n = place.nMember;
     switch (place.eGroup)
     {
     case GroupType_Choice:
-        return std::make_unique<CValueRecord<CElementInfoChoicePrimOpt>>(lpctName, lpctNamespace, n, false);
+        return MakeValueOrNames<CElementInfoChoicePrimOpt>(lpctName, lpctNamespace, n, false, type);
     case GroupType_All:
         if (place.bRequired)
-            return std::make_unique<CValueRecord<CElementInfoAllPrimMnd>>(lpctName, lpctNamespace, n, true);
-        return std::make_unique<CValueRecord<CElementInfoAllPrimOpt>>(lpctName, lpctNamespace, n, false);
+            return MakeValueOrNames<CElementInfoAllPrimMnd>(lpctName, lpctNamespace, n, true, type);
+        return MakeValueOrNames<CElementInfoAllPrimOpt>(lpctName, lpctNamespace, n, false, type);
     default:
         if (place.bRequired)
-            return std::make_unique<CValueRecord<CElementInfoSeqPrimMnd>>(lpctName, lpctNamespace, n, true);
-        return std::make_unique<CValueRecord<CElementInfoSeqPrimOpt>>(lpctName, lpctNamespace, n, false);
+            return MakeValueOrNames<CElementInfoSeqPrimMnd>(lpctName, lpctNamespace, n, true, type);
+        return MakeValueOrNames<CElementInfoSeqPrimOpt>(lpctName, lpctNamespace, n, false, type);
     }
+}
+
+std::unique_ptr<CElementInfo> MakeNamesTextRecord(const SRecordPlace& place, const CSimpleType& type)
+{
+    return std::make_unique<CNamesTextRecord>(place.nMember, type);
 }
 
 std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
@@ -396,8 +532,10 @@ std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)
 
 void Throw_IfNotSimple(const CXmlSerializationContext& context, CXmlElement& element)
 {
+    if (element.GetFirstElement() == nullptr && CAttributesOf(element).IsEmpty())
+        return;
     std::wstring strFault;
-    for (const CXmlAttribute* const pAttribute : element.GetAttributes())
+    for (const CXmlAttribute* const pAttribute : CAttributesOf(element))
     {
         if (!pAttribute->IsNamespaceAttribute() && !context.GetIgnoreUnknownAttributes())
             strFault = FormatString(L"Unexpected Attribute [%s] found.", pAttribute->GetLocalName().c_str());
@@ -425,9 +563,9 @@ std::unique_ptr<CElementInfo> MakeWildcardRecord(const SRecordPlace& place, cons
 }
 
 std::unique_ptr<CAttributeInfo> MakeAttributeRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                                    bool bOptional, const wchar_t* lpctDefault)
+                                                    bool bOptional, const wchar_t* lpctDefault, const CSimpleType& type)
 {
-    return std::make_unique<CAttributeRecord>(lpctName, lpctNamespace, nMember, bOptional, lpctDefault);
+    return std::make_unique<CAttributeRecord>(lpctName, lpctNamespace, nMember, bOptional, lpctDefault, type);
 }
 
 std::unique_ptr<CAttributeInfo> MakeAnyAttributeRecord(int nMember, const SWildcard& wildcard)

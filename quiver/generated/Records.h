@@ -31,7 +31,10 @@ struct SRecordPlace
 /// An element with a simple value. The value travels as text when it is read and as its own kind when it is written;
 /// the member behind it checks it.
 std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const wchar_t* lpctName,
-                                              const wchar_t* lpctNamespace);
+                                              const wchar_t* lpctNamespace, const CSimpleType& type);
+
+/// The text of an element whose values may have prefixes.
+std::unique_ptr<CElementInfo> MakeNamesTextRecord(const SRecordPlace& place, const CSimpleType& type);
 
 /// The text of mixed content.
 std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place);
@@ -48,7 +51,8 @@ std::unique_ptr<CElementInfo> MakeWildcardRecord(const SRecordPlace& place, cons
 
 /// An attribute with a simple value.
 std::unique_ptr<CAttributeInfo> MakeAttributeRecord(const wchar_t* lpctName, const wchar_t* lpctNamespace, int nMember,
-                                                    bool bOptional, const wchar_t* lpctDefault);
+                                                    bool bOptional, const wchar_t* lpctDefault,
+                                                    const CSimpleType& type);
 
 /// All attributes that a wildcard lets through. One that it does not is no attribute of the class.
 std::unique_ptr<CAttributeInfo> MakeAnyAttributeRecord(int nMember, const SWildcard& wildcard);

@@ -1,11 +1,12 @@
 #include "quiver/generated/RepeatedCol.h"
 
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/Records.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -71,12 +72,12 @@ void CValueColBase::ValidateCount(const CXmlSerializationContext& context) const
 
 // --- Objects -----------------------------------------------------------------------------------------
 
-CObjectColBase::CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+CObjectColBase::CObjectColBase(const SRepeatedElement& element, SCreator creator)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
     , CXmlCollection(element.lpctName, element.lpctNamespace, element.nMin, element.nMax)
     , CCollectionCounts(element.nMin, element.nMax)
     , m_element(element)
-    , m_pfnCreate(pfnCreate)
+    , m_creator(creator)
 {
 }
 
@@ -108,11 +109,18 @@ CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCur
 CXmlElement* CObjectColBase::ReadItem(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                       CSmartPtr<CXmlObjectBase>& spItem)
 {
-    if (!DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
+    if (!IsItem(context, *pCurrent))
         return pCurrent;
-    spItem = m_pfnCreate(0, m_element.lpctName);
+    spItem = m_creator(m_element.lpctName);
     CXmlObjectBase::FromXml_Int(spItem, pCurrent, pCurrent->GetFirstElement(), context);
     return pCurrent->GetNextSiblingElement();
+}
+
+/// DoesElementNameMatch with the texts that the collection has in the library's form.
+bool CObjectColBase::IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const
+{
+    return element.GetLocalName() == ElementName().View() &&
+           (context.GetIgnoreNamespaces() || element.GetNamespaceURI() == ItemNamespace().Get());
 }
 
 const wchar_t* CObjectColBase::PrepareItem(const CXmlObjectBase&) const
@@ -127,16 +135,16 @@ void CObjectColBase::CheckItem(const CXmlObjectBase* pItem) const
 
 // --- Groups ------------------------------------------------------------------------------------------
 
-CGroupColBase::CGroupColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate)
+CGroupColBase::CGroupColBase(const SRepeatedElement& element, SCreator creator)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
-    , CObjectColBase(element, pfnCreate)
+    , CObjectColBase(element, creator)
 {
 }
 
 CXmlElement* CGroupColBase::ReadItem(CXmlElement* pParent, CXmlElement* pCurrent,
                                      const CXmlSerializationContext& context, CSmartPtr<CXmlObjectBase>& spItem)
 {
-    const CSmartPtr<CXmlObjectBase> spGroup = Creator()(0, Element().lpctName);
+    const CSmartPtr<CXmlObjectBase> spGroup = Creator()(Element().lpctName);
     CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spGroup, pParent, pCurrent, context);
     if (pNext != pCurrent)
         spItem = spGroup;
@@ -151,11 +159,11 @@ void CGroupColBase::CheckItem(const CXmlObjectBase* pItem) const
 
 // --- Alternatives ------------------------------------------------------------------------------------
 
-CPolymorphicColBase::CPolymorphicColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate,
+CPolymorphicColBase::CPolymorphicColBase(const SRepeatedElement& element, SCreator creator,
                                          const SAlternatives& alternatives)
     : CInstanceMonitor(L"") // never used: the most derived class gives its name
-    , CObjectColBase(element, pfnCreate)
-    , m_place(element.lpctName, element.lpctNamespace, alternatives, pfnCreate)
+    , CObjectColBase(element, creator)
+    , m_place(element.lpctName, element.lpctNamespace, alternatives, creator)
 {
 }
 
@@ -209,8 +217,13 @@ CXmlElement* CAnyCol::FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, c
     {
         const CSmartPtr<CElement> spElement =
             new CElement(pCurrent->GetLocalName().c_str(), pCurrent->GetNamespaceURI().c_str(), L"##any", L"");
-        CXmlElement* const pNext = CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
-        DropLayout(*spElement);
+        CXmlElement* const pNext = pCurrent->GetNextSiblingElement();
+        m_wildcard.Throw_IfContentIsWrong(*pCurrent, context);
+        if (!IsCheckingOnly())
+        {
+            CXmlObjectBase::FromXml_Int(spElement, pParent, pCurrent, context);
+            DropLayout(*spElement);
+        }
         Add(spElement);
         pCurrent = pNext;
     }
@@ -240,7 +253,11 @@ void CValueColBase::Throw_IfNoPlace(int nIndex) const
         throw CQvInvalidParamException(L"Index out of range");
 }
 
-using QvXmlLib9Data::TextOf;
+std::wstring CValueColBase::GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const
+{
+    const std::wstring* const pUri = m_prefixes.Find(lpctPrefix);
+    return pUri != nullptr ? *pUri : std::wstring();
+}
 
 void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const CXmlSerializationContext& context,
                               bool) const
@@ -249,14 +266,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
     const std::wstring strName = m_element.lpctName;
     const std::wstring strNamespace = m_element.lpctNamespace;
     const std::size_t nCount = static_cast<std::size_t>(GetCount());
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant value;
-    std::wstring strBuffer;
+    value.LetBorrow();
     for (std::size_t n = 0; n < nCount; ++n)
     {
         StoreItem(n, value);
         pWriter->StartElement(strName, strNamespace);
-        strBuffer.clear();
-        pWriter->WriteText(TextOf(value, nullptr, strBuffer), value.GetTypeAsEnum());
+        const QvXmlLib9Data::CValueText text(value);
+        std::wstring strDeclared;
+        if (bPrefixes)
+            strDeclared = m_prefixes.Declare(std::wstring(text.Get()), GetType(), *pWriter);
+        pWriter->WriteText(bPrefixes ? std::wstring_view(strDeclared) : text.Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
 }
@@ -264,12 +285,18 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
 CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                                         bool)
 {
+    const bool bPrefixes = GetType().HasPrefixes();
     QvVariant text;
-    std::wstring strBuffer;
     while (pCurrent != nullptr && DoesElementNameMatch(context, pCurrent, m_element.lpctName, m_element.lpctNamespace))
     {
         Throw_IfNotSimple(context, *pCurrent);
-        text.SetString(pCurrent->GetText(strBuffer));
+        QvXmlLib9Data::CTreeText::Store(*pCurrent, text);
+        if (bPrefixes)
+        {
+            std::wstring strText(QvXmlLib9Data::CValueText(text).Get());
+            m_prefixes.Note(strText, GetType(), *pCurrent, context, Name());
+            text.SetString(std::move(strText));
+        }
         AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }

@@ -8,6 +8,7 @@
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/Alternatives.h"
 #include "quiver/generated/Member.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/generated/Value.h"
 #include "quiver/generated/Wildcard.h"
 
@@ -74,7 +75,7 @@ public:
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
 protected:
-    CObjectColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
+    CObjectColBase(const SRepeatedElement& element, SCreator creator);
     ~CObjectColBase() override;
 
     void ToXml_Int(CXmlWriter* pWriter, bool bIsRoot, const wchar_t* lpctNamespaceUri,
@@ -96,11 +97,13 @@ protected:
     virtual void CheckItem(const CXmlObjectBase* pItem) const;
 
     const SRepeatedElement& Element() const { return m_element; }
-    PfnCreateObject Creator() const { return m_pfnCreate; }
+    SCreator Creator() const { return m_creator; }
 
 private:
+    bool IsItem(const CXmlSerializationContext& context, const CXmlElement& element) const;
+
     SRepeatedElement m_element;
-    PfnCreateObject m_pfnCreate;
+    SCreator m_creator;
 };
 
 /// The typed interface of a collection of objects.
@@ -163,7 +166,7 @@ public:
 class QVXMLLIB_API CGroupColBase : public CObjectColBase
 {
 protected:
-    CGroupColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate);
+    CGroupColBase(const SRepeatedElement& element, SCreator creator);
 
     CXmlElement* ReadItem(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                           CSmartPtr<CXmlObjectBase>& spItem) override;
@@ -189,7 +192,7 @@ public:
 class QVXMLLIB_API CPolymorphicColBase : public CObjectColBase
 {
 protected:
-    CPolymorphicColBase(const SRepeatedElement& element, PfnCreateObject pfnCreate, const SAlternatives& alternatives);
+    CPolymorphicColBase(const SRepeatedElement& element, SCreator creator, const SAlternatives& alternatives);
 
     CXmlElement* ReadItem(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                           CSmartPtr<CXmlObjectBase>& spItem) override;
@@ -269,6 +272,10 @@ public:
     void ValidateCount(const CXmlSerializationContext& context) const override;
     bool IsValidCount(const CXmlSerializationContext& context) const override;
 
+    /// See CGeneratedObject::DeclarePrefix.
+    void DeclarePrefix(const wchar_t* lpctPrefix, const wchar_t* lpctUri) { m_prefixes.Set(lpctPrefix, lpctUri); }
+    std::wstring GetNamespaceOfPrefix(const wchar_t* lpctPrefix) const;
+
 protected:
     explicit CValueColBase(const SRepeatedElement& element);
     ~CValueColBase() override;
@@ -278,6 +285,7 @@ protected:
     CXmlElement* FromXml_Int(CXmlElement* pParent, CXmlElement* pCurrent, const CXmlSerializationContext& context,
                              bool bOptionalChoice) override;
 
+    virtual const CSimpleType& GetType() const = 0;
     /// Adds what a document's text stands for.
     virtual void AddText(QvVariant& text) = 0;
     virtual void StoreItem(std::size_t nIndex, QvVariant& value) const = 0;
@@ -287,6 +295,7 @@ protected:
 
 private:
     SRepeatedElement m_element;
+    CPrefixes m_prefixes;
 };
 
 /// Repeated elements with values of a simple type.
@@ -360,6 +369,7 @@ public:
     auto end() const { return m_values.end(); }
 
 protected:
+    const CSimpleType& GetType() const override { return TType::Type(); }
     void AddText(QvVariant& text) override { Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name())); }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override

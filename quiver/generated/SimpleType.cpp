@@ -17,11 +17,6 @@ namespace QvXmlLib9
 namespace
 {
 
-bool IsDateForm(CSimpleType::EForm eForm)
-{
-    return eForm >= CSimpleType::Form_DateTime && eForm <= CSimpleType::Form_Month;
-}
-
 bool IsDecimalForm(CSimpleType::EForm eForm)
 {
     return eForm == CSimpleType::Form_Integer || eForm == CSimpleType::Form_Decimal;
@@ -153,6 +148,18 @@ const wchar_t* CSimpleType::GetValueText(std::size_t nIndex) const
     return m_ppValues[nIndex];
 }
 
+bool CSimpleType::HasPrefixes() const
+{
+    if (m_nValues > 0)
+        return false;
+    if (m_eForm == Form_List)
+        return GetItem().HasPrefixes();
+    bool bPrefixes = m_eForm == Form_QName;
+    for (std::size_t n = 0; n < m_nMembers && !bPrefixes; ++n)
+        bPrefixes = GetMember(n).HasPrefixes();
+    return bPrefixes;
+}
+
 int CSimpleType::FindValue(const std::wstring& strText) const
 {
     for (std::size_t n = 0; n < m_nValues; ++n)
@@ -184,14 +191,58 @@ bool CSimpleType::IsSameValue(const std::wstring& strText, const wchar_t* lpctOt
 /// The type of a union that a value has: the first that takes it, null for none.
 const CSimpleType* CSimpleType::FindMember(const std::wstring& strText) const
 {
-    const PfnSimpleType* const pEnd = m_pMembers + m_nMembers;
-    const PfnSimpleType* const pFound = std::find_if(m_pMembers, pEnd,
-                                                     [&strText](PfnSimpleType pfnMember)
-                                                     {
-                                                         const CSimpleType& member = pfnMember();
-                                                         return member.IsValid(member.Normalize(strText));
-                                                     });
-    return pFound == pEnd ? nullptr : &(*pFound)();
+    for (std::size_t n = 0; n < m_nMembers; ++n)
+    {
+        const CSimpleType& member = GetMember(n);
+        if (member.IsValid(member.Normalize(strText)))
+            return &member;
+    }
+    return nullptr;
+}
+
+bool CSimpleType::IsNormalized(std::string_view svUtf8) const
+{
+    if (m_eWhiteSpace == CWhitespaceUtils::WhitespaceRule_None)
+        return true;
+    const auto IsLineOrTab = [](char c)
+    {
+        return c == '\t' || c == '\n' || c == '\r';
+    };
+    if (std::any_of(svUtf8.begin(), svUtf8.end(), IsLineOrTab))
+        return false;
+    return m_eWhiteSpace != CWhitespaceUtils::WhitespaceRule_Collapse || svUtf8.empty() ||
+           (svUtf8.front() != ' ' && svUtf8.back() != ' ' && svUtf8.find("  ") == std::string_view::npos);
+}
+
+int CSimpleType::FindUtf8Value(std::string_view svUtf8) const
+{
+    if (m_eForm != Form_Text || m_lpctPattern != nullptr || !HasNoLengths() || HasBounds() || !IsNormalized(svUtf8))
+        return -1;
+    const auto IsSame = [svUtf8](std::wstring_view svValue)
+    {
+        // Texts beyond ASCII never compare equal here, and take the longer look.
+        return svValue.size() == svUtf8.size() &&
+               std::equal(svUtf8.begin(), svUtf8.end(), svValue.begin(),
+                          [](char c, wchar_t cValue)
+                          { return static_cast<unsigned char>(c) < 0x80 && static_cast<wchar_t>(c) == cValue; });
+    };
+    const wchar_t* const* const ppEnd = m_ppValues + m_nValues;
+    const wchar_t* const* const ppFound = std::find_if(m_ppValues, ppEnd, IsSame);
+    return ppFound == ppEnd ? -1 : static_cast<int>(ppFound - m_ppValues);
+}
+
+bool CSimpleType::TakesUtf8(std::string_view svUtf8) const
+{
+    if (m_eForm != Form_Text || m_nValues > 0 || !HasNoDigits() || HasBounds() || !IsNormalized(svUtf8))
+        return false;
+    if (m_nMinLength >= 0 || m_nMaxLength >= 0)
+    {
+        const auto nLength = std::count_if(svUtf8.begin(), svUtf8.end(),
+                                           [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+        if (nLength < m_nMinLength || (m_nMaxLength >= 0 && nLength > m_nMaxLength))
+            return false;
+    }
+    return m_lpctPattern == nullptr || PatternMatch(m_lpctPattern, svUtf8);
 }
 
 std::wstring CSimpleType::Normalize(std::wstring strText) const

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -88,12 +89,29 @@ public:
         return type;
     }
 
+    /// The same for a type that is no constant. It has to stay where it is.
+    static CSimpleType ListOf(const CSimpleType& item)
+    {
+        CSimpleType type = ListOf(nullptr);
+        type.m_pItem = &item;
+        return type;
+    }
+
     /// A value of one of several types, which are tried in order. White space belongs to them.
     template <std::size_t nCount>
     static constexpr CSimpleType UnionOf(const PfnSimpleType (&members)[nCount])
     {
         CSimpleType type(L"a union", Form_Union, ItemType_string, CWhitespaceUtils::WhitespaceRule_None);
         type.m_pMembers = members;
+        type.m_nMembers = nCount;
+        return type;
+    }
+
+    /// The same for types that are no constants. They have to stay where they are, and so does the list of them.
+    static CSimpleType UnionOf(const CSimpleType* const* ppMembers, std::size_t nCount)
+    {
+        CSimpleType type(L"a union", Form_Union, ItemType_string, CWhitespaceUtils::WhitespaceRule_None);
+        type.m_ppMembers = ppMembers;
         type.m_nMembers = nCount;
         return type;
     }
@@ -139,8 +157,12 @@ public:
     template <std::size_t nCount>
     constexpr CSimpleType Values(const wchar_t* const (&values)[nCount]) const
     {
+        return Values(values, nCount);
+    }
+    constexpr CSimpleType Values(const wchar_t* const* ppValues, std::size_t nCount) const
+    {
         CSimpleType type = *this;
-        type.m_ppValues = values;
+        type.m_ppValues = ppValues;
         type.m_nValues = nCount;
         return type;
     }
@@ -150,17 +172,42 @@ public:
     /// The kind that a value has on its way to a writer; ItemType_string for what the runtime has no kind for.
     ItemType GetItemType() const { return m_eItemType; }
     /// Type of a list's items.
-    const CSimpleType& GetItem() const { return m_pfnItem(); }
+    const CSimpleType& GetItem() const { return m_pItem != nullptr ? *m_pItem : m_pfnItem(); }
 
     /// Text of an enumerator.
     /// @param nIndex its place, from 0.
     /// @throws CQvInvalidParamException if there is no such value.
     const wchar_t* GetValueText(std::size_t nIndex) const;
 
+    /// Whether values are names with prefixes, or may be, which take declarations to be understood. Those of an
+    /// enumeration are told by their texts.
+    bool HasPrefixes() const;
+
     /// Place of a value in the enumeration.
     /// @param strText the value, normalised.
     /// @return -1 if it is none of them.
     int FindValue(const std::wstring& strText) const;
+
+    /// FindValue for the text of a document whose white space is not treated yet, in UTF-8.
+    /// @return -1 for none, and where it takes a longer look.
+    int FindUtf8Value(std::string_view svUtf8) const;
+
+    /// Whether a text in UTF-8 is a string of this type as it stands: white space is as Normalize leaves it, and Check
+    /// would pass.
+    /// @return false for none, and where it takes a longer look.
+    bool TakesUtf8(std::string_view svUtf8) const;
+
+    /// Whether a value of the type is right if it lies within the bounds and has the lexical form.
+    bool HasBoundsAtMost() const { return m_lpctPattern == nullptr && m_nValues == 0 && HasNoLengths(); }
+
+    /// @name Bounds as they are written, null for none
+    /// @{
+    const wchar_t* GetMinInclusive() const { return m_lpctMinInclusive; }
+    const wchar_t* GetMaxInclusive() const { return m_lpctMaxInclusive; }
+    const wchar_t* GetMinExclusive() const { return m_lpctMinExclusive; }
+    const wchar_t* GetMaxExclusive() const { return m_lpctMaxExclusive; }
+    bool HasBounds() const;
+    /// @}
 
     /// Treats white space as the type says (XML Schema Part 2, 4.3.6).
     std::wstring Normalize(std::wstring strText) const;
@@ -178,21 +225,33 @@ public:
     /// Whether Check passes.
     bool IsValid(const std::wstring& strText) const;
 
+    /// Whether two texts that Check passes stand for the same value.
+    bool IsSame(const std::wstring& strText, const wchar_t* lpctOther) const { return IsSameValue(strText, lpctOther); }
+
 private:
+    /// A type of a union.
+    const CSimpleType& GetMember(std::size_t n) const
+    {
+        return m_ppMembers != nullptr ? *m_ppMembers[n] : m_pMembers[n]();
+    }
     bool IsSameValue(const std::wstring& strText, const wchar_t* lpctOther) const;
     const CSimpleType* FindMember(const std::wstring& strText) const;
     std::wstring FindFault(const std::wstring& strText) const;
     std::wstring FindLengthFault(const std::wstring& strText) const;
     std::wstring FindDigitsFault(const std::wstring& strText) const;
     std::wstring FindBoundsFault(const std::wstring& strText) const;
-    bool HasBounds() const;
+    bool IsNormalized(std::string_view svUtf8) const;
+    bool HasNoDigits() const { return m_nTotalDigits < 0 && m_nFractionDigits < 0; }
+    bool HasNoLengths() const { return m_nMinLength < 0 && m_nMaxLength < 0 && HasNoDigits(); }
 
     const wchar_t* m_lpctName;
     EForm m_eForm;
     ItemType m_eItemType;
     CWhitespaceUtils::WhitespaceRule m_eWhiteSpace;
     PfnSimpleType m_pfnItem = nullptr;
+    const CSimpleType* m_pItem = nullptr;
     const PfnSimpleType* m_pMembers = nullptr;
+    const CSimpleType* const* m_ppMembers = nullptr;
     std::size_t m_nMembers = 0;
     const wchar_t* const* m_ppValues = nullptr;
     std::size_t m_nValues = 0;

@@ -5,6 +5,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/generated/LexicalForm.h"
 #include "quiver/values/Conversions.h"
+#include "quiver/values/RealWriter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -58,10 +59,9 @@ bool Fits(const std::wstring& strText)
 }
 
 /// CDateTime holds years of four digits, and the sign of a zone at its hours alone.
-bool IsDateThatFits(CSimpleType::EForm eForm, const std::wstring& strText)
+bool ReadFittingDate(CSimpleType::EForm eForm, std::wstring_view text, SDateFields& fields)
 {
-    SDateFields fields;
-    return ReadDateFields(eForm, strText, fields) && std::abs(fields.nYear) <= 9999 &&
+    return ReadDateFields(eForm, text, fields) && std::abs(fields.nYear) <= 9999 &&
            (fields.nZoneMinutes >= 0 || fields.nZoneMinutes <= -60);
 }
 
@@ -104,6 +104,15 @@ void SetZone(std::wstring_view text, int nMinutes, CDateTime& value)
         value.SetTimeZone(static_cast<short>(nMinutes / 60), static_cast<unsigned char>(std::abs(nMinutes) % 60));
 }
 
+/// @param text what the fields were read from.
+CDateTime MakeZonedDate(CSimpleType::EForm eForm, std::wstring_view text, const SDateFields& fields)
+{
+    CDateTime value = MakeDate(eForm, fields);
+    if (fields.bZone)
+        SetZone(text, fields.nZoneMinutes, value);
+    return value;
+}
+
 bool IsDurationThatFits(const std::wstring& strText)
 {
     SDurationFields fields;
@@ -112,14 +121,19 @@ bool IsDurationThatFits(const std::wstring& strText)
            fields.nMonths <= nMost && fields.nDays <= nMost && fields.nHours <= nMost;
 }
 
-template <class TNumber>
+/// The first of the formats that gives the number back, the last one in any case.
+template <class TNumber, std::size_t nFormats>
 std::wstring ShortestText(TNumber value, std::wstring (*pfnToString)(TNumber, const wchar_t*),
-                          const wchar_t* lpctExactFormat,
+                          const wchar_t* const (&formats)[nFormats],
                           TNumber (*pfnFromString)(const std::wstring&, CWhitespaceUtils::WhitespaceRule))
 {
-    std::wstring strText = pfnToString(value, nullptr);
-    if (std::isfinite(value) && pfnFromString(strText, s_eNoRule) != value)
-        strText = pfnToString(value, lpctExactFormat);
+    std::wstring strText;
+    for (const wchar_t* const lpctFormat : formats)
+    {
+        strText = pfnToString(value, lpctFormat);
+        if (!std::isfinite(value) || pfnFromString(strText, s_eNoRule) == value)
+            break;
+    }
     return strText;
 }
 
@@ -133,10 +147,22 @@ bool PrintsExactly(TNumber value, std::wstring (*pfnToString)(TNumber, const wch
 
 } // namespace
 
+bool ReadDate(const CSimpleType& type, std::wstring_view text, CDateTime& value)
+{
+    SDateFields fields;
+    if (!IsDateForm(type.GetForm()) || !HasForm(type.GetForm(), text) || !ReadFittingDate(type.GetForm(), text, fields))
+        return false;
+    value = MakeZonedDate(type.GetForm(), text, fields);
+    return true;
+}
+
 bool IsInValueSpace(const CSimpleType& type, const std::wstring& strText)
 {
-    if (type.GetForm() >= CSimpleType::Form_DateTime && type.GetForm() <= CSimpleType::Form_Month)
-        return IsDateThatFits(type.GetForm(), strText);
+    if (IsDateForm(type.GetForm()))
+    {
+        SDateFields fields;
+        return ReadFittingDate(type.GetForm(), strText, fields);
+    }
     if (type.GetForm() == CSimpleType::Form_Duration)
         return IsDurationThatFits(strText);
     switch (type.GetItemType())
@@ -238,9 +264,7 @@ void ParseValue(const CSimpleType& type, const std::wstring& strText, CDateTime&
 {
     SDateFields fields;
     ReadDateFields(type.GetForm(), strText, fields);
-    value = MakeDate(type.GetForm(), fields);
-    if (fields.bZone)
-        SetZone(strText, fields.nZoneMinutes, value);
+    value = MakeZonedDate(type.GetForm(), strText, fields);
 }
 
 void ParseValue(const CSimpleType&, const std::wstring& strText, CDateTimeSpan& value)
@@ -324,12 +348,14 @@ std::wstring ValueText(const CSimpleType&, unsigned long long value)
 
 std::wstring ValueText(const CSimpleType&, float value)
 {
-    return ShortestText(value, &CConversions::r4ToString, L"%.9g", &CConversions::r4FromString);
+    static constexpr const wchar_t* s_formats[] = {nullptr, L"%.8g", L"%.9g"};
+    return ShortestText(value, &CConversions::r4ToString, s_formats, &CConversions::r4FromString);
 }
 
 std::wstring ValueText(const CSimpleType&, double value)
 {
-    return ShortestText(value, &CConversions::r8ToString, L"%.17g", &CConversions::r8FromString);
+    static constexpr const wchar_t* s_formats[] = {nullptr, L"%.17g"};
+    return ShortestText(value, &CConversions::r8ToString, s_formats, &CConversions::r8FromString);
 }
 
 std::wstring ValueText(const CSimpleType&, const CDecimal& value)
@@ -376,7 +402,7 @@ void AppendListItem(std::wstring& strText, const std::wstring& strItem)
 
 void StoreValue(const CSimpleType&, const std::wstring& value, QvVariant& variant)
 {
-    variant.SetString(value);
+    variant.SetStringRef(value);
 }
 
 void StoreValue(const CSimpleType&, bool value, QvVariant& variant)
@@ -434,7 +460,7 @@ void StoreValue(const CSimpleType& type, float value, QvVariant& variant)
 
 void StoreValue(const CSimpleType& type, double value, QvVariant& variant)
 {
-    if (PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
+    if (IsShortR8(value) || PrintsExactly(value, &CConversions::r8ToString, &CConversions::r8FromString))
         variant.SetR8(value);
     else
         variant.SetString(ValueText(type, value));

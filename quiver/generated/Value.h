@@ -154,6 +154,9 @@ std::wstring ValueText(const CSimpleType& type, const std::vector<TItem>& value)
 /// 30th of February.
 bool IsInValueSpace(const CSimpleType& type, const std::wstring& strText);
 
+/// The value of a text in one of the forms of dates and times; false where IsInValueSpace is, or the form is another.
+bool ReadDate(const CSimpleType& type, std::wstring_view text, CDateTime& value);
+
 /// Reads a text as a document has it: treats its white space, checks it, converts it.
 /// @tparam TType the struct of the type: xs::Int, or a generated one.
 /// @param lpctName name of the element or attribute, for the message.

@@ -2,11 +2,12 @@
 
 #include "quiver/collections/Attribute.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlAttribute.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/UnitText.h"
 #include "quiver/output/XmlWriter.h"
@@ -104,15 +105,15 @@ void CAttributeInfoPrimitive::AttributeToXml(const CXmlSerializationContext& con
                                              CXmlWriter* pWriter) const
 {
     QvVariant value;
+    value.LetBorrow();
     ReadProperty(pObject, value);
     if (IsUnset(value))
         return;
-    std::wstring strBuffer;
-    const std::wstring& strText = TextOf(value, m_pszFormat, strBuffer);
-    if (IsSuppressedDefault(context, strText))
+    const CValueText text(value, m_pszFormat);
+    if (IsSuppressedDefault(context, text.Get()))
         return;
     QvXmlLib9::CheckRestriction(m_strName.c_str(), value, m_eItemType, m_restrictions);
-    pWriter->WriteAttribute(m_strName, m_strNamespace, strText, value.GetTypeAsEnum());
+    pWriter->WriteAttribute(m_strName, m_strNamespace, text.Get(), value.GetTypeAsEnum());
 }
 
 bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext&, CXmlGeneratedClass* pObject,
@@ -121,8 +122,13 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext&, 
     if (pAttribute->GetLocalName() != m_strName || pAttribute->GetNamespaceURI() != m_strNamespace)
         return false;
     QvVariant value;
-    std::wstring strBuffer;
-    value.FromString(pAttribute->GetValue(strBuffer), m_eItemType, m_eWhitespaceRule);
+    if (m_eItemType == ItemType_string && m_eWhitespaceRule == CWhitespaceUtils::WhitespaceRule_None)
+        CTreeText::Store(*pAttribute, value);
+    else
+    {
+        std::wstring strBuffer;
+        value.FromString(pAttribute->GetValue(strBuffer), m_eItemType, m_eWhitespaceRule);
+    }
     AccessProperty(pObject, false, value);
     return true;
 }

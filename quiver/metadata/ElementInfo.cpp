@@ -3,12 +3,13 @@
 #include "quiver/collections/Element.h"
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/core/XmlGeneratedClass.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/metadata/TreeText.h"
 #include "quiver/metadata/ValueText.h"
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
@@ -144,13 +145,13 @@ bool CElementInfo::ElementToXmlPrim(const CXmlSerializationContext&, const CXmlG
                                     CXmlWriter* pWriter) const
 {
     QvVariant value;
+    value.LetBorrow();
     ReadProperty(pObject, value);
     if (!value.IsValid())
         return false;
     CheckRestriction(value);
     pWriter->StartElement(m_strName, m_strNamespace);
-    std::wstring strBuffer;
-    pWriter->WriteText(TextOf(value, m_pszFormat, strBuffer), value.GetTypeAsEnum());
+    pWriter->WriteText(CValueText(value, m_pszFormat).Get(), value.GetTypeAsEnum());
     pWriter->EndElement();
     return true;
 }
@@ -260,8 +261,13 @@ CXmlCollectionBase* CElementInfo::CollectionIn(const QvVariant& value) const
 void CElementInfo::StorePrim(CXmlGeneratedClass* pObject, CXmlElement** ppCurrent)
 {
     QvVariant value;
-    std::wstring strBuffer;
-    value.FromString((*ppCurrent)->GetText(strBuffer), m_eItemType, m_eWhitespaceRule);
+    if (m_eItemType == ItemType_string && m_eWhitespaceRule == CWhitespaceUtils::WhitespaceRule_None)
+        CTreeText::Store(**ppCurrent, value);
+    else
+    {
+        std::wstring strBuffer;
+        value.FromString((*ppCurrent)->GetText(strBuffer), m_eItemType, m_eWhitespaceRule);
+    }
     AccessProperty(pObject, false, value);
     Consume(ppCurrent);
 }

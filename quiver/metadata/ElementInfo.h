@@ -113,6 +113,10 @@ public:
     bool GetFromXmlFailIfAttributeUnknown() const { return m_bFromXmlFailIfAttributeUnknown; }
     bool GetHasBaseClasses() const { return m_bHasBaseClasses; }
 
+    /// Says that no record of the class asks for the namespace of the object that it reads for.
+    void IgnoreParentNamespace() { m_bIgnoresParentNamespace = true; }
+    bool IgnoresParentNamespace() const { return m_bIgnoresParentNamespace; }
+
 private:
     friend class QvXmlLib9::CXmlGeneratedClass;
 
@@ -145,6 +149,7 @@ private:
     int m_nElementTextPropertyIndex;
     bool m_bFromXmlFailIfAttributeUnknown;
     bool m_bHasBaseClasses;
+    bool m_bIgnoresParentNamespace = false;
 };
 
 /// Describes one child element of a generated class: how it is stored, read and written. Base of the three families

@@ -1,8 +1,8 @@
 #include "quiver/metadata/ElementInfoAll.h"
 
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Product.h"
 #include "quiver/values/QvVariant.h"

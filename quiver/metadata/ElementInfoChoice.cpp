@@ -1,8 +1,8 @@
 #include "quiver/metadata/ElementInfoChoice.h"
 
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 

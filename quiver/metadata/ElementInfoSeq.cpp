@@ -1,9 +1,9 @@
 #include "quiver/metadata/ElementInfoSeq.h"
 
 #include "quiver/collections/XmlCollection.h"
-#include "quiver/core/ReadBudget.h"
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/ReadBudget.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/document/XmlSerializationContext.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/QvVariant.h"
 

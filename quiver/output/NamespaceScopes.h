@@ -39,6 +39,9 @@ public:
     bool IsUnbinding(std::size_t nBinding) const { return m_bindings[nBinding].bUnbinds; }
     const std::wstring& GetNamespace(std::size_t nBinding) const { return m_bindings[nBinding].strNamespace; }
 
+    /// Whether a binding in force has the prefix.
+    bool IsPrefixBound(std::wstring_view svPrefix) const;
+
     /// The first of the prefixes AA, AB, ..., AZ, BA, ... that no binding in force has.
     std::wstring GeneratePrefix();
 
@@ -70,7 +73,6 @@ private:
     };
 
     std::size_t FindHashed(std::wstring_view svNamespace, std::size_t nHash) const;
-    bool IsPrefixBound(std::wstring_view svPrefix) const;
     void Link(std::uint32_t nBinding);
     void Unlink(std::uint32_t nBinding);
     void GrowBuckets();

@@ -122,8 +122,11 @@ void CStringBuffer::AppendOverBlocks(std::wstring_view svUnits)
 void CStringBuffer::AddBlock()
 {
     QV_ASSERT_MSG(m_pNext == m_pEnd, "m_LastBlock_SizeOf == m_LastBlock_DataIn");
-    if (m_pLastBlock != nullptr)
-        PackLastBlock();
+    // What did not go into the packed block begins the next one.
+    wchar_t cKept = 0;
+    const bool bKept = m_pLastBlock != nullptr && !PackLastBlock();
+    if (bKept)
+        cKept = m_pEnd[-1];
     if (m_pLastBlock == nullptr || static_cast<std::size_t>(m_pEnd - m_pLastBlock.get()) != m_nBlockSize)
     {
         m_pNext = m_pEnd = nullptr;
@@ -132,53 +135,97 @@ void CStringBuffer::AddBlock()
     }
     m_pNext = m_pLastBlock.get();
     m_pEnd = m_pNext + m_nBlockSize;
+    if (bKept)
+        *m_pNext++ = cKept;
 }
 
-void CStringBuffer::PackLastBlock()
+/// Packs the last block.
+/// @return false if its last unit did not go with the others.
+bool CStringBuffer::PackLastBlock()
+{
+    const std::size_t nUnits = GetLastBlockDataIn();
+    SPackedBlock block{nullptr, 0, nUnits, SPiece::Form_Ascii};
+    if (!PackAscii(block) && !(m_bUtf8 && PackUtf8(block)))
+        PackUnits(block);
+    const std::size_t nPacked = block.nUnits;
+    m_packed.push_back(std::move(block));
+    m_nPackedUnits += nPacked;
+    m_pNext = m_pLastBlock.get();
+    return nPacked == nUnits;
+}
+
+bool CStringBuffer::PackAscii(SPackedBlock& block) const
 {
     const wchar_t* const pUnits = m_pLastBlock.get();
-    const std::size_t nUnits = GetLastBlockDataIn();
-    std::uint32_t nAll = 0;
-    for (std::size_t n = 0; n < nUnits; ++n)
-        nAll |= static_cast<std::uint32_t>(pUnits[n]);
-
-    SPackedBlock block{nullptr, nUnits, nAll < 0x80};
-    block.pBytes.reset(new unsigned char[block.bAscii ? nUnits : nUnits * 2]);
+    block.nBytes = block.nUnits;
+    block.pBytes.reset(new unsigned char[block.nBytes]);
     unsigned char* const pBytes = block.pBytes.get();
-    if (block.bAscii)
+    // Nearly every block passes, so it is narrowed while it is looked at.
+    std::uint32_t nAll = 0;
+    for (std::size_t n = 0; n < block.nUnits; ++n)
     {
-        for (std::size_t n = 0; n < nUnits; ++n)
-            pBytes[n] = static_cast<unsigned char>(pUnits[n]);
+        nAll |= static_cast<std::uint32_t>(pUnits[n]);
+        pBytes[n] = static_cast<unsigned char>(pUnits[n]);
     }
-    else
+    return nAll < 0x80;
+}
+
+/// False for a text that has no UTF-8 form.
+bool CStringBuffer::PackUtf8(SPackedBlock& block) const
+{
+    std::wstring_view svUnits(m_pLastBlock.get(), block.nUnits);
+    // The other half of a pair is still to come.
+    if (svUnits.size() > 1 && m_nBlockSize > 1 && (svUnits.back() & 0xFC00) == 0xD800)
+        svUnits.remove_suffix(1);
+    constexpr std::size_t nMostBytesOfAUnit = 3;
+    const std::unique_ptr<unsigned char[]> pRoom(new unsigned char[svUnits.size() * nMostBytesOfAUnit]);
+    bool bWhole = false;
+    const std::size_t nBytes = WriteUtf8(svUnits, pRoom.get(), bWhole);
+    if (!bWhole)
+        return false;
+    block = {nullptr, nBytes, svUnits.size(), SPiece::Form_Utf8};
+    block.pBytes.reset(new unsigned char[nBytes]);
+    std::memcpy(block.pBytes.get(), pRoom.get(), nBytes);
+    return true;
+}
+
+void CStringBuffer::PackUnits(SPackedBlock& block) const
+{
+    const wchar_t* const pUnits = m_pLastBlock.get();
+    block = {nullptr, block.nUnits * 2, block.nUnits, SPiece::Form_Units};
+    block.pBytes.reset(new unsigned char[block.nBytes]);
+    for (std::size_t n = 0; n < block.nUnits; ++n)
     {
-        for (std::size_t n = 0; n < nUnits; ++n)
-        {
-            const auto nUnit = static_cast<std::uint16_t>(pUnits[n]);
-            std::memcpy(pBytes + n * 2, &nUnit, sizeof(nUnit));
-        }
+        const auto nUnit = static_cast<std::uint16_t>(pUnits[n]);
+        std::memcpy(block.pBytes.get() + n * 2, &nUnit, sizeof(nUnit));
     }
-    m_packed.push_back(std::move(block));
-    m_nPackedUnits += nUnits;
-    m_pNext = m_pLastBlock.get();
 }
 
 void CStringBuffer::Unpack(const SPackedBlock& block, wchar_t* pOut)
 {
     const unsigned char* const pBytes = block.pBytes.get();
-    if (block.bAscii)
+    switch (block.eForm)
     {
+    case SPiece::Form_Ascii:
         for (std::size_t n = 0; n < block.nUnits; ++n)
             pOut[n] = static_cast<wchar_t>(pBytes[n]);
-    }
-    else
+        break;
+    case SPiece::Form_Utf8:
     {
+        std::wstring strWide;
+        AppendUtf8AsUtf16(strWide, {reinterpret_cast<const char*>(pBytes), block.nBytes});
+        QV_ASSERT(strWide.size() == block.nUnits);
+        std::copy(strWide.begin(), strWide.end(), pOut);
+        break;
+    }
+    case SPiece::Form_Units:
         for (std::size_t n = 0; n < block.nUnits; ++n)
         {
             std::uint16_t nUnit = 0;
             std::memcpy(&nUnit, pBytes + n * 2, sizeof(nUnit));
             pOut[n] = static_cast<wchar_t>(nUnit);
         }
+        break;
     }
 }
 

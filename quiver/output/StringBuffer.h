@@ -1,9 +1,11 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
+#include "quiver/output/ShortUnits.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <cwchar>
 #include <memory>
 #include <string>
@@ -22,9 +24,9 @@ namespace QvXmlLib9
 ///     buffer.GetData(); // L"a=1"
 ///
 /// The buffer holds UTF-16 code units only: a whole code point above 0xFFFF is stored as its surrogate pair. Blocks
-/// that are full are kept in one or two bytes a unit, so that a large document takes no more memory than its bytes
+/// that are full are kept in one or two bytes a unit, or as UTF-8, so that a large document takes no more memory than its bytes
 /// will. An object is used by one thread at a time.
-class QVXMLLIB_API CStringBuffer : public CInstanceMonitor
+class CStringBuffer : public CInstanceMonitor
 {
 public:
     /// An empty buffer with blocks of 4095 units.
@@ -47,23 +49,44 @@ public:
     /// All the text as a string of its own. Costs one copy, where `GetData` would join the blocks first.
     std::wstring GetString() const;
 
-    /// The text piece by piece, in order, without joining anything: `visit(std::string_view)` for a piece of ASCII,
-    /// `visit(std::wstring_view)` for any other; the views are good during the call. A surrogate pair may lie across
-    /// the border of two pieces.
+    /// A piece of the text, in the form that the buffer holds it in.
+    struct SPiece
+    {
+        enum EForm
+        {
+            /// ASCII: the same as UTF-8, and one byte a unit.
+            Form_Ascii,
+            /// Well-formed UTF-8 that begins and ends between two characters.
+            Form_Utf8,
+            /// The units.
+            Form_Units
+        };
+        EForm eForm;
+        /// What the first two forms have.
+        std::string_view svBytes;
+        std::wstring_view svUnits;
+    };
+
+    /// The text piece by piece, in order, without joining anything: `visit(const SPiece&)`; the views are good during
+    /// the call. A surrogate pair may lie across the border of two pieces of units.
     template <class TVisitor>
     void ForEachPiece(TVisitor&& visit) const
     {
         std::wstring strWide;
         for (const SPackedBlock& block : m_packed)
         {
-            if (block.bAscii)
-                visit(std::string_view(reinterpret_cast<const char*>(block.pBytes.get()), block.nUnits));
+            const std::string_view svBytes(reinterpret_cast<const char*>(block.pBytes.get()), block.nBytes);
+            if (block.eForm == SPiece::Form_Units)
+                visit(SPiece{block.eForm, {}, Unpack(block, strWide)});
             else
-                visit(Unpack(block, strWide));
+                visit(SPiece{block.eForm, svBytes, {}});
         }
         if (GetLastBlockDataIn() != 0)
-            visit(std::wstring_view(m_pLastBlock.get(), GetLastBlockDataIn()));
+            visit(SPiece{SPiece::Form_Units, {}, std::wstring_view(m_pLastBlock.get(), GetLastBlockDataIn())});
     }
+
+    /// Keeps full blocks as UTF-8 from now on: for a text that will be asked for in that form.
+    void PackAsUtf8() { m_bUtf8 = true; }
 
     // The text that the operations below are given may be the buffer's own, as `GetData` hands it out.
 
@@ -104,6 +127,57 @@ public:
         }
     }
 
+    /// The same for a text that is appended often.
+    void AppendShort(const CShortUnits& units)
+    {
+        // Always a whole array, which takes a few instructions.
+        if (units.IsShort() && CShortUnits::s_nRoom <= static_cast<std::size_t>(m_pEnd - m_pNext))
+        {
+            std::memcpy(m_pNext, units.GetRoom(), sizeof(wchar_t) * CShortUnits::s_nRoom);
+            m_pNext += units.GetLength();
+        }
+        else
+        {
+            AppendUnits(units.Get());
+        }
+    }
+
+    /// Appends the units that a text begins with and that pass a test, none of which is above 0xFFFF.
+    /// @return how many they are.
+    template <class TTest>
+    std::size_t AppendWhile(std::wstring_view svUnits, TTest fnTest)
+    {
+        std::size_t nAppended = 0;
+        for (;;)
+        {
+            const std::size_t nFits = std::min(svUnits.size(), static_cast<std::size_t>(m_pEnd - m_pNext));
+            wchar_t* const pOut = m_pNext;
+            std::size_t n = 0;
+            for (; n < nFits && fnTest(svUnits[n]); ++n)
+                pOut[n] = svUnits[n];
+            m_pNext += n;
+            nAppended += n;
+            svUnits.remove_prefix(n);
+            if (n != nFits || svUnits.empty())
+                return nAppended;
+            AddBlock();
+        }
+    }
+
+    /// Appends a unit several times.
+    void AppendRun(wchar_t c, std::size_t nCount)
+    {
+        constexpr std::size_t nRoom = CShortUnits::s_nRoom;
+        if (nCount <= nRoom && nRoom <= static_cast<std::size_t>(m_pEnd - m_pNext))
+        {
+            std::fill_n(m_pNext, nRoom, c);
+            m_pNext += nCount;
+            return;
+        }
+        for (; nCount != 0; --nCount)
+            AppendUnit(c);
+    }
+
     /// Appends one unit of which the caller knows that it is not above 0xFFFF.
     void AppendUnit(wchar_t c)
     {
@@ -123,9 +197,9 @@ private:
     struct SPackedBlock
     {
         std::unique_ptr<unsigned char[]> pBytes;
+        std::size_t nBytes;
         std::size_t nUnits;
-        /// One byte a unit instead of two.
-        bool bAscii;
+        SPiece::EForm eForm;
     };
 
     static std::wstring_view ViewOf(const wchar_t* lpctText)
@@ -138,7 +212,10 @@ private:
     void AddBlock();
     void AppendOverBlocks(std::wstring_view svUnits);
     void JoinBlocks();
-    void PackLastBlock();
+    bool PackLastBlock();
+    bool PackAscii(SPackedBlock& block) const;
+    bool PackUtf8(SPackedBlock& block) const;
+    void PackUnits(SPackedBlock& block) const;
     static void Unpack(const SPackedBlock& block, wchar_t* pOut);
     static std::wstring_view Unpack(const SPackedBlock& block, std::wstring& strWide);
 
@@ -146,6 +223,7 @@ private:
     std::vector<SPackedBlock> m_packed;
     /// Units in all packed blocks.
     std::size_t m_nPackedUnits = 0;
+    bool m_bUtf8 = false;
     /// The block that takes the next unit, null as long as the buffer has none. It has room for a terminator behind its
     /// end.
     std::unique_ptr<wchar_t[]> m_pLastBlock;

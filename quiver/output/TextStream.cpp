@@ -16,19 +16,30 @@ namespace QvXmlLib9
 namespace
 {
 
+using SPiece = CStringBuffer::SPiece;
+
+/// Cuts a text off at its first zero unit, which is a zero byte in UTF-8, too.
+/// @return whether there is one.
+template <class TText>
+bool CutAtZero(TText& svText)
+{
+    const std::size_t nEnd = svText.find(typename TText::value_type());
+    svText = svText.substr(0, nEnd);
+    return nEnd != svText.npos;
+}
+
 /// Visits the pieces up to the first zero unit, where the text ends.
 template <class TVisitor>
 void ForEachPieceUpToZero(const CStringBuffer& buffer, TVisitor&& visit)
 {
     bool bEnded = false;
     buffer.ForEachPiece(
-        [&](auto strPiece)
+        [&](SPiece piece)
         {
             if (bEnded)
                 return;
-            const std::size_t nEnd = strPiece.find(typename decltype(strPiece)::value_type());
-            bEnded = nEnd != strPiece.npos;
-            visit(strPiece.substr(0, nEnd));
+            bEnded = CutAtZero(piece.svBytes) || CutAtZero(piece.svUnits);
+            visit(piece);
         });
 }
 
@@ -41,11 +52,25 @@ public:
     {
     }
 
-    void Write(std::string_view svAscii)
+    void Write(const SPiece& piece)
     {
-        m_bFault = m_bFault || (m_cHigh != 0 && !svAscii.empty());
+        if (piece.eForm == SPiece::Form_Units)
+            Write(piece.svUnits);
+        else
+            Write(piece.svBytes);
+    }
+
+    unsigned char* GetEnd() const { return m_pOut; }
+
+private:
+    static bool IsHighSurrogate(wchar_t c) { return (c & 0xFC00) == 0xD800; }
+
+    /// Whole characters.
+    void Write(std::string_view svBytes)
+    {
+        m_bFault = m_bFault || (m_cHigh != 0 && !svBytes.empty());
         if (!m_bFault)
-            m_pOut = std::copy(svAscii.begin(), svAscii.end(), m_pOut);
+            m_pOut = std::copy(svBytes.begin(), svBytes.end(), m_pOut);
     }
 
     void Write(std::wstring_view svPiece)
@@ -65,11 +90,6 @@ public:
         WriteWhole(svPiece);
     }
 
-    unsigned char* GetEnd() const { return m_pOut; }
-
-private:
-    static bool IsHighSurrogate(wchar_t c) { return (c & 0xFC00) == 0xD800; }
-
     void WriteWhole(std::wstring_view svPiece)
     {
         if (m_bFault)
@@ -85,14 +105,21 @@ private:
     bool m_bFault = false;
 };
 
-std::size_t CountUtf8(std::string_view svAscii)
+CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)
 {
-    return svAscii.size();
-}
+    std::size_t nBytes = 0;
+    ForEachPieceUpToZero(buffer,
+                         [&](const SPiece& piece) { nBytes += piece.svBytes.size() + GetUtf8Length(piece.svUnits); });
+    if (nBytes == 0)
+        return CBinaryData();
 
-std::size_t CountUtf8(std::wstring_view svPiece)
-{
-    return GetUtf8Length(svPiece);
+    Throw_IfBinaryDataIsTooLong(nBytes);
+    std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nBytes]);
+    CUtf8Output output(pBytes.get());
+    ForEachPieceUpToZero(buffer, [&](const SPiece& piece) { output.Write(piece); });
+    const auto nWritten = static_cast<std::size_t>(output.GetEnd() - pBytes.get());
+    QV_ASSERT_MSG(nWritten == nBytes, "dwActualLen == dwUtf8Len");
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(nWritten), true);
 }
 
 void WriteUtf16(std::string_view svAscii, unsigned char* pOut)
@@ -104,42 +131,28 @@ void WriteUtf16(std::string_view svAscii, unsigned char* pOut)
     }
 }
 
-void WriteUtf16(std::wstring_view svPiece, unsigned char* pOut)
-{
-    WriteUtf16LittleEndian(svPiece, pOut);
-}
-
-CBinaryData EncodeUtf8Pieces(const CStringBuffer& buffer)
-{
-    std::size_t nBytes = 0;
-    ForEachPieceUpToZero(buffer, [&](auto strPiece) { nBytes += CountUtf8(strPiece); });
-    if (nBytes == 0)
-        return CBinaryData();
-
-    Throw_IfBinaryDataIsTooLong(nBytes);
-    std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nBytes]);
-    CUtf8Output output(pBytes.get());
-    ForEachPieceUpToZero(buffer, [&](auto strPiece) { output.Write(strPiece); });
-    const auto nWritten = static_cast<std::size_t>(output.GetEnd() - pBytes.get());
-    QV_ASSERT_MSG(nWritten == nBytes, "dwActualLen == dwUtf8Len");
-    return CBinaryData(pBytes.release(), nWritten, true);
-}
-
+/// Of a buffer that does not pack as UTF-8.
 CBinaryData EncodeUtf16Pieces(const CStringBuffer& buffer)
 {
     std::size_t nUnits = 0;
-    ForEachPieceUpToZero(buffer, [&](auto strPiece) { nUnits += strPiece.size(); });
+    ForEachPieceUpToZero(buffer,
+                         [&](const SPiece& piece)
+                         {
+                             QV_ASSERT(piece.eForm != SPiece::Form_Utf8);
+                             nUnits += piece.svBytes.size() + piece.svUnits.size();
+                         });
 
     Throw_IfBinaryDataIsTooLong(nUnits * 2);
     std::unique_ptr<unsigned char[]> pBytes(new unsigned char[nUnits * 2]);
     unsigned char* pOut = pBytes.get();
     ForEachPieceUpToZero(buffer,
-                         [&](auto strPiece)
+                         [&](const SPiece& piece)
                          {
-                             WriteUtf16(strPiece, pOut);
-                             pOut += strPiece.size() * 2;
+                             WriteUtf16(piece.svBytes, pOut);
+                             WriteUtf16LittleEndian(piece.svUnits, pOut);
+                             pOut += (piece.svBytes.size() + piece.svUnits.size()) * 2;
                          });
-    return CBinaryData(pBytes.release(), nUnits * 2, true);
+    return CBinaryData(pBytes.release(), static_cast<unsigned long>(nUnits * 2), true);
 }
 
 } // namespace
@@ -158,6 +171,8 @@ CTextStream::CTextStream(const wchar_t* lpctClassName, XmlEncoding eEncoding)
     : CInstanceMonitor(lpctClassName)
     , m_eEncoding(eEncoding)
 {
+    if (eEncoding == Encoding_UTF8)
+        m_buffer.PackAsUtf8();
 }
 
 CTextStream::~CTextStream() = default;

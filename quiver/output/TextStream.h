@@ -1,6 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/StringBuffer.h"
@@ -23,7 +22,7 @@ class CBinaryData;
 ///     CBinaryData bytes = stream.GetBinaryData();
 ///
 /// A stream is used by one thread at a time.
-class QVXMLLIB_API CTextStream : public CInstanceMonitor
+class CTextStream : public CInstanceMonitor
 {
 public:
     /// A stream without a byte form (`Encoding_None`).
@@ -69,6 +68,13 @@ public:
     void Append(std::wstring_view svText) { m_buffer.Append(svText); }
     void Append(wchar_t c) { m_buffer.Append(c); }
     void AppendUnits(std::wstring_view svUnits) { m_buffer.AppendUnits(svUnits); }
+    template <class TTest>
+    std::size_t AppendWhile(std::wstring_view svUnits, TTest fnTest)
+    {
+        return m_buffer.AppendWhile(svUnits, fnTest);
+    }
+    void AppendShort(const CShortUnits& units) { m_buffer.AppendShort(units); }
+    void AppendRun(wchar_t c, std::size_t nCount) { m_buffer.AppendRun(c, nCount); }
     void AppendUnit(wchar_t c) { m_buffer.AppendUnit(c); }
 
 protected:

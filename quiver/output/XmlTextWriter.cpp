@@ -6,6 +6,7 @@
 #include "quiver/output/UnitText.h"
 
 #include <cstdint>
+#include <typeinfo>
 
 namespace QvXmlLib9
 {
@@ -25,11 +26,15 @@ constexpr std::uint64_t s_nSpecialUnits =
     std::uint64_t{1} << 0 | std::uint64_t{1} << L'\n' | std::uint64_t{1} << L'\r' | std::uint64_t{1} << L'"' |
     std::uint64_t{1} << L'&' | std::uint64_t{1} << L'<' | std::uint64_t{1} << L'>';
 
-bool IsCopied(wchar_t c)
+/// Whether a unit stands for itself.
+struct SIsCopied
 {
-    const auto n = static_cast<std::uint32_t>(c);
-    return n < 64 ? (s_nSpecialUnits >> n & 1) == 0 : n <= 0xFFFF;
-}
+    bool operator()(wchar_t c) const
+    {
+        const auto n = static_cast<std::uint32_t>(c);
+        return n < 64 ? (s_nSpecialUnits >> n & 1) == 0 : n <= 0xFFFF;
+    }
+};
 
 std::wstring_view UpToZero(std::wstring_view svText)
 {
@@ -50,6 +55,7 @@ void CXmlTextWriter::Open()
 {
     CXmlWriter::Open();
     m_pStream->Open();
+    m_bFlushes = typeid(*m_pStream) != typeid(CTextStream);
 }
 
 void CXmlTextWriter::Close()
@@ -62,6 +68,7 @@ void CXmlTextWriter::SetFormatted(bool bFormatted)
 {
     QV_ASSERT_MSG(m_pContext == nullptr, "m_pContext == NULL");
     m_bFormatted = bFormatted;
+    ForgetTags();
 }
 
 void CXmlTextWriter::SetEOLType(EOLType eEOLType)
@@ -73,6 +80,7 @@ void CXmlTextWriter::SetEOLType(EOLType eEOLType)
     else
         throw CQvException(L"Invalid EOL type.");
     m_eEOLType = eEOLType;
+    ForgetTags();
 }
 
 void CXmlTextWriter::WriteXmlDeclaration()
@@ -146,34 +154,48 @@ void CXmlTextWriter::StartElement(std::wstring_view svName, std::wstring_view sv
     CXmlWriterContext& context = *CreateContext(svName, svNamespace);
     if (m_bFormatted)
         AppendIndent(context);
-    m_pStream->AppendUnit(L'<');
-    AppendQualifiedStart(context);
+    if (IsTagCurrent(context))
+        m_pStream->AppendShort(context.m_startTag);
+    else
+        AppendStart(context);
     if (m_pContext == nullptr)
         AppendRootDeclarations();
     FlushIfLong();
     m_pContext = &context;
 }
 
-void CXmlTextWriter::AppendQualifiedStart(CXmlWriterContext& context)
+/// The beginning of a start tag that has not been made for the name yet.
+void CXmlTextWriter::AppendStart(CXmlWriterContext& context)
 {
     const SElementPrefix& prefix = GetElementPrefix(context);
-    if (prefix.bBare)
+    if (prefix.bBare || prefix.pstrPrefix != nullptr)
     {
-        m_pStream->AppendUnits(context.m_strElementName);
+        SetTags(context, prefix);
+        m_pStream->AppendShort(context.m_startTag);
         return;
     }
-    const std::wstring* pstrPrefix = prefix.pstrPrefix;
-    const bool bDeclare = pstrPrefix == nullptr;
-    if (bDeclare)
-        pstrPrefix = &BindGeneratedPrefix(context, context.m_svNamespace);
-    m_pStream->AppendUnits(*pstrPrefix);
+    const std::wstring& strPrefix = BindGeneratedPrefix(context, context.m_svNamespace);
+    m_pStream->AppendUnit(L'<');
+    m_pStream->AppendUnits(strPrefix);
     m_pStream->AppendUnit(L':');
     m_pStream->AppendUnits(context.m_strElementName);
-    if (bDeclare)
-    {
-        m_pStream->AppendUnit(L' ');
-        AppendDeclaration(*pstrPrefix, context.m_svNamespace);
-    }
+    m_pStream->AppendUnit(L' ');
+    AppendDeclaration(strPrefix, context.m_svNamespace);
+}
+
+void CXmlTextWriter::SetTags(CXmlWriterContext& context, const SElementPrefix& prefix)
+{
+    std::wstring strTag = L"</";
+    if (!prefix.bBare)
+        strTag.append(*prefix.pstrPrefix).append(1, L':');
+    strTag += context.m_strElementName;
+    const std::wstring_view svName = std::wstring_view(strTag).substr(2);
+    context.m_startTag.Assign(std::wstring(1, L'<').append(svName));
+    strTag += L'>';
+    if (m_bFormatted)
+        strTag += m_strEOL;
+    context.m_endTag.Assign(strTag);
+    SetTagCurrent(context);
 }
 
 void CXmlTextWriter::AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace)
@@ -226,26 +248,37 @@ void CXmlTextWriter::EndElement()
     if (context.m_bStartTagOpen)
     {
         m_pStream->AppendUnits(L"/>");
+        if (m_bFormatted)
+            m_pStream->AppendUnits(m_strEOL);
     }
     else
     {
         if (m_bFormatted && context.m_dwChildCount != 0)
             AppendIndent(context);
-        m_pStream->AppendUnits(L"</");
-        if (const SElementPrefix& prefix = GetElementPrefix(context); !prefix.bBare)
-        {
-            // A default namespace that was taken away meanwhile leaves the name without a prefix, but not without ":".
-            m_pStream->AppendUnits(prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
-                                                                : GetNamespaceMapValue(context.m_svNamespace));
-            m_pStream->AppendUnit(L':');
-        }
-        m_pStream->AppendUnits(context.m_strElementName);
-        m_pStream->AppendUnit(L'>');
+        if (IsTagCurrent(context))
+            m_pStream->AppendShort(context.m_endTag);
+        else
+            AppendEnd(context);
     }
-    if (m_bFormatted)
-        m_pStream->AppendUnits(m_strEOL);
     FlushIfLong();
     PopContext();
+}
+
+/// The end tag of an element whose scope has changed since it was started.
+void CXmlTextWriter::AppendEnd(const CXmlWriterContext& context)
+{
+    m_pStream->AppendUnits(L"</");
+    if (const SElementPrefix& prefix = GetElementPrefix(context); !prefix.bBare)
+    {
+        // A default namespace that was taken away meanwhile leaves the name without a prefix, but not without ":".
+        m_pStream->AppendUnits(prefix.pstrPrefix != nullptr ? *prefix.pstrPrefix
+                                                            : GetNamespaceMapValue(context.m_svNamespace));
+        m_pStream->AppendUnit(L':');
+    }
+    m_pStream->AppendUnits(context.m_strElementName);
+    m_pStream->AppendUnit(L'>');
+    if (m_bFormatted)
+        m_pStream->AppendUnits(m_strEOL);
 }
 
 void CXmlTextWriter::WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
@@ -272,6 +305,24 @@ void CXmlTextWriter::WriteAttribute(std::wstring_view svName, std::wstring_view 
     WriteEscaped<true>(svValue);
     m_pStream->AppendUnit(L'"');
     FlushIfLong();
+}
+
+std::wstring CXmlTextWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+{
+    CXmlWriterContext& context = GetOpenStartTag();
+    std::wstring strBuffer;
+    std::wstring strPrefixBuffer;
+    const std::wstring_view svNamespaceUnits = ToUnitText(svNamespace, strBuffer);
+    if (svNamespaceUnits.empty() || svNamespaceUnits == GetDefaultNamespace())
+        return {};
+    const std::wstring* pstrPrefix = FindPrefix(svNamespaceUnits);
+    if (pstrPrefix == nullptr || pstrPrefix->empty())
+    {
+        pstrPrefix = &BindPrefix(context, svNamespaceUnits, ToUnitText(svPrefix, strPrefixBuffer));
+        m_pStream->AppendUnit(L' ');
+        AppendDeclaration(*pstrPrefix, svNamespaceUnits);
+    }
+    return *pstrPrefix;
 }
 
 void CXmlTextWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType)
@@ -308,8 +359,7 @@ void CXmlTextWriter::WriteXsiNil()
 
 void CXmlTextWriter::AppendIndent(const CXmlWriterContext& context)
 {
-    for (std::uint32_t n = 0; n < context.m_dwDepth; ++n)
-        m_pStream->AppendUnit(L'\t');
+    m_pStream->AppendRun(L'\t', context.m_dwDepth);
 }
 
 void CXmlTextWriter::AppendLine(std::wstring_view svText)
@@ -321,17 +371,13 @@ void CXmlTextWriter::AppendLine(std::wstring_view svText)
 template <bool bAttribute>
 void CXmlTextWriter::WriteEscaped(std::wstring_view svText)
 {
-    const wchar_t* p = svText.data();
-    const wchar_t* const pEnd = p + svText.size();
-    while (p != pEnd)
+    while (!svText.empty())
     {
-        const wchar_t* const pRun = p;
-        while (p != pEnd && IsCopied(*p))
-            ++p;
-        m_pStream->AppendUnits(std::wstring_view(pRun, static_cast<std::size_t>(p - pRun)));
-        if (p == pEnd || *p == L'\0')
+        svText.remove_prefix(m_pStream->AppendWhile(svText, SIsCopied()));
+        if (svText.empty() || svText.front() == L'\0')
             return;
-        AppendEscape<bAttribute>(*p++);
+        AppendEscape<bAttribute>(svText.front());
+        svText.remove_prefix(1);
     }
 }
 
@@ -366,7 +412,7 @@ void CXmlTextWriter::AppendEscape(wchar_t c)
 
 void CXmlTextWriter::FlushIfLong()
 {
-    if (m_pStream->GetLength() >= s_nFlushThreshold)
+    if (m_bFlushes && m_pStream->GetLength() >= s_nFlushThreshold)
         m_pStream->Flush();
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "quiver/foundation/Export.h"
 #include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
@@ -32,7 +31,7 @@ class CTextStream;
 ///
 /// A namespace that has no prefix gets a generated one (AA, AB, ...), declared on the element that needs it first. A
 /// default namespace or a prefix set while an element is open changes how names are written but is not declared.
-class QVXMLLIB_API CXmlTextWriter : public CXmlWriter
+class CXmlTextWriter : public CXmlWriter
 {
 public:
     /// @param pStream where to; must live as long as the writer. Not owned.
@@ -63,6 +62,7 @@ public:
                         ItemType eType) override;
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
     void WriteXsiNil() override;
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Whether output is indented, one element to a line; initially it is. To be set while no element is open.
     void SetFormatted(bool bFormatted);
@@ -91,7 +91,9 @@ public:
 private:
     void AppendIndent(const CXmlWriterContext& context);
     void AppendLine(std::wstring_view svText);
-    void AppendQualifiedStart(CXmlWriterContext& context);
+    void AppendStart(CXmlWriterContext& context);
+    void AppendEnd(const CXmlWriterContext& context);
+    void SetTags(CXmlWriterContext& context, const SElementPrefix& prefix);
     void AppendDeclaration(std::wstring_view svPrefix, std::wstring_view svNamespace);
     void AppendRootDeclarations();
     void AppendXsiAttribute(std::wstring_view svName, std::wstring_view svValue);
@@ -104,6 +106,8 @@ private:
     std::wstring m_strEOL = L"\n";
     EOLType m_eEOLType = EOLType_LF;
     bool m_bFormatted = true;
+    /// The stream carries its text on.
+    bool m_bFlushes = true;
     CTextStream* m_pStream;
 };
 

@@ -4,6 +4,7 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/output/UnitText.h"
 
+#include <cstring>
 #include <set>
 
 namespace QvXmlLib9
@@ -16,6 +17,47 @@ CInstanceClass s_contextClass(L"CXmlWriterContext");
 
 constexpr wchar_t s_szXmlNamespace[] = L"http://www.w3.org/XML/1998/namespace";
 
+/// What names are found by; different for most names that differ. Never 0.
+std::uint64_t KeyOf(std::wstring_view svName)
+{
+    std::uint64_t nFirst = 0;
+    std::uint64_t nLast = 0;
+    constexpr std::size_t nUnits = sizeof(nFirst) / sizeof(wchar_t);
+    if (svName.size() >= nUnits)
+    {
+        std::memcpy(&nFirst, svName.data(), sizeof(nFirst));
+        std::memcpy(&nLast, svName.data() + svName.size() - nUnits, sizeof(nLast));
+    }
+    else if (!svName.empty())
+    {
+        nFirst = static_cast<std::uint64_t>(svName.front());
+        nLast = static_cast<std::uint64_t>(svName.back());
+    }
+    const std::uint64_t nKey = (nFirst ^ (nLast << 7 | nLast >> 57) ^ svName.size()) * 0x9E3779B97F4A7C15U;
+    return (nKey ^ nKey >> 32) | 1;
+}
+
+/// Comparison of names, which are a few units long: too short for a call to pay off.
+bool AreEqual(std::wstring_view svName, std::wstring_view svOther)
+{
+    if (svName.size() != svOther.size())
+        return false;
+    constexpr std::size_t nStep = sizeof(std::uint64_t) / sizeof(wchar_t);
+    const std::size_t nLength = svName.size();
+    if (nLength < nStep || nLength > 16)
+        return svName == svOther;
+    const auto fnAreEqual = [&](std::size_t n)
+    {
+        return std::memcmp(svName.data() + n, svOther.data() + n, sizeof(std::uint64_t)) == 0;
+    };
+    for (std::size_t n = 0; n + nStep < nLength; n += nStep)
+    {
+        if (!fnAreEqual(n))
+            return false;
+    }
+    return fnAreEqual(nLength - nStep);
+}
+
 } // namespace
 
 CXmlWriter::CXmlWriter(const wchar_t* lpctClassName)
@@ -24,7 +66,10 @@ CXmlWriter::CXmlWriter(const wchar_t* lpctClassName)
 {
 }
 
-CXmlWriter::~CXmlWriter() = default;
+CXmlWriter::~CXmlWriter()
+{
+    DropContextsTo(0);
+}
 
 void CXmlWriter::Open()
 {
@@ -94,11 +139,13 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view svNam
     const std::size_t nDepth = m_pContext == nullptr ? 0 : m_pContext->m_dwDepth + std::size_t{1};
     // A record that an exception kept from becoming the open element is still in use.
     DropContextsTo(nDepth);
-    if (nDepth == m_contexts.size())
-        m_contexts.push_back(std::make_unique<CXmlWriterContext>());
-    CXmlWriterContext& context = *m_contexts[nDepth];
-    context.m_monitor.emplace(s_contextClass);
-    m_nContexts = nDepth + 1;
+    // So that what comes behind the count cannot fail.
+    if (m_contexts.size() == m_contexts.capacity())
+        m_contexts.reserve(m_contexts.size() * 2 + 8);
+    CXmlWriterContext& context = TakeContext(svName);
+    context.m_pct = s_contextClass.CountCreation();
+    context.m_bInUse = true;
+    m_contexts.push_back(&context);
 
     context.m_dwChildCount = 0;
     context.m_dwDepth = static_cast<std::uint32_t>(nDepth);
@@ -108,14 +155,68 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view svNam
     context.m_bOwnsDefaultNamespace = false;
     context.m_pParent = m_pContext;
     context.m_pWriter = this;
-    // Most elements have the namespace of the enclosing one, and many the name of the last one at their depth.
-    std::wstring strBuffer;
-    if (context.m_strElementName != svName)
-        context.m_strElementName = ToUnitText(svName, strBuffer);
     SetContextNamespace(context, svNamespace);
     if (m_pContext == nullptr)
         BeginRootScope(context);
     return &context;
+}
+
+/// A record with a name, which most elements share with one that has ended. Elements follow each other in patterns, so
+/// what came behind the last one before is tried first.
+CXmlWriter::CXmlWriterContext& CXmlWriter::TakeContext(std::wstring_view svName)
+{
+    CXmlWriterContext* const pExpected = m_pLastTaken != nullptr ? m_pLastTaken->m_pFollower : nullptr;
+    if (pExpected != nullptr && !pExpected->m_bInUse && AreEqual(pExpected->m_strElementName, svName))
+        return *(m_pLastTaken = pExpected);
+    CXmlWriterContext& context = FindContext(svName);
+    if (m_pLastTaken != nullptr)
+        m_pLastTaken->m_pFollower = context.m_bSpare ? nullptr : &context;
+    m_pLastTaken = &context;
+    return context;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::FindContext(std::wstring_view svName)
+{
+    const std::uint64_t nKey = KeyOf(svName);
+    SNamed* const pFirst = m_named.data() + (nKey >> 8) % (s_nNamed / s_nPlaces) * s_nPlaces;
+    SNamed* pFree = nullptr;
+    for (SNamed* pNamed = pFirst; pNamed != pFirst + s_nPlaces; ++pNamed)
+    {
+        if (pNamed->pContext != nullptr && pNamed->pContext->m_bInUse)
+            continue;
+        if (pNamed->nKey == nKey && AreEqual(pNamed->pContext->m_strElementName, svName))
+            return *pNamed->pContext;
+        if (pFree == nullptr || pNamed->pContext == nullptr)
+            pFree = pNamed;
+    }
+    if (pFree != nullptr && pFree->pContext == nullptr)
+    {
+        m_pool.push_back(std::make_unique<CXmlWriterContext>());
+        pFree->pContext = m_pool.back().get();
+    }
+    CXmlWriterContext& context = pFree != nullptr ? *pFree->pContext : TakeSpareContext();
+    context.m_nTagVersion = 0;
+    if (pFree != nullptr)
+        pFree->nKey = 0;
+    std::wstring strBuffer;
+    context.m_strElementName = ToUnitText(svName, strBuffer);
+    if (pFree != nullptr)
+        pFree->nKey = nKey;
+    return context;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::TakeSpareContext()
+{
+    if (m_spare.empty())
+    {
+        m_spare.reserve(m_pool.size() + 1);
+        m_pool.push_back(std::make_unique<CXmlWriterContext>());
+        m_pool.back()->m_bSpare = true;
+        return *m_pool.back();
+    }
+    CXmlWriterContext& context = *m_spare.back();
+    m_spare.pop_back();
+    return context;
 }
 
 void CXmlWriter::SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace)
@@ -174,9 +275,10 @@ void CXmlWriter::PopContext()
 
 void CXmlWriter::DropContextsTo(std::size_t nCount)
 {
-    while (m_nContexts > nCount)
+    while (m_contexts.size() > nCount)
     {
-        CXmlWriterContext& context = *m_contexts[--m_nContexts];
+        CXmlWriterContext& context = *m_contexts.back();
+        m_contexts.pop_back();
         if (!context.m_bInheritsNamespaces)
         {
             m_scopes.DropTo(context.m_nOuterBindings);
@@ -184,7 +286,10 @@ void CXmlWriter::DropContextsTo(std::size_t nCount)
         }
         if (context.m_bOwnsDefaultNamespace)
             m_defaultNamespaces.pop_back();
-        context.m_monitor.reset();
+        context.m_bInUse = false;
+        CInstanceClass::CountDestruction(*context.m_pct);
+        if (context.m_bSpare)
+            m_spare.push_back(&context);
     }
 }
 
@@ -212,6 +317,31 @@ const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, 
     return Bind(svNamespace, m_scopes.GeneratePrefix());
 }
 
+std::wstring CXmlWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view)
+{
+    return std::wstring(svPrefix);
+}
+
+const std::wstring& CXmlWriter::BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
+                                           std::wstring_view svPrefix)
+{
+    if (svPrefix.empty() || svPrefix.substr(0, 3) == L"xml" || m_scopes.IsPrefixBound(svPrefix))
+        return BindGeneratedPrefix(context, svNamespace);
+    BeginScope(context);
+    return Bind(svNamespace, svPrefix);
+}
+
+std::vector<std::pair<std::wstring, std::wstring>> CXmlWriter::GetOwnBindings(const CXmlWriterContext& context) const
+{
+    std::vector<std::pair<std::wstring, std::wstring>> bindings;
+    if (!context.m_bInheritsNamespaces)
+    {
+        for (std::size_t n = context.m_nOuterBindings; n < m_scopes.GetCount(); ++n)
+            bindings.emplace_back(m_scopes.GetPrefix(n), m_scopes.GetNamespace(n));
+    }
+    return bindings;
+}
+
 const std::wstring& CXmlWriter::Bind(std::wstring_view svNamespace, std::wstring_view svPrefix)
 {
     ++m_nScopeVersion;
@@ -222,7 +352,7 @@ const std::wstring& CXmlWriter::Bind(std::wstring_view svNamespace, std::wstring
 
 bool CXmlWriter::HasInnerScopes(const CXmlWriterContext& context) const
 {
-    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_nContexts; ++n)
+    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_contexts.size(); ++n)
     {
         if (!m_contexts[n]->m_bInheritsNamespaces)
             return true;
@@ -242,7 +372,7 @@ CXmlWriter::CXmlWriterContext& CXmlWriter::GetScopeOwner(CXmlWriterContext& cont
 /// How many of the bindings, from the first on, hold in an element.
 std::size_t CXmlWriter::GetBindingsEnd(const CXmlWriterContext& context) const
 {
-    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_nContexts; ++n)
+    for (std::size_t n = context.m_dwDepth + std::size_t{1}; n < m_contexts.size(); ++n)
     {
         if (!m_contexts[n]->m_bInheritsNamespaces)
             return m_contexts[n]->m_nOuterBindings;
@@ -277,7 +407,7 @@ template <class TChange>
 void CXmlWriter::ChangeOuterScope(const CXmlWriterContext& context, TChange Change)
 {
     std::vector<SScope> scopes;
-    for (std::size_t n = 0; n < m_nContexts; ++n)
+    for (std::size_t n = 0; n < m_contexts.size(); ++n)
     {
         CXmlWriterContext& inScope = *m_contexts[n];
         if (inScope.m_bInheritsNamespaces && &inScope != &context)

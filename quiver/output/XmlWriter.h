@@ -3,15 +3,17 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/MemoryLeakHelp.h"
 #include "quiver/output/NamespaceScopes.h"
+#include "quiver/output/ShortUnits.h"
 #include "quiver/values/ItemType.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace QvXmlLib9
@@ -76,7 +78,7 @@ public:
 
     /// Starts an element inside the one that is open, or the root.
     /// @param svName the local name.
-    /// @param strNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
+    /// @param svNamespace the namespace URI, empty for none. A namespace without a prefix gets one.
     virtual void StartElement(std::wstring_view svName, std::wstring_view svNamespace) = 0;
 
     /// Writes text into the open element. Empty text writes nothing.
@@ -87,7 +89,7 @@ public:
     virtual void EndElement() = 0;
 
     /// Writes an attribute of the open element.
-    /// @param strNamespace the namespace URI, empty for none.
+    /// @param svNamespace the namespace URI, empty for none.
     /// @param eType as for WriteText.
     /// @throws CQvException "Attributes must be added before elements" once the element has text or a child.
     virtual void WriteAttribute(std::wstring_view svName, std::wstring_view svNamespace, std::wstring_view svValue,
@@ -102,6 +104,12 @@ public:
     /// Writes the attribute `xsi:nil` of the open element, with the value "true".
     /// @throws CQvException as for WriteAttribute.
     virtual void WriteXsiNil() = 0;
+
+    /// Makes sure that a value on the open element, or inside it, can name a namespace: declares a prefix unless one is
+    /// in force. To be called ahead of the element's attributes.
+    /// @param svPrefix the prefix to declare if it is free.
+    /// @return the prefix in force; empty for the default namespace and for none.
+    virtual std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace);
 
     /// Prefixes by namespace, in the order of the URIs.
     using NamespaceMap = std::map<std::wstring, std::wstring>;
@@ -147,6 +155,12 @@ protected:
     /// Another number whenever default namespace or bindings of the scope may have changed.
     std::uint64_t GetScopeVersion() const { return m_nScopeVersion; }
 
+    /// Whether what a writer has made of an element's name still holds: the same namespace, in the same scope.
+    bool IsTagCurrent(const CXmlWriterContext& context) const;
+    void SetTagCurrent(CXmlWriterContext& context) const;
+    /// Makes all of that invalid.
+    void ForgetTags() { ++m_nScopeVersion; }
+
     /// The prefix bound to a namespace, or null; valid until the next binding.
     const std::wstring* FindPrefix(std::wstring_view svNamespace) const
     {
@@ -160,6 +174,13 @@ protected:
 
     /// Binds a prefix in the scope of `context`.
     void SetNamespaceMapValue(CXmlWriterContext& context, std::wstring_view svNamespace, std::wstring_view svPrefix);
+
+    /// The same with a prefix of choice if no namespace has it.
+    const std::wstring& BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
+                                   std::wstring_view svPrefix);
+
+    /// What an element that has no content yet has bound, by prefix and namespace.
+    std::vector<std::pair<std::wstring, std::wstring>> GetOwnBindings(const CXmlWriterContext& context) const;
 
     /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
     const std::wstring& BindGeneratedPrefix(CXmlWriterContext& context, std::wstring_view svNamespace);
@@ -201,12 +222,30 @@ private:
     void RestoreBindings(const NamespaceMap& mapOuter, const NamespaceMap& mapInner);
     void BeginRootScope(CXmlWriterContext& context);
     void DropContextsTo(std::size_t nCount);
+    CXmlWriterContext& TakeContext(std::wstring_view svName);
+    CXmlWriterContext& FindContext(std::wstring_view svName);
+    CXmlWriterContext& TakeSpareContext();
     void SetContextNamespace(CXmlWriterContext& context, std::wstring_view svNamespace);
 
-    /// Records by depth. A record that was given up keeps its memory and serves the next element at its depth.
-    std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
-    /// Records in use.
-    std::size_t m_nContexts = 0;
+    /// A record and the key of its name.
+    struct SNamed
+    {
+        std::uint64_t nKey = 0;
+        CXmlWriterContext* pContext = nullptr;
+    };
+
+    /// All records. One that was given up keeps its name, with what the writer made of it, and serves the next element
+    /// of that name.
+    std::vector<std::unique_ptr<CXmlWriterContext>> m_pool;
+    /// Records by name: a few places for each key.
+    static constexpr std::size_t s_nNamed = 64;
+    static constexpr std::size_t s_nPlaces = 4;
+    std::array<SNamed, s_nNamed> m_named{};
+    /// Records that found no such place and are not in use.
+    std::vector<CXmlWriterContext*> m_spare;
+    CXmlWriterContext* m_pLastTaken = nullptr;
+    /// Records in use, by depth.
+    std::vector<CXmlWriterContext*> m_contexts;
     CNamespaceScopes m_scopes;
     /// Default namespaces of the scopes that have set one, innermost last.
     std::vector<std::wstring> m_defaultNamespaces;
@@ -254,6 +293,11 @@ public:
     bool m_bStartTagOpen = true;
     /// Used by `CFastInfosetWriter`: the list of attributes has begun.
     bool m_bAttributesOpen = false;
+    /// Used by `CXmlTextWriter`: how the start tag begins, and the end tag with what follows it.
+    CShortUnits m_startTag;
+    CShortUnits m_endTag;
+    /// Used by `CFastInfosetWriter`: the index of the name.
+    std::uint32_t m_dwNameIndex = 0;
     std::wstring m_strElementName;
     /// The namespace as given to `StartElement`.
     std::wstring_view m_svNamespace;
@@ -265,6 +309,14 @@ private:
     friend class CXmlWriter;
 
     CXmlWriter* m_pWriter = nullptr;
+    bool m_bInUse = false;
+    /// It belongs to none of the places by name.
+    bool m_bSpare = false;
+    /// The record that was taken behind this one the last time.
+    CXmlWriterContext* m_pFollower = nullptr;
+    /// For which namespace and scope the writer has made something of the name.
+    std::uint64_t m_nTagNamespaceId = 0;
+    std::uint64_t m_nTagVersion = 0;
 
     /// The scope has declared nothing of its own so far.
     bool m_bInheritsNamespaces = true;
@@ -274,8 +326,19 @@ private:
     /// What `m_svNamespace` refers to unless the enclosing element has the same namespace.
     std::wstring m_strNamespaceBuffer;
     std::uint64_t m_nNamespaceBufferId = 0;
-    /// Counts the record as an instance while it stands for an element.
-    std::optional<CInstanceMonitor> m_monitor;
+    /// The record is counted as an instance while it stands for an element.
+    CInstanceMonitor::ClassType* m_pct = nullptr;
 };
+
+inline bool CXmlWriter::IsTagCurrent(const CXmlWriterContext& context) const
+{
+    return context.m_nTagVersion == m_nScopeVersion && context.m_nTagNamespaceId == context.m_nNamespaceId;
+}
+
+inline void CXmlWriter::SetTagCurrent(CXmlWriterContext& context) const
+{
+    context.m_nTagVersion = m_nScopeVersion;
+    context.m_nTagNamespaceId = context.m_nNamespaceId;
+}
 
 } // namespace QvXmlLib9

@@ -256,8 +256,8 @@ const CBigInteger CBigInteger::MIN_DOUBLE QV_EARLY_OBJECT(CDecimal(L"-1.7E+308")
 
 CBigInteger::CBigInteger()
     : m_sign(1)
-    , m_digits(1, L'\0')
 {
+    // No digit is zero as well, and takes no memory: most numbers that are made are given a value next.
 }
 
 CBigInteger::CBigInteger(int nValue)
@@ -352,6 +352,11 @@ std::wstring CBigInteger::ToString() const
 
 void CBigInteger::AppendDigits(std::wstring& strText) const
 {
+    if (m_digits.empty())
+    {
+        strText += L'0';
+        return;
+    }
     const std::size_t nStart = strText.size();
     strText.resize(nStart + m_digits.size());
     std::transform(m_digits.rbegin(), m_digits.rend(), strText.begin() + static_cast<std::ptrdiff_t>(nStart),
@@ -370,7 +375,7 @@ int CBigInteger::Order(const CBigInteger& other) const
 
 bool CBigInteger::operator==(const CBigInteger& other) const
 {
-    return m_digits == other.m_digits && (m_sign == other.m_sign || IsZero(m_digits));
+    return Compare(m_digits, other.m_digits) == 0 && (m_sign == other.m_sign || IsZero(m_digits));
 }
 
 bool CBigInteger::operator!=(const CBigInteger& other) const
@@ -631,13 +636,16 @@ void CBigInteger::BuildFromEnd(std::wstring_view text, std::vector<wchar_t>& dig
     const auto itRun = std::find_if_not(text.rbegin(), text.rend(), [](wchar_t c) { return IsDigit(c); });
     const auto nCount = static_cast<std::size_t>(itRun - text.rbegin());
     BuildDigits(text.data() + (text.size() - nCount), nCount, digits);
+    Clean(digits);
 }
 
 void CBigInteger::BuildDigits(const wchar_t* pFirst, std::size_t nCount, std::vector<wchar_t>& digits)
 {
+    const wchar_t* const pEnd = pFirst + nCount;
+    pFirst = std::find_if(pFirst, pEnd, [](wchar_t c) { return c != L'0'; });
+    nCount = static_cast<std::size_t>(pEnd - pFirst);
     digits.resize(nCount);
-    std::transform(pFirst, pFirst + nCount, digits.rbegin(), [](wchar_t c) { return static_cast<wchar_t>(c - L'0'); });
-    Clean(digits);
+    std::transform(pFirst, pEnd, digits.rbegin(), [](wchar_t c) { return static_cast<wchar_t>(c - L'0'); });
 }
 
 void CBigInteger::Clean(std::vector<wchar_t>& digits)
@@ -650,6 +658,9 @@ void CBigInteger::Clean(std::vector<wchar_t>& digits)
 
 int CBigInteger::Compare(const std::vector<wchar_t>& a, const std::vector<wchar_t>& b)
 {
+    // Zero has one digit or none.
+    if (a.empty() || b.empty())
+        return static_cast<int>(!IsZero(a)) - static_cast<int>(!IsZero(b));
     if (a.size() != b.size())
         return a.size() > b.size() ? 1 : -1;
     const auto itDifference = std::mismatch(a.rbegin(), a.rend(), b.rbegin());

@@ -197,7 +197,7 @@ private:
     CBigInteger(int nSign, std::vector<wchar_t>&& digits);
 
     static void BuildFromEnd(std::wstring_view text, std::vector<wchar_t>& digits);
-    /// The value of `nCount` digits of a text.
+    /// The value of `nCount` digits of a text; zero has no digit.
     static void BuildDigits(const wchar_t* pFirst, std::size_t nCount, std::vector<wchar_t>& digits);
     void AppendDigits(std::wstring& strText) const;
     bool IsZeroValue() const;

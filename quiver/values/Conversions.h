@@ -37,11 +37,13 @@ public:
 
     /// Base64 without line breaks.
     static std::wstring base64BinaryToString(const CBinaryData& value);
-    /// Text that is no Base64 gives an empty result and no failure; see CBinaryData::SetAsBase64.
+    /// Text that is no Base64 gives an empty result and no failure (docs/compatibility.md: Base64 that is none); see
+    /// CBinaryData::SetAsBase64.
     static CBinaryData base64BinaryFromString(const std::wstring& value, CWhitespaceUtils::WhitespaceRule rule);
 
     /// @name Signed integers
-    /// Decimal digits with at most one sign. Blanks in front are accepted under every rule, and an empty text is 0.
+    /// Decimal digits with at most one sign. Blanks in front are accepted under every rule, and an empty text is 0
+    /// (docs/compatibility.md: Empty texts of numbers).
     /// A number that does not fit fails with "The value [%s] is to large to fit in a i4" at both ends of the range,
     /// anything behind the digits with "The value [%s] can not be converted to a i4". The narrow types are read as an
     /// i4 first, so what does not fit 32 bits fails with the words for i4.

@@ -533,7 +533,7 @@ CDecimal CDecimal::GetNegative() const
 void CDecimal::AppendFraction(std::wstring& strText) const
 {
     const auto nPlaces = static_cast<std::size_t>(m_divider);
-    const std::size_t nDigits = m_fraction.m_digits.size();
+    const std::size_t nDigits = std::max<std::size_t>(m_fraction.m_digits.size(), 1);
     strText.append(nPlaces > nDigits ? nPlaces - nDigits : 0, L'0');
     m_fraction.AppendDigits(strText);
 }

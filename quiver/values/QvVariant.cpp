@@ -53,6 +53,21 @@ const T& EmptyOf()
     return s_empty;
 }
 
+/// What the pointer to the string shows as long as the text is UTF-8 elsewhere. Nobody reads it.
+alignas(std::wstring) unsigned char s_utf8Mark[sizeof(std::wstring)];
+
+std::wstring* GetUtf8Mark()
+{
+    return reinterpret_cast<std::wstring*>(s_utf8Mark);
+}
+
+std::wstring DecodeText(std::string_view svUtf8)
+{
+    std::wstring strText;
+    AppendUtf8AsUtf16(strText, svUtf8);
+    return strText;
+}
+
 [[noreturn]] void ThrowNoText(ItemType eType)
 {
     throw CQvException(FormatString(L"Invalid Type %d to convert to string", static_cast<int>(eType)));
@@ -91,10 +106,12 @@ const QvVariant& QvVariant::operator=(const QvVariant& source)
     const ItemType eType = source.m_type;
     if (static_cast<unsigned int>(eType) > ItemType_XmlCollection)
         throw CQvException(L"Unknown Type");
+    if (source.IsUtf8())
+        source.MakeString();
     std::memcpy(&m_i8, &source.m_i8, sizeof(m_i8));
     if (IsCounted(eType))
         source.AddReference();
-    else if (source.OwnsObject())
+    else if (source.HoldsObject())
         VisitObjectMember(eType,
                           [&](auto pMember)
                           {
@@ -108,6 +125,8 @@ const QvVariant& QvVariant::operator=(const QvVariant& source)
 
 void QvVariant::Take(QvVariant& source) noexcept
 {
+    if (source.IsUtf8())
+        source.MakeString();
     std::memcpy(&m_i8, &source.m_i8, sizeof(m_i8));
     m_type = source.m_type;
     if (OwnsObject())
@@ -116,6 +135,8 @@ void QvVariant::Take(QvVariant& source) noexcept
                           [&](auto pMember)
                           {
                               using T = std::remove_pointer_t<std::remove_reference_t<decltype(this->*pMember)>>;
+                              if (source.m_bBorrows)
+                                  this->*pMember = ::new (static_cast<void*>(&m_storage)) T(*(source.*pMember));
                               if (!source.IsInside(source.*pMember))
                                   return;
                               this->*pMember = ::new (static_cast<void*>(&m_storage)) T(std::move(*(source.*pMember)));
@@ -123,6 +144,7 @@ void QvVariant::Take(QvVariant& source) noexcept
                           });
     }
     source.m_type = ItemType_Invalid;
+    source.m_bBorrows = false;
 }
 
 void QvVariant::Release() noexcept
@@ -130,6 +152,8 @@ void QvVariant::Release() noexcept
     static_assert(s_nObjectTypes == GetObjectTypes(ItemKindIndexes()));
     if (IsCounted(m_type))
         return ReleaseReference();
+    if (IsUtf8())
+        return;
     VisitObjectMember(m_type,
                       [&](auto pMember)
                       {
@@ -395,17 +419,65 @@ void QvVariant::SetString(std::wstring value)
     Hold<ItemType_string>(ToUtf16Units(std::move(value)));
 }
 
+void QvVariant::SetStringRef(const std::wstring& value)
+{
+    std::uint32_t nAll = 0;
+    for (const wchar_t c : value)
+        nAll |= static_cast<std::uint32_t>(c);
+    if (!m_bMayBorrow || nAll > 0xFFFF)
+        return SetString(value);
+    Clear();
+    // Only read through: whoever takes the value away copies it.
+    m_pString = const_cast<std::wstring*>(&value);
+    m_bBorrows = true;
+    m_type = ItemType_string;
+}
+
 std::wstring QvVariant::GetString() const
 {
     return StringRef();
 }
 
+bool QvVariant::IsUtf8() const noexcept
+{
+    return m_type == ItemType_string && m_pString == GetUtf8Mark();
+}
+
+void QvVariant::SetUtf8(std::string_view svUtf8) noexcept
+{
+    Clear();
+    ::new (static_cast<void*>(&m_storage)) std::string_view(svUtf8);
+    m_pString = GetUtf8Mark();
+    m_type = ItemType_string;
+}
+
+bool QvVariant::GetUtf8(std::string_view& svUtf8) const noexcept
+{
+    if (!IsUtf8())
+        return false;
+    svUtf8 = m_storage.utf8;
+    return true;
+}
+
+/// Makes a string of UTF-8, which changes the form of the value alone.
+void QvVariant::MakeString() const
+{
+    const_cast<QvVariant*>(this)->Hold<ItemType_string>(DecodeText(m_storage.utf8));
+}
+
 std::wstring QvVariant::TakeString()
 {
     std::wstring strValue;
+    if (IsUtf8())
+        MakeString();
     QV_ASSERT_MSG(m_type == ItemType_string && m_pString != nullptr, "m_type == ItemType_string && m_pString != NULL");
     if (m_type == ItemType_string && m_pString != nullptr)
-        strValue = std::move(*m_pString);
+    {
+        if (m_bBorrows)
+            strValue = *m_pString;
+        else
+            strValue = std::move(*m_pString);
+    }
     Clear();
     return strValue;
 }
@@ -482,6 +554,8 @@ const CBinaryData& QvVariant::Base64BinaryRef() const
 
 const std::wstring& QvVariant::StringRef() const
 {
+    if (IsUtf8())
+        MakeString();
     QV_ASSERT_MSG(m_type == ItemType_string && m_pString != nullptr, "m_type == ItemType_string && m_pString != NULL");
     return Held<ItemType_string>();
 }

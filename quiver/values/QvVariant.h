@@ -11,6 +11,7 @@
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <string>
+#include <string_view>
 
 namespace QvXmlLib9
 {
@@ -79,6 +80,7 @@ struct QVXMLLIB_API QvVariant
         if (OwnsObject())
             Release();
         m_type = ItemType_Invalid;
+        m_bBorrows = false;
     }
 
     /// The same as Clear.
@@ -184,7 +186,21 @@ struct QVXMLLIB_API QvVariant
     /// Appends what ToString returns to `strOut`, so that one buffer can serve many values.
     void AppendText(std::wstring& strOut, const wchar_t* format) const;
 
+    /// Holds a string that is UTF-8 in the memory of somebody else, who outlives the value: what a document's tree hands
+    /// to generated classes. It becomes a string of the variant where a getter asks for it, and where it is copied.
+    void SetUtf8(std::string_view svUtf8) noexcept;
+    /// The text of SetUtf8.
+    /// @return false if there is none, or a getter has made a string of it.
+    bool GetUtf8(std::string_view& svUtf8) const noexcept;
+
     const std::wstring& StringRef() const;
+
+    /// Lets SetStringRef refer to a string instead of copying it. For who reads a property and has done with the value
+    /// before anybody can change the object.
+    void LetBorrow() noexcept { m_bMayBorrow = true; }
+    /// The same as SetString, for a string that lives on.
+    void SetStringRef(const std::wstring& value);
+
     const CBinaryData& HexBinaryRef() const;
     const CBinaryData& Base64BinaryRef() const;
     const CDecimal& DecimalRef() const;
@@ -198,6 +214,12 @@ struct QVXMLLIB_API QvVariant
     /// The kind of value that is held. Read it and the union below through the getters; change them with the setters.
     ItemType m_type;
 
+private:
+    /// The string that is held may belong to somebody else; and does.
+    bool m_bMayBorrow = false;
+    bool m_bBorrows = false;
+
+public:
     /// The value. An object that belongs to the variant lives inside it, and the pointer shows there; deleting is never
     /// up to the caller. A pointer that somebody else stored here is taken for one from the heap, and is deleted.
     union
@@ -237,6 +259,7 @@ private:
         CDateTimeSpan dateTimeSpan;
         CDateTime dateTime;
         std::wstring string;
+        std::string_view utf8;
         CDecimal decimal;
         CBigInteger bigInteger;
     };
@@ -248,13 +271,18 @@ private:
         1U << ItemType_string | 1U << ItemType_decimal | 1U << ItemType_integer | 1U << ItemType_XmlObjectBase |
         1U << ItemType_XmlCollection;
 
-    bool OwnsObject() const noexcept
+    bool HoldsObject() const noexcept
     {
         return static_cast<unsigned int>(m_type) < 32U && ((s_nObjectTypes >> m_type) & 1U) != 0;
     }
+    bool OwnsObject() const noexcept { return HoldsObject() && !m_bBorrows; }
 
     /// Whether an object is the one in m_storage, and not one from the heap.
     bool IsInside(const void* pObject) const noexcept { return pObject == &m_storage; }
+
+    /// Whether the value is a text of SetUtf8.
+    bool IsUtf8() const noexcept;
+    void MakeString() const;
 
     void Release() noexcept;
     void Take(QvVariant& source) noexcept;

@@ -30,35 +30,61 @@ double UlpOf(double dValue)
     return dUlp;
 }
 
-/// "%.16g" of a number that is a decimal of a few fraction digits, as prices and measurements are. The decimal is what
-/// prints as long as the number's own inaccuracy lies below the sixteenth digit; otherwise nothing is appended.
-bool AppendShortDecimal(std::wstring& strOut, double dValue)
+/// Whether "%.16g" of a number that a decimal of few fraction digits is nearest to prints that decimal, and no inaccuracy
+/// of the number.
+bool HasSixteenDigits(double dMagnitude)
 {
-    static constexpr double s_dScales[] = {1e1, 1e2, 1e3, 1e4};
+    double dSixteenthDigit = dMagnitude < 10 ? 1e-18 : 1e-15;
+    for (double dPower = dMagnitude < 10 ? 1e-2 : 1e1; dPower <= dMagnitude; dPower *= 10)
+        dSixteenthDigit *= 10;
+    return UlpOf(dMagnitude) < dSixteenthDigit * 0.999;
+}
+
+/// Ten thousand times a number that is a decimal with a few fraction digits, as prices and measurements are; 0 for any
+/// other.
+std::uint64_t FindShortDecimal(double dValue)
+{
+    constexpr double dScale = 1e4;
     const double dMagnitude = std::fabs(dValue);
     if (!(dMagnitude >= 1e-3 && dMagnitude < 1e11))
-        return false;
-    for (std::size_t n = 0; n < std::size(s_dScales); ++n)
-    {
-        // Both numbers are whole and small enough to be exact, so the quotient is the number nearest to the decimal.
-        const auto nScaled = static_cast<std::int64_t>(dMagnitude * s_dScales[n] + 0.5);
-        if (static_cast<double>(nScaled) / s_dScales[n] != dMagnitude)
-            continue;
-        double dSixteenthDigit = 1e-18;
-        for (double dPower = 1e-2; dPower <= dMagnitude; dPower *= 10)
-            dSixteenthDigit *= 10;
-        if (UlpOf(dMagnitude) >= dSixteenthDigit * 0.999)
-            return false;
-        const auto nScale = static_cast<std::int64_t>(s_dScales[n]);
-        if (dValue < 0)
-            strOut += L'-';
-        AppendInteger(strOut, nScaled / nScale);
-        strOut += L'.';
-        for (std::int64_t nFraction = nScaled % nScale, nPlace = nScale / 10; nPlace != 0; nPlace /= 10)
-            strOut += DigitOf(static_cast<unsigned int>(nFraction / nPlace % 10));
-        return true;
-    }
-    return false;
+        return 0;
+    // Both numbers are whole and small enough to be exact, so the quotient is the number nearest to the decimal.
+    const auto nScaled = static_cast<std::uint64_t>(dMagnitude * dScale + 0.5);
+    return static_cast<double>(nScaled) / dScale == dMagnitude && HasSixteenDigits(dMagnitude) ? nScaled : 0;
+}
+
+std::wstring_view PrintShortDecimal(IntegerRoom& room, double dValue)
+{
+    std::uint64_t nScaled = FindShortDecimal(dValue);
+    if (nScaled == 0)
+        return {};
+
+    wchar_t* const pEnd = room + std::size(room);
+    wchar_t* p = pEnd;
+    int nPlaces = 4;
+    for (; nPlaces > 1 && nScaled % 10 == 0; --nPlaces)
+        nScaled /= 10;
+    for (; nPlaces > 0; --nPlaces, nScaled /= 10)
+        *--p = DigitOf(static_cast<unsigned int>(nScaled % 10));
+    *--p = L'.';
+    do
+        *--p = DigitOf(static_cast<unsigned int>(nScaled % 10));
+    while ((nScaled /= 10) != 0);
+    if (dValue < 0)
+        *--p = L'-';
+    return {p, static_cast<std::size_t>(pEnd - p)};
+}
+
+/// A whole number below a power of ten; not the negative zero.
+bool IsWhole(double dValue, double dLimit)
+{
+    return std::fabs(dValue) < dLimit && static_cast<double>(static_cast<std::int64_t>(dValue)) == dValue &&
+           (dValue != 0 || !std::signbit(dValue));
+}
+
+std::wstring_view PrintWhole(IntegerRoom& room, double dValue, double dLimit)
+{
+    return IsWhole(dValue, dLimit) ? PrintInteger(room, static_cast<std::int64_t>(dValue)) : std::wstring_view();
 }
 
 /// What distinguishes the two floating point kinds in print.
@@ -78,14 +104,15 @@ constexpr SRealForm s_r8Form = {16, 1e16, 47};
 /// "%.<nPrecision>g". Whole numbers that have no more digits than that print as integers do, only faster.
 void AppendGeneral(std::wstring& strOut, double dValue, const SRealForm& form)
 {
-    if (std::fabs(dValue) < form.dWholeLimit && (dValue != 0 || !std::signbit(dValue)))
+    IntegerRoom room;
+    std::wstring_view svShort = PrintWhole(room, dValue, form.dWholeLimit);
+    if (svShort.empty() && form.nPrecision == s_r8Form.nPrecision)
+        svShort = PrintShortDecimal(room, dValue);
+    if (!svShort.empty())
     {
-        const auto nWhole = static_cast<std::int64_t>(dValue);
-        if (static_cast<double>(nWhole) == dValue)
-            return AppendInteger(strOut, nWhole);
-    }
-    if (form.nPrecision == s_r8Form.nPrecision && AppendShortDecimal(strOut, dValue))
+        strOut.append(svShort);
         return;
+    }
     char szNumber[64];
     char* const pEnd =
         std::to_chars(szNumber, szNumber + sizeof(szNumber), dValue, std::chars_format::general, form.nPrecision).ptr;
@@ -111,6 +138,17 @@ void AppendReal(std::wstring& strOut, double dValue, const wchar_t* lpctFormat, 
 }
 
 } // namespace
+
+bool IsShortR8(double dValue)
+{
+    return IsWhole(dValue, s_r8Form.dWholeLimit) || FindShortDecimal(dValue) != 0;
+}
+
+std::wstring_view PrintShortR8(IntegerRoom& room, double dValue)
+{
+    const std::wstring_view svWhole = PrintWhole(room, dValue, s_r8Form.dWholeLimit);
+    return svWhole.empty() ? PrintShortDecimal(room, dValue) : svWhole;
+}
 
 void AppendR4(std::wstring& strOut, float fValue, const wchar_t* lpctFormat)
 {

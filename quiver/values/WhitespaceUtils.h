@@ -12,7 +12,7 @@ namespace QvXmlLib9
 ///
 /// White space is exactly blank, tab, carriage return and line feed. Unlike the facet's definition, every rule but
 /// "none" deletes carriage returns instead of replacing them, as the normalisation of line ends that no parser did: a
-/// text "a\r\nb" has one line break, and "a\rb" collapses to "ab".
+/// text "a\r\nb" has one line break, and "a\rb" collapses to "ab" (docs/compatibility.md: Carriage returns).
 ///
 /// All functions are free of state and may be called from any thread.
 class QVXMLLIB_API CWhitespaceUtils

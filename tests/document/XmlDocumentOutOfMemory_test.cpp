@@ -18,10 +18,15 @@ using QvTest::CountInstances;
 using QvXmlLib9::CXmlDocument;
 using QvXmlLib9::CXmlElement;
 
+bool DropSome(CXmlElement* pElement)
+{
+    return pElement->GetLocalName() == L"dropped";
+}
+
 /// Runs `load` with the first allocation failing, then with the second, and so on until it succeeds.
 /// @return how many times it failed.
 template <class Load>
-int FailEachAllocation(Load load)
+int FailEachAllocation(Load load, CXmlDocument::PfnElementFilter pfnFilter = DropSome)
 {
     const auto elements = CountInstances(L"CXmlElement");
     const auto attributes = CountInstances(L"CXmlAttribute");
@@ -29,7 +34,7 @@ int FailEachAllocation(Load load)
     {
         bool bFailed = false;
         {
-            CXmlDocument document([](CXmlElement* pElement) { return pElement->GetLocalName() == L"dropped"; });
+            CXmlDocument document(pfnFilter);
             QvTest::g_nAllocationsLeft = nFailures;
             try
             {
@@ -43,7 +48,9 @@ int FailEachAllocation(Load load)
             const std::wstring strOutline = QvTest::Outline(document.GetDocumentElement());
             if (!bFailed)
             {
-                EXPECT_TEXT(L"{urn:x}root @{urn:x}attribute='value' \"some longer text, and more\" ({urn:x}kept)",
+                const std::wstring strDropped = pfnFilter == nullptr ? L", dropped @a='1' (b \"text\")" : L"";
+                EXPECT_TEXT(L"{urn:x}root @{urn:x}attribute='value' \"some longer text, and more\" ({urn:x}kept" +
+                                strDropped + L")",
                             strOutline);
             }
         }
@@ -66,6 +73,13 @@ TEST(XmlDocumentOutOfMemory, LoadingAWideStringFailsCleanlyWhereverMemoryEnds)
 {
     const std::wstring strXml(s_lpcXml, s_lpcXml + std::char_traits<char>::length(s_lpcXml));
     EXPECT_GT(FailEachAllocation([&strXml](CXmlDocument& document) { document.LoadXml(strXml.c_str()); }), 10);
+}
+
+TEST(XmlDocumentOutOfMemory, LoadingWithoutAFilterFailsCleanlyWhereverMemoryEnds)
+{
+    const std::wstring strXml(s_lpcXml, s_lpcXml + std::char_traits<char>::length(s_lpcXml));
+    EXPECT_GT(FailEachAllocation([](CXmlDocument& document) { document.LoadXml(s_lpcXml); }, nullptr), 10);
+    EXPECT_GT(FailEachAllocation([&strXml](CXmlDocument& document) { document.LoadXml(strXml.c_str()); }, nullptr), 10);
 }
 
 TEST(XmlDocumentOutOfMemory, LoadingAFileFailsCleanlyWhereverMemoryEnds)

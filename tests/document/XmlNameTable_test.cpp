@@ -52,6 +52,21 @@ TEST(XmlNameTable, ANameIsSplitAtItsFirstSeparator)
     }
 }
 
+TEST(XmlNameTable, NamesAreMadeForThoseWhoKnowThem)
+{
+    CXmlNameTable names(nullptr);
+    const std::wstring& strNamespaceURI = names.MakeNamespace("urn:\xC3\xA4");
+    EXPECT_TEXT(L"urn:\xE4", strNamespaceURI);
+    const SXmlName& name = names.Make(strNamespaceURI, "\xE2\x82\xAC|");
+    const SXmlName& other = names.Make(strNamespaceURI, "\xE2\x82\xAC|");
+    EXPECT_NE(&name, &other);
+    for (const SXmlName* const pName : {&name, &other})
+    {
+        EXPECT_EQ(&strNamespaceURI, pName->pstrNamespaceURI);
+        EXPECT_TEXT(L"\x20AC|", pName->strLocalName);
+    }
+}
+
 TEST(XmlNameTable, EqualNamesShareTheirRecordAndTheirNamespace)
 {
     CXmlNameTable names(nullptr);

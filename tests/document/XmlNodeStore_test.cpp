@@ -14,6 +14,7 @@ namespace
 {
 
 using QvTest::CountInstances;
+using QvXmlLib9::CTreeMemory;
 using QvXmlLib9::CXmlElement;
 using QvXmlLib9::CXmlNodePool;
 using QvXmlLib9::CXmlNodeStore;
@@ -22,7 +23,8 @@ TEST(XmlNodeStore, SlotsOfAPoolAreApartAndAligned)
 {
     for (const bool bSeparate : {false, true})
     {
-        CXmlNodePool pool(24, bSeparate);
+        CTreeMemory memory(false);
+        CXmlNodePool pool(memory, 24, bSeparate);
         std::set<std::uintptr_t> slots;
         std::vector<void*> all;
         for (int i = 0; i < 10000; ++i)
@@ -44,7 +46,8 @@ TEST(XmlNodeStore, SlotsOfAPoolAreApartAndAligned)
 
 TEST(XmlNodeStore, FreedSlotsAreUsedAgain)
 {
-    CXmlNodePool pool(64, false);
+    CTreeMemory memory(false);
+    CXmlNodePool pool(memory, 64, false);
     void* const pFirst = pool.Allocate();
     void* const pSecond = pool.Allocate();
     pool.Free(pFirst);

@@ -13,6 +13,7 @@
 namespace
 {
 
+using QvXmlLib9::CTreeMemory;
 using QvXmlLib9::CXmlText;
 using QvXmlLib9::CXmlTextArena;
 
@@ -51,7 +52,8 @@ using Wide = std::wstring_view;
 
 TEST(XmlText, Utf8BecomesTextWhenItIsAskedFor)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner owner(arena);
     owner.Append(U8("\xC3\xA4 \xE2\x82\xAC")).Append(U8(" \xF0\x9F\x98\x80"));
     EXPECT_TEXT(L"\xE4 \x20AC \xD83D\xDE00", owner.Get());
@@ -76,7 +78,8 @@ TEST(XmlText, TellsWhiteSpaceInBothForms)
     for (const auto& c : cases)
     {
         SCOPED_TRACE(c.strText.substr(0, 20));
-        CXmlTextArena arena;
+        CTreeMemory memory(false);
+        CXmlTextArena arena(memory);
         CTextOwner owner(arena);
         owner.Append(U8(c.strText));
         for (int nTurn = 0; nTurn < 2; ++nTurn)
@@ -90,7 +93,8 @@ TEST(XmlText, TellsWhiteSpaceInBothForms)
 
 TEST(XmlText, TheReferenceHoldsWhileTheTextGrows)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner owner(arena);
     owner.Append(U8("a"));
     const std::wstring& strText = owner.Get();
@@ -104,7 +108,8 @@ TEST(XmlText, TheReferenceHoldsWhileTheTextGrows)
 
 TEST(XmlText, TextAndUtf8CanBeMixedInAnyOrder)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner textFirst(arena);
     textFirst.Append(Wide(L"a")).Append(U8("b"));
     EXPECT_TEXT(L"ab", textFirst.Get());
@@ -118,7 +123,8 @@ TEST(XmlText, TextAndUtf8CanBeMixedInAnyOrder)
 
 TEST(XmlText, ABufferSparesTheTextFromBeingKept)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner owner(arena);
     owner.Append(U8("text"));
     std::wstring strBuffer = L"former";
@@ -132,7 +138,8 @@ TEST(XmlText, ABufferSparesTheTextFromBeingKept)
 
 TEST(XmlText, ATextGrowsInPlaceAsLongAsNothingFollowsIt)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner owner(arena);
     owner.Append(U8("a"));
     const CXmlText* const pFirst = owner.m_pText;
@@ -149,7 +156,8 @@ TEST(XmlText, ATextGrowsInPlaceAsLongAsNothingFollowsIt)
 
 TEST(XmlText, TwoTextsThatGrowByTurnsStayApart)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner first(arena);
     CTextOwner second(arena);
     std::wstring strFirst;
@@ -168,7 +176,8 @@ TEST(XmlText, TwoTextsThatGrowByTurnsStayApart)
 
 TEST(XmlText, TextsOfAnyLengthArriveWhole)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     std::vector<std::unique_ptr<CTextOwner>> owners;
     const std::size_t lengths[] = {0,     1,     7,     8,     9,     2031,  2032,  2033,  4096,
                                    16383, 16384, 16385, 32768, 65535, 65536, 65537, 100000};
@@ -183,7 +192,8 @@ TEST(XmlText, TextsOfAnyLengthArriveWhole)
 
 TEST(XmlText, RewindingGivesTheSamePlaceAgain)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner kept(arena);
     kept.Append(U8("kept"));
     const CXmlTextArena::SMark mark = arena.GetMark();
@@ -213,7 +223,8 @@ TEST(XmlText, RewindingGivesTheSamePlaceAgain)
 
 TEST(XmlText, AnArenaCanBeRewoundToItsStart)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     const CXmlTextArena::SMark mark = arena.GetMark();
     for (int nRound = 0; nRound < 3; ++nRound)
     {
@@ -243,7 +254,8 @@ TEST(XmlText, ASharedTextIsCopiedBeforeAnythingIsAddedToIt)
         {
             for (const bool bAsked : {false, true})
             {
-                CXmlTextArena arena;
+                CTreeMemory memory(false);
+                CXmlTextArena arena(memory);
                 CTextOwner owner(arena);
                 owner.Append(U8(std::string(strText.begin(), strText.end())));
                 CXmlTextArena::Share(*owner.m_pText);
@@ -263,7 +275,8 @@ TEST(XmlText, ASharedTextIsCopiedBeforeAnythingIsAddedToIt)
 
 TEST(XmlText, ASharedTextIsNotReleasedByItsNodes)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     CTextOwner owner(arena);
     owner.Append(U8("text"));
     const std::wstring& strText = owner.Get();
@@ -275,7 +288,8 @@ TEST(XmlText, ASharedTextIsNotReleasedByItsNodes)
 
 TEST(XmlText, ManyThreadsGetTheSameText)
 {
-    CXmlTextArena arena;
+    CTreeMemory memory(false);
+    CXmlTextArena arena(memory);
     std::vector<std::unique_ptr<CTextOwner>> owners;
     for (int i = 0; i < 1000; ++i)
     {

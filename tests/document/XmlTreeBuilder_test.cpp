@@ -1,12 +1,18 @@
 #include "quiver/document/XmlTreeBuilder.h"
 
+#include "quiver/foundation/Encoder.h"
 #include "tests/support/DocumentTree.h"
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
@@ -137,6 +143,86 @@ TEST(XmlTreeBuilder, ATextMayBeSharedByElements)
     EXPECT_TEXT(L"r (a \"xy\", b \"xy\", c \"xy!\")", tree.Show());
     EXPECT_EQ(&elements[0]->GetText(), &elements[1]->GetText());
     EXPECT_EQ(nullptr, builder.MakeSharedText(L"\r"));
+}
+
+TEST(XmlTreeBuilder, TextOfOpenElementsIsJoinedWhateverItIsMadeOf)
+{
+    const std::string_view pieces[] = {"\n", "  ", "\t", "x", " \xC2\xA0", "\r", "", "\n\r ", "y "};
+    std::mt19937 random(7);
+    for (int nTree = 0; nTree < 300; ++nTree)
+    {
+        STree tree;
+        std::vector<std::wstring> texts(1);
+        std::vector<std::pair<CXmlElement*, std::wstring>> expected;
+        tree.builder.AddElement(tree.builder.InternName("r"));
+        for (int n = 0; n < 40; ++n)
+        {
+            switch (random() % 5)
+            {
+            case 0:
+                tree.builder.AddElement(tree.builder.InternName("e"));
+                texts.emplace_back();
+                break;
+            case 1:
+                if (texts.size() == 1)
+                    break;
+                expected.emplace_back(tree.builder.GetOpenElement(), texts.back());
+                tree.builder.EndElement();
+                texts.pop_back();
+                break;
+            default:
+                const std::string_view svPiece = pieces[random() % (nTree % 2 == 0 ? 3 : std::size(pieces))];
+                tree.builder.AddText(svPiece);
+                std::wstring strPiece;
+                QvXmlLib9::AppendUtf8AsUtf16(strPiece, svPiece);
+                strPiece.erase(std::remove(strPiece.begin(), strPiece.end(), L'\r'), strPiece.end());
+                texts.back() += strPiece;
+            }
+        }
+        for (; !texts.empty(); texts.pop_back())
+        {
+            expected.emplace_back(tree.builder.GetOpenElement(), texts.back());
+            tree.builder.EndElement();
+        }
+        for (const auto& [pElement, strText] : expected)
+            ASSERT_EQ(pElement->GetText(), strText) << nTree;
+    }
+}
+
+TEST(XmlTreeBuilder, ElementsShareTheWhiteSpaceBetweenTheirChildren)
+{
+    STree tree;
+    CXmlTreeBuilder& builder = tree.builder;
+    builder.AddElement(builder.InternName("r"));
+    std::vector<CXmlElement*> elements;
+    for (int i = 0; i < 2; ++i)
+    {
+        elements.push_back(builder.AddElement(builder.InternName("e")));
+        builder.AddText("\n");
+        builder.AddText("  ");
+        builder.AddElement(builder.InternName("f"));
+        builder.EndElement();
+        builder.AddText("\n");
+        builder.EndElement();
+    }
+    EXPECT_TEXT(L"\n  \n", elements[0]->GetText());
+    EXPECT_EQ(&elements[0]->GetText(), &elements[1]->GetText());
+}
+
+TEST(XmlTreeBuilder, WhiteSpaceOfElementsThatStayOpenIsKept)
+{
+    STree tree;
+    CXmlElement* pRoot = nullptr;
+    CXmlElement* pChild = nullptr;
+    {
+        CXmlTreeBuilder builder(tree.store, tree.pRoot, tree.namespaces, nullptr);
+        pRoot = builder.AddElement(builder.InternName("r"));
+        builder.AddText("\n ");
+        pChild = builder.AddElement(builder.InternName("e"));
+        builder.AddText("\n  ");
+    }
+    EXPECT_TEXT(L"\n ", pRoot->GetText());
+    EXPECT_TEXT(L"\n  ", pChild->GetText());
 }
 
 TEST(XmlTreeBuilder, TheLastBindingOfAPrefixCounts)

@@ -262,3 +262,36 @@ TEST(FINameMap, WhatIsAddedToAFullMapIsDropped)
     EXPECT_EQ(0u, map.Find({L"", L"v", L"1"}));
     EXPECT_EQ(1u, map.Find({L"", L"u", L"1"}));
 }
+
+TEST(FIIndexMap, WhatIsLocatedAndAddedIsFoundLikeAnyOther)
+{
+    CFIIndexMap located;
+    CFIIndexMap added;
+    for (int n = 0; n < 3000; ++n)
+    {
+        // Short texts and long ones, each of them twice.
+        const std::wstring strText = (n % 3 == 0 ? L"a longer text " : L"") + std::to_wstring(n / 2);
+        const CFIIndexMap::SPlace place = located.Locate(strText);
+        EXPECT_EQ(place.dwIndex, added.Find(strText));
+        if (place.dwIndex == 0)
+            located.AddLocated(strText, place);
+        added.Add(strText);
+        ASSERT_EQ(located.Find(strText), added.Find(strText));
+        ASSERT_EQ(located.GetCount(), added.GetCount());
+    }
+    for (std::uint32_t dwIndex = 1; dwIndex <= added.GetCount(); ++dwIndex)
+        ASSERT_EQ(located.GetText(dwIndex), added.GetText(dwIndex));
+}
+
+TEST(FIIndexMap, AFullMapStaysAsItIsAlsoForLocatedTexts)
+{
+    CFIIndexMap map;
+    while (map.GetCount() < CFIIndexMap::s_nMaxEntries)
+        map.AddAgain(L"x");
+    for (const wchar_t* const lpctText : {L"short", L"a longer text"})
+    {
+        map.AddLocated(lpctText, map.Locate(lpctText));
+        EXPECT_EQ(map.Find(lpctText), 0U);
+    }
+    EXPECT_EQ(map.GetCount(), CFIIndexMap::s_nMaxEntries);
+}

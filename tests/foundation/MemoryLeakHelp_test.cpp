@@ -1,5 +1,6 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include "quiver/foundation/InstanceCounts.h"
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
 
@@ -122,6 +123,21 @@ TEST_F(MemoryLeakHelpTest, CleanupForgetsAndClassesStartAnew)
     EXPECT_TEXT(s_strHeader, CInstanceMonitor::DumpState());
     const CMonitored b(L"B");
     EXPECT_TEXT(s_strHeader + L"--> B = 1/1", CInstanceMonitor::DumpState());
+}
+
+TEST_F(MemoryLeakHelpTest, InstancesMadeForNothingAreForgotten)
+{
+    const CMonitored kept(L"A");
+    for (int n = 0; n < 3; ++n)
+        const CMonitored dropped(L"A");
+    ForgetInstances(L"A", 3);
+    ExpectCounts(L"A", 1, 1);
+    ForgetInstances(L"B", 0);
+    EXPECT_TEXT(s_strHeader + L"--> A = 1/1", CInstanceMonitor::DumpState());
+    // Those of another thread, which has ended, stay what they are.
+    std::thread([] { const CMonitored dropped(L"A"); }).join();
+    ForgetInstances(L"A", 0);
+    ExpectCounts(L"A", 1, 2);
 }
 
 TEST_F(MemoryLeakHelpTest, ObjectsMayOutliveCleanup)

@@ -48,6 +48,12 @@ bool Makes(const std::wstring& strXml)
            pObject->GetElementName() == root.document.GetDocumentElement()->GetLocalName();
 }
 
+/// One function for two classes.
+CSmartPtr<CXmlObjectBase> CreateNumbered(int nClass, const wchar_t* lpctElementName)
+{
+    return nClass == 1 ? CreateObject<CForeignAddress>(0, lpctElementName) : CreateObject<CAddress>(0, lpctElementName);
+}
+
 } // namespace
 
 TEST(Alternatives, FindRootsByNameNamespaceAndType)
@@ -60,10 +66,13 @@ TEST(Alternatives, FindRootsByNameNamespaceAndType)
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"address", L"xsi:type='s:ForeignAddress'", L"")));
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"address", L"xsi:type=' s:ForeignAddress '", L"")));
     EXPECT_TRUE(Makes<CForeignAddress>(Document(L"sender", L"xsi:type='ForeignAddress'", L"")));
+    for (const std::wstring& strXml : {Document(L"unknown", L"", L""), std::wstring(L"<price/>")})
+        EXPECT_EQ(SRoot(strXml).spObject, nullptr) << ::testing::PrintToString(strXml);
     for (const std::wstring& strXml :
          {Document(L"sender", L"", L""), Document(L"address", L"xsi:type='s:Nowhere'", L""),
-          Document(L"unknown", L"", L""), std::wstring(L"<price/>")})
-        EXPECT_EQ(SRoot(strXml).spObject, nullptr) << ::testing::PrintToString(strXml);
+          std::wstring(L"<p:sender xmlns:p='") + s_lpctNamespace +
+              L"' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='ForeignAddress'/>"})
+        EXPECT_THROW(SRoot{strXml}, CQvValidationException) << ::testing::PrintToString(strXml);
 }
 
 TEST(Alternatives, WriteTheTypeOfARootThatIsNotTheDeclaredOne)
@@ -162,4 +171,29 @@ TEST(Alternatives, AreLookedThroughForThePlace)
     const SPlace shape(L"shape", s_lpctNamespace, CShape::Alternatives(), &CreateObject<CShape>);
     const CSmartPtr<CShape> spSquare = new CShape(L"square");
     EXPECT_STREQ(shape.Prepare(*spSquare), s_lpctOther);
+}
+
+TEST(Alternatives, TellClassesOfOneFunctionApartByNumber)
+{
+    const SCreator plain(&CreateNumbered, 0);
+    const SCreator foreign(&CreateNumbered, 1);
+    EXPECT_TRUE(plain == SCreator(&CreateNumbered));
+    EXPECT_TRUE(plain != foreign);
+    EXPECT_FALSE(SCreator(nullptr));
+    const SAlternative types[] = {{false, s_lpctNamespace, L"Address", plain},
+                                  {false, s_lpctNamespace, L"ForeignAddress", foreign}};
+    const SAlternatives all{types, 2};
+    const SAlternative roots[] = {{true, s_lpctNamespace, L"address", plain, nullptr, &all}};
+    CXmlDocument document(CXmlSerializationContext::GetDefaultContext());
+    const auto IsForeign = [&](const wchar_t* lpctAttributes)
+    {
+        document.LoadXml(Document(L"address", lpctAttributes, L"").c_str());
+        const CSmartPtr<CXmlObjectBase> spObject = CreateRoot(document.GetDocumentElement(), {roots, 1});
+        return dynamic_cast<CForeignAddress*>(&*spObject) != nullptr;
+    };
+    EXPECT_TRUE(IsForeign(L"xsi:type='s:ForeignAddress'"));
+    EXPECT_FALSE(IsForeign(L"xsi:type='s:Address'"));
+    EXPECT_FALSE(IsForeign(L""));
+    EXPECT_TRUE(SPlace(L"address", s_lpctNamespace, all, foreign).declared == foreign);
+    EXPECT_FALSE(SPlace(L"address", s_lpctNamespace, all, {&CreateNumbered, 2}).declared);
 }

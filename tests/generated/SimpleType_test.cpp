@@ -308,6 +308,26 @@ TEST(SimpleType, TakesAUnionsFirstMemberThatFits)
            {either.Pattern(L"\\d"), L"red", L"The value does not match the pattern \\d"}});
 }
 
+TEST(SimpleType, IsMadeOfTypesThatAreNoConstants)
+{
+    const std::wstring strBound = L"9";
+    const CSimpleType digit = CSimpleType(xs::Int::Type()).MaxInclusive(strBound.c_str());
+    const std::vector<const wchar_t*> words = {L"none", L"all"};
+    const CSimpleType word = CSimpleType(xs::Token::Type()).Values(words.data(), words.size());
+    const std::vector<const CSimpleType*> members = {&digit, &word};
+    const CSimpleType either = CSimpleType::UnionOf(members.data(), members.size());
+    const CSimpleType list = CSimpleType::ListOf(either);
+    Check({{list, L" 9  all ", L""},
+           {list, L"1 10", L"Item [10]: The value is of none of the types that it may have"},
+           {either, L" none", L""},
+           {word, L"some", L"The value is none of the enumeration"}});
+    EXPECT_EQ(&list.GetItem(), &either);
+    EXPECT_EQ(word.FindValue(L"all"), 1);
+    const std::vector<const wchar_t*> pairs = {L"1 none", L"2 all"};
+    const CSimpleType pair = list.Values(pairs.data(), pairs.size());
+    EXPECT_EQ(pair.FindValue(L"02 all"), 1) << "the items are compared as values of their member types";
+}
+
 TEST(SimpleType, GivesTheTextsOfItsValues)
 {
     EXPECT_STREQ(ColourName().GetValueText(1), L"dark blue");

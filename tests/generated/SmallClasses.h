@@ -291,11 +291,12 @@ protected:
 
 inline const SAlternatives& CShape::Alternatives()
 {
-    static constexpr SAlternative s_alternatives[] = {{true, s_lpctNamespace, L"circle", &CreateObject<CCircle>},
-                                                      {true, L"urn:other", L"square", &CreateObject<CShape>},
-                                                      {true, L"urn:other", L"circle", &CreateObject<CShape>},
-                                                      {false, s_lpctNamespace, L"Shape", &CreateObject<CShape>},
-                                                      {false, s_lpctNamespace, L"Circle", &CreateObject<CCircle>}};
+    static constexpr SAlternative s_alternatives[] = {
+        {true, s_lpctNamespace, L"circle", &CreateObject<CCircle>},
+        {true, L"urn:other", L"square", &CreateObject<CShape>, &CShape::Alternatives},
+        {true, L"urn:other", L"circle", &CreateObject<CShape>},
+        {false, s_lpctNamespace, L"Shape", &CreateObject<CShape>},
+        {false, s_lpctNamespace, L"Circle", &CreateObject<CCircle>}};
     static constexpr SAlternatives s_all{s_alternatives, 5};
     return s_all;
 }

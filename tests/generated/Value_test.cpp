@@ -131,6 +131,8 @@ TEST(Value, KeepsTheDigitsOfNumbers)
     EXPECT_EQ(Printed<xs::Double>(L"-INF"), L"-INF");
     EXPECT_EQ(Printed<xs::Double>(L"NaN"), L"NaN");
     EXPECT_EQ(Printed<xs::Float>(L"0.1"), L"0.1");
+    EXPECT_EQ(Printed<xs::Float>(L"-1.4832814E28"), L"-1.4832814e+28");
+    EXPECT_EQ(Printed<xs::Float>(L"16777217.5"), L"16777218");
     for (const double d : {0.1, 1.0 / 3, 0.30000000000000004, std::numeric_limits<double>::max(),
                            std::numeric_limits<double>::denorm_min(), -123456789.123456789})
         EXPECT_EQ(ValueOf<xs::Double>(ValueText(xs::Double::Type(), d), L"x"), d);

@@ -1,7 +1,11 @@
 #include "quiver/generated/Wildcard.h"
 
 #include "quiver/collections/Element.h"
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlDocument.h"
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/generated/BuiltinTypes.h"
+#include "quiver/generated/Nillable.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +15,31 @@ namespace
 {
 
 constexpr const wchar_t* s_uris[] = {L"urn:a", L""};
+
+constexpr SAlternative s_elements[] = {{true, L"urn:a", L"count", &CreateObject<CNillable<xs::Int>>}};
+constexpr SKnownAttribute s_attributes[] = {{L"urn:a", L"size", &xs::Int::Type},
+                                            {L"urn:a", L"one", &xs::Int::Type, L"1"}};
+constexpr SKnownDeclarations s_known{{s_elements, 1}, s_attributes, 2};
+
+SWildcard MakeWildcard(const SKnownDeclarations* pKnown, bool bStrict)
+{
+    return {SWildcard::Any, nullptr, 0, 0, -1, nullptr, pKnown, bStrict};
+}
+
+bool IsTaken(const SWildcard& wildcard, const wchar_t* lpctDocument, const CXmlSerializationContext& context = {})
+{
+    CXmlDocument document;
+    document.LoadXml(lpctDocument);
+    try
+    {
+        wildcard.Throw_IfContentIsWrong(*document.GetDocumentElement(), context);
+        return true;
+    }
+    catch (const CQvException&)
+    {
+        return false;
+    }
+}
 
 } // namespace
 
@@ -60,4 +89,37 @@ TEST(Wildcard, RefusesToWriteWhatItWouldNotRead)
     {
         EXPECT_EQ(ex.GetMessageW(), L"The element [x] of the namespace [urn:a] may not stand here");
     }
+}
+
+TEST(Wildcard, ChecksContentByWhatIsKnown)
+{
+    const struct
+    {
+        const wchar_t* lpctDocument;
+        bool bLax;
+        bool bStrict;
+    } cases[] = {{L"<count xmlns='urn:a'>1</count>", true, true},
+                 {L"<count xmlns='urn:a'>x</count>", false, false},
+                 {L"<other xmlns='urn:a'>x</other>", true, false},
+                 {L"<count>x</count>", true, false},
+                 {L"<other><count xmlns='urn:a'>x</count></other>", false, false},
+                 {L"<other xmlns:a='urn:a' a:size='1' a:one='01'/>", true, false},
+                 {L"<other xmlns:a='urn:a' a:size='x'/>", false, false},
+                 {L"<other xmlns:a='urn:a' a:one='2'/>", false, false}};
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(c.lpctDocument);
+        EXPECT_TRUE(IsTaken(MakeWildcard(nullptr, false), c.lpctDocument));
+        EXPECT_EQ(IsTaken(MakeWildcard(&s_known, false), c.lpctDocument), c.bLax);
+        EXPECT_EQ(IsTaken(MakeWildcard(&s_known, true), c.lpctDocument), c.bStrict);
+    }
+    EXPECT_FALSE(IsCheckingOnly());
+}
+
+TEST(Wildcard, LetsUnknownElementsThroughWhereTheContextDoes)
+{
+    CXmlSerializationContext context;
+    context.SetIgnoreUnknownElements(true);
+    EXPECT_TRUE(IsTaken(MakeWildcard(&s_known, true), L"<other/>", context));
+    EXPECT_FALSE(IsTaken(MakeWildcard(&s_known, true), L"<count xmlns='urn:a'>x</count>", context));
 }

@@ -1,5 +1,6 @@
 #include "quiver/output/StringBuffer.h"
 
+#include "quiver/foundation/Encoder.h"
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
 
@@ -9,16 +10,24 @@
 #include <vector>
 
 using QvXmlLib9::CStringBuffer;
+using SPiece = CStringBuffer::SPiece;
 
 namespace
 {
 
 using Lengths = std::vector<std::size_t>;
 
+std::wstring TextOf(const SPiece& piece)
+{
+    std::wstring strUnits(piece.svUnits);
+    QvXmlLib9::AppendUtf8AsUtf16(strUnits, piece.svBytes);
+    return strUnits;
+}
+
 Lengths PieceLengths(const CStringBuffer& buffer)
 {
     Lengths lengths;
-    buffer.ForEachPiece([&](auto strPiece) { lengths.push_back(strPiece.size()); });
+    buffer.ForEachPiece([&](const SPiece& piece) { lengths.push_back(TextOf(piece).size()); });
     return lengths;
 }
 
@@ -61,7 +70,7 @@ TEST(StringBuffer, AFullBlockIsHandedOutWithoutACopyAndTerminated)
     buffer.Append(Digits(4095));
     EXPECT_EQ(Lengths{4095}, PieceLengths(buffer));
     const void* pBlock = nullptr;
-    buffer.ForEachPiece([&](auto strPiece) { pBlock = strPiece.data(); });
+    buffer.ForEachPiece([&](const SPiece& piece) { pBlock = piece.svUnits.data(); });
     EXPECT_EQ(pBlock, buffer.GetData());
     EXPECT_TEXT(Digits(4095), buffer.GetData());
 }
@@ -155,11 +164,72 @@ TEST(StringBuffer, FullBlocksKeepUnitsOfEveryWidth)
         for (int n = 0; n < 3; ++n)
             buffer.Append(strText);
         std::wstring strPieces;
-        buffer.ForEachPiece([&](auto strPiece) { strPieces.append(strPiece.begin(), strPiece.end()); });
+        buffer.ForEachPiece([&](const SPiece& piece) { strPieces += TextOf(piece); });
         EXPECT_TEXT(strText + strText + strText, strPieces);
         EXPECT_TEXT(strText + strText + strText, buffer.GetString());
         EXPECT_TEXT(strText + strText + strText, buffer.GetData());
         EXPECT_EQ(33u, buffer.GetLength());
+    }
+}
+
+TEST(StringBuffer, PacksAsUtf8WhereTheTextHasSuchAForm)
+{
+    const std::wstring texts[] = {
+        L"abc\x7F\x80\xFF\u0100\uFFFF\x01zy",
+        std::wstring{L'a', 0xD83D, 0xDE00, 0xD83D, 0xDE01, L'b', 0xE9, 0xD83D, 0xDE02},
+        std::wstring{L'a', 0xD83D, 0xD83D, 0xDE00, L'b', 0xDE00, L'c', 0xE9, 0, 0xE9, 0xD83D},
+    };
+    for (const std::wstring& strText : texts)
+    {
+        for (unsigned long nBlockSize = 1; nBlockSize < 16; ++nBlockSize)
+        {
+            CStringBuffer buffer(nBlockSize);
+            buffer.PackAsUtf8();
+            std::wstring strAll;
+            for (int n = 0; n < 4; ++n)
+            {
+                buffer.AppendUnits(strText);
+                strAll += strText;
+                EXPECT_EQ(strAll.size(), buffer.GetLength());
+            }
+            std::wstring strPieces;
+            buffer.ForEachPiece(
+                [&](const SPiece& piece)
+                {
+                    EXPECT_TRUE(piece.svBytes.empty() || piece.svUnits.empty());
+                    EXPECT_EQ(piece.eForm == SPiece::Form_Units, piece.svBytes.empty());
+                    strPieces += TextOf(piece);
+                });
+            EXPECT_TEXT(strAll, strPieces);
+            EXPECT_TEXT(strAll, buffer.GetString());
+            EXPECT_TRUE(strAll == std::wstring_view(buffer.GetData(), buffer.GetLength()));
+            // Behind the joined block, which ends in half of a pair, the next one begins.
+            buffer.AppendUnits(strText);
+            EXPECT_TEXT(strAll + strText, buffer.GetString());
+        }
+    }
+}
+
+TEST(StringBuffer, RunsAndShortTextsGoOverTheEndOfABlock)
+{
+    const QvXmlLib9::CShortUnits shortUnits(L"sixteen units ok");
+    const QvXmlLib9::CShortUnits longUnits(L"seventeen of them");
+    ASSERT_TRUE(shortUnits.IsShort());
+    ASSERT_FALSE(longUnits.IsShort());
+    for (unsigned long nBlockSize = 2; nBlockSize < 70; ++nBlockSize)
+    {
+        CStringBuffer buffer(nBlockSize);
+        std::wstring strExpected;
+        for (std::size_t n = 0; n < 20; ++n)
+        {
+            buffer.AppendShort(shortUnits);
+            buffer.AppendRun(L'\t', n);
+            buffer.AppendShort(longUnits);
+            const std::size_t nTaken = buffer.AppendWhile(L"a text up to <here>", [](wchar_t c) { return c != L'<'; });
+            EXPECT_EQ(13u, nTaken);
+            strExpected += L"sixteen units ok" + std::wstring(n, L'\t') + L"seventeen of thema text up to ";
+        }
+        EXPECT_TEXT(strExpected, buffer.GetString());
     }
 }
 

@@ -620,10 +620,127 @@ TEST(QvVariant, ANullPointerReadsAsAnEmptyValue)
 
 #endif
 
+TEST(QvVariant, RefersToAStringOnlyWhereItMayBorrow)
+{
+    std::wstring strOwner = L"owned by somebody else";
+    QvVariant borrower;
+    borrower.LetBorrow();
+    borrower.SetStringRef(strOwner);
+    QvVariant keeper;
+    keeper.SetStringRef(strOwner);
+    EXPECT_EQ(&borrower.StringRef(), &strOwner);
+    EXPECT_NE(&keeper.StringRef(), &strOwner);
+
+    const QvVariant copy(borrower);
+    QvVariant moved(std::move(borrower));
+    EXPECT_FALSE(borrower.IsValid());
+    borrower.SetStringRef(strOwner);
+    const std::wstring strTaken = borrower.TakeString();
+    EXPECT_FALSE(borrower.IsValid());
+    strOwner = L"changed";
+    for (const std::wstring& strText : {copy.GetString(), moved.GetString(), keeper.GetString(), strTaken})
+        EXPECT_EQ(strText, L"owned by somebody else");
+}
+
+TEST(QvVariant, ForgetsABorrowedStringWithoutTouchingIt)
+{
+    const std::wstring strOwner = L"a text that is too long for the string itself";
+    QvVariant value;
+    value.LetBorrow();
+    value.SetStringRef(strOwner);
+    value.SetI4(7);
+    EXPECT_EQ(value.GetI4(), 7);
+    value.SetStringRef(strOwner);
+    value.SetString(L"another text that is too long for the string itself");
+    EXPECT_EQ(value.GetString(), L"another text that is too long for the string itself");
+    value.SetStringRef(strOwner);
+    value = QvVariant();
+    EXPECT_EQ(strOwner, L"a text that is too long for the string itself");
+}
+
+TEST(QvVariant, ABorrowedStringIsOfUnitsLikeAnyOther)
+{
+    if constexpr (sizeof(wchar_t) == 4)
+    {
+        const std::wstring strOwner(1, static_cast<wchar_t>(0x1F600));
+        QvVariant value;
+        value.LetBorrow();
+        value.SetStringRef(strOwner);
+        EXPECT_EQ(value.GetString(), std::wstring({static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)}));
+    }
+}
+
 TEST(QvVariant, TakeStringHandsTheStringOverAndLeavesAnInvalidVariant)
 {
     QvVariant value;
     value.SetString(L"a string of some length");
     EXPECT_TRUE(value.TakeString() == L"a string of some length");
     EXPECT_FALSE(value.IsValid());
+}
+
+namespace
+{
+
+QvVariant Utf8Variant()
+{
+    QvVariant value;
+    value.SetUtf8("gr\xC3\xBC"
+                  "n");
+    return value;
+}
+
+} // namespace
+
+TEST(QvVariant, HoldsUtf8UntilAStringIsAskedFor)
+{
+    std::string strUtf8 = "gr\xC3\xBC"
+                          "n";
+    QvVariant value;
+    value.SetBoolean(true);
+    value.SetUtf8(strUtf8);
+    std::string_view svUtf8;
+    EXPECT_TRUE(value.GetUtf8(svUtf8));
+    EXPECT_EQ(svUtf8.data(), strUtf8.data());
+    EXPECT_TRUE(value.IsValid());
+    EXPECT_EQ(value.GetTypeAsEnum(), ItemType_string);
+    EXPECT_TEXT(L"string", value.GetType());
+    EXPECT_TEXT(L"gr\x00FCn", value.StringRef());
+    EXPECT_FALSE(value.GetUtf8(svUtf8));
+    EXPECT_EQ(&value.StringRef(), &value.StringRef());
+
+    EXPECT_TEXT(L"gr\x00FCn", Utf8Variant().GetString());
+    EXPECT_TEXT(L"gr\x00FCn", Utf8Variant().TakeString());
+    EXPECT_TEXT(L"gr\x00FCn", Utf8Variant().ToString(nullptr));
+}
+
+TEST(QvVariant, CopiesOfUtf8OutliveIt)
+{
+    std::string strUtf8 = "a text that is longer than a string holds in place";
+    QvVariant source;
+    source.SetUtf8(strUtf8);
+    const QvVariant copy = source;
+    source.SetUtf8(strUtf8);
+    const QvVariant moved = std::move(source);
+    QvVariant target;
+    target.SetI4(1);
+    source.SetUtf8(strUtf8);
+    target = std::move(source);
+    strUtf8.assign(strUtf8.size(), 'x');
+    for (const QvVariant* const pValue : {&copy, &moved, &const_cast<const QvVariant&>(target)})
+        EXPECT_TEXT(L"a text that is longer than a string holds in place", pValue->GetString());
+    EXPECT_FALSE(source.IsValid());
+}
+
+TEST(QvVariant, LetsUtf8Go)
+{
+    QvVariant value;
+    value.SetUtf8("a");
+    value.Clear();
+    EXPECT_FALSE(value.IsValid());
+    value.SetUtf8("a");
+    value.SetI4(7);
+    EXPECT_EQ(value.GetI4(), 7);
+    value.SetUtf8("a");
+    value.SetUtf8({});
+    EXPECT_TEXT(L"", value.GetString());
 }

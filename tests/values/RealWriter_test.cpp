@@ -75,3 +75,29 @@ TEST(RealWriter, TextsBeyondTheLongestAreCutOff)
     AppendR8(strText, 1.5, L"%47.1f");
     EXPECT_TEXT(L"=" + std::wstring(44, L' ') + L"1.5", strText);
 }
+
+TEST(RealWriter, WhatPrintsShortPrintsAsAnyOtherAndReadsBack)
+{
+    std::mt19937_64 random(20260522);
+    int nShort = 0;
+    for (int n = 0; n < 100000; ++n)
+    {
+        const double dScale = std::pow(10.0, static_cast<double>(random() % 6));
+        const double dValue =
+            static_cast<double>(static_cast<std::int64_t>(random() % 10000000000) - 5000000000) / dScale;
+        IntegerRoom room;
+        const std::wstring_view svText = PrintShortR8(room, dValue);
+        if (svText.empty())
+            continue;
+        ++nShort;
+        ASSERT_EQ(svText, R8(dValue));
+        ASSERT_EQ(std::stod(std::wstring(svText)), dValue);
+    }
+    EXPECT_GT(nShort, 50000);
+
+    IntegerRoom room;
+    for (const double dValue : {-0.0, 0.1 + 0.2, 1e300, 9.95, std::nan(""), HUGE_VAL, -HUGE_VAL, 1e16})
+        EXPECT_TRUE(PrintShortR8(room, dValue).empty()) << dValue;
+    EXPECT_EQ(PrintShortR8(room, 0), L"0");
+    EXPECT_EQ(PrintShortR8(room, 9007199254740992.0), L"9007199254740992");
+}

@@ -3,6 +3,7 @@
 #include "tools/quiver-gen/Files.h"
 #include "tools/quiver-gen/Options.h"
 #include "tools/quiver-gen/binding/Dump.h"
+#include "tools/quiver-gen/check/Check.h"
 #include "tools/quiver-gen/schema/Dump.h"
 
 #include <new>
@@ -16,6 +17,7 @@ namespace
 
 constexpr int s_nDone = 0;
 constexpr int s_nSchemaWrong = 1;
+constexpr int s_nDocumentRefused = 1;
 constexpr int s_nCommandWrong = 2;
 constexpr int s_nNotMapped = 3;
 
@@ -60,6 +62,20 @@ void Write(const SOptions& options, const schema::SSchemaSet& set, const binding
     WriteFiles(files);
 }
 
+int Check(const SOptions& options, const binding::SBinding& binding, std::ostream& err)
+{
+    switch (check::CheckDocuments(binding, options.documents, err))
+    {
+    case check::EFinding::Right:
+        break;
+    case check::EFinding::Refused:
+        return s_nDocumentRefused;
+    case check::EFinding::Unreadable:
+        return s_nCommandWrong;
+    }
+    return s_nDone;
+}
+
 int Generate(const SOptions& options, std::ostream& out, std::ostream& err)
 {
     schema::SSchemaSet set;
@@ -78,6 +94,8 @@ int Generate(const SOptions& options, std::ostream& out, std::ostream& err)
         err << "quiver-gen: nothing is written, since --werror makes the warnings errors\n";
         return s_nNotMapped;
     }
+    if (options.eCommand == ECommand::Check)
+        return Check(options, binding, err);
     if (options.eCommand == ECommand::DumpComponents)
         schema::DumpComponents(set, out);
     else if (options.eCommand == ECommand::DumpBinding)
@@ -101,6 +119,7 @@ int Run(const SOptions& options, std::ostream& out, std::ostream& err)
     case ECommand::ListFiles:
     case ECommand::DumpComponents:
     case ECommand::DumpBinding:
+    case ECommand::Check:
         return Generate(options, out, err);
     }
     return s_nCommandWrong;

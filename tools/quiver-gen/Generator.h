@@ -11,7 +11,7 @@ namespace quiver_gen
 /// @param arguments without the program's name.
 /// @param out gets what was asked for in words: help, version, lists, dumps.
 /// @param err gets errors and warnings.
-/// @return the exit status: 0, 1 for a schema that is wrong, 2 for a command line that cannot be carried out, 3 for a
+/// @return the exit status: 0, 1 for a schema that is wrong or a document that is refused, 2 for a command line that cannot be carried out, 3 for a
 ///         schema that is right and cannot be mapped.
 int RunGenerator(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 

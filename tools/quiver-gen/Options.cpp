@@ -333,6 +333,15 @@ constexpr SOption s_options[] = {
      {
          options.eCommand = ECommand::DumpBinding;
      }},
+    {"--check", EValues::None, "",
+     "read documents with the classes, without compiling them, and\n"
+     "write nothing: quiver-gen --check SCHEMA... DOCUMENT... The\n"
+     "first name, and those that end in .xsd, are of schemas; behind\n"
+     "-- all names are of documents",
+     [](SOptions& options, const std::string&)
+     {
+         options.eCommand = ECommand::Check;
+     }},
     {"--version", EValues::None, "", "print the version",
      [](SOptions& options, const std::string&)
      {
@@ -404,6 +413,24 @@ void ParseOption(SOptions& options, const std::vector<std::string>& arguments, s
         ApplyValue(options, option, arguments[++nArgument]);
 }
 
+/// A name that belongs to no option.
+struct SName
+{
+    std::string strName;
+    bool bBehindMark; ///< it stands behind --
+};
+
+/// Tells the names of documents from those of schemas.
+void SortNames(SOptions& options, const std::vector<SName>& names)
+{
+    for (const SName& name : names)
+    {
+        const bool bSchema = options.eCommand != ECommand::Check || options.load.schemas.empty() ||
+                             (IsSchema(name.strName) && !name.bBehindMark);
+        (bSchema ? options.load.schemas : options.documents).push_back(name.strName);
+    }
+}
+
 void CheckTogether(const SOptions& options)
 {
     if (options.load.schemas.empty())
@@ -443,6 +470,7 @@ SOptions ParseOptions(const std::vector<std::string>& arguments)
             return options;
         }
     }
+    std::vector<SName> names;
     bool bOptions = true;
     for (std::size_t nArgument = 0; nArgument < arguments.size(); ++nArgument)
     {
@@ -454,8 +482,9 @@ SOptions ParseOptions(const std::vector<std::string>& arguments)
         else if (strArgument.empty())
             throw CUsageError{"the name of a schema is empty"};
         else
-            options.load.schemas.push_back(strArgument);
+            names.push_back({strArgument, !bOptions});
     }
+    SortNames(options, names);
     CheckTogether(options);
     for (const std::string& strSchema : options.load.schemas)
         options.write.schemas.push_back(GetFileName(strSchema));
@@ -469,6 +498,7 @@ std::string GetHelp()
         "writing.\n"
         "\n"
         "  quiver-gen SCHEMA... -o DIR [options]\n"
+        "  quiver-gen --check SCHEMA... [DOCUMENT...] [options]\n"
         "\n"
         "A first try, from a schema to a running program:\n"
         "\n"
@@ -496,9 +526,11 @@ std::string GetHelp()
     return strHelp + "\n"
                      "Messages have the form file:line:column: error: text. A warning marks each place where the "
                      "classes read\n"
-                     "more freely than the schema. The exit status is 0, or 1 for a schema that is wrong, or 2 for a "
-                     "command line\n"
-                     "that cannot be carried out, or 3 for a schema that is right and cannot become classes.\n";
+                     "more freely than the schema. The exit status is 0, or 1 for a schema that is wrong "
+                     "or a\n"
+                     "document that is refused, or 2 for a command line that cannot be carried out, or 3 for a schema "
+                     "that is\n"
+                     "right and cannot become classes.\n";
 }
 
 } // namespace quiver_gen

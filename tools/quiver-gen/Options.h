@@ -18,7 +18,8 @@ enum class ECommand
     Generate,
     ListFiles,
     DumpComponents,
-    DumpBinding
+    DumpBinding,
+    Check
 };
 
 /// The command line, and what the files that it names say.
@@ -32,6 +33,7 @@ struct SOptions
     std::string strDependencies;                ///< path of the dependency file, empty for none
     std::vector<std::string> dependencyTargets; ///< what it says is made; empty for the files
     std::vector<std::string> ruleFiles;         ///< files that options were read from
+    std::vector<std::string> documents;         ///< what --check reads
     bool bWarningsAreErrors = false;
 };
 

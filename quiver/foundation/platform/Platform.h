@@ -33,6 +33,14 @@ bool IsDebugOutputOn();
 /// Hands a text to the debug output: standard error in diagnostic builds, nowhere in others.
 void OutputDebug(const wchar_t* lpctText);
 
+// --- Memory ---------------------------------------------------------------------------------------------------------
+
+/// Zeroed memory for very much data, a multiple of 2 MiB, in large pages where the system has them: that many bytes are
+/// handed over at their first use instead of 4 KiB at a time.
+/// @return null for want of memory.
+void* AllocateLarge(std::size_t nBytes);
+void FreeLarge(void* pMemory, std::size_t nBytes) noexcept;
+
 // --- Files ----------------------------------------------------------------------------------------------------------
 //
 // An operation that fails returns false (or what its comment says) and leaves the reason in GetLastError, always as one
@@ -143,6 +151,14 @@ std::size_t GetStackBytesLeft();
 
 /// Size in bytes of the calling thread's stack, or the greatest value where the platform cannot tell.
 std::size_t GetStackSize();
+
+// --- Threads --------------------------------------------------------------------------------------------------------
+
+/// Has an operation called when the calling thread ends, after the destructors of the thread's own objects or, where
+/// these come late, ahead of them. A thread has one; the last call holds.
+/// @return false for want of memory.
+using PfnThreadEnd = void (*)(void* pData);
+bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData);
 
 // --- Time -----------------------------------------------------------------------------------------------------------
 

@@ -14,6 +14,7 @@
 #include <new>
 #include <pthread.h>
 #include <string>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -101,6 +102,32 @@ std::size_t GetStackBytesLeft()
 std::size_t GetStackSize()
 {
     return GetStackBounds().nSize;
+}
+
+// --- Memory ---------------------------------------------------------------------------------------------------------
+
+void* AllocateLarge(std::size_t nBytes)
+{
+    constexpr std::size_t nLargePage = 2 * 1024 * 1024;
+    const std::size_t nMapped = nBytes + nLargePage;
+    void* const pMapped = ::mmap(nullptr, nMapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pMapped == MAP_FAILED)
+        return nullptr;
+    // A large page begins at a multiple of its size, so what lies around goes back.
+    auto* const pFirst = static_cast<unsigned char*>(pMapped);
+    const std::size_t nAhead = (nLargePage - reinterpret_cast<std::uintptr_t>(pFirst) % nLargePage) % nLargePage;
+    if (nAhead > 0)
+        ::munmap(pFirst, nAhead);
+    ::munmap(pFirst + nAhead + nBytes, nLargePage - nAhead);
+#if defined(MADV_HUGEPAGE)
+    ::madvise(pFirst + nAhead, nBytes, MADV_HUGEPAGE);
+#endif
+    return pFirst + nAhead;
+}
+
+void FreeLarge(void* pMemory, std::size_t nBytes) noexcept
+{
+    ::munmap(pMemory, nBytes);
 }
 
 // --- Files ----------------------------------------------------------------------------------------------------------
@@ -564,6 +591,36 @@ bool GetZonedTime(__int64 nTime, std::tm& fields)
 {
     const std::time_t nSeconds = nTime;
     return localtime_r(&nSeconds, &fields) != nullptr;
+}
+
+// --- Threads --------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+struct SThreadEnd
+{
+    SThreadEnd() = default;
+    SThreadEnd(const SThreadEnd&) = delete;
+    SThreadEnd& operator=(const SThreadEnd&) = delete;
+    ~SThreadEnd()
+    {
+        if (pfnEnd != nullptr)
+            pfnEnd(pData);
+    }
+
+    PfnThreadEnd pfnEnd = nullptr;
+    void* pData = nullptr;
+};
+
+} // namespace
+
+bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData)
+{
+    thread_local SThreadEnd t_end;
+    t_end.pfnEnd = pfnEnd;
+    t_end.pData = pData;
+    return true;
 }
 
 } // namespace QvXmlLib9::Platform

@@ -3,10 +3,12 @@
 #include "quiver/foundation/platform/PlatformHooks.h"
 #include "quiver/foundation/platform/SystemTimeFields.h"
 
+#include <climits>
 #include <cstdint>
 #include <ctime>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace QvXmlLib9::Platform
 {
@@ -21,6 +23,18 @@ void ShowErrorBoxToUser(const wchar_t* lpctText, const wchar_t* lpctCaption)
 void OutputDebugToPlatform(const wchar_t* lpctText)
 {
     ::OutputDebugStringW(lpctText);
+}
+
+// --- Memory ---------------------------------------------------------------------------------------------------------
+
+void* AllocateLarge(std::size_t nBytes)
+{
+    return ::VirtualAlloc(nullptr, nBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+void FreeLarge(void* pMemory, std::size_t) noexcept
+{
+    ::VirtualFree(pMemory, 0, MEM_RELEASE);
 }
 
 // --- Files ----------------------------------------------------------------------------------------------------------
@@ -317,19 +331,167 @@ bool FileTimeToSystemTime(const _FILETIME& fileTime, _SYSTEMTIME& systemTime)
     return ::FileTimeToSystemTime(&fileTime, &systemTime) != 0;
 }
 
+namespace
+{
+
+constexpr std::int64_t s_nSecondsPerDay = 86400;
+constexpr std::int64_t s_nDaysPer400Years = 146097;
+
+/// Quotient and remainder with a remainder of 0 or more.
+std::pair<std::int64_t, std::int64_t> DivideDown(std::int64_t nDividend, std::int64_t nDivisor)
+{
+    const std::int64_t nRemainder = (nDividend % nDivisor + nDivisor) % nDivisor;
+    return {(nDividend - nRemainder) / nDivisor, nRemainder};
+}
+
+// The calendar of the C library, which here knows the years from 1970 to 3000 only: Gregorian in both directions. Years
+// begin in March within these two, so that the leap day is the last of its year.
+
+/// Days from 1970-01-01 to the first day of a month; months beyond 0 to 11 carry into the year.
+std::int64_t DaysToMonth(std::int64_t nYear, std::int64_t nMonth)
+{
+    const auto [nCarry, nMonthFromMarch] = DivideDown(nMonth - 2, 12);
+    const auto [nEra, nYearOfEra] = DivideDown(nYear + nCarry, 400);
+    const std::int64_t nDayOfYear = (153 * nMonthFromMarch + 2) / 5;
+    const std::int64_t nDayOfEra = nYearOfEra * 365 + nYearOfEra / 4 - nYearOfEra / 100 + nDayOfYear;
+    return nEra * s_nDaysPer400Years + nDayOfEra - 719468;
+}
+
+/// Fields of a count of seconds; false if the year does not fit.
+bool TakeApart(std::int64_t nSeconds, std::tm& fields)
+{
+    const auto [nDay, nSecondOfDay] = DivideDown(nSeconds, s_nSecondsPerDay);
+    const auto [nEra, nDayOfEra] = DivideDown(nDay + 719468, s_nDaysPer400Years);
+    const std::int64_t nYearOfEra = (nDayOfEra - nDayOfEra / 1460 + nDayOfEra / 36524 - nDayOfEra / 146096) / 365;
+    const std::int64_t nDayOfYear = nDayOfEra - (365 * nYearOfEra + nYearOfEra / 4 - nYearOfEra / 100);
+    const std::int64_t nMonthFromMarch = (5 * nDayOfYear + 2) / 153;
+    const std::int64_t nMonth = (nMonthFromMarch + 2) % 12;
+    const std::int64_t nYear = nEra * 400 + nYearOfEra + (nMonth < 2 ? 1 : 0);
+    if (nYear - 1900 < INT_MIN || nYear - 1900 > INT_MAX)
+        return false;
+    fields = {};
+    fields.tm_year = static_cast<int>(nYear - 1900);
+    fields.tm_mon = static_cast<int>(nMonth);
+    fields.tm_mday = static_cast<int>(nDayOfYear - (153 * nMonthFromMarch + 2) / 5 + 1);
+    fields.tm_hour = static_cast<int>(nSecondOfDay / 3600);
+    fields.tm_min = static_cast<int>(nSecondOfDay / 60 % 60);
+    fields.tm_sec = static_cast<int>(nSecondOfDay % 60);
+    fields.tm_wday = static_cast<int>(DivideDown(nDay + 4, 7).second);
+    fields.tm_yday = static_cast<int>(nDay - DaysToMonth(nYear, 0));
+    return true;
+}
+
+/// Seconds that the fields make, as if they were in UTC.
+std::int64_t PutTogether(const std::tm& fields)
+{
+    const std::int64_t nDay = DaysToMonth(std::int64_t{fields.tm_year} + 1900, fields.tm_mon) + fields.tm_mday - 1;
+    return ((nDay * 24 + fields.tm_hour) * 60 + fields.tm_min) * 60 + fields.tm_sec;
+}
+
+struct SZone
+{
+    SZone() { ::GetTimeZoneInformation(&information); }
+
+    /// Seconds by which the clocks are ahead of UTC in one of the two seasons.
+    std::int64_t GetOffset(bool bSummer) const
+    {
+        return -60 * (std::int64_t{information.Bias} + (bSummer ? information.DaylightBias : information.StandardBias));
+    }
+
+    TIME_ZONE_INFORMATION information = {};
+};
+
+/// Seconds by which the machine's clocks are ahead of UTC at a time. The system knows the years from 1601 on; the rules
+/// of others are those of a year that is a multiple of 400 away.
+std::int64_t GetZoneOffset(std::int64_t nTime)
+{
+    constexpr std::int64_t nCycle = s_nDaysPer400Years * s_nSecondsPerDay;
+    const std::int64_t nWithin1970To2370 = DivideDown(nTime, nCycle).second;
+    // Years that the system knows stay what they are: their rules may have been others.
+    const bool bKnown = nTime >= -11644473600 && nTime < 253402300800;
+    std::tm utc = {};
+    TakeApart(bKnown ? nTime : nWithin1970To2370, utc);
+    const _SYSTEMTIME systemUtc = {static_cast<WORD>(utc.tm_year + 1900), static_cast<WORD>(utc.tm_mon + 1),
+                                   static_cast<WORD>(utc.tm_wday),        static_cast<WORD>(utc.tm_mday),
+                                   static_cast<WORD>(utc.tm_hour),        static_cast<WORD>(utc.tm_min),
+                                   static_cast<WORD>(utc.tm_sec),         0};
+    _SYSTEMTIME local = {};
+    if (!::SystemTimeToTzSpecificLocalTime(nullptr, &systemUtc, &local))
+        return SZone().GetOffset(false);
+    std::tm fields = {};
+    fields.tm_year = local.wYear - 1900;
+    fields.tm_mon = local.wMonth - 1;
+    fields.tm_mday = local.wDay;
+    fields.tm_hour = local.wHour;
+    fields.tm_min = local.wMinute;
+    fields.tm_sec = local.wSecond;
+    return PutTogether(fields) - PutTogether(utc);
+}
+
+} // namespace
+
 __int64 MakeTime(std::tm& fields)
 {
-    return ::_mktime64(&fields);
+    const SZone zone;
+    const std::int64_t nLocal = PutTogether(fields);
+    __int64 nTime = nLocal - GetZoneOffset(nLocal - zone.GetOffset(false));
+    // Who says which season it is, is believed.
+    if (fields.tm_isdst >= 0)
+        nTime = nLocal - zone.GetOffset(fields.tm_isdst > 0);
+    return GetZonedTime(nTime, fields) ? nTime : -1;
 }
 
 bool GetUtcTime(__int64 nTime, std::tm& fields)
 {
-    return ::_gmtime64_s(&fields, &nTime) == 0;
+    return TakeApart(nTime, fields);
 }
 
 bool GetZonedTime(__int64 nTime, std::tm& fields)
 {
-    return ::_localtime64_s(&fields, &nTime) == 0;
+    const std::int64_t nOffset = GetZoneOffset(nTime);
+    if (!TakeApart(nTime + nOffset, fields))
+        return false;
+    fields.tm_isdst = nOffset != SZone().GetOffset(false);
+    return true;
+}
+
+// --- Threads --------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+struct SThreadEnd
+{
+    PfnThreadEnd pfnEnd;
+    void* pData;
+};
+
+void WINAPI EndThread(void* pValue)
+{
+    const std::unique_ptr<SThreadEnd> pEnd(static_cast<SThreadEnd*>(pValue));
+    if (pEnd != nullptr)
+        pEnd->pfnEnd(pEnd->pData);
+}
+
+/// One slot of each thread, whose operation the system calls ahead of everything that it takes from the thread. The
+/// destructors of thread-local objects would come too late: the compiler's run-time library may have given their
+/// storage back by then.
+DWORD GetThreadEndSlot()
+{
+    static const DWORD s_dwSlot = ::FlsAlloc(&EndThread);
+    return s_dwSlot;
+}
+
+} // namespace
+
+bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData)
+{
+    auto pRecord = std::unique_ptr<SThreadEnd>(new (std::nothrow) SThreadEnd{pfnEnd, pData});
+    if (pRecord == nullptr || GetThreadEndSlot() == FLS_OUT_OF_INDEXES ||
+        !::FlsSetValue(GetThreadEndSlot(), pRecord.get()))
+        return false;
+    static_cast<void>(pRecord.release());
+    return true;
 }
 
 } // namespace QvXmlLib9::Platform

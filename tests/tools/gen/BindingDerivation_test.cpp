@@ -428,9 +428,9 @@ namespace s "" in S
      R"(
 namespace s "" in S
   class CR = r: sequence mixed <r>
-    Any: 0..* wildcard any
+    Any: 0..* wildcard any lax
     @X: optional xs::Int <x>
-    @*: any
+    @*: any lax
 s.xsd:2:1: warning: text between the elements is joined, and its place among them is not kept
 )"},
     {"TypesThatMayBeNamed", R"(

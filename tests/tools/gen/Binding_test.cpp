@@ -499,15 +499,15 @@ s.xsd:4:1: warning: a number above 2147483647 is read as that, or as no limit
      R"(
 namespace s "" in S
   class CT = t: sequence <t>
-    A: required wildcard of "" <a>
-    B: 1..3 wildcard of "" <b>
+    A: required wildcard of "" lax <a>
+    B: 1..3 wildcard of "" lax <b>
   class CAnyType: sequence mixed <root>
-    Any: 0..* wildcard any
-    @*: any
+    Any: 0..* wildcard any lax
+    @*: any lax
 root Root <root>: s::CAnyType
-s.xsd:2:1: warning: the element root may hold anything, which is kept and not checked
-s.xsd:3:39: warning: the element a may hold anything, which is kept and not checked
-s.xsd:4:1: warning: the element b may hold anything, which is kept and not checked
+s.xsd:2:1: warning: the element root may hold anything, which is kept as open elements
+s.xsd:3:39: warning: the element a may hold anything, which is kept as open elements
+s.xsd:4:1: warning: the element b may hold anything, which is kept as open elements
 )"},
     {"Mixed", R"(
 <xs:complexType name='t' mixed='true'><xs:sequence><xs:element name='text' type='xs:int' minOccurs='0'/>

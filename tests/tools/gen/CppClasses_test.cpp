@@ -50,7 +50,7 @@ protected:
         const CScope scope(names, "order", true);
         CUris uris(m_binding, "urn:order");
         const SPlace place = GetPlace(scope, names, usage);
-        return DefineClass(type, place, place, uris);
+        return DefineClass(type, place, place, "::order::s_knownToCFactory", uris);
     }
 
     SBinding m_binding;
@@ -269,7 +269,7 @@ TEST_F(CppClasses, HoldsDefaultAndFixedValuesByRules)
              "\n"
              "    QvXmlLib9::CRequired<QvXmlLib9::xs::Int, QvXmlLib9::SDefault<s_lpctDefaultA>> m_A;\n"
              "    QvXmlLib9::COptional<QvXmlLib9::xs::Int, QvXmlLib9::SFixed<s_lpctFixedB>> m_B;\n",
-             "    QvXmlLib9::CRequired<QvXmlLib9::xs::Int, QvXmlLib9::SFixed<s_lpctFixedC>> m_C;\n"
+             "    QvXmlLib9::CRequired<QvXmlLib9::xs::Int, QvXmlLib9::SFixedAttribute<s_lpctFixedC>> m_C;\n"
              "    QvXmlLib9::CDefaulted<QvXmlLib9::xs::Int, QvXmlLib9::SDefault<s_lpctDefaultD>> m_D;\n",
              "    QvXmlLib9::CRequiredObject<QvXmlLib9::CNillable<QvXmlLib9::xs::Int, "
              "QvXmlLib9::SDefault<s_lpctDefaultE>>> m_E;\n",

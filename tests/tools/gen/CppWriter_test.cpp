@@ -121,7 +121,8 @@ class CRoots : public QvXmlLib9::CClassfactoryBase
 {
 public:
     /// The object for the root element of a document, by its name and its `xsi:type`; nothing is read into it.
-    /// @return null if the schema has no such element, or the type may not stand there.
+    /// @return null if the schema has no such element.
+    /// @throws CQvValidationException if its type may not stand there.
     static CSmartPtr<QvXmlLib9::CXmlObjectBase> CreateRoot(QvXmlLib9::CXmlElement* pElement);
 
     /// An empty `order`.
@@ -138,17 +139,16 @@ public:
 
 } // namespace accept
 )");
-    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr(R"(
-    static constexpr SAlternative s_roots[] = {
-        {true, s_lpctNamespace, L"order", &CreateObject<order::COrder>},
-        {true, s_lpctNamespace, L"party", nullptr, &acme::common::CParty::Alternatives},
-        {true, s_lpctNamespace, L"quantity", &CreateValueRoot<CNillable<order::SQuantity>, s_lpctNamespace>},
-        {true, L"", L"note", &CreateForeignRoot<order::CNote, s_lpctNoNamespace>},
-    };
-    static constexpr SAlternatives s_all{s_roots, sizeof s_roots / sizeof *s_roots};
-    return QvXmlLib9::CreateRoot(pElement, s_all);
-}
+    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr(R"(constexpr SAlternative s_rowsOfRoots[] = {
+    {true, s_lpctNamespace, L"order", &CreateObject<order::COrder>},
+    {true, s_lpctNamespace, L"party", nullptr, &acme::common::CParty::Alternatives},
+    {true, s_lpctNamespace, L"quantity", &CreateValueRoot<CNillable<order::SQuantity>, s_lpctNamespace>},
+    {true, L"", L"note", &CreateForeignRoot<order::CNote, s_lpctNoNamespace>},
+};
+constexpr SAlternatives s_roots{s_rowsOfRoots, sizeof s_rowsOfRoots / sizeof *s_rowsOfRoots};
+} // namespace
 )"));
+    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr("    return QvXmlLib9::CreateRoot(pElement, s_roots);\n}\n"));
     EXPECT_THAT(texts.at("Roots.cpp"),
                 HasSubstr("    return new CRootIn<order::CNote, s_lpctNoNamespace>(L\"note\");\n"));
 }

@@ -105,6 +105,7 @@ TEST(GenOptions, ReadsEachOption)
     EXPECT_EQ(Parse("--dump-components").eCommand, ECommand::DumpComponents);
     EXPECT_EQ(Parse("--dump-binding").eCommand, ECommand::DumpBinding);
     EXPECT_EQ(ParseOptions({"--dump-binding", "a.xsd"}).eCommand, ECommand::DumpBinding) << "no folder is needed";
+    EXPECT_EQ(ParseOptions({"a.xsd", "--check"}).eCommand, ECommand::Check);
     EXPECT_EQ(ParseOptions({"--version"}).eCommand, ECommand::Version);
     EXPECT_EQ(ParseOptions({"--help"}).eCommand, ECommand::Help);
     EXPECT_EQ(ParseOptions({"-h"}).eCommand, ECommand::Help);
@@ -128,6 +129,18 @@ TEST(GenOptions, TellsTheNameOfAProgramFromASchema)
     const SOptions options = ParseOptions({"-o", "x", "--program", "order.xsd"});
     EXPECT_EQ(options.write.strProgram, "");
     EXPECT_THAT(options.load.schemas, ElementsAre("order.xsd"));
+}
+
+TEST(GenOptions, TellsDocumentsFromSchemas)
+{
+    const SOptions options = ParseOptions({"s", "a.xml", "b.xsd", "--check", "c", "--", "d.xsd", "-e"});
+    EXPECT_THAT(options.load.schemas, ElementsAre("s", "b.xsd"));
+    EXPECT_THAT(options.documents, ElementsAre("a.xml", "c", "d.xsd", "-e"));
+    EXPECT_THAT(ParseOptions({"--check", "--", "-s", "t.xsd"}).load.schemas, ElementsAre("-s"));
+    EXPECT_THAT(Parse("a.xml").documents, IsEmpty());
+    EXPECT_THAT(Parse("a.xml").load.schemas, ElementsAre("order.xsd", "a.xml"));
+    EXPECT_EQ(GetMessage({"--check"}), "a schema is needed");
+    EXPECT_EQ(GetMessage({"--check=a.xsd"}), "--check takes no value");
 }
 
 TEST(GenOptions, TakesRootsUpToTheNextOptionOrSchema)

@@ -22,6 +22,7 @@ struct SRun
     int nStatus = 0;
     std::string strMessages;
     std::uintmax_t nBytes = 0; ///< of the code
+    int nCheckStatus = 0;      ///< of reading a document by it
     double fSeconds = 0;
 };
 
@@ -36,6 +37,9 @@ SRun Generate(const std::string& strSchema)
     run.nStatus = quiver_gen::RunGenerator({dir.PathOf("s.xsd").string(), "-o", dir.PathOf("out").string()}, out, err);
     run.fSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.strMessages = err.str();
+    WriteFileBytes(dir.PathOf("d.xml"), "<t:r xmlns:t='urn:t'/>");
+    run.nCheckStatus =
+        quiver_gen::RunGenerator({"--check", dir.PathOf("s.xsd").string(), dir.PathOf("d.xml").string()}, out, err);
     if (std::filesystem::exists(dir.PathOf("out")))
         for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("out")))
             run.nBytes += entry.file_size();
@@ -257,10 +261,12 @@ TEST_P(HostileSchemas, EndInAMessageOrInCode)
     if (run.nStatus == 0)
     {
         EXPECT_GT(run.nBytes, 0u);
+        EXPECT_LE(run.nCheckStatus, 1);
     }
     else
     {
         EXPECT_EQ(run.nBytes, 0u);
+        EXPECT_EQ(run.nCheckStatus, run.nStatus);
         EXPECT_NE(run.strMessages, "");
     }
     EXPECT_NE(run.strMessages.find(hostile.strMessage), std::string::npos) << strMessages;

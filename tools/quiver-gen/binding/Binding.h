@@ -162,6 +162,13 @@ struct SMember
         List
     } eNamespaces = ENamespaces::Any;
     std::vector<std::string> uris; ///< of Not and List; the empty text stands for no namespace
+    /// How what it lets through is checked, by the global elements and attributes.
+    enum class EProcess
+    {
+        Skip,
+        Lax,   ///< those that are known have to be right
+        Strict ///< the others are refused
+    } eProcess = EProcess::Skip;
 
     /// In a class with bRestriction: the property is that of the member of this name in pBase or a base of it, which
     /// may allow more: another cardinality or a wider type, but a value of the same kind.
@@ -214,6 +221,7 @@ struct SClass
     bool bAnyAttribute = false; ///< of an extension only if the base has none, or a narrower one
     SMember::ENamespaces eAnyAttribute = SMember::ENamespaces::Any;
     std::vector<std::string> anyAttributeUris;
+    SMember::EProcess eAnyAttributeProcess = SMember::EProcess::Skip;
     /// Type of the element's text, null for none. Of an extension null too, as the base has it; a restriction of a
     /// class with text narrows the type and holds the value as the base does.
     SSimpleType* pText = nullptr;
@@ -226,6 +234,7 @@ struct SClass
         std::string strUri;
         std::string strName;
         SClass* pClass = nullptr;
+        bool bSharesClass = false; ///< of an element: its type adds nothing to that of the class, whose name it has not
     };
     std::vector<SAlternative> alternatives;
     SDocumentation documentation;
@@ -258,12 +267,25 @@ struct SRoot
     SSource source;
 };
 
+/// A global attribute, by which what an attribute wildcard lets through is checked.
+struct SKnownAttribute
+{
+    std::string strAttribute;
+    std::string strUri;
+    SSimpleType* pType = nullptr;
+    SValueRule value;
+};
+
 struct SBinding
 {
     std::deque<SNamespace> namespaces;
     std::deque<SSimpleType> simpleTypes;
     std::deque<SClass> classes;
     std::vector<SRoot> roots;
+    std::vector<SKnownAttribute> knownAttributes; ///< none unless a wildcard asks for them
 };
+
+/// Whether a class has a wildcard that lets known elements and attributes through only if they are right.
+bool HasCheckedWildcards(const SBinding& binding);
 
 } // namespace quiver_gen::binding

@@ -67,6 +67,7 @@ void Build(SBuild& build)
     build.simpleTypes.Build(simpleTypes);
     classes.Build(complexTypes);
     AddRoots(build, classes);
+    AddKnownAttributes(build);
     classes.AddAlternatives();
     classes.MarkNillable();
     WarnOfConstraints(build);

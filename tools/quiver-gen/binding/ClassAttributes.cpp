@@ -58,18 +58,17 @@ void CClasses::FillAnyAttribute(SDraft& draft, const SDerivation& derivation)
     if (!pWildcard)
         return;
     const bool bAsBase = pOfBase && (pOfBase == pWildcard || (pOfBase->eNamespaces == pWildcard->eNamespaces &&
-                                                              pOfBase->namespaces == pWildcard->namespaces));
+                                                              pOfBase->namespaces == pWildcard->namespaces &&
+                                                              pOfBase->eProcess == pWildcard->eProcess));
     if (bAsBase && !derivation.bRestriction)
         return;
     SClass& target = *draft.pClass;
     target.bAnyAttribute = true;
     target.eAnyAttribute = ConvertNamespaces(*pWildcard);
     target.anyAttributeUris = pWildcard->namespaces;
+    target.eAnyAttributeProcess = ConvertProcessOf(*pWildcard);
     draft.names.Reserve("AnyAttribute");
     draft.names.Reserve("AnyAttributes");
-    if (pWildcard->eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(*pWildcard) &&
-        pWildcard->position.nFile >= 0)
-        m_build.warnings.Add(EWarning::WildcardAttributes, pWildcard->position);
 }
 
 const SAttribute* CClasses::FindAttribute(const SClass* pBase, const SAttribute& attribute) const

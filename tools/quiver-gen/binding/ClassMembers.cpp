@@ -136,6 +136,7 @@ void CClasses::SetType(SMember& member, const schema::SElement& element)
         member.eMember = EMember::Wildcard;
         member.eNamespaces = SMember::ENamespaces::List;
         member.uris = {member.strUri};
+        member.eProcess = SMember::EProcess::Lax;
         if (IsFirstWarning(element))
             m_build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);
         return;
@@ -169,10 +170,31 @@ void CClasses::SetWildcard(SMember& member, const schema::SWildcard& wildcard)
     member.uris = wildcard.namespaces;
     if (member.documentation.empty())
         member.documentation = MakeDocumentation(wildcard.documentation, m_build.options);
-    // That of xs:anyType is written nowhere.
-    if (wildcard.eProcess != schema::SWildcard::EProcess::Skip && IsFirstWarning(wildcard) &&
-        wildcard.position.nFile >= 0)
+    member.eProcess = ConvertProcess(wildcard);
+    if (member.eProcess != ConvertProcessOf(wildcard) && IsFirstWarning(wildcard))
         m_build.warnings.Add(EWarning::WildcardContent, wildcard.position);
+}
+
+SMember::EProcess CClasses::ConvertProcessOf(const schema::SWildcard& wildcard)
+{
+    switch (wildcard.eProcess)
+    {
+    case schema::SWildcard::EProcess::Skip:
+        return SMember::EProcess::Skip;
+    case schema::SWildcard::EProcess::Lax:
+        return SMember::EProcess::Lax;
+    case schema::SWildcard::EProcess::Strict:
+        break;
+    }
+    return SMember::EProcess::Strict;
+}
+
+/// Where only some roots were asked for, an element that is not among them is none that the schema lacks.
+SMember::EProcess CClasses::ConvertProcess(const schema::SWildcard& wildcard) const
+{
+    const SMember::EProcess eProcess = ConvertProcessOf(wildcard);
+    const bool bAllRoots = m_build.options.roots.empty();
+    return eProcess == SMember::EProcess::Strict && !bAllRoots ? SMember::EProcess::Lax : eProcess;
 }
 
 SMember::ENamespaces CClasses::ConvertNamespaces(const schema::SWildcard& wildcard)

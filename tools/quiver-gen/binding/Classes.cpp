@@ -329,9 +329,12 @@ void CClasses::AddAlternatives()
     }
     for (const schema::SElement* pHead : m_heads)
         for (const schema::SElement* pSubstitute : m_build.substitutes.Get(*pHead))
+        {
+            const SComplexType& type = *pSubstitute->pType->AsComplex();
             Get(*pHead->pType->AsComplex())
-                .alternatives.push_back({true, pSubstitute->name.strNamespace, pSubstitute->name.strLocal,
-                                         &Get(*pSubstitute->pType->AsComplex())});
+                .alternatives.push_back({true, pSubstitute->name.strNamespace, pSubstitute->name.strLocal, &Get(type),
+                                         m_byType.count(&type) == 0});
+        }
 }
 
 void CClasses::MarkNillable()

@@ -143,6 +143,8 @@ private:
     const SAttribute* FindAttribute(const SClass* pBase, const SAttribute& attribute) const;
 
     static SMember::ENamespaces ConvertNamespaces(const schema::SWildcard& wildcard);
+    static SMember::EProcess ConvertProcessOf(const schema::SWildcard& wildcard);
+    SMember::EProcess ConvertProcess(const schema::SWildcard& wildcard) const;
     void WarnOfId(const schema::SSimpleType& type, const schema::SComponent& place);
 };
 

@@ -183,7 +183,8 @@ bool IsSameContent(const SNode& a, const SNode& b)
         return false;
     if (a.eKind == EKind::Wildcard && a.pParticle->pWildcard != b.pParticle->pWildcard &&
         (a.pParticle->pWildcard->eNamespaces != b.pParticle->pWildcard->eNamespaces ||
-         a.pParticle->pWildcard->namespaces != b.pParticle->pWildcard->namespaces))
+         a.pParticle->pWildcard->namespaces != b.pParticle->pWildcard->namespaces ||
+         a.pParticle->pWildcard->eProcess != b.pParticle->pWildcard->eProcess))
         return false;
     return std::equal(a.children.begin(), a.children.end(), b.children.begin(), IsSame);
 }

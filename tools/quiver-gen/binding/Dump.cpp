@@ -80,6 +80,12 @@ void PrintNamespaces(SMember::ENamespaces eNamespaces, const std::vector<std::st
         out << ' ' << Quote(strUri);
 }
 
+void PrintProcess(SMember::EProcess eProcess, std::ostream& out)
+{
+    if (eProcess != SMember::EProcess::Skip)
+        out << (eProcess == SMember::EProcess::Lax ? " lax" : " strict");
+}
+
 void PrintRule(const SValueRule& rule, std::ostream& out)
 {
     if (rule.eKind != SValueRule::EKind::None)
@@ -133,7 +139,10 @@ void PrintMember(const SMember& member, const SNamespace* pHere, std::ostream& o
     else if (member.eMember != EMember::Wildcard)
         out << ' ' << Refer(member.pClass, pHere);
     else
+    {
         PrintNamespaces(member.eNamespaces, member.uris, out);
+        PrintProcess(member.eProcess, out);
+    }
     if (!member.strElement.empty())
         out << " <" << QName(member.strUri, member.strElement) << '>';
     PrintFlag("polymorphic", member.bPolymorphic, out);
@@ -169,6 +178,13 @@ void PrintClassHead(const SClass& item, std::ostream& out)
         out << (item.bRestriction ? " restricts " : " extends ") << Refer(item.pBase, item.pNamespace);
     if (!item.strElement.empty())
         out << " <" << item.strElement << '>';
+    out << '\n';
+}
+
+void PrintKnown(const SKnownAttribute& attribute, std::ostream& out)
+{
+    out << "known @" << QName(attribute.strUri, attribute.strAttribute) << ": " << Refer(attribute.pType, nullptr);
+    PrintRule(attribute.value, out);
     out << '\n';
 }
 
@@ -221,6 +237,7 @@ void Dump(const SClass& item, std::ostream& out)
     {
         out << "    @*:";
         PrintNamespaces(item.eAnyAttribute, item.anyAttributeUris, out);
+        PrintProcess(item.eAnyAttributeProcess, out);
         out << '\n';
     }
     if (item.pText)
@@ -242,6 +259,8 @@ void Dump(const SBinding& binding, std::ostream& out)
     }
     for (const SRoot& root : binding.roots)
         PrintRoot(root, out);
+    for (const SKnownAttribute& attribute : binding.knownAttributes)
+        PrintKnown(attribute, out);
 }
 
 } // namespace quiver_gen::binding

@@ -32,6 +32,7 @@ bool CReach::Find(const SBindingOptions& options, schema::CDiagnostics& diagnost
         for (const schema::SNamespace& item : m_set.namespaces)
             for (const schema::SType* pType : item.types.list)
                 AddType(pType);
+    AddKnownAttributes();
     while (!m_pending.empty())
     {
         const schema::SType* pType = m_pending.back();
@@ -85,6 +86,18 @@ bool CReach::ChooseRoots(const SBindingOptions& options, schema::CDiagnostics& d
         if (!found[n])
             diagnostics.AddError({}, "there is no global element " + options.roots[n] + " to be a root");
     return std::find(found.begin(), found.end(), false) == found.end();
+}
+
+/// What a wildcard lets through is checked by the global attributes.
+void CReach::AddKnownAttributes()
+{
+    if (std::all_of(m_set.wildcards.begin(), m_set.wildcards.end(),
+                    [](const schema::SWildcard& wildcard)
+                    { return wildcard.eProcess == schema::SWildcard::EProcess::Skip; }))
+        return;
+    for (const schema::SNamespace& item : m_set.namespaces)
+        for (const schema::SAttribute* pAttribute : item.attributes.list)
+            AddType(pAttribute->pType);
 }
 
 void CReach::AddType(const schema::SType* pType)

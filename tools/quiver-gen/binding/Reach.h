@@ -61,6 +61,7 @@ private:
 
     void FindDerived();
     bool ChooseRoots(const SBindingOptions& options, schema::CDiagnostics& diagnostics);
+    void AddKnownAttributes();
     void AddType(const schema::SType* pType);
     void AddElement(const schema::SElement& element);
     void AddDerived(const schema::SComplexType& declared);

@@ -2,6 +2,7 @@
 
 #include "tools/quiver-gen/binding/Documentation.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quiver_gen::binding
@@ -27,7 +28,36 @@ void SetContent(SRoot& root, const schema::SElement& element, SBuild& build, CCl
         build.warnings.Add(EWarning::AnyType, element.position, element.name.strLocal);
 }
 
+bool HasCheckedWildcard(const SClass& item)
+{
+    return (item.bAnyAttribute && item.eAnyAttributeProcess != SMember::EProcess::Skip) ||
+           std::any_of(item.members.begin(), item.members.end(),
+                       [](const SMember& member)
+                       { return member.eMember == EMember::Wildcard && member.eProcess != SMember::EProcess::Skip; });
+}
+
 } // namespace
+
+bool HasCheckedWildcards(const SBinding& binding)
+{
+    return std::any_of(binding.classes.begin(), binding.classes.end(), HasCheckedWildcard);
+}
+
+void AddKnownAttributes(SBuild& build)
+{
+    if (!HasCheckedWildcards(build.binding))
+        return;
+    for (const schema::SNamespace& item : build.set.namespaces)
+        for (const schema::SAttribute* pAttribute : item.attributes.list)
+        {
+            SKnownAttribute& known = build.binding.knownAttributes.emplace_back();
+            known.strAttribute = pAttribute->name.strLocal;
+            known.strUri = pAttribute->name.strNamespace;
+            known.pType = &build.simpleTypes.Get(*pAttribute->pType);
+            known.value =
+                build.simpleTypes.MakeRule(pAttribute->value ? &*pAttribute->value : nullptr, *pAttribute->pType);
+        }
+}
 
 void AddRoots(SBuild& build, CClasses& classes)
 {

@@ -68,7 +68,7 @@ constexpr SSupport s_declarations[] = {
     {"attribute", "fixed", "as `default`; another value is refused", "", "attributes"},
     {"attributeGroup", "", "its attributes, on each class that refers to it", "", "groups"},
     {"attributeGroup group", "name ref", "which group it is", "", "groups"},
-    {"anyAttribute", "", "`GetAnyAttribute`, a collection of attributes", "wildcard-attributes", "wildcards"},
+    {"anyAttribute", "", "`GetAnyAttribute`, a collection of attributes", "", "wildcards"},
 };
 
 constexpr SSupport s_types[] = {
@@ -103,8 +103,9 @@ constexpr SSupport s_types[] = {
      "wildcards"},
     {"any anyAttribute", "namespace", "checked when it is read and written", "",
      "wildcards CppClasses.PrintsWildcards"},
-    {"any anyAttribute", "processContents", "nothing: what is let through is kept as it is",
-     "wildcard-content wildcard-attributes", "wildcards"},
+    {"any anyAttribute", "processContents",
+     "what `strict` and `lax` let through is checked by the global declarations while it is read", "wildcard-content",
+     "wildcards Wildcard.ChecksContentByWhatIsKnown"},
     {"unique key keyref selector field", "", "nothing", "identity", "keys BindingWarnings.NameEveryPlaceThatIsLooser"},
     {"unique key keyref", "name", "checked when the schema is read", "", "SchemaChecks.SubstitutionAndKeys"},
     {"keyref", "refer", "checked when the schema is read", "", "SchemaChecks.SubstitutionAndKeys"},
@@ -147,7 +148,8 @@ constexpr SSupport s_builtins[] = {
     {"language Name NCName NMTOKEN anyURI", "", "`std::wstring` of that form", "", "facets"},
     {"ID IDREF ENTITY", "", "`std::wstring` of that form", "id", "keys"},
     {"NMTOKENS IDREFS ENTITIES", "", "`std::vector<std::wstring>`, with an item at least", "id", "facets"},
-    {"QName NOTATION", "", "`std::wstring` of that form, with its prefix", "qname", "qnames"},
+    {"QName NOTATION", "", "`std::wstring` of that form; what its prefix stands for is declared where it is written",
+     "qname", "qnames Prefixes.OfValuesKeepTheirMeaning"},
     {"boolean", "", "`bool`", "", "facets"},
     {"decimal", "", "`CDecimal`", "", "facets"},
     {"integer nonPositiveInteger negativeInteger nonNegativeInteger positiveInteger", "",
@@ -227,7 +229,9 @@ std::string PrintSupport()
         "the\nclasses read more freely than a schema says. Any element may have an `id`, which becomes nothing. "
         "`quiver-gen` warns of each\nplace that is looser, in the words of the [last "
         "table](#where-classes-are-looser), "
-        "which also says why. The last column names\nschemas of `tests/tools/gen/constructs` with documents that are "
+        "which also says why; [schema_cases.md](schema_cases.md) shows how many documents "
+        "of a test suite that touches. The last column names\nschemas of `tests/tools/gen/constructs` with documents "
+        "that are "
         "right "
         "and wrong, and tests.\n\n"
         "`scripts/renew_support.sh` writes this page from the tables of `tools/quiver-gen/binding`.\n";

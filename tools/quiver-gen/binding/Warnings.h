@@ -14,7 +14,6 @@ namespace quiver_gen::binding
 enum class EWarning
 {
     WildcardContent,
-    WildcardAttributes,
     AnyType,
     Mixed,
     Identity,
@@ -42,11 +41,9 @@ struct SWarningKind
 };
 
 constexpr SWarningKind s_warnings[] = {
-    {EWarning::WildcardContent, "wildcard-content", "what stands here is kept as open elements and not checked further",
-     "An open element holds any content, and no declaration is looked up for its name."},
-    {EWarning::WildcardAttributes, "wildcard-attributes", "what stands here is kept as open attributes and not checked",
-     "An open attribute holds any text, and no declaration is looked up for its name."},
-    {EWarning::AnyType, "any-type", "the element %s may hold anything, which is kept and not checked",
+    {EWarning::WildcardContent, "wildcard-content", "elements that were not asked for pass here unchecked",
+     "With --root there are classes for what those elements lead to, and what others hold is not known."},
+    {EWarning::AnyType, "any-type", "the element %s may hold anything, which is kept as open elements",
      "An element of type xs:anyType has no members that a class could have."},
     {EWarning::Mixed, "mixed", "text between the elements is joined, and its place among them is not kept",
      "A class holds its elements as members, which have no order among each other but that of the schema."},

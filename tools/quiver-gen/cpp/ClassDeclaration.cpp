@@ -20,7 +20,7 @@ std::string Line(const std::string& strText)
 
 std::string DeclareHead(const SClass& type, const CScope& scope)
 {
-    const std::string strTemplate = HoldsChoice(type) ? "CGeneratedChoice" : "CGenerated";
+    const std::string strTemplate = BeginsChoice(type) ? "CGeneratedChoice" : "CGenerated";
     std::vector<std::string> arguments = {type.strName};
     if (type.pBase != nullptr)
         arguments.push_back(scope.Name(*type.pBase));

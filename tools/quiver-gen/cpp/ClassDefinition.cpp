@@ -19,11 +19,13 @@ namespace
 class CDefinition
 {
 public:
-    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+    CDefinition(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                CUris& uris)
         : m_type(type)
         , m_source(source)
         , m_header(header)
         , m_scope(source.scope)
+        , m_strKnown(strKnown)
         , m_uris(uris)
         , m_fields(GetFields(type))
     {
@@ -79,6 +81,7 @@ private:
     const SPlace& m_source;
     const SPlace& m_header;
     const CScope& m_scope;
+    const std::string& m_strKnown;
     CUris& m_uris;
     const std::vector<SField> m_fields;
     std::string m_strText;
@@ -136,17 +139,21 @@ void CDefinition::PrintWildcard(const SField& field)
         m_strText += Arrange(0, "static constexpr const wchar_t* " + strList + "[] = {", uris, "};") + '\n';
         parts.insert(parts.end(), {strList, std::to_string(uris.size())});
     }
+    const SMember::EProcess eProcess = bAttributes ? m_type.eAnyAttributeProcess : field.pMember->eProcess;
     if (bAttributes)
-        parts.insert(parts.end(), {"0", "-1"});
+        parts.insert(parts.end(), {"0", "-1", "nullptr"});
     else
     {
         const bool bRepeated = field.pMember->eCardinality == ECardinality::Repeated;
         const bool bRequired = field.pMember->eCardinality == ECardinality::Required;
         parts.push_back(bRepeated ? Number(field.pMember->nMin) : bRequired ? "1" : "0");
         parts.push_back(bRepeated ? Number(field.pMember->nMax) : "1");
-        if (!field.pMember->strElement.empty())
-            parts.push_back(WideLiteral(field.pMember->strElement));
+        parts.push_back(field.pMember->strElement.empty() ? "nullptr" : WideLiteral(field.pMember->strElement));
     }
+    if (eProcess != SMember::EProcess::Skip)
+        parts.insert(parts.end(), {'&' + m_strKnown, eProcess == SMember::EProcess::Strict ? "true" : "false"});
+    else if (parts.back() == "nullptr")
+        parts.pop_back();
     m_strText +=
         Arrange(0, "const " + m_scope.Library("SWildcard") + ' ' + Own(GetConstantName(field)) + '{', parts, "};") +
         '\n';
@@ -180,7 +187,7 @@ void CDefinition::PrintConstruction()
         m_strText += '\n';
     m_strText += Arrange(0, Own(m_type.strName) + '(', {"const wchar_t* lpctElementName"}, ")") + '\n';
     Line(": CInstanceMonitor(" + WideLiteral(m_type.strName) + ')');
-    Line(std::string(HoldsChoice(m_type) ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
+    Line(std::string(BeginsChoice(m_type) ? ", CGeneratedChoice" : ", CGenerated") + "(lpctElementName)");
     m_strText += "{\n}\n";
 }
 
@@ -199,6 +206,8 @@ void CDefinition::PrintAlternatives()
                                                       : '&' + m_scope.Library("CreateObject") + '<' + strClass + '>');
         if (alternative.bElement && !alternative.pClass->alternatives.empty())
             parts.push_back('&' + strClass + "::Alternatives");
+        else if (alternative.bElement && alternative.bSharesClass)
+            parts.push_back('&' + m_type.strName + "::Alternatives");
         m_strText += Arrange(8, "{", parts, "},") + '\n';
     }
     Line("};");
@@ -320,8 +329,10 @@ void CDefinition::DescribeInherited(const SField& field)
         Call(field.pAttribute->bRequired ? "description.Attribute" : "description.OptionalAttribute",
              {WideLiteral(field.pAttribute->strAttribute), m_uris.Use(field.pAttribute->strUri), strNumber,
               m_scope.Name(*field.pType) + "::Type()"});
+    else if (field.IsText() && m_type.pText != nullptr)
+        Call("description.Text", {strNumber, m_scope.Name(*field.pType) + "::Type()"});
     else if (field.IsText())
-        Call(m_type.pText != nullptr ? "description.Text" : "description.MixedText", {strNumber});
+        Call("description.MixedText", {strNumber});
     else
         Call("description.AnyAttribute", {strNumber, GetConstantName(field)});
     if (IsRestricted(field))
@@ -374,9 +385,10 @@ void CDefinition::PrintInit()
 
 } // namespace
 
-std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, CUris& uris)
+std::string DefineClass(const SClass& type, const SPlace& source, const SPlace& header, const std::string& strKnown,
+                        CUris& uris)
 {
-    return CDefinition(type, source, header, uris).Print();
+    return CDefinition(type, source, header, strKnown, uris).Print();
 }
 
 } // namespace quiver_gen::cpp

@@ -14,6 +14,8 @@ std::string DeclareClass(const binding::SClass& type, const SPlace& place);
 
 /// Definitions of its members, for a source.
 /// @param header the place where DeclareClass printed the class: what it could not define there is defined here.
-std::string DefineClass(const binding::SClass& type, const SPlace& source, const SPlace& header, CUris& uris);
+/// @param strKnown the constant with all global elements and attributes.
+std::string DefineClass(const binding::SClass& type, const SPlace& source, const SPlace& header,
+                        const std::string& strKnown, CUris& uris);
 
 } // namespace quiver_gen::cpp

@@ -246,11 +246,11 @@ std::vector<SField> GetFields(const SClass& type)
     return fields;
 }
 
-bool HoldsChoice(const SClass& type)
+bool BeginsChoice(const SClass& type)
 {
-    const auto IsChoice = [](const SClass& other)
+    const auto IsChoice = [](const SClass& candidate)
     {
-        return other.eGroup == SClass::EGroup::Choice;
+        return candidate.eGroup == SClass::EGroup::Choice;
     };
     return IsChoice(type) && !HasBase(type, IsChoice);
 }
@@ -340,8 +340,12 @@ std::string GetRuleArgument(const SField& field, const CScope& scope)
 {
     if (field.pRule == nullptr)
         return {};
-    const bool bDefault = field.pRule->eKind == SValueRule::EKind::Default;
-    return ", " + scope.Library(bDefault ? "SDefault" : "SFixed") + '<' + GetRuleName(field) + '>';
+    // An optional attribute knows that it is one.
+    const bool bAttribute = field.pAttribute != nullptr && field.eStorage != EStorage::Defaulted;
+    const std::string strRule = field.pRule->eKind == SValueRule::EKind::Default ? "SDefault"
+                                : bAttribute                                     ? "SFixedAttribute"
+                                                                                 : "SFixed";
+    return ", " + scope.Library(strRule) + '<' + GetRuleName(field) + '>';
 }
 
 std::string GetObjectType(const SField& field, const CScope& scope)

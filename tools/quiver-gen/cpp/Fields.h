@@ -47,8 +47,9 @@ struct SField
 /// What a class lists, in the order of its tables: text, elements, attributes, open attributes.
 std::vector<SField> GetFields(const binding::SClass& type);
 
-/// Whether a class is a choice, and no base of it holds that.
-bool HoldsChoice(const binding::SClass& type);
+/// Whether a class is a choice, and no base of it is: then it knows which of its members is set, for all that derive
+/// from it.
+bool BeginsChoice(const binding::SClass& type);
 
 /// The kinds of collections of objects.
 enum class ECollection

@@ -58,6 +58,9 @@ std::vector<std::string> FindHeaders(const SProject& project)
             root.pClass == nullptr ? project.layout.GetHeader(*root.pType) : project.layout.GetHeader(*root.pClass);
         headers.push_back(project.layout.GetHeaders()[nHeader].strStem);
     }
+    for (const SKnownAttribute& attribute : project.binding.knownAttributes)
+        if (!attribute.pType->bBuiltin)
+            headers.push_back(project.layout.GetHeaders()[project.layout.GetHeader(*attribute.pType)].strStem);
     return headers;
 }
 
@@ -81,11 +84,11 @@ std::string PrintHeaderText(const SProject& project, const SFactory& factory)
     const CScope scope(project.names, factory.strNamespace, false);
     const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
     std::string strText = "/// Makes the objects of root elements.\nclass " + factory.strName + " : public " +
-                          scope.Library("CClassfactoryBase") + "\n{\n" + DeclareRules(project) +
-                          "public:\n"
+                          scope.Library("CClassfactoryBase") + "\n{\n" + "public:\n" + DeclareRules(project) +
                           "    /// The object for the root element of a document, by its name and its `xsi:type`; "
                           "nothing is read into it.\n"
-                          "    /// @return null if the schema has no such element, or the type may not stand there.\n"
+                          "    /// @return null if the schema has no such element.\n"
+                          "    /// @throws CQvValidationException if its type may not stand there.\n"
                           "    static " +
                           strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n";
     for (const SRoot& root : project.binding.roots)
@@ -117,12 +120,60 @@ std::string PrintRows(const SProject& project, const SFactory& factory, const CS
             parts.push_back('&' + scope.Library("CreateObject") + '<' + strType + '>');
         if (root.pClass != nullptr && !root.pClass->alternatives.empty())
             parts.push_back('&' + strType + "::Alternatives");
-        strText += Arrange(8, "{", parts, "},") + '\n';
+        strText += Arrange(4, "{", parts, "},") + '\n';
     }
     return strText;
 }
 
-std::string PrintCreateRoot(const SProject& project, const SFactory& factory, const CScope& scope, CUris& uris)
+std::string PrintKnownRow(const SKnownAttribute& attribute, const CScope& scope, CUris& uris)
+{
+    std::vector<std::string> parts = {uris.Use(attribute.strUri), WideLiteral(attribute.strAttribute),
+                                      '&' + scope.Name(*attribute.pType) + "::Type"};
+    if (attribute.value.eKind == SValueRule::EKind::Fixed)
+        parts.push_back(WideLiteral(attribute.value.strText));
+    return Arrange(4, "{", parts, "},") + '\n';
+}
+
+/// A constant array, and what a table made of it is initialised with.
+std::string PrintTable(const std::string& strType, const std::string& strName, const std::string& strRows)
+{
+    return strRows.empty() ? std::string() : "constexpr " + strType + ' ' + strName + "[] = {\n" + strRows + "};\n";
+}
+
+std::string PrintExtent(const std::string& strName, bool bAny)
+{
+    return bAny ? strName + ", sizeof " + strName + " / sizeof *" + strName : "nullptr, 0";
+}
+
+/// The tables of roots and of global attributes.
+std::string PrintTables(const SProject& project, const CScope& scope, CUris& uris)
+{
+    const std::string strRoots = PrintRows(project, project.factory, scope, uris);
+    std::string strAttributes;
+    for (const SKnownAttribute& attribute : project.binding.knownAttributes)
+        strAttributes += PrintKnownRow(attribute, scope, uris);
+    if (strRoots.empty() && strAttributes.empty())
+        return {};
+    return "namespace\n{\n" + PrintTable(scope.Library("SAlternative"), "s_rowsOfRoots", strRoots) +
+           PrintTable(scope.Library("SKnownAttribute"), "s_rowsOfAttributes", strAttributes) +
+           (strRoots.empty() ? ""
+                             : "constexpr " + scope.Library("SAlternatives") + " s_roots{" +
+                                   PrintExtent("s_rowsOfRoots", true) + "};\n") +
+           "} // namespace\n\n";
+}
+
+/// What is known of elements and attributes to all classes with wildcards.
+std::string PrintKnown(const SProject& project, const CScope& scope)
+{
+    if (!binding::HasCheckedWildcards(project.binding))
+        return {};
+    const std::string strConstant = "const " + scope.Library("SKnownDeclarations") + ' ' + project.factory.GetKnown();
+    return "extern " + strConstant + ";\n" + strConstant + '{' +
+           (project.binding.roots.empty() ? "{nullptr, 0}" : "s_roots") + ", " +
+           PrintExtent("s_rowsOfAttributes", !project.binding.knownAttributes.empty()) + "};\n\n";
+}
+
+std::string PrintCreateRoot(const SProject& project, const SFactory& factory, const CScope& scope)
 {
     const bool bAny = !project.binding.roots.empty();
     const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
@@ -130,10 +181,7 @@ std::string PrintCreateRoot(const SProject& project, const SFactory& factory, co
                           (bAny ? " pElement" : "") + ")\n{\n";
     if (!bAny)
         return strText + "    return " + strBase + "();\n}\n";
-    return strText + "    static constexpr " + scope.Library("SAlternative") + " s_roots[] = {\n" +
-           PrintRows(project, factory, scope, uris) + "    };\n    static constexpr " + scope.Library("SAlternatives") +
-           " s_all{s_roots, sizeof s_roots / sizeof *s_roots};\n"
-           "    return QvXmlLib9::CreateRoot(pElement, s_all);\n}\n";
+    return strText + "    return QvXmlLib9::CreateRoot(pElement, s_roots);\n}\n";
 }
 
 std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
@@ -170,8 +218,9 @@ SFactory FindFactory(const SBinding& binding, const SWriteOptions& options, cons
     return factory;
 }
 
-std::vector<SFile> PrintFactory(const SProject& project, const SFactory& factory)
+std::vector<SFile> PrintFactory(const SProject& project)
 {
+    const SFactory& factory = project.factory;
     std::vector<std::string> includes = FindHeaders(project);
     includes.push_back("quiver/generated/Generated");
     const std::string strTitle = PrintTitle(project.options);
@@ -181,7 +230,8 @@ std::vector<SFile> PrintFactory(const SProject& project, const SFactory& factory
     const CScope scope(project.names, factory.strNamespace, true);
     const bool bRoots = !project.binding.roots.empty();
     CUris uris(project.binding, bRoots ? project.binding.roots.front().strUri : std::string());
-    std::string strBody = PrintCreateRoot(project, factory, scope, uris);
+    std::string strBody =
+        PrintTables(project, scope, uris) + PrintKnown(project, scope) + PrintCreateRoot(project, factory, scope);
     for (const SRoot& root : project.binding.roots)
     {
         if (!IsAbstract(root))

@@ -77,7 +77,11 @@ private:
                             m_project.usage, [&](const SClass& other) { return layout.IsComplete(other, type); },
                             Always,          bUtf8};
         Add(*type.pNamespace,
-            [&](CUris& uris) { return PrintRule(type.strName) + '\n' + DefineClass(type, source, header, uris); });
+            [&](CUris& uris)
+            {
+                return PrintRule(type.strName) + '\n' +
+                       DefineClass(type, source, header, m_project.factory.GetQualifiedKnown(), uris);
+            });
         m_bClasses = true;
         ForEachUsed(
             type, [&](const SSimpleType& used) { m_includes.insert(layout.GetHeader(used)); },
@@ -100,6 +104,7 @@ private:
             strText = Define(pPart->uris);
         }
         pPart->strText += (pPart->strText.empty() ? "" : "\n") + strText;
+        m_bKnown = m_bKnown || strText.find('&' + m_project.factory.GetQualifiedKnown() + ',') != std::string::npos;
         m_nLines += CountLines(strText) + 1;
     }
 
@@ -124,6 +129,9 @@ private:
         std::string strText = PrintTitle(m_project.options) + '\n' +
                               PrintIncludes({m_project.layout.GetHeaders()[m_group.nHeader].strStem}) +
                               (strIncludes.empty() ? "" : "\n") + strIncludes;
+        if (m_bKnown)
+            strText += PrintNamespace(m_project.factory.strNamespace, "extern const QvXmlLib9::SKnownDeclarations " +
+                                                                          m_project.factory.GetKnown() + ";\n");
         if (!m_parts.empty())
             strText += "\nusing namespace QvXmlLib9;\n";
         if (m_bClasses)
@@ -138,6 +146,7 @@ private:
         m_includes.clear();
         m_nLines = 0;
         m_bClasses = false;
+        m_bKnown = false;
     }
 
     const SProject& m_project;
@@ -148,6 +157,7 @@ private:
     std::deque<SPart> m_parts;
     std::set<std::size_t> m_includes;
     bool m_bClasses = false;
+    bool m_bKnown = false;
 };
 
 std::vector<std::string> PrintTexts(const SProject& project, const SSourceGroup& group, std::size_t nLines)

@@ -16,6 +16,21 @@ namespace quiver_gen::cpp
 /// Lines in one source, about, so that a compiler takes seconds for it.
 constexpr std::size_t s_nLinesOfSource = 4000;
 
+/// The class that makes the objects of documents' root elements: where it is and what it is called.
+struct SFactory
+{
+    std::string strNamespace;
+    std::string strName;
+    std::string strStem; ///< of its files
+
+    /// The constant with all global elements and attributes.
+    std::string GetKnown() const { return "s_knownTo" + strName; }
+    std::string GetQualifiedKnown() const
+    {
+        return "::" + (strNamespace.empty() ? std::string() : strNamespace + "::") + GetKnown();
+    }
+};
+
 /// Everything that headers and sources are printed from.
 struct SProject
 {
@@ -24,6 +39,7 @@ struct SProject
     const CLayout& layout;
     const CNameTable& names;
     const CUsage& usage;
+    const SFactory& factory;
 };
 
 /// What a generated file begins with.

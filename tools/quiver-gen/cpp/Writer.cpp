@@ -49,7 +49,7 @@ std::vector<SFile> WriteCode(const SBinding& binding, const SWriteOptions& optio
     const SFactory factory = FindFactory(binding, options, names, stems);
     const std::string strStem = options.strStem.empty() ? MakeStem(options.schemas.front()) : options.strStem;
     const CLayout layout(binding, options.eSplit, strStem, stems);
-    const SProject project{binding, options, layout, names, usage};
+    const SProject project{binding, options, layout, names, usage, factory};
 
     std::vector<SFile> files;
     for (const SHeader& header : layout.GetHeaders())
@@ -57,7 +57,7 @@ std::vector<SFile> WriteCode(const SBinding& binding, const SWriteOptions& optio
     std::vector<std::string> sources;
     for (const SSourceGroup& group : layout.GetSources())
         Append(files, PrintSources(project, group, stems));
-    Append(files, PrintFactory(project, factory));
+    Append(files, PrintFactory(project));
     for (const SFile& file : files)
     {
         if (file.strName.back() == 'p')

@@ -86,7 +86,7 @@ std::string_view StripFileScheme(std::string_view svUri)
 std::string_view GetFolder(std::string_view svPath)
 {
 #ifdef _WIN32
-    const std::size_t nEnd = strPath.find_last_of("/\\");
+    const std::size_t nEnd = svPath.find_last_of("/\\");
 #else
     const std::size_t nEnd = svPath.rfind('/');
 #endif

@@ -1,6 +1,5 @@
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlSerializationContext.h"
 
-#include "quiver/collections/Attribute.h"
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 
@@ -50,30 +49,6 @@ void CXmlSerializationContext::SetDefaultNamespaceURI(const wchar_t* lpctUri)
 void CXmlSerializationContext::SetInLineSchema(const wchar_t* lpctSchema)
 {
     m_strInLineSchema = ToUtf16Units(lpctSchema);
-}
-
-void CXmlSerializationContext::SetAdditionalRootAttributes(CAttributeCol* pAttributes)
-{
-    if (pAttributes != nullptr)
-        pAttributes->AddRef();
-    CAttributeCol* const pOld = m_pAdditionalRootAttributes.exchange(pAttributes);
-    if (pOld != nullptr)
-        pOld->Release();
-}
-
-CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const
-{
-    CAttributeCol* pAttributes = m_pAdditionalRootAttributes.load(std::memory_order_acquire);
-    if (pAttributes == nullptr)
-    {
-        CSmartPtr<CAttributeCol> spNew = new CAttributeCol(L"", L"##any", L"");
-        if (m_pAdditionalRootAttributes.compare_exchange_strong(pAttributes, spNew))
-        {
-            spNew->AddRef(); // the reference that the context holds
-            pAttributes = spNew;
-        }
-    }
-    return pAttributes;
 }
 
 namespace

@@ -1,5 +1,6 @@
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 
+#include "quiver/document/AttributesOf.h"
 #include "quiver/document/XmlAttribute.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlNodeStore.h"
@@ -30,8 +31,8 @@ bool CReadBudget::HasNil(const CXmlElement& element)
 {
     if (m_pNilAsked != &element)
     {
-        const std::vector<CXmlAttribute*>& attributes = element.GetAttributes();
-        Spend(attributes.size());
+        const CAttributesOf attributes(element);
+        Spend(static_cast<std::uint64_t>(std::distance(attributes.begin(), attributes.end())));
         m_bNil = std::any_of(attributes.begin(), attributes.end(),
                              [](const CXmlAttribute* pAttribute) { return pAttribute->IsNilAttribute(); });
         m_pNilAsked = &element;

@@ -1,4 +1,4 @@
-#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlSerializationContext.h"
 
 #include "quiver/collections/Attribute.h"
 #include "tests/support/Expect.h"

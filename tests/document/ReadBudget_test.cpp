@@ -1,4 +1,4 @@
-#include "quiver/core/ReadBudget.h"
+#include "quiver/document/ReadBudget.h"
 
 #include "quiver/core/XmlSerializationContext.h"
 #include "quiver/document/XmlDocument.h"

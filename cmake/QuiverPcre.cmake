@@ -1,0 +1,28 @@
+# The library that matches patterns: QUIVER_PCRE is 1 for PCRE, which is taken where it is found, or 2 for PCRE2. Gives
+# QUIVER_PCRE_TARGET, its name for pkg-config and for find_package, and the sources that are not for it.
+
+find_package(PCRE QUIET)
+find_package(PCRE2 QUIET)
+if(PCRE_FOUND OR NOT PCRE2_FOUND)
+    set(_quiver_pcre 1)
+else()
+    set(_quiver_pcre 2)
+endif()
+set(QUIVER_PCRE ${_quiver_pcre} CACHE STRING "Library that matches patterns: 1 for PCRE, 2 for PCRE2")
+set_property(CACHE QUIVER_PCRE PROPERTY STRINGS 1 2)
+
+if(QUIVER_PCRE STREQUAL "1")
+    find_package(PCRE REQUIRED)
+    set(QUIVER_PCRE_TARGET PCRE::PCRE)
+    set(QUIVER_PCRE_PACKAGE PCRE)
+    set(QUIVER_PCRE_PKGCONFIG libpcre)
+    set(QUIVER_OTHER_PATTERN_ENGINE PatternEnginePcre2.cpp)
+elseif(QUIVER_PCRE STREQUAL "2")
+    find_package(PCRE2 REQUIRED)
+    set(QUIVER_PCRE_TARGET PCRE2::8BIT)
+    set(QUIVER_PCRE_PACKAGE PCRE2)
+    set(QUIVER_PCRE_PKGCONFIG libpcre2-8)
+    set(QUIVER_OTHER_PATTERN_ENGINE PatternEnginePcre.cpp)
+else()
+    message(FATAL_ERROR "QUIVER_PCRE is 1 or 2, not \"${QUIVER_PCRE}\"")
+endif()

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <cstdint>
+
+/// Takes instances of a class back that the calling thread has made and destroyed for nothing: no report counts them
+/// any more. The name is the one that they were counted under.
+void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances);

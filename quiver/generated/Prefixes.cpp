@@ -1,0 +1,149 @@
+#include "quiver/generated/Prefixes.h"
+
+#include "quiver/core/XmlSerializationContext.h"
+#include "quiver/document/XmlElement.h"
+#include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/Functions.h"
+#include "quiver/generated/LexicalForm.h"
+#include "quiver/generated/SimpleType.h"
+#include "quiver/output/XmlWriter.h"
+
+#include <algorithm>
+
+namespace QvXmlLib9
+{
+
+namespace
+{
+
+/// One name of a text, which may be a list of them.
+struct SName
+{
+    std::wstring_view prefix;
+    std::wstring_view local;
+
+    explicit SName(std::wstring_view name)
+        : local(name)
+    {
+        const std::size_t nColon = name.find(L':');
+        if (nColon == std::wstring_view::npos)
+            return;
+        prefix = name.substr(0, nColon);
+        local = name.substr(nColon + 1);
+    }
+};
+
+std::wstring Join(std::wstring_view prefix, std::wstring_view local)
+{
+    std::wstring strName(prefix);
+    if (!prefix.empty())
+        strName += L':';
+    return strName += local;
+}
+
+/// Whether the items of a text are all names. Those of a union need not be.
+bool HasOnlyNames(const CSimpleType& type)
+{
+    return type.GetForm() == CSimpleType::Form_QName ||
+           (type.GetForm() == CSimpleType::Form_List && type.GetItem().GetForm() == CSimpleType::Form_QName);
+}
+
+/// Whether an item of a text is a name. In a union one without a prefix may be anything.
+bool IsName(std::wstring_view item, const CSimpleType& type)
+{
+    return HasForm(CSimpleType::Form_QName, item) && (HasOnlyNames(type) || item.find(L':') != std::wstring_view::npos);
+}
+
+/// A text with each of its names replaced.
+template <class TReplace>
+std::wstring ReplaceNames(const std::wstring& strText, const CSimpleType& type, TReplace Replace)
+{
+    std::wstring strResult;
+    std::size_t nDone = 0;
+    for (const std::wstring_view item : SplitList(strText))
+    {
+        if (!IsName(item, type))
+            continue;
+        const std::size_t nStart = static_cast<std::size_t>(item.data() - strText.data());
+        strResult.append(strText, nDone, nStart - nDone);
+        strResult += Replace(SName(item));
+        nDone = nStart + item.size();
+    }
+    return strResult.append(strText, nDone, std::wstring::npos);
+}
+
+} // namespace
+
+const std::wstring* CPrefixes::Find(std::wstring_view prefix) const
+{
+    const auto it =
+        std::find_if(m_prefixes.begin(), m_prefixes.end(), [prefix](const auto& item) { return item.first == prefix; });
+    return it == m_prefixes.end() ? nullptr : &it->second;
+}
+
+void CPrefixes::Set(const std::wstring& strPrefix, const std::wstring& strUri)
+{
+    const auto it = std::find_if(m_prefixes.begin(), m_prefixes.end(),
+                                 [&strPrefix](const auto& item) { return item.first == strPrefix; });
+    if (it == m_prefixes.end())
+        m_prefixes.emplace_back(strPrefix, strUri);
+    else
+        it->second = strUri;
+}
+
+/// @return the prefix under which the namespace is known from now on.
+std::wstring CPrefixes::Add(std::wstring_view prefix, const std::wstring& strUri)
+{
+    std::wstring strPrefix(prefix);
+    for (int n = 1;; ++n)
+    {
+        const std::wstring* const pKnown = Find(strPrefix);
+        if (pKnown == nullptr)
+            m_prefixes.emplace_back(strPrefix, strUri);
+        if (pKnown == nullptr || *pKnown == strUri)
+            return strPrefix;
+        // A name without a prefix that belongs to no namespace cannot get one.
+        if (strUri.empty())
+            return std::wstring(prefix);
+        strPrefix = (prefix.empty() ? L"ns" : std::wstring(prefix)) + std::to_wstring(n);
+    }
+}
+
+bool CPrefixes::Note(std::wstring& text, const CSimpleType& type, const CXmlElement& element,
+                     const CXmlSerializationContext& context, const wchar_t* lpctName)
+{
+    if (element.GetDocument() == nullptr || context.GetSchemaType() == SchemaType_NoNamespaces)
+        return false;
+    const std::wstring strNoted = ReplaceNames(
+        text, type,
+        [&](const SName& name)
+        {
+            static const std::wstring& s_strNone = *new std::wstring;
+            const std::wstring* pUri = element.FindPrefix(name.prefix);
+            if (pUri == nullptr && name.prefix.empty())
+                pUri = &s_strNone;
+            if (pUri == nullptr && HasOnlyNames(type))
+                throw CQvInvalidValueException(
+                    FormatString(L"Invalid Value for %s [%s]", lpctName, text.c_str()),
+                    CQvException(FormatString(L"The prefix %s is not declared", std::wstring(name.prefix).c_str())));
+            return Join(pUri != nullptr ? Add(name.prefix, *pUri) : std::wstring(name.prefix), name.local);
+        });
+    if (strNoted == text)
+        return false;
+    text = strNoted;
+    return true;
+}
+
+std::wstring CPrefixes::Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const
+{
+    return ReplaceNames(strText, type,
+                        [&](const SName& name)
+                        {
+                            const std::wstring* const pUri = Find(name.prefix);
+                            return Join(pUri != nullptr ? writer.DeclareForValue(name.prefix, *pUri)
+                                                        : std::wstring(name.prefix),
+                                        name.local);
+                        });
+}
+
+} // namespace QvXmlLib9

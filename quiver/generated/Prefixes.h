@@ -1,0 +1,45 @@
+#pragma once
+
+#include "quiver/foundation/Export.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace QvXmlLib9
+{
+
+class CSimpleType;
+class CXmlElement;
+class CXmlSerializationContext;
+class CXmlWriter;
+
+/// What the prefixes of an object's values stand for. Values of type xs:QName are texts with a prefix; a document may
+/// give a prefix another meaning at each element, an object has one for each.
+class QVXMLLIB_API CPrefixes
+{
+public:
+    /// @return null for a prefix without a meaning of its own.
+    const std::wstring* Find(std::wstring_view prefix) const;
+
+    void Set(const std::wstring& strPrefix, const std::wstring& strUri);
+
+    /// Takes down what the prefixes in a text stand for at the element that it was read from. One that means something
+    /// else here already gets another name.
+    /// @param text the text as it was read; changed where a prefix got another name.
+    /// @return whether it was changed.
+    /// @throws CQvInvalidValueException "Invalid Value for %s [%s]" for a prefix that nobody declared.
+    bool Note(std::wstring& text, const CSimpleType& type, const CXmlElement& element,
+              const CXmlSerializationContext& context, const wchar_t* lpctName);
+
+    /// A text as it is written on the open element, or inside it, with prefixes that are declared there.
+    std::wstring Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const;
+
+private:
+    std::wstring Add(std::wstring_view prefix, const std::wstring& strUri);
+
+    std::vector<std::pair<std::wstring, std::wstring>> m_prefixes;
+};
+
+} // namespace QvXmlLib9

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace QvXmlLib9
+{
+
+/// UTF-16 units that are appended many times. Up to sixteen of them stand in an array of that length, so that they can
+/// be copied without a loop: see CStringBuffer::AppendShort.
+class CShortUnits
+{
+public:
+    static constexpr std::size_t s_nRoom = 16;
+
+    CShortUnits() = default;
+    explicit CShortUnits(std::wstring_view svUnits) { Assign(svUnits); }
+
+    void Assign(std::wstring_view svUnits)
+    {
+        m_nLength = svUnits.size();
+        if (IsShort())
+            std::copy(svUnits.begin(), svUnits.end(), m_units.begin());
+        else
+            m_strLong = svUnits;
+    }
+
+    bool IsShort() const { return m_nLength <= s_nRoom; }
+    /// The array, of which the first GetLength() units are the text if it is short.
+    const wchar_t* GetRoom() const { return m_units.data(); }
+    std::size_t GetLength() const { return m_nLength; }
+
+    std::wstring_view Get() const { return IsShort() ? std::wstring_view(m_units.data(), m_nLength) : m_strLong; }
+
+private:
+    std::array<wchar_t, s_nRoom> m_units{};
+    std::size_t m_nLength = 0;
+    std::wstring m_strLong;
+};
+
+} // namespace QvXmlLib9

@@ -1,0 +1,113 @@
+#include "quiver/generated/Prefixes.h"
+
+#include "quiver/QvXmlLib.h"
+#include "quiver/generated/BuiltinTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace QvXmlLib9;
+using namespace QvXmlLib9Data;
+
+namespace
+{
+
+/// An attribute and an element that are names.
+class CLink : public CGenerated<CLink>
+{
+public:
+    explicit CLink(const wchar_t* lpctElementName = L"link")
+        : CInstanceMonitor(L"CLink")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CRequired<xs::QName> m_To;
+    COptional<xs::QName> m_Via;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"link", L"");
+        description.Element(m_Via, L"via", L"");
+        description.Attribute(m_To, L"to", L"");
+    }
+};
+
+std::wstring Write(const CLink& link, const CXmlSerializationContext& context = {})
+{
+    return link.ToXml(false, false, EOLType_LF, context);
+}
+
+} // namespace
+
+TEST(Prefixes, OfValuesKeepTheirMeaning)
+{
+    const struct
+    {
+        const wchar_t* lpctRead;
+        const wchar_t* lpctWritten;
+    } cases[] = {
+        {L"<link xmlns:a='urn:a' to='a:x'/>", L"<link xmlns:a=\"urn:a\" to=\"a:x\"/>"},
+        {L"<link to='x'/>", L"<link to=\"x\"/>"},
+        {L"<link xmlns:a='urn:a' to='a:x'><via>a:y</via></link>",
+         L"<link xmlns:a=\"urn:a\" to=\"a:x\"><via>a:y</via></link>"},
+        {L"<link xmlns:a='urn:a' to='a:x'><via xmlns:a='urn:b'>a:y</via></link>",
+         L"<link xmlns:a1=\"urn:a\" to=\"a1:x\"><via xmlns:a=\"urn:b\">a:y</via></link>"},
+    };
+    for (const auto& c : cases)
+    {
+        CLink link;
+        link.FromXml(c.lpctRead, {});
+        EXPECT_EQ(Write(link), c.lpctWritten);
+    }
+}
+
+TEST(Prefixes, GiveWayToThoseOfTheContext)
+{
+    CLink link;
+    link.FromXml(L"<link xmlns:a='urn:a' to='a:x'/>", {});
+    CXmlSerializationContext context;
+    context.GetNamespaceAliases().Add(L"b", L"urn:a");
+    context.GetNamespaceAliases().Add(L"a", L"urn:b");
+    EXPECT_EQ(Write(link, context), L"<link xmlns:b=\"urn:a\" xmlns:a=\"urn:b\" to=\"b:x\"/>");
+}
+
+TEST(Prefixes, CanBeGivenAMeaning)
+{
+    CLink link;
+    link.m_To.Set(L"a:x", L"to");
+    EXPECT_EQ(Write(link), L"<link to=\"a:x\"/>");
+    EXPECT_EQ(link.GetNamespaceOfPrefix(L"a"), L"");
+    link.DeclarePrefix(L"a", L"urn:a");
+    EXPECT_EQ(link.GetNamespaceOfPrefix(L"a"), L"urn:a");
+    EXPECT_EQ(Write(link), L"<link xmlns:a=\"urn:a\" to=\"a:x\"/>");
+    link.DeclarePrefix(L"a", L"urn:b");
+    EXPECT_EQ(Write(link), L"<link xmlns:a=\"urn:b\" to=\"a:x\"/>");
+    link.FromXml(L"<link to='x'/>", {});
+    EXPECT_EQ(link.GetNamespaceOfPrefix(L"a"), L"");
+}
+
+TEST(Prefixes, SurviveFastInfoset)
+{
+    CLink link;
+    link.FromXml(L"<link xmlns:a='urn:a' to='a:x'><via xmlns:a='urn:b'>a:y</via></link>", {});
+    const CXmlSerializationContext context;
+    CLink copy;
+    copy.FromXmlStream(link.ToFastInfosetStream(FInfoDecl_None, context, Compression_None), context);
+    EXPECT_EQ(copy.GetNamespaceOfPrefix(L"a"), L"urn:b");
+    EXPECT_EQ(copy.GetNamespaceOfPrefix(L"a1"), L"urn:a");
+    EXPECT_EQ(Write(copy), Write(link));
+}
+
+TEST(Prefixes, HaveToBeDeclared)
+{
+    CLink link;
+    EXPECT_THROW(link.FromXml(L"<link to='a:x'/>", {}), CQvException);
+    EXPECT_THROW(link.FromXml(L"<link to='x'><via>a:x</via></link>", {}), CQvException);
+    CXmlSerializationContext context;
+    context.SetSchemaType(SchemaType_NoNamespaces);
+    EXPECT_NO_THROW(link.FromXml(L"<link to='a:x'/>", context));
+}
