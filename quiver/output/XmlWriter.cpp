@@ -209,7 +209,8 @@ CXmlWriter::CXmlWriterContext& CXmlWriter::TakeSpareContext()
 {
     if (m_spare.empty())
     {
-        m_spare.reserve(m_pool.size() + 1);
+        if (m_spare.capacity() <= m_pool.size())
+            m_spare.reserve(m_pool.size() * 2 + 8);
         m_pool.push_back(std::make_unique<CXmlWriterContext>());
         m_pool.back()->m_bSpare = true;
         return *m_pool.back();
