@@ -30,7 +30,7 @@ public:
         if (bRead)
             Store(variant, lpctName);
         else if (m_field.field.eStorage == EStorage::Required || variant.IsValid())
-            m_text = m_field.value.Read(variant.TakeString(), lpctName, m_field.IsElement());
+            Read(variant.TakeString(), lpctName);
         else
             m_text.reset();
     }
@@ -38,10 +38,18 @@ public:
     bool IsSet() const override { return m_text.has_value(); }
 
 private:
+    void Read(std::wstring strText, const wchar_t* lpctName)
+    {
+        // A default was not read.
+        const bool bKeeps = !strText.empty() && m_field.value.pType->KeepsText();
+        m_text = m_field.value.Read(std::move(strText), lpctName, m_field.IsElement());
+        m_bKeepsText = bKeeps;
+    }
+
     void Store(QvVariant& variant, const wchar_t* lpctName) const
     {
         if (m_text)
-            variant.SetString(m_field.value.pType->Print(*m_text));
+            variant.SetString(m_bKeepsText ? *m_text : m_field.value.pType->Print(*m_text));
         else if (m_field.field.eStorage == EStorage::Defaulted)
             variant.SetString(m_field.value.PrintRule());
         else if (m_field.field.IsText() && m_field.field.pOwner->pText != nullptr)
@@ -52,6 +60,7 @@ private:
 
     const SDynamicField& m_field;
     std::optional<std::wstring> m_text;
+    bool m_bKeepsText = false; ///< the text is written as it is, not as the value prints
 };
 
 // --- Objects --------------------------------------------------------------------------------------------------------

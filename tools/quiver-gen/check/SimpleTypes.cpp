@@ -1,6 +1,7 @@
 #include "tools/quiver-gen/check/SimpleTypes.h"
 
 #include "quiver/generated/BuiltinTypes.h"
+#include "quiver/generated/DocumentValue.h"
 #include "quiver/generated/Value.h"
 
 #include <algorithm>
@@ -124,7 +125,7 @@ CSimpleType WithFacets(CSimpleType type, const SSimpleType& facets, CTexts& text
 
 /// Calls a function with a value of the C++ type that a kind of value is held as. Lists and enumerations have none.
 template <class TFunction>
-std::wstring WithValue(EValue eValue, TFunction Do)
+auto WithValue(EValue eValue, TFunction Do)
 {
     switch (eValue)
     {
@@ -192,6 +193,13 @@ std::wstring CValueType::Read(std::wstring strText, const wchar_t* lpctName) con
 std::wstring CValueType::Print(const std::wstring& strText) const
 {
     return Convert(strText, true);
+}
+
+bool CValueType::KeepsText() const
+{
+    if (m_eValue != EValue::List)
+        return WithValue(m_eValue, [](auto value) { return s_bKeepsText<decltype(value)>; });
+    return WithValue(m_pItem->m_eValue, [](auto value) { return s_bKeepsText<std::vector<decltype(value)>>; });
 }
 
 std::wstring CValueType::Convert(const std::wstring& strText, bool bPrint) const

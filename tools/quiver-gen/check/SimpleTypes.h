@@ -30,6 +30,9 @@ public:
     /// A text that Read gave, as the value prints.
     std::wstring Print(const std::wstring& strText) const;
 
+    /// Whether members write values with the text that they read, as those of compiled classes do.
+    bool KeepsText() const;
+
 private:
     friend class CSimpleTypes;
 
