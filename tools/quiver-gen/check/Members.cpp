@@ -30,7 +30,7 @@ public:
         if (bRead)
             Store(variant, lpctName);
         else if (m_field.field.eStorage == EStorage::Required || variant.IsValid())
-            m_text = m_field.value.Read(variant.TakeString(), lpctName, m_field.field.eStorage != EStorage::Defaulted);
+            Read(variant.TakeString(), lpctName);
         else
             m_text.reset();
     }
@@ -38,10 +38,17 @@ public:
     bool IsSet() const override { return m_text.has_value(); }
 
 private:
+    void Read(const std::wstring& strText, const wchar_t* lpctName)
+    {
+        const CValueType& type = *m_field.value.pType;
+        m_text = m_field.value.Read(strText, lpctName, m_field.field.pAttribute == nullptr);
+        m_strKept = type.KeepsText() ? type.Get().Normalize(strText) : std::wstring();
+    }
+
     void Store(QvVariant& variant, const wchar_t* lpctName) const
     {
         if (m_text)
-            variant.SetString(m_field.value.pType->Print(*m_text));
+            variant.SetString(m_strKept.empty() ? m_field.value.pType->Print(*m_text) : m_strKept);
         else if (m_field.field.eStorage == EStorage::Defaulted)
             variant.SetString(m_field.value.PrintRule());
         else if (m_field.field.IsText() && m_field.field.pOwner->pText != nullptr)
@@ -52,6 +59,7 @@ private:
 
     const SDynamicField& m_field;
     std::optional<std::wstring> m_text;
+    std::wstring m_strKept; ///< for values that print as they were read
 };
 
 // --- Objects --------------------------------------------------------------------------------------------------------

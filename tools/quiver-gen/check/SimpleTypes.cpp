@@ -194,6 +194,13 @@ std::wstring CValueType::Print(const std::wstring& strText) const
     return Convert(strText, true);
 }
 
+bool CValueType::KeepsText() const
+{
+    const bool bList = m_eValue == EValue::List;
+    const EValue eItem = bList ? m_pItem->m_eValue : m_eValue;
+    return eItem == EValue::Duration || (bList && eItem == EValue::R4);
+}
+
 std::wstring CValueType::Convert(const std::wstring& strText, bool bPrint) const
 {
     if (m_eValue == EValue::Enumeration)

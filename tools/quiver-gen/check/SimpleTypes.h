@@ -30,6 +30,9 @@ public:
     /// A text that Read gave, as the value prints.
     std::wstring Print(const std::wstring& strText) const;
 
+    /// Whether members print values as they were read, see s_bKeepsText.
+    bool KeepsText() const;
+
 private:
     friend class CSimpleTypes;
 
