@@ -111,8 +111,7 @@ def list_layout(exports):
         source.write_text(f'#include "quiver/QvXmlLib.h"\n{uses}', encoding="utf-8")
         dump = run("clang++", "-std=c++17", "-fsyntax-only", f"-I{ROOT}", "-Xclang", "-fdump-record-layouts", str(source))
     records = {}
-    # What has no name is known by its place in a checkout, which is nobody else's.
-    dump = re.sub(r"\((anonymous|unnamed) at [^)]*\)", r"(\1)", dump)
+    dump = re.sub(r"\((anonymous|unnamed)[^)]* at [^)]*\)", r"(\1)", dump)  # where it stands in whose folder
     for record in dump.split("*** Dumping AST Record Layout\n")[1:]:
         rows = [row.split(" | ", 1) for row in record.splitlines() if " | " in row]
         title = rows[0][1] if rows else ""

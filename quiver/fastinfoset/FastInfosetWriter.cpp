@@ -78,7 +78,9 @@ struct CFastInfosetWriter::SStringEncoding
 };
 
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream)
-    : CXmlWriter(L"CFastInfosetWriter")
+    : CXmlWriter(L"CFastInfosetWriter",
+                 [](CXmlWriter& writer, std::wstring_view svPrefix, std::wstring_view svNamespace)
+                 { return static_cast<CFastInfosetWriter&>(writer).DeclareOnElement(svPrefix, svNamespace); })
     , m_pFIContext(pContext)
     , m_agreed(pContext->GetUseGeneratedVocabulary() ? *pContext->GetVocabulary() : CFIVocabulary::GetBuiltin())
     , m_maps(m_agreed.m_maps)
@@ -217,7 +219,7 @@ bool CFastInfosetWriter::WriteOwnNamespaces(const CXmlWriterContext& context, un
     return true;
 }
 
-std::wstring CFastInfosetWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+std::wstring CFastInfosetWriter::DeclareOnElement(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
     std::wstring strBuffer;
     std::wstring strPrefixBuffer;

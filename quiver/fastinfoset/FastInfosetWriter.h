@@ -61,7 +61,6 @@ public:
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
 
     void WriteXsiNil() override;
-    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Writes what precedes the root: the XML declaration if one is asked for, the identification, and the URI of the
     /// agreed vocabulary if the context uses one. To be called once, behind Open.
@@ -75,6 +74,8 @@ public:
     void WriteTerminator();
 
 private:
+    std::wstring DeclareOnElement(std::wstring_view svPrefix, std::wstring_view svNamespace);
+
     struct SStringEncoding;
 
     void FlushPendingElement(bool bAttributes);

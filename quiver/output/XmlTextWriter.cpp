@@ -44,7 +44,8 @@ std::wstring_view UpToZero(std::wstring_view svText)
 } // namespace
 
 CXmlTextWriter::CXmlTextWriter(CTextStream* pStream)
-    : CXmlWriter(L"CXmlTextWriter")
+    : CXmlWriter(L"CXmlTextWriter", [](CXmlWriter& writer, std::wstring_view svPrefix, std::wstring_view svNamespace)
+                 { return static_cast<CXmlTextWriter&>(writer).DeclareOnElement(svPrefix, svNamespace); })
     , m_pStream(pStream)
 {
 }
@@ -307,7 +308,7 @@ void CXmlTextWriter::WriteAttribute(std::wstring_view svName, std::wstring_view 
     FlushIfLong();
 }
 
-std::wstring CXmlTextWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
+std::wstring CXmlTextWriter::DeclareOnElement(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
     CXmlWriterContext& context = GetOpenStartTag();
     std::wstring strBuffer;

@@ -62,7 +62,6 @@ public:
                         ItemType eType) override;
     void WriteXsiType(std::wstring_view svTypeNamespace, std::wstring_view svTypeName, ItemType eType) override;
     void WriteXsiNil() override;
-    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace) override;
 
     /// Whether output is indented, one element to a line; initially it is. To be set while no element is open.
     void SetFormatted(bool bFormatted);
@@ -89,6 +88,8 @@ public:
     void CloseStartTag();
 
 private:
+    std::wstring DeclareOnElement(std::wstring_view svPrefix, std::wstring_view svNamespace);
+
     void AppendIndent(const CXmlWriterContext& context);
     void AppendLine(std::wstring_view svText);
     void AppendStart(CXmlWriterContext& context);

@@ -60,9 +60,10 @@ bool AreEqual(std::wstring_view svName, std::wstring_view svOther)
 
 } // namespace
 
-CXmlWriter::CXmlWriter(const wchar_t* lpctClassName)
+CXmlWriter::CXmlWriter(const wchar_t* lpctClassName, PfnDeclareForValue pfnDeclareForValue)
     : CInstanceMonitor(lpctClassName)
     , m_mapNamespaces{{s_szXmlNamespace, L"xml"}}
+    , m_pfnDeclareForValue(pfnDeclareForValue)
 {
 }
 
@@ -318,9 +319,10 @@ const std::wstring& CXmlWriter::BindGeneratedPrefix(CXmlWriterContext& context, 
     return Bind(svNamespace, m_scopes.GeneratePrefix());
 }
 
-std::wstring CXmlWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view)
+std::wstring CXmlWriter::DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace)
 {
-    return std::wstring(svPrefix);
+    return m_pfnDeclareForValue != nullptr ? m_pfnDeclareForValue(*this, svPrefix, svNamespace)
+                                           : std::wstring(svPrefix);
 }
 
 const std::wstring& CXmlWriter::BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,

@@ -109,7 +109,7 @@ public:
     /// in force. To be called ahead of the element's attributes.
     /// @param svPrefix the prefix to declare if it is free.
     /// @return the prefix in force; empty for the default namespace and for none.
-    virtual std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace);
+    std::wstring DeclareForValue(std::wstring_view svPrefix, std::wstring_view svNamespace);
 
     /// Prefixes by namespace, in the order of the URIs.
     using NamespaceMap = std::map<std::wstring, std::wstring>;
@@ -124,8 +124,13 @@ protected:
     /// The record of an open element.
     class CXmlWriterContext;
 
+    /// How a writer declares a prefix for a value. Not one of the virtual operations, whose number is fixed.
+    using PfnDeclareForValue = std::wstring (*)(CXmlWriter& writer, std::wstring_view svPrefix,
+                                                std::wstring_view svNamespace);
+
     /// @param lpctClassName the name under which instances are counted.
-    explicit CXmlWriter(const wchar_t* lpctClassName);
+    /// @param pfnDeclareForValue null where no value needs a prefix.
+    explicit CXmlWriter(const wchar_t* lpctClassName, PfnDeclareForValue pfnDeclareForValue = nullptr);
 
     /// A record for an element inside the open one, or for a root, whose scope then begins with the document's default
     /// namespace and bindings. It does not become the open element yet. The writer owns it.
@@ -200,6 +205,7 @@ protected:
     NamespaceMap m_mapNamespaces;
 
 private:
+    const PfnDeclareForValue m_pfnDeclareForValue;
     /// What one scope declares and inherits, in full.
     struct SScope
     {

@@ -378,7 +378,7 @@ const SBroken s_brokenInvoices[] = {
      L"Failed to process the element [transfer]\n"
      L"Invalid Value for iban [AT61]\n"
      L"The value does not match the pattern (?:[A-Z]{2}\\p{Nd}{2}[A-Z0-9]{11,30})\\z"},
-    {"NilInDigits", s_invoice, L"xsi:nil=\"true\"", L"xsi:nil=\"1\"",
+    {"NilInAnotherWord", s_invoice, L"xsi:nil=\"true\"", L"xsi:nil=\"yes\"",
      L"Failed to process the element [invoice]\n"
      L"Failed to process the element [delivery]\n"
      L"Unexpected Value for Attribute [nil] found."},

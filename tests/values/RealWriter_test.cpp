@@ -91,7 +91,10 @@ TEST(RealWriter, WhatPrintsShortPrintsAsAnyOtherAndReadsBack)
             continue;
         ++nShort;
         ASSERT_EQ(svText, R8(dValue));
-        ASSERT_EQ(std::stod(std::wstring(svText)), dValue);
+        double dRead = 0;
+        const std::string strText(svText.begin(), svText.end());
+        std::from_chars(strText.data(), strText.data() + strText.size(), dRead);
+        ASSERT_EQ(dRead, dValue);
     }
     EXPECT_GT(nShort, 50000);
 

@@ -38,18 +38,17 @@ public:
     bool IsSet() const override { return m_text.has_value(); }
 
 private:
-    void Read(std::wstring strText, const wchar_t* lpctName)
+    void Read(const std::wstring& strText, const wchar_t* lpctName)
     {
-        // A default was not read.
-        const bool bKeeps = !strText.empty() && m_field.value.pType->KeepsText();
-        m_text = m_field.value.Read(std::move(strText), lpctName, m_field.IsElement());
-        m_bKeepsText = bKeeps;
+        const CValueType& type = *m_field.value.pType;
+        m_text = m_field.value.Read(strText, lpctName, m_field.IsElement());
+        m_strKept = type.KeepsText() ? type.Get().Normalize(strText) : std::wstring();
     }
 
     void Store(QvVariant& variant, const wchar_t* lpctName) const
     {
         if (m_text)
-            variant.SetString(m_bKeepsText ? *m_text : m_field.value.pType->Print(*m_text));
+            variant.SetString(m_strKept.empty() ? m_field.value.pType->Print(*m_text) : m_strKept);
         else if (m_field.field.eStorage == EStorage::Defaulted)
             variant.SetString(m_field.value.PrintRule());
         else if (m_field.field.IsText() && m_field.field.pOwner->pText != nullptr)
@@ -60,7 +59,7 @@ private:
 
     const SDynamicField& m_field;
     std::optional<std::wstring> m_text;
-    bool m_bKeepsText = false; ///< the text is written as it is, not as the value prints
+    std::wstring m_strKept; ///< for values that print as they were read
 };
 
 // --- Objects --------------------------------------------------------------------------------------------------------

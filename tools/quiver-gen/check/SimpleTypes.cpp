@@ -1,7 +1,6 @@
 #include "tools/quiver-gen/check/SimpleTypes.h"
 
 #include "quiver/generated/BuiltinTypes.h"
-#include "quiver/generated/DocumentValue.h"
 #include "quiver/generated/Value.h"
 
 #include <algorithm>
@@ -125,7 +124,7 @@ CSimpleType WithFacets(CSimpleType type, const SSimpleType& facets, CTexts& text
 
 /// Calls a function with a value of the C++ type that a kind of value is held as. Lists and enumerations have none.
 template <class TFunction>
-auto WithValue(EValue eValue, TFunction Do)
+std::wstring WithValue(EValue eValue, TFunction Do)
 {
     switch (eValue)
     {
@@ -197,9 +196,9 @@ std::wstring CValueType::Print(const std::wstring& strText) const
 
 bool CValueType::KeepsText() const
 {
-    if (m_eValue != EValue::List)
-        return WithValue(m_eValue, [](auto value) { return s_bKeepsText<decltype(value)>; });
-    return WithValue(m_pItem->m_eValue, [](auto value) { return s_bKeepsText<std::vector<decltype(value)>>; });
+    const bool bList = m_eValue == EValue::List;
+    const EValue eItem = bList ? m_pItem->m_eValue : m_eValue;
+    return eItem == EValue::Duration || (bList && eItem == EValue::R4);
 }
 
 std::wstring CValueType::Convert(const std::wstring& strText, bool bPrint) const

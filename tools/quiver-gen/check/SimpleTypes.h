@@ -30,7 +30,7 @@ public:
     /// A text that Read gave, as the value prints.
     std::wstring Print(const std::wstring& strText) const;
 
-    /// Whether members write values with the text that they read, as those of compiled classes do.
+    /// Whether members print values as they were read, see s_bKeepsText.
     bool KeepsText() const;
 
 private:
