@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/platform/Platform.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -32,8 +33,10 @@ struct SFreeMatchStack
 /// stack.
 unsigned long GetRecursionLimit()
 {
-    static const std::size_t s_nFrame =
-        static_cast<std::size_t>(-pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0)) + 64;
+    // PCRE says how much a step takes. Where the compiler merges its functions, as MinGW's does, the answer is too small by far.
+    constexpr int nLeastFrame = 496;
+    static const auto s_nFrame = static_cast<std::size_t>(
+        std::max(-pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0), nLeastFrame) + 64);
     constexpr std::size_t nModestStack = 512 * 1024;
     const std::size_t nLeft = Platform::GetStackBytesLeft();
     return static_cast<unsigned long>((nLeft == SIZE_MAX ? nModestStack : nLeft) / 2 / s_nFrame);
