@@ -105,6 +105,26 @@ TEST_F(Check, TellsWhyADocumentIsRefused)
     EXPECT_THAT(CheckDocument(""), StartsWith("d.xml: error: "));
 }
 
+TEST_F(Check, TakesTheTypeOfASubstituteWhoseClassIsThatOfItsBase)
+{
+    Write("s.xsd",
+          Schema("<xs:complexType name='Sum'><xs:simpleContent><xs:extension base='xs:int'/></xs:simpleContent>"
+                 "</xs:complexType><xs:complexType name='Price'><xs:simpleContent><xs:extension base='Sum'>"
+                 "<xs:attribute name='unit'/></xs:extension></xs:simpleContent></xs:complexType>"
+                 "<xs:complexType name='Fee'><xs:simpleContent><xs:extension base='Price'/></xs:simpleContent>"
+                 "</xs:complexType><xs:element name='sum' type='Sum'/>"
+                 "<xs:element name='fee' type='Fee' substitutionGroup='sum'/>"
+                 "<xs:element name='market'><xs:complexType><xs:sequence><xs:element ref='sum'/></xs:sequence>"
+                 "</xs:complexType></xs:element>"));
+    const auto Market = [](const std::string& strType)
+    {
+        return "<t:market xmlns:t='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><t:fee xsi:type='t:" +
+               strType + "' unit='x'>1</t:fee></t:market>";
+    };
+    EXPECT_EQ(CheckDocument(Market("Fee")), "");
+    EXPECT_THAT(CheckDocument(Market("market")), HasSubstr("error"));
+}
+
 TEST_F(Check, ReadsEachOfManyDocuments)
 {
     Write("a.xml", s_strRight);
