@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <regex>
 #include <streambuf>
 #include <thread>
 
@@ -865,6 +866,23 @@ TEST(QuiverFi, CountsWhatStandsBehindTheDocument)
 {
     EXPECT_THAT(Inspect(Encode("<a/>") + "xyz"), HasSubstr("0000000B  78 79 7A                 behind the document, "
                                                            "octets: 3\n"));
+}
+
+TEST(QuiverFi, ColoursTheColumnsOfAListingOnATerminal)
+{
+    const std::string strDocument = Encode("<a><b>hi</b></a>");
+    const auto Listed = [&](bool bColoured)
+    {
+        std::istringstream in(strDocument);
+        std::ostringstream out;
+        std::ostringstream err;
+        EXPECT_EQ(quiver_fi::RunProgram({"inspect", "-"}, {in, out, err, false, bColoured}), 0) << err.str();
+        return out.str();
+    };
+    const std::string strColoured = Listed(true);
+    EXPECT_THAT(strColoured, StartsWith("\x1B[36m00000000  \x1B[33mE0 00 00 01              \x1B[0m"
+                                        "identification, version 1\n"));
+    EXPECT_EQ(std::regex_replace(strColoured, std::regex("\x1B\\[[0-9]+m"), ""), Listed(false));
 }
 
 // --- parts ----------------------------------------------------------------------------------------------------------

@@ -20,6 +20,8 @@ struct SStreams
     std::ostream& err;
     /// Somebody watches `err`, so that progress is worth showing.
     bool bErrIsTerminal = false;
+    /// Somebody watches `out` and likes colours.
+    bool bOutIsColoured = false;
 };
 
 /// A file that cannot be read or written. The message names it, unlike those of other failures.

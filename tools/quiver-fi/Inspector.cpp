@@ -680,7 +680,7 @@ bool IsFastInfoset(std::string_view octets)
 
 void Inspect(std::string_view octets, bool bWholeValues, const SStreams& streams)
 {
-    CListing listing(octets, streams.out);
+    CListing listing(octets, streams.out, streams.bOutIsColoured);
     CNoHandler handler;
     CInspector(octets, bWholeValues, &listing, handler, streams).Run();
 }

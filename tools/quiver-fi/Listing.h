@@ -15,7 +15,8 @@ class CListing
 {
 public:
     /// @param octets the document. Must live as long as the listing, as must `out`.
-    CListing(std::string_view octets, std::ostream& out);
+    /// @param bColoured whether the columns have colours, by the sequences of ECMA-48, 8.3.117.
+    CListing(std::string_view octets, std::ostream& out, bool bColoured);
 
     /// A line for the octets from the end of the former line to `nEnd`.
     /// @param nDepth how many elements are open, for the indentation.
@@ -28,8 +29,11 @@ public:
     std::size_t GetStart() const { return m_nStart; }
 
 private:
+    void AppendOctets(std::size_t nOctets);
+
     std::string_view m_octets;
     std::ostream& m_out;
+    const bool m_bColoured;
     std::size_t m_nStart = 0;
     std::string m_strLine;
 };

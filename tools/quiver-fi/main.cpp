@@ -1,7 +1,9 @@
 #include "tools/quiver-fi/Program.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
+#include <string_view>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -33,11 +35,25 @@ bool IsErrorOutputATerminal()
 #endif
 }
 
+/// A terminal that knows colours, and nobody who asks for none (no-color.org).
+bool IsOutputColoured()
+{
+#ifdef _WIN32
+    return false;
+#else
+    const char* const lpcRefusal = std::getenv("NO_COLOR");
+    const char* const lpcTerminal = std::getenv("TERM");
+    const bool bRefused = lpcRefusal != nullptr && *lpcRefusal != 0;
+    return isatty(STDOUT_FILENO) == 1 && !bRefused && lpcTerminal != nullptr && std::string_view(lpcTerminal) != "dumb";
+#endif
+}
+
 } // namespace
 
 int main(int nArguments, char** ppArguments)
 {
     PrepareStandardStreams();
     const std::vector<std::string> arguments(ppArguments + 1, ppArguments + nArguments);
-    return quiver_fi::RunProgram(arguments, {std::cin, std::cout, std::cerr, IsErrorOutputATerminal()});
+    return quiver_fi::RunProgram(arguments,
+                                 {std::cin, std::cout, std::cerr, IsErrorOutputATerminal(), IsOutputColoured()});
 }
