@@ -161,7 +161,7 @@ void StoreKept(const CSimpleType& type, const CKept<TKept, TValue>& kept, QvVari
     if constexpr (std::is_same_v<TValue, std::wstring>)
     {
         if (const std::string* const pstrUtf8 = kept.GetUtf8())
-            return variant.SetString(FromDocument(*pstrUtf8));
+            return variant.SetStringRef(std::string_view(*pstrUtf8));
     }
     if (const std::wstring* const pstrText = kept.GetText())
         return variant.SetString(*pstrText);

@@ -1,7 +1,11 @@
 #include "quiver/metadata/ValueText.h"
 
+#include "quiver/foundation/Encoder.h"
 #include "quiver/values/ItemText.h"
 #include "quiver/values/RealWriter.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace QvXmlLib9Data
 {
@@ -45,12 +49,32 @@ std::wstring_view PrintCommon(IntegerRoom& room, const QvVariant& value, const w
 } // namespace
 
 CValueText::CValueText(const QvVariant& value, const wchar_t* lpctFormat)
-    : m_svText(PrintCommon(m_room, value, lpctFormat))
 {
+    std::string_view svUtf8;
+    if (value.GetUtf8(svUtf8))
+    {
+        m_svText = Widen(svUtf8);
+        return;
+    }
+    m_svText = PrintCommon(m_room, value, lpctFormat);
     if (!m_svText.empty() || value.GetTypeAsEnum() == QvXmlLib9::ItemType_string)
         return;
     value.AppendText(m_strLong, lpctFormat);
     m_svText = m_strLong;
+}
+
+std::wstring_view CValueText::Widen(std::string_view svUtf8)
+{
+    unsigned char byAll = 0;
+    for (const char c : svUtf8)
+        byAll = static_cast<unsigned char>(byAll | static_cast<unsigned char>(c));
+    if (svUtf8.size() > std::size(m_short) || byAll >= 0x80)
+    {
+        QvXmlLib9::AppendUtf8AsUtf16(m_strLong, svUtf8);
+        return m_strLong;
+    }
+    std::copy(svUtf8.begin(), svUtf8.end(), m_short);
+    return {m_short, svUtf8.size()};
 }
 
 } // namespace QvXmlLib9Data

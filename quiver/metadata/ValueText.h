@@ -23,8 +23,12 @@ public:
     std::wstring_view Get() const { return m_svText; }
 
 private:
+    std::wstring_view Widen(std::string_view svUtf8);
+
     std::wstring_view m_svText;
     QvXmlLib9::IntegerRoom m_room;
+    /// For text of a document, most of which is short and ASCII.
+    wchar_t m_short[64];
     std::wstring m_strLong;
 };
 

@@ -184,6 +184,9 @@ protected:
     const std::wstring& BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
                                    std::wstring_view svPrefix);
 
+    /// Whether an element has bound anything, as few have.
+    static bool HasOwnBindings(const CXmlWriterContext& context);
+
     /// What an element that has no content yet has bound, by prefix and namespace.
     std::vector<std::pair<std::wstring, std::wstring>> GetOwnBindings(const CXmlWriterContext& context) const;
 
@@ -335,6 +338,11 @@ private:
     /// The record is counted as an instance while it stands for an element.
     CInstanceMonitor::ClassType* m_pct = nullptr;
 };
+
+inline bool CXmlWriter::HasOwnBindings(const CXmlWriterContext& context)
+{
+    return !context.m_bInheritsNamespaces;
+}
 
 inline bool CXmlWriter::IsTagCurrent(const CXmlWriterContext& context) const
 {

@@ -451,6 +451,14 @@ void QvVariant::SetUtf8(std::string_view svUtf8) noexcept
     m_type = ItemType_string;
 }
 
+void QvVariant::SetStringRef(std::string_view svUtf8)
+{
+    if (m_bMayBorrow)
+        SetUtf8(svUtf8);
+    else
+        SetString(DecodeText(svUtf8));
+}
+
 bool QvVariant::GetUtf8(std::string_view& svUtf8) const noexcept
 {
     if (!IsUtf8())

@@ -200,6 +200,8 @@ struct QVXMLLIB_API QvVariant
     void LetBorrow() noexcept { m_bMayBorrow = true; }
     /// The same as SetString, for a string that lives on.
     void SetStringRef(const std::wstring& value);
+    /// The same for UTF-8 that lives on.
+    void SetStringRef(std::string_view svUtf8);
 
     const CBinaryData& HexBinaryRef() const;
     const CBinaryData& Base64BinaryRef() const;

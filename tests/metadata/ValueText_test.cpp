@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <string>
+#include <string_view>
 
 using namespace QvXmlLib9;
 using QvXmlLib9Data::CValueText;
@@ -53,6 +54,30 @@ TEST(ValueText, IsWhatTheVariantPrints)
         EXPECT_EQ(CValueText(value).Get(), value.ToString(nullptr)) << test.eType;
         EXPECT_EQ(CValueText(value, L"%.3f").Get(), value.ToString(L"%.3f")) << test.eType;
     }
+}
+
+TEST(ValueText, IsTheTextThatADocumentLends)
+{
+    const std::string strLent = "lent";
+    for (const std::string& strUtf8 : {std::string(), strLent, std::string(64, 'x'), std::string(65, 'x'),
+                                       std::string("\xC3\xA4 \xF0\x9F\x98\x80"), std::string(40, 'y') + "\xC3\xA4"})
+    {
+        QvVariant lent;
+        lent.LetBorrow();
+        lent.SetStringRef(std::string_view(strUtf8));
+        QvVariant kept;
+        kept.SetStringRef(std::string_view(strUtf8));
+        std::string_view svUtf8;
+        EXPECT_TRUE(lent.GetUtf8(svUtf8)) << strUtf8;
+        EXPECT_FALSE(kept.GetUtf8(svUtf8)) << strUtf8;
+        EXPECT_EQ(CValueText(lent).Get(), kept.StringRef()) << strUtf8;
+        EXPECT_EQ(CValueText(kept).Get(), kept.StringRef()) << strUtf8;
+        EXPECT_EQ(lent.StringRef(), kept.StringRef()) << strUtf8;
+    }
+    QvVariant value;
+    value.LetBorrow();
+    value.SetStringRef(std::string_view("\xC3\xA4 \xF0\x9F\x98\x80"));
+    EXPECT_EQ(CValueText(value).Get(), L"\xE4 \xD83D\xDE00");
 }
 
 TEST(ValueText, KeepsTheLowBitsOfALong)
