@@ -314,3 +314,17 @@ TEST(PlatformPosix, DebugOutputGoesToTheSinkAndElsewhereInDiagnosticBuildsOnly)
     EXPECT_EQ("", ::testing::internal::GetCapturedStderr());
 #endif
 }
+
+TEST(PlatformPosix, LongReportsArriveWhole)
+{
+    std::wstring strText;
+    std::string strExpected = "caption\n";
+    for (int n = 0; n < 1500; ++n)
+    {
+        strText += n % 7 == 0 ? L"\xE4" : L"x";
+        strExpected += n % 7 == 0 ? "\\u00E4" : "x";
+    }
+    testing::internal::CaptureStderr();
+    ShowErrorBox(strText.c_str(), L"caption");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), strExpected + "\n");
+}

@@ -24,17 +24,27 @@ namespace QvXmlLib9::Platform
 namespace
 {
 
-// Reports must not depend on the locale or throw, so they go out as plain ASCII with escapes for the rest.
+// Reports must not depend on the locale or throw, so they go out as plain ASCII with escapes for the rest. Standard error
+// passes on every piece at once, and a trace may be long: it gets blocks.
 void WriteToStandardError(const wchar_t* lpctText)
 {
+    constexpr std::size_t nLongestEscape = 20;
+    char szBlock[1024];
+    std::size_t nUsed = 0;
     for (; *lpctText != 0; ++lpctText)
     {
+        if (nUsed + nLongestEscape > sizeof(szBlock))
+        {
+            std::fwrite(szBlock, 1, nUsed, stderr);
+            nUsed = 0;
+        }
         const auto nUnit = static_cast<unsigned long>(*lpctText);
         if (nUnit < 128)
-            std::fputc(static_cast<int>(nUnit), stderr);
+            szBlock[nUsed++] = static_cast<char>(nUnit);
         else
-            std::fprintf(stderr, "\\u%04lX", nUnit);
+            nUsed += static_cast<std::size_t>(std::snprintf(szBlock + nUsed, nLongestEscape, "\\u%04lX", nUnit));
     }
+    std::fwrite(szBlock, 1, nUsed, stderr);
 }
 
 } // namespace
