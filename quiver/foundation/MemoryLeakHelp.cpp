@@ -417,9 +417,9 @@ void CInstanceClass::CountDestruction(CInstanceMonitor::ClassType& ct) noexcept
 #endif
 }
 
-void CInstanceClass::CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount)
+void CInstanceClass::CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept
 {
-    ::CountCreation(GetThread(), ct, static_cast<std::int64_t>(nCount));
+    ::CountCreation(GetThreadOrNull(), ct, static_cast<std::int64_t>(nCount));
 }
 
 void CInstanceClass::CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept

@@ -81,7 +81,7 @@ public:
     /// @name Counting many objects at once
     /// @{
     CInstanceMonitor::ClassType* GetRecord();
-    static void CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount);
+    static void CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept;
     /// For objects whose destructors do not run.
     static void CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept;
     /// Another number after each CInstanceMonitor::Cleanup, which makes all records new.

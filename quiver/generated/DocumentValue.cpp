@@ -1,7 +1,6 @@
 #include "quiver/generated/DocumentValue.h"
 
 #include "quiver/foundation/Digits.h"
-#include "quiver/foundation/Encoder.h"
 #include "quiver/generated/LexicalForm.h"
 #include "quiver/values/RealReader.h"
 
@@ -184,13 +183,6 @@ bool ReadUtf8(const CSimpleType& type, std::string_view svUtf8, CDateTime& value
 {
     const CAsciiText text(svUtf8);
     return type.HasBoundsAtMost() && !type.HasBounds() && ReadDate(type, text.Get(), value);
-}
-
-std::wstring FromDocument(std::string_view svUtf8)
-{
-    std::wstring strText;
-    AppendUtf8AsUtf16(strText, svUtf8);
-    return strText;
 }
 
 } // namespace QvXmlLib9

@@ -53,9 +53,6 @@ bool ReadUtf8(const CSimpleType&, std::string_view, TValue&)
 }
 /// @}
 
-/// A text of a document as a string.
-QVXMLLIB_API std::wstring FromDocument(std::string_view svUtf8);
-
 /// Whether values are written with the text that they were read with: a duration is what its fields say, in whatever
 /// form, and no form is the proper one; a float has several texts of the same length. Single floats are not among them,
 /// since they have a kind of their own on their way to a writer.
@@ -125,7 +122,7 @@ public:
     {
         if (const std::string* const pstrUtf8 = std::get_if<std::string>(&m_text))
         {
-            std::wstring strText = FromDocument(*pstrUtf8);
+            std::wstring strText = FromUtf8(*pstrUtf8);
             m_text.template emplace<TKept>(std::move(strText));
         }
         return *std::get_if<TKept>(&m_text);
