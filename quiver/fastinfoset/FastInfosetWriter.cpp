@@ -209,7 +209,7 @@ void CFastInfosetWriter::WriteNamespaceItem(const std::wstring& strPrefix, const
 /// What was declared for values. The prefixes of names need no declaration.
 bool CFastInfosetWriter::WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent)
 {
-    if (!HasOwnBindings(context))
+    if (!HasOwnScope(context))
         return false;
     const auto bindings = GetOwnBindings(context);
     if (bindings.empty())

@@ -337,11 +337,8 @@ const std::wstring& CXmlWriter::BindPrefix(CXmlWriterContext& context, std::wstr
 std::vector<std::pair<std::wstring, std::wstring>> CXmlWriter::GetOwnBindings(const CXmlWriterContext& context) const
 {
     std::vector<std::pair<std::wstring, std::wstring>> bindings;
-    if (!context.m_bInheritsNamespaces)
-    {
-        for (std::size_t n = context.m_nOuterBindings; n < m_scopes.GetCount(); ++n)
-            bindings.emplace_back(m_scopes.GetPrefix(n), m_scopes.GetNamespace(n));
-    }
+    for (std::size_t n = context.m_nOuterBindings; n < m_scopes.GetCount(); ++n)
+        bindings.emplace_back(m_scopes.GetPrefix(n), m_scopes.GetNamespace(n));
     return bindings;
 }
 

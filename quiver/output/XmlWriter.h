@@ -184,10 +184,10 @@ protected:
     const std::wstring& BindPrefix(CXmlWriterContext& context, std::wstring_view svNamespace,
                                    std::wstring_view svPrefix);
 
-    /// Whether an element has bound anything, as few have.
-    static bool HasOwnBindings(const CXmlWriterContext& context);
+    /// Whether an element has declared anything, as few have.
+    static bool HasOwnScope(const CXmlWriterContext& context);
 
-    /// What an element that has no content yet has bound, by prefix and namespace.
+    /// What an element that has a scope of its own and no content yet has bound, by prefix and namespace.
     std::vector<std::pair<std::wstring, std::wstring>> GetOwnBindings(const CXmlWriterContext& context) const;
 
     /// A prefix that no namespace has, bound to `strNamespace` in the scope of `context`.
@@ -339,7 +339,7 @@ private:
     CInstanceMonitor::ClassType* m_pct = nullptr;
 };
 
-inline bool CXmlWriter::HasOwnBindings(const CXmlWriterContext& context)
+inline bool CXmlWriter::HasOwnScope(const CXmlWriterContext& context)
 {
     return !context.m_bInheritsNamespaces;
 }
