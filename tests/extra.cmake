@@ -203,10 +203,11 @@ if(TARGET Constructs_test)
     file(GLOB _parts CONFIGURE_DEPENDS "${_constructs}/parts/*.xsd")
     # Few files, since each has to be compiled with the headers of the library.
     set(_sources "${_generated}/Constructs_1.cpp" "${_generated}/Constructs_2.cpp" "${_generated}/Roots.cpp")
+    _quiver_find_generator(_generator)
     add_custom_command(OUTPUT ${_sources} "${_generated}/Constructs.h" "${_generated}/Roots.h"
-        COMMAND quiver_gen_tool ${_schemas} -o "${_generated}" --factory constructs::CRoots
+        COMMAND "${_generator}" ${_schemas} -o "${_generated}" --factory constructs::CRoots
             --split none --stem Constructs --parts 2 2> "${CMAKE_CURRENT_BINARY_DIR}/constructs.warnings"
-        DEPENDS ${_schemas} ${_parts} quiver_gen_tool
+        DEPENDS ${_schemas} ${_parts} "${_generator}"
         COMMENT "Generating the classes of tests/tools/gen/constructs"
         VERBATIM)
     target_sources(Constructs_test PRIVATE ${_sources})
