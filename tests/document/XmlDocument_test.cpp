@@ -624,6 +624,7 @@ TEST(XmlDocument, FailuresOfFileOperationsEndAsTold)
 
 std::filesystem::path s_shrinkingFile;
 
+// Windows keeps everybody from writing to the file, so that it is read whole there.
 TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
 {
     const CTempDir dir;
@@ -632,8 +633,9 @@ TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
     Platform::SetFileFault(
         [](Platform::EFileOperation eOperation)
         {
+            std::error_code error;
             if (eOperation == Platform::FileOperation_Read)
-                std::filesystem::resize_file(s_shrinkingFile, 50);
+                std::filesystem::resize_file(s_shrinkingFile, 50, error);
             return Platform::Error_Success;
         });
     CXmlDocument document;
@@ -647,8 +649,13 @@ TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
         strMessage = exception.GetMessageW();
     }
     Platform::SetFileFault(nullptr);
+#if defined(_WIN32)
+    EXPECT_TEXT(L"", strMessage);
+    EXPECT_EQ(MakeDocument(100), QvTest::ReadFileBytes(s_shrinkingFile));
+#else
     EXPECT_EQ(0u, strMessage.find(L"Failed to read the contents of the file [" + dir.NameOf("a.xml") + L"] Error [0x"))
         << QvTest::Show(strMessage);
+#endif
 }
 
 TEST(XmlDocument, WhatTheFilterThrowsDuringAnOverlappedLoadArrivesAsAPlainException)

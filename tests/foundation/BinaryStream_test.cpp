@@ -4,6 +4,7 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
+#include "tests/support/FullDisk.h"
 
 #include <string>
 
@@ -154,11 +155,13 @@ TEST(FileBinaryStream, AnUnwritablePathFailsWithItsNameAndTheCode)
 
 TEST(FileBinaryStream, AFullDiskFailsWithItsNameAndTheCode)
 {
+    const QvTest::CFullDisk disk;
+    const std::wstring strName = disk.GetFileName();
     const std::size_t nOpen = CountOpenFiles();
-    CFileBinaryStream mark(L"/dev/full", Encoding_UTF16);
-    ExpectThrows<CQvException>(WriteFailed(L"/dev/full", L"00000070"), [&] { mark.Write(); });
-    CFileBinaryStream bytes(L"/dev/full", Encoding_UTF8, FromBytes("abc"));
-    ExpectThrows<CQvException>(WriteFailed(L"/dev/full", L"00000070"), [&] { bytes.Write(); });
+    CFileBinaryStream mark(strName, Encoding_UTF16);
+    ExpectThrows<CQvException>(WriteFailed(strName, L"00000070"), [&] { mark.Write(); });
+    CFileBinaryStream bytes(strName, Encoding_UTF8, FromBytes("abc"));
+    ExpectThrows<CQvException>(WriteFailed(strName, L"00000070"), [&] { bytes.Write(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 

@@ -6,6 +6,7 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
+#include "tests/support/FullDisk.h"
 
 #include <string>
 
@@ -250,15 +251,17 @@ TEST(FileTextStream, AnUnwritablePathFailsInOpenWithItsNameAndTheCode)
 
 TEST(FileTextStream, AFullDiskFailsAndClosesTheFile)
 {
+    const QvTest::CFullDisk disk;
+    const std::wstring strName = disk.GetFileName();
     const std::size_t nOpen = CountOpenFiles();
-    CFileTextStream atClose(L"/dev/full", Encoding_UTF8);
+    CFileTextStream atClose(strName, Encoding_UTF8);
     atClose.Open();
     atClose.Append(L"a");
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atClose.Close(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
     // A long piece is written while the next one arises, whose flush reports it.
-    CFileTextStream atFlush(L"/dev/full", Encoding_UTF8);
+    CFileTextStream atFlush(strName, Encoding_UTF8);
     atFlush.Open();
     atFlush.Append(Text(200000));
     EXPECT_NO_THROW(atFlush.Flush());
@@ -266,8 +269,8 @@ TEST(FileTextStream, AFullDiskFailsAndClosesTheFile)
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atFlush.Flush(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
-    CFileTextStream mark(L"/dev/full", Encoding_UTF16);
-    ExpectThrows<CQvException>(OpenFailed(L"/dev/full", L"00000070"), [&] { mark.Open(); });
+    CFileTextStream mark(strName, Encoding_UTF16);
+    ExpectThrows<CQvException>(OpenFailed(strName, L"00000070"), [&] { mark.Open(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 
