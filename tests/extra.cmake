@@ -74,6 +74,7 @@ endforeach()
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+    target_link_libraries(Progress_test PRIVATE quiver_tools)
     add_dependencies(QuiverFi_test quiver-fi)
     target_compile_definitions(QuiverFi_test PRIVATE
         QUIVER_VERSION="${PROJECT_VERSION}"

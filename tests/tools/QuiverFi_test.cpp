@@ -2,7 +2,6 @@
 #include "tests/support/ToolRun.h"
 
 #include "tools/quiver-fi/Options.h"
-#include "tools/quiver-fi/Progress.h"
 #include "tools/quiver-fi/ValueType.h"
 #include "tools/quiver-fi/XmlNames.h"
 
@@ -15,7 +14,6 @@
 #include <cstdlib>
 #include <regex>
 #include <streambuf>
-#include <thread>
 
 #ifndef _WIN32
 #include <sys/wait.h>
@@ -886,23 +884,6 @@ TEST(QuiverFi, ColoursTheColumnsOfAListingOnATerminal)
 }
 
 // --- parts ----------------------------------------------------------------------------------------------------------
-
-TEST(QuiverFi, ShowsProgressOnATerminalAfterASecond)
-{
-    std::istringstream in;
-    std::ostringstream out;
-    std::ostringstream err;
-    const quiver_fi::SStreams streams{in, out, err, true};
-    {
-        quiver_fi::CProgress progress(streams, "writing", 10000);
-        progress.Reach(5000);
-        EXPECT_EQ(err.str(), "");
-        std::this_thread::sleep_for(std::chrono::milliseconds(1100));
-        progress.Reach(9500);
-        EXPECT_EQ(err.str(), "\rquiver-fi: writing 95 %\x1B[K");
-    }
-    EXPECT_EQ(err.str(), "\rquiver-fi: writing 95 %\x1B[K\r\x1B[K");
-}
 
 TEST(QuiverFi, KnowsNamesWithoutColons)
 {

@@ -1,3 +1,4 @@
+#include "tools/common/Terminal.h"
 #include "tools/quiver-fi/Program.h"
 
 #include <cstdio>
@@ -26,15 +27,6 @@ void PrepareStandardStreams()
     std::cin.tie(nullptr);
 }
 
-bool IsErrorOutputATerminal()
-{
-#ifdef _WIN32
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) == 1;
-#endif
-}
-
 /// A terminal that knows colours, and nobody who asks for none (no-color.org).
 bool IsOutputColoured()
 {
@@ -54,6 +46,6 @@ int main(int nArguments, char** ppArguments)
 {
     PrepareStandardStreams();
     const std::vector<std::string> arguments(ppArguments + 1, ppArguments + nArguments);
-    return quiver_fi::RunProgram(arguments,
-                                 {std::cin, std::cout, std::cerr, IsErrorOutputATerminal(), IsOutputColoured()});
+    return quiver_fi::RunProgram(
+        arguments, {std::cin, std::cout, std::cerr, quiver_tools::IsErrorOutputATerminal(), IsOutputColoured()});
 }

@@ -1,3 +1,4 @@
+#include "tools/common/Terminal.h"
 #include "tools/quiver-gen/Generator.h"
 
 #include <iostream>
@@ -6,5 +7,5 @@ int main(int nArguments, char** ppArguments)
 {
     std::ios::sync_with_stdio(false);
     return quiver_gen::RunGenerator(std::vector<std::string>(ppArguments + 1, ppArguments + nArguments), std::cout,
-                                    std::cerr);
+                                    std::cerr, quiver_tools::IsErrorOutputATerminal());
 }
