@@ -39,8 +39,11 @@ public:
 
     /// Name of a file in the directory, for the library and for the standard library.
     std::wstring NameOf(const std::string& strFile) const { return PathOf(strFile).wstring(); }
-    /// The name's parts have slashes between them on every system.
-    std::filesystem::path PathOf(const std::string& strFile) const { return (m_path / strFile).generic_wstring(); }
+    /// The name in UTF-8; its parts have slashes between them on every system.
+    std::filesystem::path PathOf(const std::string& strFile) const
+    {
+        return std::filesystem::u8path((m_path / std::filesystem::u8path(strFile)).generic_u8string());
+    }
 
 private:
     std::filesystem::path m_path;
