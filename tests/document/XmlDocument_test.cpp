@@ -56,7 +56,7 @@ std::string MakeDocument(std::size_t nBytes)
 
 std::string Compress(std::string strBytes, QvXmlLib9::CompressionType eType)
 {
-    unsigned long dwLength = strBytes.size();
+    unsigned long dwLength = static_cast<unsigned long>(strBytes.size());
     auto* pData = new unsigned char[dwLength];
     std::copy(strBytes.begin(), strBytes.end(), pData);
     CQvZip::CompressBuffer(&pData, &dwLength, eType);
@@ -66,7 +66,8 @@ std::string Compress(std::string strBytes, QvXmlLib9::CompressionType eType)
 
 void LoadStream(CXmlDocument& document, std::string strBytes)
 {
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()), strBytes.size());
+    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
+                           static_cast<unsigned long>(strBytes.size()));
 }
 
 /// Loads a file with the asynchronous input flag set.
@@ -164,7 +165,7 @@ TEST(XmlDocument, AStreamStaysTheCallers)
 {
     CXmlDocument document;
     std::string strXml = "<a>text</a>";
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strXml.data()), strXml.size());
+    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strXml.data()), static_cast<unsigned long>(strXml.size()));
     EXPECT_EQ("<a>text</a>", strXml);
     strXml.assign(strXml.size(), '?');
     EXPECT_TEXT(L"a \"text\"", Outline(document.GetDocumentElement()));

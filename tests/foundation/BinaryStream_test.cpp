@@ -5,6 +5,7 @@
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
 #include "tests/support/FullDisk.h"
+#include "tests/support/PlatformFiles.h"
 
 #include <string>
 
@@ -22,7 +23,7 @@ namespace
 CBinaryData FromBytes(std::string_view bytes)
 {
     CBinaryData data;
-    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned long>(bytes.size()));
     return data;
 }
 
@@ -142,7 +143,7 @@ TEST(FileBinaryStream, AnUnwritablePathFailsWithItsNameAndTheCode)
         const wchar_t* lpctCode;
     };
     const SRow rows[] = {
-        {dir.NameOf("missing/file"), L"00000002"},
+        {dir.NameOf("missing/file"), QvTest::s_lpctFolderMissing},
         {L"", L"00000003"},
         {dir.NameOf("."), L"00000005"},
     };

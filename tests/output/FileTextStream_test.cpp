@@ -7,6 +7,7 @@
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
 #include "tests/support/FullDisk.h"
+#include "tests/support/PlatformFiles.h"
 
 #include <string>
 
@@ -236,7 +237,7 @@ TEST(FileTextStream, AnUnwritablePathFailsInOpenWithItsNameAndTheCode)
         const wchar_t* lpctCode;
     };
     const SRow rows[] = {
-        {dir.NameOf("missing/file"), L"00000002"},
+        {dir.NameOf("missing/file"), QvTest::s_lpctFolderMissing},
         {L"", L"00000003"},
         {dir.NameOf("."), L"00000005"},
     };
@@ -260,12 +261,14 @@ TEST(FileTextStream, AFullDiskFailsAndClosesTheFile)
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atClose.Close(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
-    // A long piece is written while the next one arises, whose flush reports it.
+    // A long piece is written while the next one arises, whose flush reports it, unless the system refuses it at once.
     CFileTextStream atFlush(strName, Encoding_UTF8);
     atFlush.Open();
     atFlush.Append(Text(200000));
+#if !defined(_WIN32)
     EXPECT_NO_THROW(atFlush.Flush());
     atFlush.Append(L"b");
+#endif
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atFlush.Flush(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
