@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlSerializationContext.h"
+#include "quiver/foundation/Apart.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Product.h"
@@ -171,7 +172,7 @@ void CGeneratedObject::AccessProperty(int nPropertyIndex, bool bRead, QvVariant&
         AccessMember(record, bRead, value);
 }
 
-void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
+QV_APART void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
 {
     const wchar_t* const lpctName = record.lpctName == nullptr ? ElementName().c_str() : record.lpctName;
     // A value is checked before the member takes it, and after the member gave it.
