@@ -3,6 +3,7 @@
 #include "quiver/foundation/Apart.h"
 
 #include <cstdint>
+#include <cstring>
 
 #if defined(__SSE2__) && defined(__GNUC__) && __SIZEOF_WCHAR_T__ == 4
 #define QV_WIDE_UNITS 1
@@ -125,6 +126,18 @@ bool WidenEight(const char* pFrom, wchar_t* pTo)
     return _mm_movemask_epi8(bytes) == 0;
 }
 
+/// @return what has a bit above ASCII if one of the units does, or is 0, of which 1 is taken.
+__m128i NarrowEight(const wchar_t* pFrom, unsigned char* pTo)
+{
+    const __m128i first = Load(pFrom);
+    const __m128i second = Load(pFrom + 4);
+    const __m128i narrowed = _mm_packs_epi32(first, second);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(pTo), _mm_packus_epi16(narrowed, narrowed));
+    const __m128i one = _mm_set1_epi32(1);
+    return _mm_or_si128(_mm_or_si128(first, second),
+                        _mm_or_si128(_mm_sub_epi32(first, one), _mm_sub_epi32(second, one)));
+}
+
 } // namespace
 
 #else
@@ -153,6 +166,52 @@ std::size_t WidenAscii(const char* pFrom, std::size_t nBytes, wchar_t* pTo)
     for (; n != nBytes && static_cast<unsigned char>(pFrom[n]) < 0x80; ++n)
         pTo[n] = static_cast<wchar_t>(pFrom[n]);
     return n;
+}
+
+bool NarrowAscii(const wchar_t* pFrom, std::size_t nUnits, unsigned char* pTo)
+{
+#if defined(QV_WIDE_UNITS)
+    if (nUnits >= 8)
+    {
+        __m128i all = NarrowEight(pFrom + nUnits - 8, pTo + nUnits - 8);
+        for (std::size_t n = 0; nUnits - n > 8; n += 8)
+            all = _mm_or_si128(all, NarrowEight(pFrom + n, pTo + n));
+        const __m128i above = _mm_andnot_si128(_mm_set1_epi32(0x7F), all);
+        return _mm_movemask_epi8(_mm_cmpeq_epi32(above, _mm_setzero_si128())) == 0xFFFF;
+    }
+#endif
+    std::uint32_t nAll = 0;
+    for (std::size_t n = 0; n < nUnits; ++n)
+    {
+        nAll |= static_cast<std::uint32_t>(pFrom[n]) | (static_cast<std::uint32_t>(pFrom[n]) - 1);
+        pTo[n] = static_cast<unsigned char>(pFrom[n]);
+    }
+    return nAll < 0x80;
+}
+
+bool IsAscii(std::string_view svText)
+{
+    // Whole words, the last of which may lie over the one ahead of it.
+    constexpr std::size_t nWord = sizeof(std::uint64_t);
+    const auto fnWordAt = [svText](std::size_t n)
+    {
+        std::uint64_t nBytes = 0;
+        std::memcpy(&nBytes, svText.data() + n, nWord);
+        return nBytes;
+    };
+    std::uint64_t nAll = 0;
+    if (svText.size() >= nWord)
+    {
+        for (std::size_t n = 0; svText.size() - n > nWord; n += nWord)
+            nAll |= fnWordAt(n);
+        nAll |= fnWordAt(svText.size() - nWord);
+    }
+    else
+    {
+        for (const char c : svText)
+            nAll |= static_cast<unsigned char>(c);
+    }
+    return (nAll & 0x8080808080808080u) == 0;
 }
 
 } // namespace QvXmlLib9

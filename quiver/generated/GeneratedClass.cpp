@@ -32,6 +32,11 @@ const STypedText& TypedTextOf(const SClassTables& tables)
     return *FindTypedText(**tables.ppElements);
 }
 
+bool IsNil(const INillable* pNillable)
+{
+    return pNillable != nullptr && pNillable->IsNil();
+}
+
 } // namespace
 
 SRegisterGenerator::SRegisterGenerator()
@@ -79,12 +84,13 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
 {
     m_pPrefixes = nullptr;
     CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-    if (Tables().pPrefixed != nullptr)
+    const SClassTables& tables = Tables();
+    if (tables.pPrefixed != nullptr)
         NotePrefixes(*pElement, context);
-    if (Tables().bTyped)
+    if (tables.bTyped)
         NoteValueType(*pElement, context);
     // A nested group shares its element with the class around it, which looks.
-    if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
+    if (tables.pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
     Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
@@ -225,16 +231,15 @@ void CGeneratedObject::DeclareTypedText(CXmlWriter& writer) const
 
 bool CGeneratedObject::IsNilElement() const
 {
-    const INillable* const pNillable = FindNillable(*Tables().pInfo);
-    return pNillable != nullptr && pNillable->IsNil();
+    return IsNil(FindNillable(*Tables().pInfo));
 }
 
 void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                               const CXmlSerializationContext& context) const
 {
-    const bool bNil = IsNilElement();
-    const bool bHasText =
-        Tables().bMixed || Tables().bNamesAsText || Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    const SClassTables& tables = Tables();
+    const bool bNil = IsNil(FindNillable(*tables.pInfo));
+    const bool bHasText = tables.bMixed || tables.bNamesAsText || tables.pInfo->GetElementTextPropertyIndex() != -1;
     if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
         Throw_InElement(element,
                         FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));

@@ -89,3 +89,41 @@ TEST(UnitRuns, AsciiIsWidenedAndNothingElseTakenForIt)
         }
     }
 }
+
+TEST(UnitRuns, OnlyAsciiWithoutZeroIsNarrowed)
+{
+    for (std::size_t nLength = 0; nLength < 40; ++nLength)
+    {
+        std::wstring strText;
+        for (std::size_t n = 0; n < nLength; ++n)
+            strText += static_cast<wchar_t>(n % 2 == 0 ? 1 + n : 127 - n);
+        std::vector<unsigned char> out(nLength + 8, 0xEE);
+        ASSERT_TRUE(NarrowAscii(strText.data(), nLength, out.data()));
+        EXPECT_TRUE(std::string(strText.begin(), strText.end()) == std::string(out.begin(), out.end() - 8));
+        for (std::size_t n = nLength; n < out.size(); ++n)
+            ASSERT_EQ(0xEE, out[n]);
+        for (const std::uint32_t nOther : {0u, 0x80u, 0x100u, 0xFFFFu, 0x10041u, 0x80000041u})
+        {
+            for (std::size_t n = 0; n < nLength; ++n)
+            {
+                std::wstring strOther = strText;
+                strOther[n] = static_cast<wchar_t>(nOther);
+                EXPECT_FALSE(NarrowAscii(strOther.data(), nLength, out.data())) << n;
+            }
+        }
+    }
+}
+
+TEST(UnitRuns, AsciiIsToldAtEveryPlace)
+{
+    for (std::size_t nLength = 0; nLength < 40; ++nLength)
+    {
+        EXPECT_TRUE(IsAscii(std::string(nLength, '\x7F')));
+        for (std::size_t n = 0; n < nLength; ++n)
+        {
+            std::string strText(nLength, 'x');
+            strText[n] = '\x80';
+            EXPECT_FALSE(IsAscii(strText)) << nLength << ", " << n;
+        }
+    }
+}
