@@ -83,6 +83,7 @@ void AddRoots(SBuild& build, CClasses& classes)
     CNameScope names;
     // What the class with these functions has besides.
     names.Add("CreateRoot");
+    names.Add("IsRoot");
     names.Add("Roots");
     for (const schema::SElement* pElement : build.reach.GetRoots())
     {

@@ -4,7 +4,6 @@
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
-#include "quiver/foundation/Functions.h"
 
 #include <limits>
 
@@ -119,10 +118,7 @@ CSmartPtr<CXmlObjectBase> CModel::Read(std::string strBytes) const
     document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
                            static_cast<unsigned long>(strBytes.size()));
     CXmlElement* const pRoot = document.GetDocumentElement();
-    CSmartPtr<CXmlObjectBase> spObject = CreateRoot(pRoot, m_known.elements);
-    if (spObject == nullptr)
-        throw CQvValidationException(FormatString(L"There is no class for the element [%s] of the namespace [%s]",
-                                                  pRoot->GetLocalName().c_str(), pRoot->GetNamespaceURI().c_str()));
+    CSmartPtr<CXmlObjectBase> spObject = CreateKnownRoot(pRoot, m_known.elements);
     spObject->FromXmlElement(pRoot, context);
     return spObject;
 }

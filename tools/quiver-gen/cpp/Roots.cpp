@@ -93,10 +93,12 @@ std::string PrintHeaderText(const SProject& project, const SFactory& factory)
                           scope.Library("CClassfactoryBase") + "\n{\n" + "public:\n" + DeclareRules(project) +
                           "    /// The object for the root element of a document, by its name and its `xsi:type`; "
                           "nothing is read into it.\n"
-                          "    /// @return null if the schema has no such element.\n"
-                          "    /// @throws CQvValidationException if its type may not stand there.\n"
+                          "    /// @throws CQvValidationException if the schema has no such element, or its type may "
+                          "not stand there.\n"
                           "    static " +
-                          strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n";
+                          strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n\n" +
+                          "    /// Whether the schema has a root element of this name.\n" +
+                          "    static bool IsRoot(const " + scope.Library("CXmlElement") + "& element);\n";
     for (const SRoot& root : project.binding.roots)
     {
         if (IsAbstract(root))
@@ -199,13 +201,12 @@ std::string PrintNamedTypes(const SProject& project, const CScope& scope, CUris&
 
 std::string PrintCreateRoot(const SProject& project, const SFactory& factory, const CScope& scope)
 {
-    const bool bAny = !project.binding.roots.empty();
-    const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
-    std::string strText = strBase + ' ' + factory.strName + "::CreateRoot(" + scope.Library("CXmlElement") + "*" +
-                          (bAny ? " pElement" : "") + ")\n{\n";
-    if (!bAny)
-        return strText + "    return " + strBase + "();\n}\n";
-    return strText + "    return QvXmlLib9::CreateRoot(pElement, s_roots);\n}\n";
+    const std::string strRoots = project.binding.roots.empty() ? "{nullptr, 0}" : "s_roots";
+    const std::string strElement = scope.Library("CXmlElement");
+    return scope.Pointer(scope.Library("CXmlObjectBase")) + ' ' + factory.strName + "::CreateRoot(" + strElement +
+           "* pElement)\n{\n    return " + scope.Library("CreateKnownRoot") + "(pElement, " + strRoots +
+           ");\n}\n\nbool " + factory.strName + "::IsRoot(const " + strElement +
+           "& element)\n{\n    return QvXmlLib9::IsRoot(element, " + strRoots + ");\n}\n";
 }
 
 std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
