@@ -1,3 +1,4 @@
+#include "tools/common/CommandLine.h"
 #include "tools/common/Terminal.h"
 #include "tools/quiver-fi/Program.h"
 
@@ -45,7 +46,8 @@ bool IsOutputColoured()
 int main(int nArguments, char** ppArguments)
 {
     PrepareStandardStreams();
-    const std::vector<std::string> arguments(ppArguments + 1, ppArguments + nArguments);
+    const quiver_tools::CUtf8Console console;
     return quiver_fi::RunProgram(
-        arguments, {std::cin, std::cout, std::cerr, quiver_tools::IsErrorOutputATerminal(), IsOutputColoured()});
+        quiver_tools::GetArguments(nArguments, ppArguments),
+        {std::cin, std::cout, std::cerr, quiver_tools::IsErrorOutputATerminal(), IsOutputColoured()});
 }
