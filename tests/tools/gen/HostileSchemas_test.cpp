@@ -130,6 +130,29 @@ std::string Substitutes(int nCount)
                 "</xs:complexType></xs:element>");
 }
 
+/// Unions of which each is a member of the next and admits two of its values; and a value that none of them admits.
+std::string EnumeratedUnions(int nDepth)
+{
+    return Wrap("<xs:simpleType name='U-1'><xs:union memberTypes='xs:int xs:boolean'/></xs:simpleType>" +
+                Repeat(nDepth,
+                       [](const std::string& n)
+                       {
+                           return "<xs:simpleType name='U" + n +
+                                  "'><xs:restriction><xs:simpleType><xs:union memberTypes='t:U" +
+                                  std::to_string(std::stoi(n) - 1) +
+                                  " xs:date'/></xs:simpleType><xs:enumeration value='1'/><xs:enumeration value='2'/>"
+                                  "</xs:restriction></xs:simpleType>";
+                       }) +
+                "<xs:element name='r' type='t:U" + std::to_string(nDepth - 1) + "' default='3'/>");
+}
+
+/// One wildcard for many namespaces.
+std::string Namespaces(int nCount)
+{
+    return Type("<xs:sequence><xs:any namespace='" +
+                Repeat(nCount, [](const std::string& n) { return "urn:n" + n + " "; }) + "'/></xs:sequence>");
+}
+
 std::string DeepElements(int nDepth)
 {
     return Wrap(Times(nDepth, "<xs:element name='e'><xs:complexType><xs:sequence>") +
@@ -221,6 +244,8 @@ std::vector<SHostile> GetHostile()
         {"ManySubstitutes", Substitutes(2000), 0, ""},
         {"LargeChoice", Members("choice", 2000), 0, ""},
         {"LargeEnumeration", Enumeration(10000), 0, ""},
+        {"EnumeratedUnions", EnumeratedUnions(40), 1, "'3'"},
+        {"ManyNamespaces", Namespaces(12000), 0, ""},
         {"LongNames",
          Wrap("<xs:complexType name='" + strLong + "'><xs:sequence><xs:element name='" + strLong +
               "' type='xs:int'/></xs:sequence><xs:attribute name='" + strLong +
