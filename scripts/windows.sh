@@ -6,7 +6,7 @@
 #   setup           installs the compiler and Wine
 #   dependencies    builds the libraries that Quiver needs there
 #   build           builds everything: the library, the tools, the examples and the tests
-#   try             runs the tools and the examples
+#   try             runs the tools, the examples, and the inputs that the fuzzers have found
 #   test            runs every test program, and says which tests of Linux Windows has not
 #   hygiene         compiles the public headers, the sources and generated classes with the warnings about what other
 #                   compilers would not take
@@ -174,8 +174,15 @@ try()
     done
     wine build/mingw/tools/quiver-fi.exe encode "Z:$scratch/заказ.xml" "Z:$scratch/заказ.finf"
     [ -s "$scratch/заказ.finf" ] || fail "quiver-fi did not write a file of this name"
+    local program name inputs
+    for program in build/mingw/fuzz/replay_*.exe; do
+        name=$(basename "$program" .exe)
+        inputs=$(find "fuzz/corpus/${name#replay_}" -type f | wc -l)
+        wine "$program" "Z:$PWD/fuzz/corpus/${name#replay_}" >"$scratch/replay" 2>&1 </dev/null || true
+        tr -d '\r' <"$scratch/replay" | grep -qx "$inputs inputs" || { tail -3 "$scratch/replay" >&2; fail "$name did not come to its end"; }
+    done
     rm -rf "$scratch"
-    echo "windows: the tools and the examples do what they do on Linux"
+    echo "windows: the tools and the examples do what they do on Linux, and the inputs of the fuzzers pass"
 }
 
 # The names of the tests of a program, one a line, out of its --gtest_list_tests.
