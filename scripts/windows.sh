@@ -188,7 +188,7 @@ try()
 # The names of the tests of a program, one a line, out of its --gtest_list_tests.
 list_tests()
 {
-    "$1" --gtest_list_tests | tr -d '\r' | sed 's/  *#.*//' |
+    "$1" --gtest_list_tests 2>/dev/null | tr -d '\r' | sed 's/  *#.*//' |
         awk '/^[^ ]/ { suite = $1; next } { print suite $1 }' || fail "$1 lists no tests"
 }
 
