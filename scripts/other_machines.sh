@@ -37,7 +37,8 @@ fetch()
     local options=(-q -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$apt/sources"
         -o "Dir::State::Lists=$apt/lists" -o APT::Sandbox::User= -o "APT::Architecture=$machine"
         -o "APT::Architectures::=$machine" -o Dir::State::Status=/dev/null -o "Dir::Cache=$apt")
-    apt-get "${options[@]}" update >/dev/null
+    # An archive whose list is not to be had is done without, as long as the others have the packages.
+    apt-get "${options[@]}" update >"$apt/update.log" 2>&1 || echo "other_machines: not all lists were fetched; see $apt/update.log"
     local packages=(
         libexpat1 libexpat1-dev zlib1g zlib1g-dev
         libpcre3 libpcre3-dev libpcre16-3 libpcre32-3 libpcre2-8-0 libpcre2-dev
