@@ -124,6 +124,7 @@ public:
         Throw_IfIndexIsOutOfRange(nIndex);
         FireOnCollectionRemove(nIndex);
         m_texts.erase(m_texts.begin() + nIndex);
+        m_kept.erase(m_kept.begin() + nIndex);
         FireOnCollectionRemoveComplete(nIndex);
         FireOnCollectionChange();
     }
@@ -133,21 +134,25 @@ protected:
 
     void AddText(QvVariant& text) override
     {
-        std::wstring strText = m_field.value.Read(text.TakeString(), Name());
+        const CValueType& type = *m_field.value.pType;
+        const std::wstring strDocument = text.TakeString();
+        std::wstring strText = m_field.value.Read(strDocument, Name());
         FireOnCollectionAdd(&strText);
         m_texts.push_back(std::move(strText));
+        m_kept.push_back(type.KeepsText() ? type.Get().Normalize(strDocument) : std::wstring());
         FireOnCollectionAddComplete(&m_texts.back());
         FireOnCollectionChange();
     }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {
-        value.SetString(m_field.value.pType->Print(m_texts[nIndex]));
+        value.SetString(m_kept[nIndex].empty() ? m_field.value.pType->Print(m_texts[nIndex]) : m_kept[nIndex]);
     }
 
 private:
     const SDynamicField& m_field;
     std::vector<std::wstring> m_texts;
+    std::vector<std::wstring> m_kept; ///< for values that print as they were read
 };
 
 /// A collection that is made when it is asked for the first time.
