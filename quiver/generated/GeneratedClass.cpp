@@ -64,7 +64,7 @@ std::wstring CGeneratedObject::GetTargetNamespace() const
 void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
     const SClassTables& tables = Tables();
-    if (tables.pPrefixed != nullptr && m_pPrefixes != nullptr)
+    if (tables.pPrefixed != nullptr)
         DeclarePrefixes(*pWriter);
     if (tables.bTyped && m_pPrefixes != nullptr)
         DeclareTypedText(*pWriter);
@@ -77,8 +77,11 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
     m_pPrefixes = nullptr;
-    CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-    if (Tables().pPrefixed != nullptr)
+    const bool bNames = Tables().pPrefixed != nullptr;
+    CXmlElement* const pNext = bNames
+                                   ? ReadNames(pElement, pFirstChild, context, bOptionalChoice)
+                                   : CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    if (bNames)
         NotePrefixes(*pElement, context);
     if (Tables().bTyped)
         NoteValueType(*pElement, context);
@@ -87,6 +90,14 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
     Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
+}
+
+/// Attributes and text with prefixes are compared by what those stand for at the element.
+CXmlElement* CGeneratedObject::ReadNames(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                         const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    const CNameScope scope(*pElement);
+    return CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
 }
 
 bool CGeneratedObject::IsOfType(const std::wstring& strName, const std::wstring& strUri) const
@@ -124,6 +135,7 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
         if (!Prefixes().Note(strText, *member.pType, element, context, bText ? ElementName().c_str() : member.lpctName))
             continue;
         value.SetString(strText);
+        const CNameScope scope(*m_pPrefixes);
         AccessProperty(member.nMember, false, value);
     }
 }
@@ -131,6 +143,8 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
 /// Ahead of the first attribute, since declarations come first in Fast Infoset documents.
 void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
 {
+    static const CPrefixes& s_none = *new CPrefixes;
+    const CPrefixes& prefixes = m_pPrefixes != nullptr ? *m_pPrefixes : s_none;
     for (const SPrefixedMember& member : *Tables().pPrefixed)
     {
         // An element that is nil may lack its text.
@@ -139,7 +153,7 @@ void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
         QvVariant value;
         ReadProperty(member.nMember, value);
         if (value.IsValid())
-            m_pPrefixes->Declare(PropertyText(value), *member.pType, writer);
+            prefixes.Declare(PropertyText(value), *member.pType, writer);
     }
 }
 
@@ -194,6 +208,7 @@ void CGeneratedObject::NoteValueType(const CXmlElement& element, const CXmlSeria
         if (IsNilElement())
             return;
         AccessProperty(typed.nText, true, value);
+        const CNameScope scope(element);
         std::wstring strText = TypedText(PropertyText(value), pType);
         if (pType->GetType().HasPrefixes())
             Prefixes().Note(strText, pType->GetType(), element, context, ElementName().c_str());

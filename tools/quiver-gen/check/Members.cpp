@@ -231,12 +231,15 @@ const SMemberOperations CMember::s_operations{[](void* pMember, bool bRead, QvVa
 std::wstring SValueRules::Read(std::wstring strText, const wchar_t* lpctName, bool bElement) const
 {
     if (lpctRule != nullptr && bElement && strText.empty())
-        strText = lpctRule;
+    {
+        const CNameScope scope;
+        return pType->Read(lpctRule, lpctName);
+    }
     std::wstring strValue = pType->Read(std::move(strText), lpctName);
     if (eRule == SValueRule::EKind::Fixed)
     {
         const std::wstring strPrinted = pType->Print(strValue);
-        if (strPrinted != PrintRule())
+        if (strPrinted != PrintRule() && !IsSameName(pType->Get(), strPrinted, lpctRule))
             ThrowNotFixed(strPrinted, lpctName, lpctRule);
     }
     return strValue;
@@ -244,6 +247,7 @@ std::wstring SValueRules::Read(std::wstring strText, const wchar_t* lpctName, bo
 
 std::wstring SValueRules::PrintRule() const
 {
+    const CNameScope scope;
     return pType->Print(pType->Read(lpctRule, L""));
 }
 
