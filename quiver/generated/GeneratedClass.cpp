@@ -3,6 +3,7 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlSerializationContext.h"
+#include "quiver/foundation/Apart.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Product.h"
@@ -29,6 +30,11 @@ namespace
 const STypedText& TypedTextOf(const SClassTables& tables)
 {
     return *FindTypedText(**tables.ppElements);
+}
+
+bool IsNil(const INillable* pNillable)
+{
+    return pNillable != nullptr && pNillable->IsNil();
 }
 
 } // namespace
@@ -77,16 +83,17 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
     m_pPrefixes = nullptr;
-    const bool bNames = Tables().pPrefixed != nullptr;
+    const SClassTables& tables = Tables();
+    const bool bNames = tables.pPrefixed != nullptr;
     CXmlElement* const pNext = bNames
                                    ? ReadNames(pElement, pFirstChild, context, bOptionalChoice)
                                    : CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
     if (bNames)
         NotePrefixes(*pElement, context);
-    if (Tables().bTyped)
+    if (tables.bTyped)
         NoteValueType(*pElement, context);
     // A nested group shares its element with the class around it, which looks.
-    if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
+    if (tables.pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
     Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
@@ -239,16 +246,15 @@ void CGeneratedObject::DeclareTypedText(CXmlWriter& writer) const
 
 bool CGeneratedObject::IsNilElement() const
 {
-    const INillable* const pNillable = FindNillable(*Tables().pInfo);
-    return pNillable != nullptr && pNillable->IsNil();
+    return IsNil(FindNillable(*Tables().pInfo));
 }
 
 void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                               const CXmlSerializationContext& context) const
 {
-    const bool bNil = IsNilElement();
-    const bool bHasText =
-        Tables().bMixed || Tables().bNamesAsText || Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    const SClassTables& tables = Tables();
+    const bool bNil = IsNil(FindNillable(*tables.pInfo));
+    const bool bHasText = tables.bMixed || tables.bNamesAsText || tables.pInfo->GetElementTextPropertyIndex() != -1;
     if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
         Throw_InElement(element,
                         FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));
@@ -276,7 +282,7 @@ void CGeneratedObject::AccessProperty(int nPropertyIndex, bool bRead, QvVariant&
         AccessMember(record, bRead, value);
 }
 
-void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
+QV_APART void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
 {
     const wchar_t* const lpctName = record.lpctName == nullptr ? ElementName().c_str() : record.lpctName;
     // A value is checked before the member takes it, and after the member gave it.
