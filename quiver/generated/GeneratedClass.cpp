@@ -7,7 +7,9 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Product.h"
+#include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/Member.h"
+#include "quiver/generated/Records.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <utility>
@@ -23,6 +25,11 @@ namespace
 {
     throw CQvValidationException(FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
                                  CQvValidationException(strWhat));
+}
+
+const STypedText& TypedTextOf(const SClassTables& tables)
+{
+    return *FindTypedText(**tables.ppElements);
 }
 
 bool IsNil(const INillable* pNillable)
@@ -65,6 +72,8 @@ void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerial
     const SClassTables& tables = Tables();
     if (tables.pPrefixed != nullptr && m_pPrefixes != nullptr)
         DeclarePrefixes(*pWriter);
+    if (tables.bTyped && m_pPrefixes != nullptr)
+        DeclareTypedText(*pWriter);
     if (m_bTellsType && tables.lpctTypeName != nullptr && context.GetWriteTypeAttribute())
         pWriter->WriteXsiType(tables.lpctTypeNamespace, tables.lpctTypeName, ItemType_string);
     CXmlGeneratedClass::AttributesToXml_Int(pWriter, context);
@@ -78,6 +87,8 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
     const SClassTables& tables = Tables();
     if (tables.pPrefixed != nullptr)
         NotePrefixes(*pElement, context);
+    if (tables.bTyped)
+        NoteValueType(*pElement, context);
     // A nested group shares its element with the class around it, which looks.
     if (tables.pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
@@ -137,6 +148,85 @@ void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
         if (value.IsValid())
             m_pPrefixes->Declare(PropertyText(value), *member.pType, writer);
     }
+}
+
+const SNamedType* CGeneratedObject::FindValueType() const
+{
+    const STypedText& typed = TypedTextOf(Tables());
+    QvVariant type;
+    ReadProperty(typed.nType, type);
+    if (!type.IsValid() || m_pPrefixes == nullptr)
+        return nullptr;
+    const std::wstring strType = PropertyText(type);
+    const auto [uri, name] = m_pPrefixes->Resolve(strType);
+    return FindNamedType(*typed.pTypes, uri, name);
+}
+
+std::wstring CGeneratedObject::TypeText(const SNamedType& type, const std::wstring& strPrefix)
+{
+    const bool bNone = *type.lpctUri == L'\0';
+    return Prefixes().MakeName(bNone ? std::wstring() : strPrefix, type.lpctUri, type.lpctName);
+}
+
+const SNamedType& CGeneratedObject::FindType(const wchar_t* lpctName, const wchar_t* lpctNamespace) const
+{
+    const SNamedType* const pType = FindNamedType(*TypedTextOf(Tables()).pTypes, lpctNamespace, lpctName);
+    if (pType == nullptr)
+        throw CQvInvalidParamException(
+            FormatString(L"There is no simple type [%s] in the namespace [%s]", lpctName, lpctNamespace));
+    return *pType;
+}
+
+std::wstring CGeneratedObject::TypedText(const std::wstring& strText, const SNamedType* pType) const
+{
+    if (pType == nullptr)
+        return strText;
+    std::wstring strNormal = pType->GetType().Normalize(strText);
+    pType->GetType().Check(strNormal, ElementName().c_str());
+    return strNormal;
+}
+
+void CGeneratedObject::NoteValueType(const CXmlElement& element, const CXmlSerializationContext& context)
+{
+    try
+    {
+        const STypedText& typed = TypedTextOf(Tables());
+        std::wstring strPrefix;
+        const SNamedType* const pType = FindTypeOf(*typed.pTypes, element, context, strPrefix);
+        if (pType == nullptr)
+            return;
+        QvVariant value;
+        value.SetString(TypeText(*pType, strPrefix));
+        AccessProperty(typed.nType, false, value);
+        if (IsNilElement())
+            return;
+        AccessProperty(typed.nText, true, value);
+        std::wstring strText = TypedText(PropertyText(value), pType);
+        if (pType->GetType().HasPrefixes())
+            Prefixes().Note(strText, pType->GetType(), element, context, ElementName().c_str());
+        value.SetString(strText);
+        AccessProperty(typed.nText, false, value);
+    }
+    catch (const CQvException& exception)
+    {
+        throw CQvValidationException(
+            FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()), exception);
+    }
+}
+
+void CGeneratedObject::DeclareTypedText(CXmlWriter& writer) const
+{
+    const STypedText& typed = TypedTextOf(Tables());
+    const SNamedType* const pType = FindValueType();
+    if (pType == nullptr)
+        return;
+    QvVariant value;
+    ReadProperty(typed.nType, value);
+    m_pPrefixes->Declare(PropertyText(value), xs::QName::Type(), writer);
+    if (IsNilElement() || !pType->GetType().HasPrefixes())
+        return;
+    ReadProperty(typed.nText, value);
+    m_pPrefixes->Declare(PropertyText(value), pType->GetType(), writer);
 }
 
 bool CGeneratedObject::IsNilElement() const
@@ -230,6 +320,7 @@ void CGeneratedObject::FreeTables(SClassTables& tables)
     tables.pMembers = nullptr;
     tables.nMembers = 0;
     delete std::exchange(tables.pPrefixed, nullptr);
+    tables.bTyped = false;
 }
 
 bool CGeneratedObject::IsChoiceMissing(const CXmlSerializationContext& context) const

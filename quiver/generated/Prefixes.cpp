@@ -109,6 +109,18 @@ std::wstring CPrefixes::Add(std::wstring_view prefix, const std::wstring& strUri
     }
 }
 
+std::wstring CPrefixes::MakeName(std::wstring_view prefix, const std::wstring& strUri, std::wstring_view local)
+{
+    return Join(Add(prefix, strUri), local);
+}
+
+std::pair<std::wstring_view, std::wstring_view> CPrefixes::Resolve(std::wstring_view name) const
+{
+    const SName parts(name);
+    const std::wstring* const pUri = Find(parts.prefix);
+    return {pUri != nullptr ? std::wstring_view(*pUri) : std::wstring_view(), parts.local};
+}
+
 bool CPrefixes::Note(std::wstring& text, const CSimpleType& type, const CXmlElement& element,
                      const CXmlSerializationContext& context, const wchar_t* lpctName)
 {

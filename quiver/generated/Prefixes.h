@@ -25,6 +25,14 @@ public:
 
     void Set(const std::wstring& strPrefix, const std::wstring& strUri);
 
+    /// A name as a text, with a prefix that stands for its namespace here.
+    /// @param prefix the one to take, unless it means something else already.
+    std::wstring MakeName(std::wstring_view prefix, const std::wstring& strUri, std::wstring_view local);
+
+    /// The namespace and the local name in a text that is one name. The namespace is empty for a prefix without a
+    /// meaning.
+    std::pair<std::wstring_view, std::wstring_view> Resolve(std::wstring_view name) const;
+
     /// Takes down what the prefixes in a text stand for at the element that it was read from. One that means something
     /// else here already gets another name.
     /// @param text the text as it was read; changed where a prefix got another name.

@@ -171,12 +171,12 @@ std::unique_ptr<CElementInfo> MakeValueOrNames(const wchar_t* lpctName, const wc
 
 /// The text of an element with names. It is an element record, since the text that a class record names is written as
 /// it is held.
-class CNamesTextRecord final : public CElementInfoSeq
+class CNamesTextRecord : public CElementInfoSeq
 {
 public:
-    CNamesTextRecord(int nMember, const CSimpleType& type)
+    CNamesTextRecord(int nMember, const CSimpleType* pType)
         : CElementInfoSeq(L"", L"", nMember)
-        , m_type(type)
+        , m_pType(pType)
     {
     }
 
@@ -185,8 +185,12 @@ public:
     {
         QvVariant value;
         ReadProperty(pObject, value);
+        const CSimpleType* const pType = FindType(*pObject);
         std::wstring strDeclared;
-        pWriter->WriteText(DeclaredText(value.StringRef(), m_type, pObject, *pWriter, strDeclared), ItemType_string);
+        pWriter->WriteText(pType != nullptr && pType->HasPrefixes()
+                               ? DeclaredText(value.StringRef(), *pType, pObject, *pWriter, strDeclared)
+                               : value.StringRef(),
+                           ItemType_string);
         return true;
     }
 
@@ -201,7 +205,32 @@ public:
     }
 
 private:
-    const CSimpleType& m_type;
+    /// @return null where values have no prefixes.
+    virtual const CSimpleType* FindType(const CXmlGeneratedClass&) const { return m_pType; }
+
+    const CSimpleType* m_pType;
+};
+
+/// The same where the object says its type.
+class CTypedTextRecord final : public CNamesTextRecord
+{
+public:
+    explicit CTypedTextRecord(const STypedText& text)
+        : CNamesTextRecord(text.nText, nullptr)
+        , m_text(text)
+    {
+    }
+
+    const STypedText& Get() const { return m_text; }
+
+private:
+    const CSimpleType* FindType(const CXmlGeneratedClass& object) const override
+    {
+        const SNamedType* const pType = static_cast<const CGeneratedObject&>(object).FindValueType();
+        return pType != nullptr ? &pType->GetType() : nullptr;
+    }
+
+    STypedText m_text;
 };
 
 /// The text of mixed content. It stands at the beginning, since text behind a child would become part of the child in a
@@ -522,7 +551,18 @@ std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const w
 
 std::unique_ptr<CElementInfo> MakeNamesTextRecord(const SRecordPlace& place, const CSimpleType& type)
 {
-    return std::make_unique<CNamesTextRecord>(place.nMember, type);
+    return std::make_unique<CNamesTextRecord>(place.nMember, &type);
+}
+
+std::unique_ptr<CElementInfo> MakeTypedTextRecord(const STypedText& text)
+{
+    return std::make_unique<CTypedTextRecord>(text);
+}
+
+const STypedText* FindTypedText(const CElementInfo& record)
+{
+    const auto* const pRecord = dynamic_cast<const CTypedTextRecord*>(&record);
+    return pRecord != nullptr ? &pRecord->Get() : nullptr;
 }
 
 std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)

@@ -215,6 +215,15 @@ inline std::wstring FromUtf8(const std::string& bytes)
 {
     return FromUtf8(std::string_view(bytes));
 }
+/// Literals would fit the others equally well.
+inline std::string ToUtf8(const wchar_t* lpctText)
+{
+    return ToUtf8(std::wstring_view(lpctText));
+}
+inline std::wstring FromUtf8(const char* lpcBytes)
+{
+    return FromUtf8(std::string_view(lpcBytes));
+}
 QVXMLLIB_API std::optional<std::string> ToUtf8(const std::optional<std::wstring>& text);
 QVXMLLIB_API std::optional<std::wstring> FromUtf8(const std::optional<std::string>& bytes);
 QVXMLLIB_API std::vector<std::string> ToUtf8(const std::vector<std::wstring>& texts);

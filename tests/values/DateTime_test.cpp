@@ -1,6 +1,7 @@
 #include "quiver/values/DateTime.h"
 
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/platform/SystemTimeFields.h"
 #include "tests/support/AllocationCount.h"
 #include "tests/support/Dates.h"
 #include "tests/support/Expect.h"
