@@ -11,6 +11,8 @@
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
+#include <utility>
+
 namespace QvXmlLib9
 {
 
@@ -100,7 +102,7 @@ CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCur
         CXmlElement* const pNext = ReadItem(pParent, pCurrent, context, spItem);
         if (spItem == nullptr)
             break;
-        AppendItem(spItem);
+        AppendItem(std::move(spItem));
         pCurrent = pNext;
     }
     return pCurrent;
