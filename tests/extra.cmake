@@ -52,7 +52,8 @@ if(PCRE_FOUND AND PCRE2_FOUND)
     target_link_libraries(quiver_other_pattern_engine
         PUBLIC PCRE::PCRE PCRE2::8BIT
         PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
-    foreach(_name Pattern_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test Constructs_test)
+    foreach(_name Pattern_test PatternFirstUse_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test
+            Constructs_test)
         if(TARGET ${_name})
             set(_other ${_name}.other_pcre)
             add_executable(${_other} $<TARGET_OBJECTS:${_name}> $<TARGET_OBJECTS:quiver_other_pattern_engine>)
@@ -67,8 +68,10 @@ endif()
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-foreach(_name InvoiceClasses_test MessageChains_test Threads_test)
-    target_link_libraries(${_name} PRIVATE quiver_example_classes)
+foreach(_name FirstUse_test ForkPosix_test InvoiceClasses_test MessageChains_test Threads_test)
+    if(TARGET ${_name})
+        target_link_libraries(${_name} PRIVATE quiver_example_classes)
+    endif()
 endforeach()
 
 # --- Command-line programs ------------------------------------------------------------------------------------------
