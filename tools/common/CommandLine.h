@@ -13,6 +13,8 @@
 // Ahead of the other, which needs it.
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
 #include <shellapi.h>
 #endif
 
@@ -55,8 +57,15 @@ public:
     {
 #if defined(_WIN32)
         m_nBefore = ::GetConsoleOutputCP();
-        if (m_nBefore != 0)
-            ::SetConsoleOutputCP(CP_UTF8);
+        if (m_nBefore == 0)
+            return;
+        ::SetConsoleOutputCP(CP_UTF8);
+        // The run-time library may translate text once more on its way to a console.
+        for (const int nStream : {1, 2})
+        {
+            if (::_isatty(nStream) != 0)
+                ::_setmode(nStream, _O_BINARY);
+        }
 #endif
     }
     ~CUtf8Console()
