@@ -20,6 +20,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
 namespace fuzz
 {
 
+/// Whether an element of a wide string is one unit of UTF-16, as where it has 32 bits.
+inline bool IsUtf16(char32_t c)
+{
+    return c <= 0xFFFF;
+}
+
 /// The input as text of the library, up to the first byte that is no UTF-8.
 inline std::wstring Text(const std::uint8_t* pData, std::size_t nSize)
 {

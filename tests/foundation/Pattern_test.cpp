@@ -364,14 +364,19 @@ TEST(PatternTest, AnswerIsTheSameEveryTimeWithoutMachineCode)
     std::string strGroups;
     for (int i = 0; i < 3000; ++i)
         strGroups += "()";
-    for (const std::size_t nLength : {5u, 10u, 15u, 20u, 30u, 40u})
+    const auto fnMatch = [&]
     {
-        const std::string strPattern = strGroups + "((a|aa)+c|a*b|" + std::to_string(nLength) + ")";
-        const std::wstring strValue = std::wstring(nLength, L'a') + L"b";
-        const bool bFirst = PatternMatch(strPattern, strValue);
-        for (int nMatch = 0; nMatch < 2; ++nMatch)
-            EXPECT_EQ(bFirst, PatternMatch(strPattern, strValue)) << nLength << ", match " << nMatch;
-    }
+        for (const std::size_t nLength : {5u, 10u, 15u, 20u, 30u, 40u})
+        {
+            const std::string strPattern = strGroups + "((a|aa)+c|a*b|" + std::to_string(nLength) + ")";
+            const std::wstring strValue = std::wstring(nLength, L'a') + L"b";
+            const bool bFirst = PatternMatch(strPattern, strValue);
+            for (int nMatch = 0; nMatch < 2; ++nMatch)
+                EXPECT_EQ(bFirst, PatternMatch(strPattern, strValue)) << nLength << ", match " << nMatch;
+        }
+    };
+    // They pass what fits on the stack of a program's first thread on Windows too.
+    QvTest::RunOnStack(8 << 20, fnMatch);
 }
 
 TEST(PatternTest, FewBytesOfStackAreEnough)
