@@ -337,8 +337,6 @@ void Put(CEntry& entry, CDecisions& decisions)
 using PutMember = void (*)(CEntry& entry, CDecisions& decisions);
 
 const PutMember s_putMembers[] = {
-    &Put<&CEntry::SetAnySimpleType, &MakeText>,
-    &Put<&CEntry::SetAAnySimpleType, &MakeText>,
     &Put<&CEntry::SetString, &MakeText>,
     &Put<&CEntry::SetAString, &MakeText>,
     &Put<&CEntry::SetNormalizedString, &MakeText>,
@@ -491,8 +489,6 @@ using CompareMember = bool (*)(const CEntry& left, const CEntry& right);
 
 // Without names with prefixes: those are written under other prefixes, and read so.
 const CompareMember s_compareMembers[] = {
-    &HaveSame<&CEntry::GetAnySimpleType>,
-    &HaveSame<&CEntry::GetAAnySimpleType>,
     &HaveSame<&CEntry::GetString>,
     &HaveSame<&CEntry::GetAString>,
     &HaveSame<&CEntry::GetNormalizedString>,
