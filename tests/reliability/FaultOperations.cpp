@@ -335,11 +335,12 @@ SOperation GenCheck()
 {
     SOperation operation;
     operation.lpcName = "quiver-gen --check";
-    operation.fnPrepare = [](const fs::path&) {};
+    operation.fnPrepare = [](const fs::path&) {
+    };
     operation.fnRun = [](const fs::path&)
     {
-        return RunGen({(s_examples / "invoice/invoice.xsd").string(), "--check",
-                       (s_examples / "invoice/invoice.xml").string()});
+        return RunGen(
+            {(s_examples / "invoice/invoice.xsd").string(), "--check", (s_examples / "invoice/invoice.xml").string()});
     };
     return operation;
 }
