@@ -34,12 +34,13 @@ SRun Generate(const std::string& strSchema)
     std::ostringstream err;
     SRun run;
     const auto start = std::chrono::steady_clock::now();
-    run.nStatus = quiver_gen::RunGenerator({dir.PathOf("s.xsd").string(), "-o", dir.PathOf("out").string()}, out, err);
+    run.nStatus =
+        quiver_gen::RunGenerator({dir.PathOf("s.xsd").u8string(), "-o", dir.PathOf("out").u8string()}, out, err);
     run.fSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.strMessages = err.str();
     WriteFileBytes(dir.PathOf("d.xml"), "<t:r xmlns:t='urn:t'/>");
     run.nCheckStatus =
-        quiver_gen::RunGenerator({"--check", dir.PathOf("s.xsd").string(), dir.PathOf("d.xml").string()}, out, err);
+        quiver_gen::RunGenerator({"--check", dir.PathOf("s.xsd").u8string(), dir.PathOf("d.xml").u8string()}, out, err);
     if (std::filesystem::exists(dir.PathOf("out")))
         for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("out")))
             run.nBytes += entry.file_size();
