@@ -593,7 +593,7 @@ def configure():
 
 def library_state():
     """What the sites depend on: the sources of the library, and the part of this script that finds them."""
-    finding = pathlib.Path(__file__).read_text().split("\n# --- Finding")[1].split("\n# --- Running")[0]
+    finding = pathlib.Path(__file__).read_text().split("\n# --- Finding")[1].split("\ndef edits_of(")[0]
     content = hashlib.sha256(finding.encode())
     for path in sorted(p for p in (ROOT / "quiver").rglob("*") if p.is_file()):
         content.update(str(path.relative_to(ROOT)).encode() + b"\0" + path.read_bytes() + b"\0")
@@ -606,9 +606,7 @@ def compile_targets(targets, *options):
 
 
 def build(targets):
-    """Builds the programs, leaving out sites that do not compile, and returns the sites and their files."""
-    copy_tree(with_library=False)
-    configure()
+    """Builds the programs, leaving out sites that do not compile, and returns the sites."""
     cache = BUILD / "sites.json"
     state = library_state()
     stored = json.loads(cache.read_text()) if cache.exists() else {}
@@ -616,9 +614,11 @@ def build(targets):
         sites, dropped = stored["sites"], {tuple(d) for d in stored["dropped"]}
     else:
         print("mutants: looking for the sites", flush=True)
-        sites, dropped = find_sites(), set()
+        sites = find_sites()
         number_sites(sites)
-    for attempt in range(12):
+        # What did not compile will not do so now, and finding that out costs most.
+        dropped = {tuple(d) for d in stored.get("dropped", ())} & {(s["file"], s["start"], s["kind"]) for s in sites}
+    for _ in range(12):
         by_file = collections.defaultdict(list)
         for site in sites:
             if (site["file"], site["start"], site["kind"]) not in dropped:
@@ -628,15 +628,14 @@ def build(targets):
                 name = str(path.relative_to(ROOT))
                 write_if_new(SOURCE / name, transform(path.read_bytes(), by_file[name]))
         cache.write_text(json.dumps({"state": state, "sites": sites, "dropped": sorted(dropped)}))
-        result = compile_targets(["QvXmlLib9_static"] if attempt == 0 and dropped == set() else targets, "--", "-k", "0")
-        (BUILD / "build.log").write_text(result.stdout)
-        if result.returncode == 0 and not (attempt == 0 and dropped == set()):
-            return [s for s in sites if (s["file"], s["start"], s["kind"]) not in dropped]
-        if result.returncode == 0:
-            result = compile_targets(targets, "--", "-k", "0")
+        # The library says most of what does not compile, and sooner than the tests do.
+        for wanted in (["QvXmlLib9_static"], targets):
+            result = compile_targets(wanted, "--", "-k", "0")
             (BUILD / "build.log").write_text(result.stdout)
-            if result.returncode == 0:
-                return [s for s in sites if (s["file"], s["start"], s["kind"]) not in dropped]
+            if result.returncode != 0:
+                break
+        else:
+            return [s for s in sites if (s["file"], s["start"], s["kind"]) not in dropped]
         # Lines that an error names lose their sites; where it names a function of the choice, those that its notes name.
         new = set()
         for pattern in (r"source/(quiver/[^:\s]+):(\d+):\d+: error:", r"source/(quiver/[^:\s]+):(\d+)"):
@@ -697,11 +696,10 @@ def measure(programs, jobs):
     stored = json.loads(cache.read_text()) if cache.exists() else {}
     states = {}
     for program in programs:
-        status = (BINARY / "tests" / program).stat()
-        states[program] = [status.st_mtime_ns, status.st_size]
+        states[program] = hashlib.sha256((BINARY / "tests" / program).read_bytes()).hexdigest()
     tasks = [(p, test) for p in programs if stored.get(p, {}).get("state") != states[p] for test in list_tests(p)]
     for program, _ in tasks:
-        stored[program] = {"state": states[program], "seconds": {}, "reaching": {}}
+        stored[program] = {"state": states[program], "tests": [], "seconds": [], "reaching": {}}
     if tasks:
         print(f"mutants: measuring {len(tasks)} tests", flush=True)
     directories = job_directories(jobs)
@@ -710,9 +708,11 @@ def measure(programs, jobs):
             if seconds is None:
                 print(f"mutants: {program} goes without {test}, which fails in the changed build", file=sys.stderr)
                 continue
-            stored[program]["seconds"][test] = seconds
+            entry = stored[program]
             for site in reached:
-                stored[program]["reaching"].setdefault(str(site), []).append(test)
+                entry["reaching"].setdefault(str(site), []).append(len(entry["tests"]))
+            entry["tests"].append(test)
+            entry["seconds"].append(seconds)
     cache.write_text(json.dumps(stored))
     return stored
 
@@ -761,8 +761,9 @@ def ask(mutant, programs, known, directory):
         if tests:
             reaching.append((sum(known[program]["seconds"][t] for t in tests), program, tests))
     for seconds, program, tests in sorted(reaching):
+        names = ":".join(known[program]["tests"][t] for t in tests)
         code, _, text = run_program(program, {"QUIVER_MUTANT": str(number)}, directory, 5 + 5 * seconds,
-                                    "--gtest_fail_fast", f"--gtest_filter={':'.join(tests)}")
+                                    "--gtest_fail_fast", f"--gtest_filter={names}")
         if code is None:
             return f"{program} takes too long"
         if code < 0:
@@ -811,7 +812,12 @@ def read_equal(sites):
 
 
 def programs_by_folder(folders):
-    return {f: sorted(p.stem for p in (ROOT / "tests" / f).glob("*_test.cpp")) for f in folders}
+    """The test programs of each folder. Where both libraries of patterns are installed, the folder of the patterns has one more."""
+    programs = {f: sorted(p.stem for p in (ROOT / "tests" / f).glob("*_test.cpp")) for f in folders}
+    commands = (BINARY / "compile_commands.json")
+    if commands.exists() and "quiver_other_pattern_engine" in commands.read_text():
+        programs["foundation"].append("Pattern_test.other_pcre")
+    return programs
 
 
 def describe(mutant):
@@ -832,6 +838,8 @@ def parse_arguments():
 
 def main():
     arguments = parse_arguments()
+    copy_tree(with_library=False)
+    configure()
     folders = programs_by_folder(FOLDERS)
     asked = {f: folders[f] for f in (arguments.folder or FOLDERS)}
     needed = sorted({p for programs in (folders if arguments.whole_suite else asked).values() for p in programs})
