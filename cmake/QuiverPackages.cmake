@@ -1,4 +1,4 @@
-# Debian packages by `cpack` in the build directory: libqvxmllib9, libqvxmllib9-dev and quiver-tools, of the components runtime,
+# `cpack` in the build directory makes an archive for Windows, quiver-VERSION-win64.zip, or Debian packages: libqvxmllib9, libqvxmllib9-dev and quiver-tools, of the components runtime,
 # development and tools.
 
 # The tools that a program of the machine that builds can describe have their manual pages.
@@ -31,7 +31,33 @@ function(_quiver_install_package_documents component package)
         COMPONENT ${component} EXCLUDE_FROM_ALL)
 endfunction()
 
+# Everything in one archive, with the DLLs that those of Quiver need.
+function(_quiver_make_windows_archive)
+    if(MINGW)
+        foreach(_dll libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll zlib1.dll)
+            execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${_dll} OUTPUT_VARIABLE _path
+                OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+            # A compiler that does not know the file says its name.
+            if(EXISTS "${_path}")
+                install(FILES "${_path}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+            endif()
+        endforeach()
+    endif()
+    install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION . COMPONENT runtime)
+    set(CPACK_GENERATOR ZIP)
+    set(CPACK_PACKAGE_NAME quiver)
+    set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+    set(CPACK_PACKAGE_FILE_NAME "quiver-${PROJECT_VERSION}-win64")
+    set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
+    set(CPACK_STRIP_FILES ON)
+    include(CPack)
+endfunction()
+
 function(quiver_make_packages)
+    if(WIN32)
+        _quiver_make_windows_archive()
+        return()
+    endif()
     if(NOT QUIVER_GZIP OR NOT QUIVER_BUILD_TOOLS)
         return()
     endif()

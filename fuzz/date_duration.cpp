@@ -2,6 +2,7 @@
 
 #include "fuzz/FuzzInput.h"
 
+#include "quiver/foundation/platform/SystemTimeFields.h"
 #include "quiver/values/DateTime.h"
 #include "quiver/values/DateTimeSpan.h"
 

@@ -29,7 +29,7 @@ void Replay(const std::filesystem::path& path)
 {
     std::ifstream stream(path, std::ios::binary);
     const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    std::printf("%s\n", path.c_str());
+    std::printf("%s\n", path.u8string().c_str());
     std::fflush(stdout); // a crash must leave the name behind
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }

@@ -26,6 +26,7 @@ if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     add_custom_target(quiver_test_locale DEPENDS "${_locale_file}")
 
     file(GLOB _value_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/values/*_test.cpp")
+    list(FILTER _value_tests EXCLUDE REGEX "Win32_test\\.cpp$")
     foreach(_source ${_value_tests} "${CMAKE_CURRENT_SOURCE_DIR}/foundation/Functions_test.cpp")
         get_filename_component(_name "${_source}" NAME_WE)
         add_dependencies(${_name} quiver_test_locale)
@@ -51,7 +52,8 @@ if(PCRE_FOUND AND PCRE2_FOUND)
     target_link_libraries(quiver_other_pattern_engine
         PUBLIC PCRE::PCRE PCRE2::8BIT
         PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
-    foreach(_name Pattern_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test Constructs_test)
+    foreach(_name Pattern_test PatternFirstUse_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test
+            Constructs_test)
         if(TARGET ${_name})
             set(_other ${_name}.other_pcre)
             add_executable(${_other} $<TARGET_OBJECTS:${_name}> $<TARGET_OBJECTS:quiver_other_pattern_engine>)
@@ -66,19 +68,24 @@ endif()
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-foreach(_name InvoiceClasses_test MessageChains_test Threads_test)
-    target_link_libraries(${_name} PRIVATE quiver_example_classes)
+foreach(_name FirstUse_test ForkPosix_test InvoiceClasses_test MessageChains_test Threads_test)
+    if(TARGET ${_name})
+        target_link_libraries(${_name} PRIVATE quiver_example_classes)
+    endif()
 endforeach()
 
 # --- Command-line programs ------------------------------------------------------------------------------------------
 
 if(TARGET quiver_fi)
     target_link_libraries(QuiverFi_test PRIVATE quiver_fi)
+    target_link_libraries(Progress_test PRIVATE quiver_tools)
     add_dependencies(QuiverFi_test quiver-fi)
     target_compile_definitions(QuiverFi_test PRIVATE
         QUIVER_VERSION="${PROJECT_VERSION}"
         QUIVER_FI_PROGRAM="$<TARGET_FILE:quiver-fi>")
+endif()
 
+if(TARGET FastInfosetInterop_test)
     # Another implementation of Fast Infoset reads what is written here and writes what is read here. Without it the
     # test is skipped, or fails where the environment has QUIVER_REQUIRE_JAVA.
     target_link_libraries(FastInfosetInterop_test PRIVATE quiver_fi quiver_example_classes)
@@ -182,16 +189,18 @@ if(TARGET quiver_fi)
 
     # Generated code is compiled with every warning an error, by the compiler of the build and by another one if the
     # machine has it.
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        find_program(QUIVER_OTHER_CXX g++)
-    else()
-        find_program(QUIVER_OTHER_CXX NAMES clang++ clang++-14)
+    if(TARGET CppCompiles_test)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+            find_program(QUIVER_OTHER_CXX g++)
+        else()
+            find_program(QUIVER_OTHER_CXX NAMES clang++ clang++-14)
+        endif()
+        mark_as_advanced(QUIVER_OTHER_CXX)
+        target_compile_definitions(CppCompiles_test PRIVATE
+            QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+            QUIVER_CXX="${CMAKE_CXX_COMPILER}"
+            QUIVER_OTHER_CXX="$<IF:$<BOOL:${QUIVER_OTHER_CXX}>,${QUIVER_OTHER_CXX},${CMAKE_CXX_COMPILER}>")
     endif()
-    mark_as_advanced(QUIVER_OTHER_CXX)
-    target_compile_definitions(CppCompiles_test PRIVATE
-        QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-        QUIVER_CXX="${CMAKE_CXX_COMPILER}"
-        QUIVER_OTHER_CXX="$<IF:$<BOOL:${QUIVER_OTHER_CXX}>,${QUIVER_OTHER_CXX},${CMAKE_CXX_COMPILER}>")
 endif()
 
 # --- Generated classes of our own schemas ---------------------------------------------------------------------------
@@ -203,10 +212,11 @@ if(TARGET Constructs_test)
     file(GLOB _parts CONFIGURE_DEPENDS "${_constructs}/parts/*.xsd")
     # Few files, since each has to be compiled with the headers of the library.
     set(_sources "${_generated}/Constructs_1.cpp" "${_generated}/Constructs_2.cpp" "${_generated}/Roots.cpp")
+    _quiver_find_generator(_generator)
     add_custom_command(OUTPUT ${_sources} "${_generated}/Constructs.h" "${_generated}/Roots.h"
-        COMMAND quiver_gen_tool ${_schemas} -o "${_generated}" --factory constructs::CRoots
+        COMMAND "${_generator}" ${_schemas} -o "${_generated}" --factory constructs::CRoots
             --split none --stem Constructs --parts 2 2> "${CMAKE_CURRENT_BINARY_DIR}/constructs.warnings"
-        DEPENDS ${_schemas} ${_parts} quiver_gen_tool
+        DEPENDS ${_schemas} ${_parts} "${_generator}"
         COMMENT "Generating the classes of tests/tools/gen/constructs"
         VERBATIM)
     target_sources(Constructs_test PRIVATE ${_sources})
@@ -232,4 +242,30 @@ if(QUIVER_GDB AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUIVER_SANITIZE)
     target_compile_options(debugger_values PRIVATE -O0 -g -femit-class-debug-always)
     add_test(NAME Debugger COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/debugger/check.sh" $<TARGET_FILE:debugger_values>)
     set_tests_properties(Debugger PROPERTIES TIMEOUT 300)
+endif()
+
+# --- Growth of the cost ---------------------------------------------------------------------------------------------
+
+# Counts by the processor or in valgrind, and replaces the allocation of the C library; scripts/check_cost.sh runs it.
+if(TARGET quiver_fi AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
+    add_executable(quiver_cost reliability/Cost.cpp reliability/CostCounter.cpp reliability/CostDocuments.cpp
+        reliability/CostSchemas.cpp reliability/CostTyped.cpp)
+    target_link_libraries(quiver_cost PRIVATE quiver_fi quiver_gen Quiver::QvXmlLib9_static quiver_build_settings)
+    find_path(QUIVER_VALGRIND_INCLUDE_DIR valgrind/callgrind.h)
+    mark_as_advanced(QUIVER_VALGRIND_INCLUDE_DIR)
+    if(QUIVER_VALGRIND_INCLUDE_DIR)
+        target_include_directories(quiver_cost SYSTEM PRIVATE "${QUIVER_VALGRIND_INCLUDE_DIR}")
+        target_compile_definitions(quiver_cost PRIVATE QUIVER_TEST_WITH_VALGRIND)
+    endif()
+endif()
+
+# --- Faults ---------------------------------------------------------------------------------------------------------
+
+# Calls of the system and allocations fail one after the other; scripts/check_faults.sh runs the long form.
+if(TARGET FileFaults_test)
+    foreach(_name FileFaults_test MemoryFaults_test)
+        target_sources(${_name} PRIVATE reliability/FaultOperations.cpp)
+        target_link_libraries(${_name} PRIVATE quiver_fi quiver_gen quiver_example_classes ${CMAKE_DL_LIBS})
+        target_compile_definitions(${_name} PRIVATE QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    endforeach()
 endif()

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 using namespace QvXmlLib9;
 using namespace gpx;
@@ -115,10 +116,11 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
 
 int main(int argc, char** argv)
 {
-    if (argc < 2 || argc > 3)
+    const std::vector<std::wstring> files = example::GetArguments(argc, argv);
+    if (files.empty() || files.size() > 2)
     {
         std::fprintf(stderr, "usage: %s IN.gpx [OUT.gpx]\n", argv[0]);
         return 2;
     }
-    return example::Run([&] { return Work(example::Widen(argv[1]), argc == 3 ? example::Widen(argv[2]) : L""); });
+    return example::Run([&] { return Work(files[0], files.size() == 2 ? files[1] : L""); });
 }

@@ -7,17 +7,19 @@
 #include "Readings.h"
 
 #include "examples/common/Console.h"
+#include "examples/common/Process.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <random>
 #include <string>
-#include <sys/resource.h>
-#include <unistd.h>
+#include <vector>
 
 using namespace QvXmlLib9;
 using namespace weather;
@@ -114,7 +116,7 @@ private:
     std::map<std::wstring, STotals> m_stations;
     int m_nReadings = 0;
     int m_nExpected;
-    const bool m_bTerminal = ::isatty(STDERR_FILENO) != 0;
+    const bool m_bTerminal = example::IsErrorOutputATerminal();
 };
 
 CLogReader* CLogReader::s_pCurrent = nullptr;
@@ -124,7 +126,8 @@ class CGeneratedLog
 {
 public:
     explicit CGeneratedLog(int nMegabytes)
-        : m_path(std::filesystem::temp_directory_path() / ("quiver-large-file-" + std::to_string(::getpid()) + ".xml"))
+        : m_path(std::filesystem::temp_directory_path() /
+                 ("quiver-large-file-" + std::to_string(std::random_device()()) + ".xml"))
     {
         std::ofstream stream(m_path, std::ios::binary);
         stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<log xmlns=\"urn:example:weather\">\n";
@@ -136,7 +139,8 @@ public:
         {
             const std::string strReason = std::strerror(errno);
             std::filesystem::remove(m_path);
-            throw CQvException(FormatString(L"Failed to write the file [%S]: %S", m_path.c_str(), strReason.c_str()));
+            throw CQvException(
+                FormatString(L"Failed to write the file [%s]: %S", GetName().c_str(), strReason.c_str()));
         }
     }
     ~CGeneratedLog()
@@ -147,7 +151,7 @@ public:
     CGeneratedLog(const CGeneratedLog&) = delete;
     CGeneratedLog& operator=(const CGeneratedLog&) = delete;
 
-    std::wstring GetName() const { return Widen(m_path.string()); }
+    std::wstring GetName() const { return Widen(m_path.u8string()); }
     int GetCount() const { return m_nCount; }
 
     /// Sum of all temperatures, in hundredths of a degree.
@@ -197,19 +201,17 @@ STotals Report(const CLogReader& reader)
 
 void ReportMemory(long long nFileBytes)
 {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    std::printf("peak memory %.1f MB for a file of %.1f MB\n", static_cast<double>(usage.ru_maxrss) * 1024 / 1e6,
+    std::printf("peak memory %.1f MB for a file of %.1f MB\n", example::GetPeakMemory() / 1e6,
                 static_cast<double>(nFileBytes) / 1e6);
 }
 
-int ReadFile(const std::string& strFile)
+int ReadFile(const std::wstring& strFile)
 {
     CLogReader reader(0);
-    reader.Read(Widen(strFile));
+    reader.Read(strFile);
     const STotals total = Report(reader);
     std::printf("%d readings in all\n", total.nReadings);
-    ReportMemory(static_cast<long long>(std::filesystem::file_size(strFile)));
+    ReportMemory(static_cast<long long>(std::filesystem::file_size(std::filesystem::u8path(Narrow(strFile)))));
     return 0;
 }
 
@@ -239,12 +241,13 @@ int Usage(const char* lpcProgram)
 
 int main(int argc, char** argv)
 {
-    if (argc > 2)
+    const std::vector<std::wstring> arguments = example::GetArguments(argc, argv);
+    if (arguments.size() > 1)
         return Usage(argv[0]);
-    char* pEnd = nullptr;
-    const long nMegabytes = argc == 2 ? std::strtol(argv[1], &pEnd, 10) : s_nDefaultMegabytes;
+    wchar_t* pEnd = nullptr;
+    const long nMegabytes = arguments.empty() ? s_nDefaultMegabytes : std::wcstol(arguments[0].c_str(), &pEnd, 10);
     if (pEnd != nullptr && *pEnd != 0)
-        return example::Run([&] { return ReadFile(argv[1]); });
+        return example::Run([&] { return ReadFile(arguments[0]); });
     if (nMegabytes < 1 || nMegabytes > s_nMaxMegabytes)
         return Usage(argv[0]);
     return example::Run([&] { return Generate(static_cast<int>(nMegabytes)); });

@@ -129,12 +129,13 @@ const std::wstring& CXmlAttribute::GetValue(std::wstring& strBuffer) const
 
 bool CXmlAttribute::IsNamespaceAttribute() const
 {
-    return IsOneOf(GetNamespaceURI(), s_svNamespaces) && IsOneOf(GetLocalName(), s_svNamespaceAttributes);
+    return !GetNamespaceURI().empty() && IsOneOf(GetNamespaceURI(), s_svNamespaces) &&
+           IsOneOf(GetLocalName(), s_svNamespaceAttributes);
 }
 
 bool CXmlAttribute::IsNilAttribute() const
 {
-    return IsOneOf(GetNamespaceURI(), s_svNamespaces) && GetLocalName() == L"nil";
+    return !GetNamespaceURI().empty() && IsOneOf(GetNamespaceURI(), s_svNamespaces) && GetLocalName() == L"nil";
 }
 
 } // namespace QvXmlLib9

@@ -454,12 +454,12 @@ private:
         {
             std::string& strText = m_buffers[m_open.size() - 1];
             if (!strText.empty())
-                m_builder.AppendText(open.pElement, strText);
+                m_builder.SetText(open.pElement, strText);
             strText.clear();
         }
         else if (!open.svText.empty())
         {
-            m_builder.AppendText(open.pElement, open.svText);
+            m_builder.SetText(open.pElement, open.svText);
         }
         m_builder.CloseElement();
         m_names.Unbind(open.nBindings);

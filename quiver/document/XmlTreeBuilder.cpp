@@ -1,6 +1,7 @@
 #include "quiver/document/XmlTreeBuilder.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
 
 namespace QvXmlLib9
@@ -21,6 +22,14 @@ void AppendRuns(CXmlTextArena& texts, CXmlText*& pText, std::basic_string_view<C
     }
     if (!text.empty())
         texts.Append(pText, text);
+}
+
+/// White space of a greater length is not shared.
+constexpr std::size_t s_nMostBlanks = 4096;
+
+bool IsBlank(std::string_view utf8Text)
+{
+    return std::all_of(utf8Text.begin(), utf8Text.end(), [](char c) { return c == ' ' || c == '\n' || c == '\t'; });
 }
 
 template <class Char>
@@ -112,12 +121,10 @@ CXmlElement* CXmlTreeBuilder::AddChildElement(const SXmlName& name)
 
 void CXmlTreeBuilder::AddBlanks(CXmlElement& element, std::string_view utf8Text)
 {
-    constexpr std::size_t nMostBlanks = 4096;
-    const bool bBlank =
-        std::all_of(utf8Text.begin(), utf8Text.end(), [](char c) { return c == ' ' || c == '\n' || c == '\t'; });
+    const bool bBlank = IsBlank(utf8Text);
     const bool bBegins = !HasBlanks();
     const std::size_t nStart = bBegins ? m_strBlanks.size() : m_blanks.back().nStart;
-    if (bBlank && m_strBlanks.size() - nStart + utf8Text.size() <= nMostBlanks)
+    if (bBlank && m_strBlanks.size() - nStart + utf8Text.size() <= s_nMostBlanks)
     {
         if (bBegins)
             m_blanks.push_back({&element, nStart});
@@ -141,22 +148,30 @@ void CXmlTreeBuilder::AppendBlanks()
 /// Makes the white space of the innermost open element, which is all its text, one that elements share.
 void CXmlTreeBuilder::EndBlanks()
 {
-    // So many different ones that sharing does not pay.
-    constexpr std::size_t nMostShared = 1024;
-    const std::string_view svBlanks = std::string_view(m_strBlanks).substr(m_blanks.back().nStart);
-    CXmlText*& pShared = m_sharedBlanks[svBlanks.size() % m_sharedBlanks.size()];
-    std::string_view svShared;
-    const bool bSame = pShared != nullptr && pShared->GetUtf8(svShared) && svShared == svBlanks;
-    if (!bSame && m_nSharedBlanks == nMostShared)
+    CXmlText* const pShared = FindShared(std::string_view(m_strBlanks).substr(m_blanks.back().nStart));
+    if (pShared == nullptr)
         return AppendBlanks();
-    if (!bSame)
-    {
-        pShared = NewSharedValue(svBlanks);
-        ++m_nSharedBlanks;
-    }
     m_blanks.back().pElement->m_pText = pShared;
     m_strBlanks.resize(m_blanks.back().nStart);
     m_blanks.pop_back();
+}
+
+/// What elements share of a text that is white space; null for any other, and where sharing does not pay.
+CXmlText* CXmlTreeBuilder::FindShared(std::string_view svText)
+{
+    // So few nodes that it does not, or so many different texts.
+    constexpr std::uint64_t nFewNodes = 256;
+    constexpr std::size_t nMostShared = 1024;
+    if (m_store.GetNodeCount() < nFewNodes)
+        return nullptr;
+    CXmlText*& pShared = m_sharedBlanks[svText.size() % m_sharedBlanks.size()];
+    std::string_view svShared;
+    if (pShared != nullptr && pShared->GetUtf8(svShared) && svShared == svText)
+        return pShared;
+    if (m_nSharedBlanks == nMostShared || svText.size() > s_nMostBlanks || !IsBlank(svText))
+        return nullptr;
+    ++m_nSharedBlanks;
+    return pShared = NewSharedValue(svText);
 }
 
 void CXmlTreeBuilder::EndElement()

@@ -95,10 +95,16 @@ public:
     void AppendTextExcludingCR(CXmlElement* pElement, std::wstring_view text) override;
     void AppendTextExcludingCR(CXmlElement* pElement, std::string_view utf8Text) override;
 
-    /// Appends text that has no carriage returns in it.
-    void AppendText(CXmlElement* pElement, std::string_view utf8Text)
+    /// Gives an element that has no text yet all that it will have, which has no carriage returns in it. White space, which
+    /// many elements have in the same form, costs no memory.
+    void SetText(CXmlElement* pElement, std::string_view utf8Text)
     {
-        m_store.Texts().Append(pElement->m_pText, utf8Text);
+        const bool bMayBeBlank = static_cast<unsigned char>(utf8Text.front()) <= ' ';
+        CXmlText* const pShared = bMayBeBlank ? FindShared(utf8Text) : nullptr;
+        if (pShared != nullptr)
+            pElement->m_pText = pShared;
+        else
+            m_store.Texts().Append(pElement->m_pText, utf8Text);
     }
 
     CXmlText* MakeSharedValue(std::string_view utf8Value) override;
@@ -121,6 +127,7 @@ private:
     void AddBlanks(CXmlElement& element, std::string_view utf8Text);
     void AppendBlanks();
     void EndBlanks();
+    CXmlText* FindShared(std::string_view svText);
 
     template <class Char>
     CXmlText* NewSharedValue(std::basic_string_view<Char> value);

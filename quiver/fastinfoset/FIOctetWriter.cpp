@@ -3,6 +3,8 @@
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
 
+#include <cstring>
+
 namespace QvXmlLib9
 {
 
@@ -43,6 +45,27 @@ void CFIOctetWriter::WriteLength(const SForm (&forms)[nForms], unsigned char byC
     Write(forms, byCurrent, static_cast<std::uint32_t>(nLength));
 }
 
+void CFIOctetWriter::Flush()
+{
+    if (m_nCollected == 0)
+        return;
+    m_pStream->Append(m_block.data(), static_cast<unsigned long>(m_nCollected));
+    m_nCollected = 0;
+}
+
+void CFIOctetWriter::WriteOctets(std::string_view svOctets)
+{
+    if (unsigned char* const pOut = Reserve(svOctets.size()))
+    {
+        std::memcpy(pOut, svOctets.data(), svOctets.size());
+        Advance(svOctets.size());
+        return;
+    }
+    Flush();
+    m_pStream->Append(reinterpret_cast<const unsigned char*>(svOctets.data()),
+                      static_cast<unsigned long>(svOctets.size()));
+}
+
 void CFIOctetWriter::WriteLargeIntegerBit2(unsigned char byCurrent, std::uint32_t dwValue)
 {
     static constexpr SForm s_forms[] = {{1, 1, 0, 0}, {65, 65, 64, 1}, {8257, 8257, 96, 2}};
@@ -61,7 +84,7 @@ void CFIOctetWriter::WriteLargeIntegerBit3(unsigned char byCurrent, std::uint32_
     Write(s_forms, byCurrent, dwValue);
 }
 
-void CFIOctetWriter::WriteIntegerBit4(unsigned char byCurrent, std::uint32_t dwValue)
+void CFIOctetWriter::WriteLargeIntegerBit4(unsigned char byCurrent, std::uint32_t dwValue)
 {
     static constexpr SForm s_forms[] = {{1, 1, 0, 0}, {17, 17, 16, 1}, {1041, 1041, 20, 2}, {263185, 263185, 24, 3}};
     Write(s_forms, byCurrent, dwValue);
@@ -78,13 +101,13 @@ void CFIOctetWriter::WriteLengthBit2(unsigned char byCurrent, std::size_t nLengt
     WriteLength(s_forms, byCurrent, nLength);
 }
 
-void CFIOctetWriter::WriteLengthBit5(unsigned char byCurrent, std::size_t nLength)
+void CFIOctetWriter::WriteLargeLengthBit5(unsigned char byCurrent, std::size_t nLength)
 {
     static constexpr SForm s_forms[] = {{1, 1, 0, 0}, {9, 9, 8, 1}, {265, 265, 12, 4}};
     WriteLength(s_forms, byCurrent, nLength);
 }
 
-void CFIOctetWriter::WriteLengthBit7(unsigned char byCurrent, std::size_t nLength)
+void CFIOctetWriter::WriteLargeLengthBit7(unsigned char byCurrent, std::size_t nLength)
 {
     static constexpr SForm s_forms[] = {{1, 1, 0, 0}, {3, 3, 2, 1}, {259, 259, 3, 4}};
     WriteLength(s_forms, byCurrent, nLength);

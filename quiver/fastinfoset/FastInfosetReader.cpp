@@ -9,6 +9,7 @@
 #include "quiver/foundation/Encoder.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/UnitRuns.h"
 #include "quiver/foundation/platform/Platform.h"
 
 #include <algorithm>
@@ -68,14 +69,6 @@ std::uint32_t CountUnits(std::string_view svUtf8)
         nUnits += (by < 0x80 || by >= 0xC0 ? 1u : 0u) + (by >= 0xF0 ? 1u : 0u);
     }
     return static_cast<std::uint32_t>(nUnits);
-}
-
-bool IsAscii(std::string_view svOctets)
-{
-    unsigned char byAll = 0;
-    for (const char c : svOctets)
-        byAll |= static_cast<unsigned char>(c);
-    return byAll < 0x80;
 }
 
 [[noreturn]] void ThrowOutOfProportion()

@@ -7,6 +7,7 @@
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/UnitRuns.h"
 #include "quiver/output/UnitText.h"
 
 #include <utility>
@@ -73,8 +74,16 @@ struct CFastInfosetWriter::SStringEncoding
     unsigned char byAlgorithm;
     /// An index of 8 bits begins in the low bits of one octet and ends this far up in the next one.
     int nIndexShift;
-    void (CFIOctetWriter::*pfnWriteLength)(unsigned char, std::size_t);
+    bool bAttribute;
     const wchar_t* lpctUnknown;
+
+    void WriteLength(CFIOctetWriter& out, unsigned char byCurrent, std::size_t nLength) const
+    {
+        if (bAttribute)
+            out.WriteLengthBit5(byCurrent, nLength);
+        else
+            out.WriteLengthBit7(byCurrent, nLength);
+    }
 };
 
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext* pContext, CBinaryStream* pStream)
@@ -134,6 +143,12 @@ void CFastInfosetWriter::WriteTerminator()
     m_out.WriteOctet(m_bTerminatorPending ? s_byTwoEnds : s_byEnd);
 }
 
+void CFastInfosetWriter::Close()
+{
+    m_out.Flush();
+    CXmlWriter::Close();
+}
+
 // --- Elements -------------------------------------------------------------------------------------------------------
 
 void CFastInfosetWriter::StartElement(std::wstring_view svName, std::wstring_view svNamespace)
@@ -172,8 +187,10 @@ void CFastInfosetWriter::FlushPendingElement(bool bAttributes)
         WriteRootNamespaces(byCurrent);
         byCurrent = 0;
     }
-    else if (WriteOwnNamespaces(context, byCurrent))
+    else if (HasOwnScope(context) && WriteOwnNamespaces(context, byCurrent))
+    {
         byCurrent = 0;
+    }
     WriteElementName(context, byCurrent);
     m_bFirstText = true;
     m_pContext = &context;
@@ -209,8 +226,6 @@ void CFastInfosetWriter::WriteNamespaceItem(const std::wstring& strPrefix, const
 /// What was declared for values. The prefixes of names need no declaration.
 bool CFastInfosetWriter::WriteOwnNamespaces(const CXmlWriterContext& context, unsigned char byCurrent)
 {
-    if (!HasOwnScope(context))
-        return false;
     const auto bindings = GetOwnBindings(context);
     if (bindings.empty())
         return false;
@@ -450,17 +465,6 @@ void CFastInfosetWriter::WriteLiteral(std::wstring_view svText)
 
 std::string_view CFastInfosetWriter::ToUtf8(std::wstring_view svText)
 {
-    if (svText.size() <= m_shortOctets.size())
-    {
-        std::uint32_t nAll = 0;
-        for (std::size_t n = 0; n < svText.size(); ++n)
-        {
-            nAll |= static_cast<std::uint32_t>(svText[n]);
-            m_shortOctets[n] = static_cast<char>(svText[n]);
-        }
-        if (nAll < 0x80)
-            return {m_shortOctets.data(), svText.size()};
-    }
     m_strOctets.clear();
     CFastInfosetBinaryData::AppendEncoded(m_strOctets, s_ulCdata, svText);
     return m_strOctets;
@@ -482,8 +486,7 @@ bool CFastInfosetWriter::MayRepeatName(std::uint64_t nUnits)
 void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType eType)
 {
     static constexpr SStringEncoding s_place{
-        32, 48, 4, &CFIOctetWriter::WriteLengthBit5,
-        L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit5."};
+        32, 48, 4, true, L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit5."};
     std::wstring strBuffer;
     const std::wstring_view svUnits = ToUnitText(svValue, strBuffer);
     if (svUnits.empty())
@@ -511,8 +514,14 @@ void CFastInfosetWriter::WriteAttributeValue(std::wstring_view svValue, ItemType
 void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType eType)
 {
     static constexpr SStringEncoding s_place{
-        8, 12, 2, &CFIOctetWriter::WriteLengthBit7,
-        L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit7."};
+        8, 12, 2, false, L"Failed to write FastInfoset. Unknown encoding in EncodedCharacterStringBit7."};
+    // Nearly every text that does not go into the table is ASCII, which needs no other look.
+    if (!svValue.empty() && svValue.size() >= m_pFIContext->GetElementMaxAddLength() &&
+        TryWriteAscii(s_place, s_byChunk, svValue, eType))
+    {
+        m_bFirstText = false;
+        return;
+    }
     std::wstring strBuffer;
     const std::wstring_view svUnits = ToUnitText(svValue, strBuffer);
     if (svUnits.empty())
@@ -539,6 +548,8 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
 void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent,
                                             std::wstring_view svValue, ItemType eType)
 {
+    if (TryWriteAscii(place, byCurrent, svValue, eType))
+        return;
     const CFastInfosetContext::EncodedCharacterString encoding = m_pFIContext->GetEncoding(eType);
     std::string_view svOctets;
     m_strOctets.clear();
@@ -565,8 +576,30 @@ void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsign
     default:
         throw CQvException(place.lpctUnknown);
     }
-    (m_out.*place.pfnWriteLength)(byCurrent, svOctets.size());
+    place.WriteLength(m_out, byCurrent, svOctets.size());
     m_out.WriteOctets(svOctets);
+}
+
+/// Writes a value that is ASCII without a zero unit, as nearly all are, straight to its place.
+/// @return false, with nothing written, for any other, and for kinds of values with an encoding of their own.
+bool CFastInfosetWriter::TryWriteAscii(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
+                                       ItemType eType)
+{
+    if (m_pFIContext->GetEncoding(eType).m_dwType != 0 || m_pFIContext->GetDefaultStringEncoding() == 1)
+        return false;
+    constexpr std::size_t nMostOctetsOfALength = 5;
+    const std::size_t nUnits = svValue.size();
+    const unsigned char* const pStart = m_out.Reserve(nMostOctetsOfALength + nUnits);
+    if (pStart == nullptr)
+        return false;
+    place.WriteLength(m_out, byCurrent, nUnits);
+    if (NarrowAscii(svValue.data(), nUnits, m_out.Reserve(nUnits)))
+    {
+        m_out.Advance(nUnits);
+        return true;
+    }
+    m_out.GoBackTo(pStart);
+    return false;
 }
 
 unsigned char CFastInfosetWriter::BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent,

@@ -6,7 +6,6 @@
 #include "quiver/foundation/XmlSerializationTypes.h"
 #include "quiver/output/XmlWriter.h"
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -73,6 +72,10 @@ public:
     /// Ends the document. To be called once, after the root has been ended.
     void WriteTerminator();
 
+    /// Gives the stream what is left, and then checks that no element is open.
+    /// @throws CQvException "An Element has not been closed."
+    void Close() override;
+
 private:
     std::wstring DeclareOnElement(std::wstring_view svPrefix, std::wstring_view svNamespace);
 
@@ -103,6 +106,8 @@ private:
     void WriteCharacterChunk(std::wstring_view svValue, ItemType eType);
     void WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
                             ItemType eType);
+    bool TryWriteAscii(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
+                       ItemType eType);
     unsigned char BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
     unsigned char BeginEncodingAlgorithm(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
     unsigned char WriteIndex(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
@@ -126,9 +131,8 @@ private:
     CFINameMap::Qualifier m_elementQualifier = CFINameMap::s_nNoQualifier;
     std::uint64_t m_nQualifierNamespaceId = 0;
     std::uint64_t m_nQualifierVersion = 0;
-    /// Octets of the value in progress; short ASCII text, which most values are, goes to the array.
+    /// Octets of the value in progress, unless it is ASCII, which goes straight to its place.
     std::string m_strOctets;
-    std::array<char, 64> m_shortOctets;
 };
 
 } // namespace QvXmlLib9

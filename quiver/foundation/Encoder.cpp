@@ -163,18 +163,31 @@ bool IsGroupBelow(const wchar_t* p, std::uint32_t nBound)
     return nAll < nBound;
 }
 
+/// The end of the groups of ASCII that a text begins with.
+const wchar_t* SkipAsciiGroups(const wchar_t* p, const wchar_t* pEnd)
+{
+    while (static_cast<std::size_t>(pEnd - p) >= s_nGroup && IsGroupBelow(p, 0x80))
+        p += s_nGroup;
+    return p;
+}
+
 /// Writes the ASCII that `p` begins with, and moves both pointers behind it. `pOut` has room for all the text.
 void NarrowAscii(const wchar_t*& p, const wchar_t* pEnd, unsigned char*& pOut)
 {
-    while (static_cast<std::size_t>(pEnd - p) >= s_nGroup && IsGroupBelow(p, 0x80))
+    // In variables of its own: the bytes written could otherwise be those of the pointers.
+    const wchar_t* pFrom = p;
+    unsigned char* pTo = pOut;
+    for (const wchar_t* const pGroupsEnd = SkipAsciiGroups(pFrom, pEnd); pFrom != pGroupsEnd;)
     {
         for (std::size_t i = 0; i < s_nGroup; ++i)
-            pOut[i] = static_cast<unsigned char>(p[i]);
-        p += s_nGroup;
-        pOut += s_nGroup;
+            pTo[i] = static_cast<unsigned char>(pFrom[i]);
+        pFrom += s_nGroup;
+        pTo += s_nGroup;
     }
-    while (p != pEnd && CodeOf(*p) < 0x80)
-        *pOut++ = static_cast<unsigned char>(*p++);
+    while (pFrom != pEnd && CodeOf(*pFrom) < 0x80)
+        *pTo++ = static_cast<unsigned char>(*pFrom++);
+    p = pFrom;
+    pOut = pTo;
 }
 
 /// Writes the ASCII that `p` begins with, and moves both pointers behind it. `pOut` has room for all the bytes.
@@ -350,10 +363,8 @@ std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount)
     std::wstring strText(pBytes != nullptr ? ulCount : 0, 0);
     for (wchar_t& c : strText)
     {
-        std::uint16_t nUnit = 0;
-        std::memcpy(&nUnit, pBytes, sizeof(nUnit));
-        pBytes += sizeof(nUnit);
-        c = static_cast<wchar_t>(nUnit);
+        c = static_cast<wchar_t>(pBytes[0] | pBytes[1] << 8);
+        pBytes += 2;
     }
     return strText;
 }
@@ -362,13 +373,14 @@ std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount)
 
 std::size_t GetUtf8Length(std::wstring_view text)
 {
+    const auto nAscii = static_cast<std::size_t>(SkipAsciiGroups(text.data(), text.data() + text.size()) - text.data());
     // Each half of a surrogate pair counts 2 of the pair's 4 bytes.
-    return SumOf(text,
-                 [](std::uint32_t nCode)
-                 {
-                     const bool bSurrogate = nCode - s_nHighFirst <= s_nSurrogateLast - s_nHighFirst;
-                     return 1u + (nCode >= 0x80) + (nCode >= 0x800) + (nCode >= 0x10000) - bSurrogate;
-                 });
+    return nAscii + SumOf(text.substr(nAscii),
+                          [](std::uint32_t nCode)
+                          {
+                              const bool bSurrogate = nCode - s_nHighFirst <= s_nSurrogateLast - s_nHighFirst;
+                              return 1u + (nCode >= 0x80) + (nCode >= 0x800) + (nCode >= 0x10000) - bSurrogate;
+                          });
 }
 
 std::size_t WriteUtf8(std::wstring_view text, unsigned char* pOut)

@@ -1,5 +1,6 @@
 #include "quiver/foundation/MemoryLeakHelp.h"
 
+#include "quiver/foundation/Apart.h"
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/InstanceCounts.h"
@@ -62,20 +63,25 @@ public:
     CThreadCounts(const CThreadCounts&) = delete;
     CThreadCounts& operator=(const CThreadCounts&) = delete;
 
-    /// For the thread itself. Null where there is no room, for classes beyond the last chunk or for want of memory.
-    SCount* FindOrAdd(std::size_t nIndex) noexcept
+    /// For the thread itself. Null where nothing has been counted.
+    SCount* FindOwn(std::size_t nIndex) noexcept
     {
         if (nIndex >= s_nChunks * s_nChunkClasses)
             return nullptr;
-        std::atomic<SChunk*>& pSlot = m_chunks[nIndex / s_nChunkClasses];
-        SChunk* pChunk = pSlot.load(std::memory_order_relaxed);
+        SChunk* const pChunk = m_chunks[nIndex / s_nChunkClasses].load(std::memory_order_relaxed);
+        return pChunk != nullptr ? &pChunk->counts[nIndex % s_nChunkClasses] : nullptr;
+    }
+
+    /// For the thread itself. Null where there is no room, for classes beyond the last chunk or for want of memory.
+    SCount* FindOrAdd(std::size_t nIndex) noexcept
+    {
+        SCount* const pCount = FindOwn(nIndex);
+        if (pCount != nullptr || nIndex >= s_nChunks * s_nChunkClasses)
+            return pCount;
+        SChunk* const pChunk = new (std::nothrow) SChunk;
         if (pChunk == nullptr)
-        {
-            pChunk = new (std::nothrow) SChunk;
-            if (pChunk == nullptr)
-                return nullptr;
-            pSlot.store(pChunk, std::memory_order_release);
-        }
+            return nullptr;
+        m_chunks[nIndex / s_nChunkClasses].store(pChunk, std::memory_order_release);
         return &pChunk->counts[nIndex % s_nChunkClasses];
     }
 
@@ -307,9 +313,11 @@ ClassType* GetRecord(SThread* pThread, const wchar_t* lpctClassName)
     return pct;
 }
 
+using PlCount = std::atomic<std::int64_t> CThreadCounts::SCount::*;
+
 /// Counts in the calling thread's table, or in the record where the thread has no room.
-void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCounts::SCount::*plThreadCount,
-           std::atomic<std::int64_t>& lRecordCount, std::int64_t lMore = 1)
+void Count(SThread* pThread, ClassType& ct, PlCount plThreadCount, std::atomic<std::int64_t>& lRecordCount,
+           std::int64_t lMore = 1)
 {
     CThreadCounts::SCount* const pCount = pThread != nullptr ? pThread->counts.FindOrAdd(ct.nIndex) : nullptr;
     if (pCount != nullptr)
@@ -318,9 +326,23 @@ void Count(SThread* pThread, ClassType& ct, std::atomic<std::int64_t> CThreadCou
         lRecordCount += lMore;
 }
 
-void CountCreation(SThread* pThread, ClassType& ct, std::int64_t lMore = 1)
+/// The same for a thread that need not have begun to count. Kept apart, so that who calls it saves no registers for it.
+QV_APART void CountFromStart(ClassType& ct, PlCount plThreadCount, std::atomic<std::int64_t>& lRecordCount,
+                             std::int64_t lMore) noexcept
 {
-    Count(pThread, ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, lMore);
+    Count(GetThreadOrNull(), ct, plThreadCount, lRecordCount, lMore);
+}
+
+/// The same where nearly always both the thread and the class's place in its table are there: a few instructions, and
+/// no call.
+inline void CountAtHand(ClassType& ct, PlCount plThreadCount, std::atomic<std::int64_t>& lRecordCount,
+                        std::int64_t lMore) noexcept
+{
+    CThreadCounts::SCount* const pCount = t_pThread != nullptr ? t_pThread->counts.FindOwn(ct.nIndex) : nullptr;
+    if (pCount != nullptr)
+        Add(pCount->*plThreadCount, lMore);
+    else
+        CountFromStart(ct, plThreadCount, lRecordCount, lMore);
 }
 
 /// One count over all threads; the caller holds the lock.
@@ -383,7 +405,7 @@ CInstanceMonitor::CInstanceMonitor(const wchar_t* lpctClassName)
 {
     SThread* const pThread = GetThread();
     m_pct = GetRecord(pThread, lpctClassName != nullptr ? lpctClassName : L"");
-    CountCreation(pThread, *m_pct);
+    Count(pThread, *m_pct, &CThreadCounts::SCount::lTotal, m_pct->lTotalCount);
 }
 
 CInstanceMonitor::CInstanceMonitor(CInstanceClass& instanceClass)
@@ -419,13 +441,12 @@ void CInstanceClass::CountDestruction(CInstanceMonitor::ClassType& ct) noexcept
 
 void CInstanceClass::CountCreations(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept
 {
-    ::CountCreation(GetThreadOrNull(), ct, static_cast<std::int64_t>(nCount));
+    CountAtHand(ct, &CThreadCounts::SCount::lTotal, ct.lTotalCount, static_cast<std::int64_t>(nCount));
 }
 
 void CInstanceClass::CountDestructions(CInstanceMonitor::ClassType& ct, std::uint64_t nCount) noexcept
 {
-    Count(GetThreadOrNull(), ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount,
-          static_cast<std::int64_t>(nCount));
+    CountAtHand(ct, &CThreadCounts::SCount::lDestroyed, ct.lDestroyedCount, static_cast<std::int64_t>(nCount));
 }
 
 std::uint64_t CInstanceClass::GetGeneration()
@@ -437,6 +458,16 @@ CInstanceMonitor::~CInstanceMonitor()
 {
     QV_ASSERT(m_pct);
     CInstanceClass::CountDestruction(*m_pct);
+}
+
+void LockInstanceCounts()
+{
+    State().m_cs.lock();
+}
+
+void UnlockInstanceCounts()
+{
+    State().m_cs.unlock();
 }
 
 void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances)

@@ -199,4 +199,18 @@ CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives&
     return pRoot->creator(pElement->GetLocalName().c_str());
 }
 
+CSmartPtr<CXmlObjectBase> CreateKnownRoot(CXmlElement* pElement, const SAlternatives& roots)
+{
+    if (!IsRoot(*pElement, roots))
+        throw CQvValidationException(FormatString(L"There is no class for the element [%s] of the namespace [%s]",
+                                                  pElement->GetLocalName().c_str(),
+                                                  pElement->GetNamespaceURI().c_str()));
+    return CreateRoot(pElement, roots);
+}
+
+bool IsRoot(const CXmlElement& element, const SAlternatives& roots)
+{
+    return FindElement(roots, element.GetLocalName(), element.GetNamespaceURI()) != nullptr;
+}
+
 } // namespace QvXmlLib9

@@ -121,4 +121,11 @@ CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternative
 ///         there.
 QVXMLLIB_API CSmartPtr<CXmlObjectBase> CreateRoot(CXmlElement* pElement, const SAlternatives& roots);
 
+/// The same where there has to be one.
+/// @throws CQvValidationException "There is no class for the element [%s] of the namespace [%s]" too.
+QVXMLLIB_API CSmartPtr<CXmlObjectBase> CreateKnownRoot(CXmlElement* pElement, const SAlternatives& roots);
+
+/// Whether an element is one of the roots, by its name.
+QVXMLLIB_API bool IsRoot(const CXmlElement& element, const SAlternatives& roots);
+
 } // namespace QvXmlLib9

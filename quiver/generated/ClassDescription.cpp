@@ -1,5 +1,6 @@
 #include "quiver/generated/ClassDescription.h"
 
+#include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/GeneratedClass.h"
 #include "quiver/generated/Records.h"
 #include "quiver/metadata/AttributeInfo.h"
@@ -70,6 +71,14 @@ void CClassDescription::Text(int nMember, const CSimpleType& type)
     m_bNamesAsText = true;
     Add(MakeNamesTextRecord({m_eGroup, nMember, false}, type));
     NoteIfPrefixed(L"", nMember, type);
+}
+
+void CClassDescription::TypedText(int nMember, int nType, const SNamedTypes& types)
+{
+    m_bNamesAsText = true;
+    Add(MakeTypedTextRecord({nMember, nType, &types}));
+    m_attributes.push_back(MakeAttributeRecord(L"type", L"http://www.w3.org/2001/XMLSchema-instance", nType, true, L"",
+                                               xs::QName::Type()));
 }
 
 void CClassDescription::NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type)
@@ -317,6 +326,7 @@ void CClassDescription::Build(SClassTables& tables)
         std::make_unique<CParentElementInfo>(m_eGroup, m_eElementType, m_lpctName, m_lpctNamespace, m_nTextMember,
                                              m_bFailIfAttributeUnknown && m_eElementType == ElementType_Element, false);
     pInfo->IgnoreParentNamespace();
+    tables.bTyped = !m_elements.empty() && FindTypedText(*m_elements.front()) != nullptr;
     tables.ppElements = MakeTable(m_elements);
     tables.ppAttributes = MakeTable(m_attributes);
     tables.pMembers = new SMemberRecord[m_members.size()];

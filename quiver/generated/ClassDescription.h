@@ -4,6 +4,7 @@
 #include "quiver/generated/Alternatives.h"
 #include "quiver/generated/Member.h"
 #include "quiver/generated/MemberRecord.h"
+#include "quiver/generated/NamedType.h"
 #include "quiver/generated/RepeatedCol.h"
 #include "quiver/generated/SimpleType.h"
 #include "quiver/generated/Wildcard.h"
@@ -82,6 +83,10 @@ public:
     void Text(int nMember) { m_nTextMember = nMember; }
     /// The same, for values that may have prefixes.
     void Text(int nMember, const CSimpleType& type);
+
+    /// The text of an element that may say its type, which the value is checked by.
+    /// @param nType the property that takes the name of the type.
+    void TypedText(int nMember, int nType, const SNamedTypes& types);
 
     /// The text of an element with mixed content, all pieces joined. It is written ahead of the children.
     void MixedText(int nMember);
@@ -280,6 +285,13 @@ public:
     void Text(const CRequired<TType, TRule>& member)
     {
         Text(AddMember(&member, s_textOperations<CRequired<TType, TRule>>, nullptr), TType::Type());
+    }
+    /// The text of an element that may say its type.
+    template <class TType, class TRule, class TName>
+    void TypedText(const CRequired<TType, TRule>& member, const COptional<TName>& type, const SNamedTypes& types)
+    {
+        const int nText = AddMember(&member, s_textOperations<CRequired<TType, TRule>>, nullptr);
+        TypedText(nText, AddAttribute(type, L"type"), types);
     }
     /// The text of an element with mixed content.
     template <class TType, class TRule>

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cwchar>
 #include <limits>
 
 namespace QvXmlLib9
@@ -41,8 +42,38 @@ bool ReadBound(const wchar_t* lpctBound, long long& nBound)
     return ReadWhole(std::wstring_view(lpctBound), nBound);
 }
 
+/// A number of so few digits that it is their whole number divided by a power of ten, both of which are exact: the double
+/// nearest to it. False for all else, also for what can be written otherwise, as with an exponent.
+template <class TChar>
+bool ReadShortDecimal(const TChar* p, const TChar* pEnd, double& dValue)
+{
+    constexpr std::ptrdiff_t nMostDigits = std::numeric_limits<double>::digits10;
+    static constexpr double s_powers[nMostDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const bool bNegative = p != pEnd && *p == '-';
+    p += bNegative ? 1 : 0;
+    if (pEnd - p > nMostDigits || p == pEnd)
+        return false;
+    long long nDigits = 0;
+    const TChar* pFraction = pEnd;
+    for (const TChar* const pStart = p; p != pEnd; ++p)
+    {
+        if (IsDigit(static_cast<wchar_t>(*p)))
+            nDigits = nDigits * 10 + DigitValue(static_cast<wchar_t>(*p));
+        else if (*p == '.' && pFraction == pEnd && p != pStart && p + 1 != pEnd)
+            pFraction = p + 1;
+        else
+            return false;
+    }
+    const double dMagnitude = static_cast<double>(nDigits) / s_powers[pEnd - pFraction];
+    dValue = bNegative ? -dMagnitude : dMagnitude;
+    return true;
+}
+
 bool ReadBound(const wchar_t* lpctBound, double& dBound)
 {
+    if (ReadShortDecimal(lpctBound, lpctBound + std::wcslen(lpctBound), dBound))
+        return true;
     const SNumberText<double> number = ReadReal(lpctBound);
     dBound = number.value;
     return number.pStop != lpctBound && *number.pStop == L'\0' && !number.bOutOfRange;
@@ -108,9 +139,16 @@ private:
 template <class TReal>
 bool ReadFloat(const CSimpleType& type, std::string_view svUtf8, TReal& value)
 {
+    if (type.GetForm() != CSimpleType::Form_Float || !type.HasBoundsAtMost())
+        return false;
+    double dShort = 0;
+    if (ReadShortDecimal(svUtf8.data(), svUtf8.data() + svUtf8.size(), dShort))
+    {
+        value = static_cast<TReal>(dShort);
+        return IsWithinBounds(type, dShort);
+    }
     const CAsciiText text(svUtf8);
-    if (type.GetForm() != CSimpleType::Form_Float || !type.HasBoundsAtMost() ||
-        !HasForm(CSimpleType::Form_Float, text.Get()))
+    if (!HasForm(CSimpleType::Form_Float, text.Get()))
         return false;
     const SNumberText<double> number = ReadReal(text.Get().data());
     // Words are no numbers to the reader.

@@ -3,10 +3,13 @@
 #include "quiver/collections/XmlCollection.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/document/XmlSerializationContext.h"
+#include "quiver/foundation/Apart.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Product.h"
+#include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/Member.h"
+#include "quiver/generated/Records.h"
 #include "quiver/output/XmlWriter.h"
 
 #include <utility>
@@ -22,6 +25,16 @@ namespace
 {
     throw CQvValidationException(FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()),
                                  CQvValidationException(strWhat));
+}
+
+const STypedText& TypedTextOf(const SClassTables& tables)
+{
+    return *FindTypedText(**tables.ppElements);
+}
+
+bool IsNil(const INillable* pNillable)
+{
+    return pNillable != nullptr && pNillable->IsNil();
 }
 
 } // namespace
@@ -57,8 +70,10 @@ std::wstring CGeneratedObject::GetTargetNamespace() const
 void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
     const SClassTables& tables = Tables();
-    if (tables.pPrefixed != nullptr && m_pPrefixes != nullptr)
+    if (tables.pPrefixed != nullptr)
         DeclarePrefixes(*pWriter);
+    if (tables.bTyped && m_pPrefixes != nullptr)
+        DeclareTypedText(*pWriter);
     if (m_bTellsType && tables.lpctTypeName != nullptr && context.GetWriteTypeAttribute())
         pWriter->WriteXsiType(tables.lpctTypeNamespace, tables.lpctTypeName, ItemType_string);
     CXmlGeneratedClass::AttributesToXml_Int(pWriter, context);
@@ -68,14 +83,28 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
     m_pPrefixes = nullptr;
-    CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
-    if (Tables().pPrefixed != nullptr)
+    const SClassTables& tables = Tables();
+    const bool bNames = tables.pPrefixed != nullptr;
+    CXmlElement* const pNext = bNames
+                                   ? ReadNames(pElement, pFirstChild, context, bOptionalChoice)
+                                   : CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    if (bNames)
         NotePrefixes(*pElement, context);
+    if (tables.bTyped)
+        NoteValueType(*pElement, context);
     // A nested group shares its element with the class around it, which looks.
-    if (Tables().pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
+    if (tables.pInfo->GetElementType() == QvXmlLib9Data::ElementType_Element)
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
     Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
+}
+
+/// Attributes and text with prefixes are compared by what those stand for at the element.
+CXmlElement* CGeneratedObject::ReadNames(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                         const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    const CNameScope scope(*pElement);
+    return CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
 }
 
 bool CGeneratedObject::IsOfType(const std::wstring& strName, const std::wstring& strUri) const
@@ -113,6 +142,7 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
         if (!Prefixes().Note(strText, *member.pType, element, context, bText ? ElementName().c_str() : member.lpctName))
             continue;
         value.SetString(strText);
+        const CNameScope scope(*m_pPrefixes);
         AccessProperty(member.nMember, false, value);
     }
 }
@@ -120,6 +150,8 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
 /// Ahead of the first attribute, since declarations come first in Fast Infoset documents.
 void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
 {
+    static const CPrefixes& s_none = *new CPrefixes;
+    const CPrefixes& prefixes = m_pPrefixes != nullptr ? *m_pPrefixes : s_none;
     for (const SPrefixedMember& member : *Tables().pPrefixed)
     {
         // An element that is nil may lack its text.
@@ -128,22 +160,101 @@ void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
         QvVariant value;
         ReadProperty(member.nMember, value);
         if (value.IsValid())
-            m_pPrefixes->Declare(PropertyText(value), *member.pType, writer);
+            prefixes.Declare(PropertyText(value), *member.pType, writer);
     }
+}
+
+const SNamedType* CGeneratedObject::FindValueType() const
+{
+    const STypedText& typed = TypedTextOf(Tables());
+    QvVariant type;
+    ReadProperty(typed.nType, type);
+    if (!type.IsValid() || m_pPrefixes == nullptr)
+        return nullptr;
+    const std::wstring strType = PropertyText(type);
+    const auto [uri, name] = m_pPrefixes->Resolve(strType);
+    return FindNamedType(*typed.pTypes, uri, name);
+}
+
+std::wstring CGeneratedObject::TypeText(const SNamedType& type, const std::wstring& strPrefix)
+{
+    const bool bNone = *type.lpctUri == L'\0';
+    return Prefixes().MakeName(bNone ? std::wstring() : strPrefix, type.lpctUri, type.lpctName);
+}
+
+const SNamedType& CGeneratedObject::FindType(const wchar_t* lpctName, const wchar_t* lpctNamespace) const
+{
+    const SNamedType* const pType = FindNamedType(*TypedTextOf(Tables()).pTypes, lpctNamespace, lpctName);
+    if (pType == nullptr)
+        throw CQvInvalidParamException(
+            FormatString(L"There is no simple type [%s] in the namespace [%s]", lpctName, lpctNamespace));
+    return *pType;
+}
+
+std::wstring CGeneratedObject::TypedText(const std::wstring& strText, const SNamedType* pType) const
+{
+    if (pType == nullptr)
+        return strText;
+    std::wstring strNormal = pType->GetType().Normalize(strText);
+    pType->GetType().Check(strNormal, ElementName().c_str());
+    return strNormal;
+}
+
+void CGeneratedObject::NoteValueType(const CXmlElement& element, const CXmlSerializationContext& context)
+{
+    try
+    {
+        const STypedText& typed = TypedTextOf(Tables());
+        std::wstring strPrefix;
+        const SNamedType* const pType = FindTypeOf(*typed.pTypes, element, context, strPrefix);
+        if (pType == nullptr)
+            return;
+        QvVariant value;
+        value.SetString(TypeText(*pType, strPrefix));
+        AccessProperty(typed.nType, false, value);
+        if (IsNilElement())
+            return;
+        AccessProperty(typed.nText, true, value);
+        const CNameScope scope(element);
+        std::wstring strText = TypedText(PropertyText(value), pType);
+        if (pType->GetType().HasPrefixes())
+            Prefixes().Note(strText, pType->GetType(), element, context, ElementName().c_str());
+        value.SetString(strText);
+        AccessProperty(typed.nText, false, value);
+    }
+    catch (const CQvException& exception)
+    {
+        throw CQvValidationException(
+            FormatString(L"Failed to process the element [%s]", element.GetLocalName().c_str()), exception);
+    }
+}
+
+void CGeneratedObject::DeclareTypedText(CXmlWriter& writer) const
+{
+    const STypedText& typed = TypedTextOf(Tables());
+    const SNamedType* const pType = FindValueType();
+    if (pType == nullptr)
+        return;
+    QvVariant value;
+    ReadProperty(typed.nType, value);
+    m_pPrefixes->Declare(PropertyText(value), xs::QName::Type(), writer);
+    if (IsNilElement() || !pType->GetType().HasPrefixes())
+        return;
+    ReadProperty(typed.nText, value);
+    m_pPrefixes->Declare(PropertyText(value), pType->GetType(), writer);
 }
 
 bool CGeneratedObject::IsNilElement() const
 {
-    const INillable* const pNillable = FindNillable(*Tables().pInfo);
-    return pNillable != nullptr && pNillable->IsNil();
+    return IsNil(FindNillable(*Tables().pInfo));
 }
 
 void CGeneratedObject::Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                               const CXmlSerializationContext& context) const
 {
-    const bool bNil = IsNilElement();
-    const bool bHasText =
-        Tables().bMixed || Tables().bNamesAsText || Tables().pInfo->GetElementTextPropertyIndex() != -1;
+    const SClassTables& tables = Tables();
+    const bool bNil = IsNil(FindNillable(*tables.pInfo));
+    const bool bHasText = tables.bMixed || tables.bNamesAsText || tables.pInfo->GetElementTextPropertyIndex() != -1;
     if (bNil ? element.HasText() : !bHasText && element.HasTextBesideWhiteSpace())
         Throw_InElement(element,
                         FormatString(L"Unexpected text found within the element [%s]", element.GetLocalName().c_str()));
@@ -171,7 +282,7 @@ void CGeneratedObject::AccessProperty(int nPropertyIndex, bool bRead, QvVariant&
         AccessMember(record, bRead, value);
 }
 
-void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
+QV_APART void CGeneratedObject::AccessMember(const SMemberRecord& record, bool bRead, QvVariant& value)
 {
     const wchar_t* const lpctName = record.lpctName == nullptr ? ElementName().c_str() : record.lpctName;
     // A value is checked before the member takes it, and after the member gave it.
@@ -224,6 +335,7 @@ void CGeneratedObject::FreeTables(SClassTables& tables)
     tables.pMembers = nullptr;
     tables.nMembers = 0;
     delete std::exchange(tables.pPrefixed, nullptr);
+    tables.bTyped = false;
 }
 
 bool CGeneratedObject::IsChoiceMissing(const CXmlSerializationContext& context) const

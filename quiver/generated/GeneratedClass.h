@@ -4,6 +4,7 @@
 #include "quiver/foundation/Export.h"
 #include "quiver/foundation/SmartPtr.h"
 #include "quiver/generated/ClassDescription.h"
+#include "quiver/generated/NamedType.h"
 #include "quiver/generated/Prefixes.h"
 #include "quiver/values/QvVariant.h"
 
@@ -63,6 +64,7 @@ struct SClassTables
     bool bRequiresChoice = false;
     bool bMixed = false;
     bool bNamesAsText = false; ///< the text is of names with prefixes, and has a record
+    bool bTyped = false;       ///< the text may say its type; its record, the first one, knows more
     /// Attributes and text with prefixes; null for none.
     std::vector<SPrefixedMember>* pPrefixed = nullptr;
     std::atomic<bool> bBuilt{false};
@@ -107,6 +109,8 @@ public:
     /// For the records of members.
     CPrefixes& Prefixes();
     const CPrefixes* FindPrefixes() const { return m_pPrefixes.get(); }
+    /// The type that the value says it has, null for none.
+    const SNamedType* FindValueType() const;
 
 protected:
     explicit CGeneratedObject(const wchar_t* lpctElementName);
@@ -146,6 +150,20 @@ protected:
     /// Whether the object's class is nillable and the object is nil.
     bool IsNilElement() const;
 
+    /// @name For a value that says its type
+    /// @{
+
+    /// A type as the property that says it holds it.
+    std::wstring TypeText(const SNamedType& type, const std::wstring& strPrefix = L"xs");
+    /// A type by its name.
+    /// @throws CQvInvalidParamException "There is no simple type [%s] in the namespace [%s]"
+    const SNamedType& FindType(const wchar_t* lpctName, const wchar_t* lpctNamespace) const;
+    /// What is stored for a text that is a value of a type.
+    /// @param pType null for any.
+    /// @throws CQvInvalidValueException as CSimpleType::Check does.
+    std::wstring TypedText(const std::wstring& strText, const SNamedType* pType) const;
+    /// @}
+
 private:
     CChoiceState* ChoiceState() { return const_cast<CChoiceState*>(std::as_const(*this).ChoiceState()); }
     /// AccessProperty of a member that is more than a property.
@@ -159,6 +177,10 @@ private:
     void Throw_IfContentIsWrong(const CXmlElement& element, const CXmlElement* pFirstChild,
                                 const CXmlSerializationContext& context) const;
 
+    void NoteValueType(const CXmlElement& element, const CXmlSerializationContext& context);
+    void DeclareTypedText(CXmlWriter& writer) const;
+    CXmlElement* ReadNames(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
+                           bool bOptionalChoice);
     void NotePrefixes(const CXmlElement& element, const CXmlSerializationContext& context);
     void DeclarePrefixes(CXmlWriter& writer) const;
 

@@ -42,13 +42,22 @@ const CPrimitiveRestrictions& NoFacets()
 
 /// The text of a value whose prefixes are declared on the open element, or inside it.
 /// @param pObject an object of a generated class, as all that have these records.
-std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const CXmlGeneratedClass* pObject,
-                               CXmlWriter& writer, std::wstring& strBuffer)
+/// @throws CQvInvalidValueException for a name whose prefix stands for another namespace than the type asks for.
+std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const wchar_t* lpctName,
+                               const CXmlGeneratedClass* pObject, CXmlWriter& writer, std::wstring& strBuffer)
 {
+    static const CPrefixes& s_none = *new CPrefixes;
     const CPrefixes* const pPrefixes = static_cast<const CGeneratedObject*>(pObject)->FindPrefixes();
-    if (pPrefixes == nullptr)
+    if (pPrefixes == nullptr && svText.find(L'{') == std::wstring_view::npos)
         return svText;
-    strBuffer = pPrefixes->Declare(std::wstring(svText), type, writer);
+    const CPrefixes& prefixes = pPrefixes != nullptr ? *pPrefixes : s_none;
+    strBuffer = svText;
+    if (type.HasValues())
+    {
+        const CNameScope scope(prefixes);
+        type.Check(strBuffer, lpctName);
+    }
+    strBuffer = prefixes.Declare(strBuffer, type, writer);
     return strBuffer;
 }
 
@@ -128,14 +137,24 @@ public:
                         XmlElementType eParentType) override
     {
         const CXmlElement* const pElement = this->IsThisElement(context, *ppCurrent) ? *ppCurrent : nullptr;
-        const bool bResult = CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent,
-                                                                   lpctParentNamespace, eParentType);
+        const bool bResult = Read(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
         if (pElement != nullptr && *ppCurrent != pElement)
             Note(context, *pObject, *pElement);
         return bResult;
     }
 
 private:
+    bool Read(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+              CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace, XmlElementType eParentType)
+    {
+        if (*ppCurrent == nullptr)
+            return CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace,
+                                                         eParentType);
+        const CNameScope names(**ppCurrent);
+        return CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace,
+                                                     eParentType);
+    }
+
     void Note(const CXmlSerializationContext& context, CXmlGeneratedClass& object, const CXmlElement& element)
     {
         QvVariant value;
@@ -147,6 +166,7 @@ private:
                                                                     this->Name().c_str()))
             return;
         value.SetString(strText);
+        const CNameScope scope(static_cast<CGeneratedObject&>(object).Prefixes());
         this->AccessProperty(&object, false, value);
     }
 
@@ -154,7 +174,8 @@ private:
     {
         const CValueText text(value);
         std::wstring strDeclared;
-        writer.WriteText(DeclaredText(text.Get(), m_type, pObject, writer, strDeclared), value.GetTypeAsEnum());
+        writer.WriteText(DeclaredText(text.Get(), m_type, this->Name().c_str(), pObject, writer, strDeclared),
+                         value.GetTypeAsEnum());
     }
 
     const CSimpleType& m_type;
@@ -171,12 +192,12 @@ std::unique_ptr<CElementInfo> MakeValueOrNames(const wchar_t* lpctName, const wc
 
 /// The text of an element with names. It is an element record, since the text that a class record names is written as
 /// it is held.
-class CNamesTextRecord final : public CElementInfoSeq
+class CNamesTextRecord : public CElementInfoSeq
 {
 public:
-    CNamesTextRecord(int nMember, const CSimpleType& type)
+    CNamesTextRecord(int nMember, const CSimpleType* pType)
         : CElementInfoSeq(L"", L"", nMember)
-        , m_type(type)
+        , m_pType(pType)
     {
     }
 
@@ -185,8 +206,13 @@ public:
     {
         QvVariant value;
         ReadProperty(pObject, value);
+        const CSimpleType* const pType = FindType(*pObject);
         std::wstring strDeclared;
-        pWriter->WriteText(DeclaredText(value.StringRef(), m_type, pObject, *pWriter, strDeclared), ItemType_string);
+        pWriter->WriteText(pType != nullptr && pType->HasPrefixes()
+                               ? DeclaredText(value.StringRef(), *pType, pObject->GetElementName().c_str(), pObject,
+                                              *pWriter, strDeclared)
+                               : value.StringRef(),
+                           ItemType_string);
         return true;
     }
 
@@ -196,12 +222,38 @@ public:
         QvVariant value;
         std::wstring strBuffer;
         value.SetString(pParent->GetText(strBuffer));
+        const CNameScope scope(*pParent);
         AccessProperty(pObject, false, value);
         return true;
     }
 
 private:
-    const CSimpleType& m_type;
+    /// @return null where values have no prefixes.
+    virtual const CSimpleType* FindType(const CXmlGeneratedClass&) const { return m_pType; }
+
+    const CSimpleType* m_pType;
+};
+
+/// The same where the object says its type.
+class CTypedTextRecord final : public CNamesTextRecord
+{
+public:
+    explicit CTypedTextRecord(const STypedText& text)
+        : CNamesTextRecord(text.nText, nullptr)
+        , m_text(text)
+    {
+    }
+
+    const STypedText& Get() const { return m_text; }
+
+private:
+    const CSimpleType* FindType(const CXmlGeneratedClass& object) const override
+    {
+        const SNamedType* const pType = static_cast<const CGeneratedObject&>(object).FindValueType();
+        return pType != nullptr ? &pType->GetType() : nullptr;
+    }
+
+    STypedText m_text;
 };
 
 /// The text of mixed content. It stands at the beginning, since text behind a child would become part of the child in a
@@ -469,10 +521,11 @@ public:
         if (IsSuppressedDefault(context, text.Get()))
             return;
         std::wstring strDeclared;
-        pWriter->WriteAttribute(
-            m_strName, m_strNamespace,
-            m_pNames == nullptr ? text.Get() : DeclaredText(text.Get(), *m_pNames, pObject, *pWriter, strDeclared),
-            value.GetTypeAsEnum());
+        pWriter->WriteAttribute(m_strName, m_strNamespace,
+                                m_pNames == nullptr ? text.Get()
+                                                    : DeclaredText(text.Get(), *m_pNames, m_strName.c_str(), pObject,
+                                                                   *pWriter, strDeclared),
+                                value.GetTypeAsEnum());
     }
 
 private:
@@ -522,7 +575,18 @@ std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const w
 
 std::unique_ptr<CElementInfo> MakeNamesTextRecord(const SRecordPlace& place, const CSimpleType& type)
 {
-    return std::make_unique<CNamesTextRecord>(place.nMember, type);
+    return std::make_unique<CNamesTextRecord>(place.nMember, &type);
+}
+
+std::unique_ptr<CElementInfo> MakeTypedTextRecord(const STypedText& text)
+{
+    return std::make_unique<CTypedTextRecord>(text);
+}
+
+const STypedText* FindTypedText(const CElementInfo& record)
+{
+    const auto* const pRecord = dynamic_cast<const CTypedTextRecord*>(&record);
+    return pRecord != nullptr ? &pRecord->Get() : nullptr;
 }
 
 std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place)

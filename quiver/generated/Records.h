@@ -1,6 +1,7 @@
 #pragma once
 
 #include "quiver/generated/Alternatives.h"
+#include "quiver/generated/NamedType.h"
 #include "quiver/generated/SimpleType.h"
 #include "quiver/generated/Wildcard.h"
 #include "quiver/metadata/AttributeInfo.h"
@@ -35,6 +36,18 @@ std::unique_ptr<CElementInfo> MakeValueRecord(const SRecordPlace& place, const w
 
 /// The text of an element whose values may have prefixes.
 std::unique_ptr<CElementInfo> MakeNamesTextRecord(const SRecordPlace& place, const CSimpleType& type);
+
+/// The text of an element that may say its type with `xsi:type`, and what it says.
+struct STypedText
+{
+    int nText;
+    int nType; ///< a name with a prefix
+    const SNamedTypes* pTypes;
+};
+std::unique_ptr<CElementInfo> MakeTypedTextRecord(const STypedText& text);
+
+/// @return null if the record is that of something else.
+const STypedText* FindTypedText(const CElementInfo& record);
 
 /// The text of mixed content.
 std::unique_ptr<CElementInfo> MakeMixedTextRecord(const SRecordPlace& place);

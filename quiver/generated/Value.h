@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Export.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/generated/SimpleType.h"
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/DateTime.h"
@@ -177,6 +178,14 @@ typename TType::Value ValueOf(std::wstring strText, const wchar_t* lpctName)
     }
 }
 
+/// The value of a text that a schema has: of a default or fixed value.
+template <class TType>
+typename TType::Value SchemaValueOf(const wchar_t* lpctText)
+{
+    const CNameScope scope;
+    return ValueOf<TType>(lpctText, L"");
+}
+
 /// Checks a value that a program gives.
 /// @return what is to be stored for it: text as its type's white space makes it.
 /// @throws CQvInvalidValueException as CSimpleType::Check does.
@@ -214,6 +223,15 @@ inline std::string ToUtf8(const std::wstring& text)
 inline std::wstring FromUtf8(const std::string& bytes)
 {
     return FromUtf8(std::string_view(bytes));
+}
+/// Literals would fit the others equally well.
+inline std::string ToUtf8(const wchar_t* lpctText)
+{
+    return ToUtf8(std::wstring_view(lpctText));
+}
+inline std::wstring FromUtf8(const char* lpcBytes)
+{
+    return FromUtf8(std::string_view(lpcBytes));
 }
 QVXMLLIB_API std::optional<std::string> ToUtf8(const std::optional<std::wstring>& text);
 QVXMLLIB_API std::optional<std::wstring> FromUtf8(const std::optional<std::string>& bytes);

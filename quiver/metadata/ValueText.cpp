@@ -1,10 +1,10 @@
 #include "quiver/metadata/ValueText.h"
 
 #include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/UnitRuns.h"
 #include "quiver/values/ItemText.h"
 #include "quiver/values/RealWriter.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace QvXmlLib9Data
@@ -65,15 +65,12 @@ CValueText::CValueText(const QvVariant& value, const wchar_t* lpctFormat)
 
 std::wstring_view CValueText::Widen(std::string_view svUtf8)
 {
-    unsigned char byAll = 0;
-    for (const char c : svUtf8)
-        byAll = static_cast<unsigned char>(byAll | static_cast<unsigned char>(c));
-    if (svUtf8.size() > std::size(m_short) || byAll >= 0x80)
+    if (svUtf8.size() > std::size(m_short) ||
+        QvXmlLib9::WidenAscii(svUtf8.data(), svUtf8.size(), m_short) != svUtf8.size())
     {
         QvXmlLib9::AppendUtf8AsUtf16(m_strLong, svUtf8);
         return m_strLong;
     }
-    std::copy(svUtf8.begin(), svUtf8.end(), m_short);
     return {m_short, svUtf8.size()};
 }
 

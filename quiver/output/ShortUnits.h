@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -19,13 +20,25 @@ public:
     CShortUnits() = default;
     explicit CShortUnits(std::wstring_view svUnits) { Assign(svUnits); }
 
-    void Assign(std::wstring_view svUnits)
+    void Assign(std::wstring_view svUnits) { Assign({svUnits}); }
+
+    /// Several texts, one behind the other. None of them may be this one's.
+    void Assign(std::initializer_list<std::wstring_view> parts)
     {
-        m_nLength = svUnits.size();
+        m_nLength = 0;
+        for (const std::wstring_view svPart : parts)
+            m_nLength += svPart.size();
         if (IsShort())
-            std::copy(svUnits.begin(), svUnits.end(), m_units.begin());
-        else
-            m_strLong = svUnits;
+        {
+            wchar_t* pOut = m_units.data();
+            for (const std::wstring_view svPart : parts)
+                pOut = std::copy(svPart.begin(), svPart.end(), pOut);
+            return;
+        }
+        m_strLong.clear();
+        m_strLong.reserve(m_nLength);
+        for (const std::wstring_view svPart : parts)
+            m_strLong += svPart;
     }
 
     bool IsShort() const { return m_nLength <= s_nRoom; }

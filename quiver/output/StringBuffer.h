@@ -142,19 +142,17 @@ public:
         }
     }
 
-    /// Appends the units that a text begins with and that pass a test, none of which is above 0xFFFF.
+    /// Appends the units that a text begins with, as far as a function copies them; none that it does is above 0xFFFF.
+    /// @param fnCopy what CopyPlainUnits is.
     /// @return how many they are.
-    template <class TTest>
-    std::size_t AppendWhile(std::wstring_view svUnits, TTest fnTest)
+    template <class TCopy>
+    std::size_t AppendBy(std::wstring_view svUnits, TCopy fnCopy)
     {
         std::size_t nAppended = 0;
         for (;;)
         {
             const std::size_t nFits = std::min(svUnits.size(), static_cast<std::size_t>(m_pEnd - m_pNext));
-            wchar_t* const pOut = m_pNext;
-            std::size_t n = 0;
-            for (; n < nFits && fnTest(svUnits[n]); ++n)
-                pOut[n] = svUnits[n];
+            const std::size_t n = fnCopy(svUnits.data(), nFits, m_pNext);
             m_pNext += n;
             nAppended += n;
             svUnits.remove_prefix(n);

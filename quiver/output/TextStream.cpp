@@ -94,9 +94,9 @@ private:
     {
         if (m_bFault)
             return;
-        const std::size_t nBytes = WriteUtf8(svPiece, m_pOut);
-        m_pOut += nBytes;
-        m_bFault = nBytes != GetUtf8Length(svPiece);
+        bool bWhole = false;
+        m_pOut += WriteUtf8(svPiece, m_pOut, bWhole);
+        m_bFault = !bWhole;
     }
 
     unsigned char* m_pOut;

@@ -68,10 +68,10 @@ public:
     void Append(std::wstring_view svText) { m_buffer.Append(svText); }
     void Append(wchar_t c) { m_buffer.Append(c); }
     void AppendUnits(std::wstring_view svUnits) { m_buffer.AppendUnits(svUnits); }
-    template <class TTest>
-    std::size_t AppendWhile(std::wstring_view svUnits, TTest fnTest)
+    template <class TCopy>
+    std::size_t AppendBy(std::wstring_view svUnits, TCopy fnCopy)
     {
-        return m_buffer.AppendWhile(svUnits, fnTest);
+        return m_buffer.AppendBy(svUnits, fnCopy);
     }
     void AppendShort(const CShortUnits& units) { m_buffer.AppendShort(units); }
     void AppendRun(wchar_t c, std::size_t nCount) { m_buffer.AppendRun(c, nCount); }

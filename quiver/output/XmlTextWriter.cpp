@@ -2,10 +2,10 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/UnitRuns.h"
 #include "quiver/output/TextStream.h"
 #include "quiver/output/UnitText.h"
 
-#include <cstdint>
 #include <typeinfo>
 
 namespace QvXmlLib9
@@ -20,21 +20,6 @@ constexpr std::wstring_view s_svCDataStart = L"<![CDATA[";
 
 /// A file gets its text in pieces of at least this many units.
 constexpr std::size_t s_nFlushThreshold = 4096;
-
-/// The units up to ">" that do not stand for themselves, and 0, which ends a text; one bit each.
-constexpr std::uint64_t s_nSpecialUnits =
-    std::uint64_t{1} << 0 | std::uint64_t{1} << L'\n' | std::uint64_t{1} << L'\r' | std::uint64_t{1} << L'"' |
-    std::uint64_t{1} << L'&' | std::uint64_t{1} << L'<' | std::uint64_t{1} << L'>';
-
-/// Whether a unit stands for itself.
-struct SIsCopied
-{
-    bool operator()(wchar_t c) const
-    {
-        const auto n = static_cast<std::uint32_t>(c);
-        return n < 64 ? (s_nSpecialUnits >> n & 1) == 0 : n <= 0xFFFF;
-    }
-};
 
 std::wstring_view UpToZero(std::wstring_view svText)
 {
@@ -186,16 +171,11 @@ void CXmlTextWriter::AppendStart(CXmlWriterContext& context)
 
 void CXmlTextWriter::SetTags(CXmlWriterContext& context, const SElementPrefix& prefix)
 {
-    std::wstring strTag = L"</";
-    if (!prefix.bBare)
-        strTag.append(*prefix.pstrPrefix).append(1, L':');
-    strTag += context.m_strElementName;
-    const std::wstring_view svName = std::wstring_view(strTag).substr(2);
-    context.m_startTag.Assign(std::wstring(1, L'<').append(svName));
-    strTag += L'>';
-    if (m_bFormatted)
-        strTag += m_strEOL;
-    context.m_endTag.Assign(strTag);
+    const std::wstring_view svPrefix = prefix.bBare ? std::wstring_view() : std::wstring_view(*prefix.pstrPrefix);
+    const std::wstring_view svColon = prefix.bBare ? L"" : L":";
+    const std::wstring_view svEOL = m_bFormatted ? std::wstring_view(m_strEOL) : std::wstring_view();
+    context.m_startTag.Assign({L"<", svPrefix, svColon, context.m_strElementName});
+    context.m_endTag.Assign({L"</", svPrefix, svColon, context.m_strElementName, L">", svEOL});
     SetTagCurrent(context);
 }
 
@@ -374,7 +354,7 @@ void CXmlTextWriter::WriteEscaped(std::wstring_view svText)
 {
     while (!svText.empty())
     {
-        svText.remove_prefix(m_pStream->AppendWhile(svText, SIsCopied()));
+        svText.remove_prefix(m_pStream->AppendBy(svText, CopyPlainUnits));
         if (svText.empty() || svText.front() == L'\0')
             return;
         AppendEscape<bAttribute>(svText.front());

@@ -62,9 +62,9 @@ bool AreEqual(std::wstring_view svName, std::wstring_view svOther)
 
 CXmlWriter::CXmlWriter(const wchar_t* lpctClassName, PfnDeclareForValue pfnDeclareForValue)
     : CInstanceMonitor(lpctClassName)
-    , m_mapNamespaces{{s_szXmlNamespace, L"xml"}}
     , m_pfnDeclareForValue(pfnDeclareForValue)
 {
+    m_mapNamespaces.emplace(s_szXmlNamespace, L"xml");
 }
 
 CXmlWriter::~CXmlWriter()
@@ -139,7 +139,8 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::CreateContext(std::wstring_view svNam
 {
     const std::size_t nDepth = m_pContext == nullptr ? 0 : m_pContext->m_dwDepth + std::size_t{1};
     // A record that an exception kept from becoming the open element is still in use.
-    DropContextsTo(nDepth);
+    if (m_contexts.size() != nDepth)
+        DropContextsTo(nDepth);
     // So that what comes behind the count cannot fail.
     if (m_contexts.size() == m_contexts.capacity())
         m_contexts.reserve(m_contexts.size() * 2 + 8);
@@ -270,9 +271,19 @@ void CXmlWriter::BeginScope(CXmlWriterContext& context)
 
 void CXmlWriter::PopContext()
 {
-    CXmlWriterContext* const pParent = m_pContext->m_pParent;
-    DropContextsTo(m_pContext->m_dwDepth);
-    m_pContext = pParent;
+    CXmlWriterContext& context = *m_pContext;
+    if (m_contexts.back() != &context)
+        DropContextsTo(context.m_dwDepth + std::size_t{1});
+    m_pContext = context.m_pParent;
+    // Nearly every element has declared nothing, and its record has a place by name.
+    if (!context.m_bInheritsNamespaces || context.m_bSpare)
+    {
+        DropContextsTo(context.m_dwDepth);
+        return;
+    }
+    m_contexts.pop_back();
+    context.m_bInUse = false;
+    CInstanceClass::CountDestruction(*context.m_pct);
 }
 
 void CXmlWriter::DropContextsTo(std::size_t nCount)

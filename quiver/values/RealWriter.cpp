@@ -30,14 +30,30 @@ double UlpOf(double dValue)
     return dUlp;
 }
 
-/// Whether "%.16g" of a number that a decimal of few fraction digits is nearest to prints that decimal, and no inaccuracy
-/// of the number.
-bool HasSixteenDigits(double dMagnitude)
+/// A number without the lower half of its digits.
+double UpperHalfOf(double dValue)
+{
+    std::uint64_t nBits = 0;
+    std::memcpy(&nBits, &dValue, sizeof(nBits));
+    nBits &= ~((std::uint64_t{1} << 27) - 1);
+    std::memcpy(&dValue, &nBits, sizeof(dValue));
+    return dValue;
+}
+
+/// Whether "%.16g" of a number that the decimal nScaled / dScale is nearest to prints that decimal, and no inaccuracy of
+/// the number.
+bool HasSixteenDigits(double dMagnitude, std::uint64_t nScaled, double dScale)
 {
     double dSixteenthDigit = dMagnitude < 10 ? 1e-18 : 1e-15;
     for (double dPower = dMagnitude < 10 ? 1e-2 : 1e1; dPower <= dMagnitude; dPower *= 10)
         dSixteenthDigit *= 10;
-    return UlpOf(dMagnitude) < dSixteenthDigit * 0.999;
+    if (UlpOf(dMagnitude) < dSixteenthDigit * 0.999)
+        return true;
+    // Half of that distance is too much, but the number may be nearer. Each half of it times the scale is exact, and what
+    // is left of the sum, too.
+    const double dUpper = UpperHalfOf(dMagnitude);
+    const double dRest = (dUpper * dScale - static_cast<double>(nScaled)) + (dMagnitude - dUpper) * dScale;
+    return std::fabs(dRest) < dSixteenthDigit * 0.499 * dScale;
 }
 
 /// Ten thousand times a number that is a decimal with a few fraction digits, as prices and measurements are; 0 for any
@@ -50,7 +66,9 @@ std::uint64_t FindShortDecimal(double dValue)
         return 0;
     // Both numbers are whole and small enough to be exact, so the quotient is the number nearest to the decimal.
     const auto nScaled = static_cast<std::uint64_t>(dMagnitude * dScale + 0.5);
-    return static_cast<double>(nScaled) / dScale == dMagnitude && HasSixteenDigits(dMagnitude) ? nScaled : 0;
+    return static_cast<double>(nScaled) / dScale == dMagnitude && HasSixteenDigits(dMagnitude, nScaled, dScale)
+               ? nScaled
+               : 0;
 }
 
 std::wstring_view PrintShortDecimal(IntegerRoom& room, double dValue)

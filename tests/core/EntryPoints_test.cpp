@@ -12,6 +12,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/FlexClass.h"
 #include "tests/support/Octets.h"
+#include "tests/support/PlatformFiles.h"
 
 #include <fstream>
 #include <iterator>
@@ -222,7 +223,8 @@ TEST(EntryPoints, AnUnwritablePathIsReportedWithItsErrorByBothWays)
     {
         SCOPED_TRACE(bAsync);
         AsyncToXmlFile(bAsync);
-        ExpectThrows<CQvException>(L"Failed to write data to the file [/nonexistent/out.xml] error [0x00000002]",
+        ExpectThrows<CQvException>(std::wstring(L"Failed to write data to the file [/nonexistent/out.xml] error [0x") +
+                                       QvTest::s_lpctFolderMissing + L"]",
                                    [&]
                                    {
                                        spSample->ToXmlFile(L"/nonexistent/out.xml", false, false, Encoding_UTF8,

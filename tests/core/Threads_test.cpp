@@ -13,12 +13,15 @@
 
 #include <gtest/gtest.h>
 
-#include <aio.h>
 #include <atomic>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
+
+#if defined(__SANITIZE_THREAD__) && defined(__GLIBC__)
+#include <aio.h>
+#endif
 
 namespace QvTest
 {

@@ -301,8 +301,6 @@ TEST_F(ReadingGuides, RootsThatAreNotKnownAhead)
     CXmlDocument document(context);
     document.Load(L"library.xml");
     const CSmartPtr<CXmlObjectBase> spRoot = library::CLibraryRoots::CreateRoot(document.GetDocumentElement());
-    if (spRoot == nullptr)
-        throw CQvException(L"The schema has no such root");
     spRoot->FromXmlElement(document.GetDocumentElement(), context);
     if (dynamic_cast<library::CLibrary*>(static_cast<CXmlObjectBase*>(spRoot)) != nullptr)
         lpcKind = "a library";

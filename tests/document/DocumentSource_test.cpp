@@ -25,7 +25,7 @@ using QvXmlLib9::CQvException;
 
 std::string Compress(const std::string& strBytes, QvXmlLib9::CompressionType eType)
 {
-    unsigned long dwLength = strBytes.size();
+    unsigned long dwLength = static_cast<unsigned long>(strBytes.size());
     auto* pData = new unsigned char[dwLength];
     std::copy(strBytes.begin(), strBytes.end(), pData);
     QvXmlLib9::CQvZip::CompressBuffer(&pData, &dwLength, eType);

@@ -38,7 +38,8 @@ std::wstring ParseBytes(std::string strBytes)
 {
     const CXmlSerializationContext context;
     CXmlDocument document(context);
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()), strBytes.size());
+    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
+                           static_cast<unsigned long>(strBytes.size()));
     return Outline(document.GetDocumentElement());
 }
 

@@ -56,7 +56,7 @@ std::string MakeDocument(std::size_t nBytes)
 
 std::string Compress(std::string strBytes, QvXmlLib9::CompressionType eType)
 {
-    unsigned long dwLength = strBytes.size();
+    unsigned long dwLength = static_cast<unsigned long>(strBytes.size());
     auto* pData = new unsigned char[dwLength];
     std::copy(strBytes.begin(), strBytes.end(), pData);
     CQvZip::CompressBuffer(&pData, &dwLength, eType);
@@ -66,7 +66,8 @@ std::string Compress(std::string strBytes, QvXmlLib9::CompressionType eType)
 
 void LoadStream(CXmlDocument& document, std::string strBytes)
 {
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()), strBytes.size());
+    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
+                           static_cast<unsigned long>(strBytes.size()));
 }
 
 /// Loads a file with the asynchronous input flag set.
@@ -164,7 +165,7 @@ TEST(XmlDocument, AStreamStaysTheCallers)
 {
     CXmlDocument document;
     std::string strXml = "<a>text</a>";
-    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strXml.data()), strXml.size());
+    document.LoadXmlStream(reinterpret_cast<unsigned char*>(strXml.data()), static_cast<unsigned long>(strXml.size()));
     EXPECT_EQ("<a>text</a>", strXml);
     strXml.assign(strXml.size(), '?');
     EXPECT_TEXT(L"a \"text\"", Outline(document.GetDocumentElement()));
@@ -624,6 +625,7 @@ TEST(XmlDocument, FailuresOfFileOperationsEndAsTold)
 
 std::filesystem::path s_shrinkingFile;
 
+// Windows keeps everybody from writing to the file, so that it is read whole there.
 TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
 {
     const CTempDir dir;
@@ -632,8 +634,9 @@ TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
     Platform::SetFileFault(
         [](Platform::EFileOperation eOperation)
         {
+            std::error_code error;
             if (eOperation == Platform::FileOperation_Read)
-                std::filesystem::resize_file(s_shrinkingFile, 50);
+                std::filesystem::resize_file(s_shrinkingFile, 50, error);
             return Platform::Error_Success;
         });
     CXmlDocument document;
@@ -647,8 +650,13 @@ TEST(XmlDocument, AFileThatShrinksWhileItIsReadFails)
         strMessage = exception.GetMessageW();
     }
     Platform::SetFileFault(nullptr);
+#if defined(_WIN32)
+    EXPECT_TEXT(L"", strMessage);
+    EXPECT_EQ(MakeDocument(100), QvTest::ReadFileBytes(s_shrinkingFile));
+#else
     EXPECT_EQ(0u, strMessage.find(L"Failed to read the contents of the file [" + dir.NameOf("a.xml") + L"] Error [0x"))
         << QvTest::Show(strMessage);
+#endif
 }
 
 TEST(XmlDocument, WhatTheFilterThrowsDuringAnOverlappedLoadArrivesAsAPlainException)

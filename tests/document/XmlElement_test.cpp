@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cwchar>
 #include <new>
 #include <string>
 #include <thread>
@@ -251,7 +252,7 @@ TEST(XmlElement, TextIsAppendedByLengthOrUpToItsZero)
     element.AppendText(L"xyz", -1);
     element.AppendText(L"\U0001F600"
                        L"ef",
-                       2);
+                       static_cast<int>(std::wcslen(L"\U0001F600")) + 1);
     EXPECT_TEXT(L"abcd\xD83D\xDE00"
                 L"e",
                 element.GetText());

@@ -124,7 +124,7 @@ TEST(XmlScanner, RunsEndAtWhatNeedsALook)
 {
     std::string strTextEnds;
     std::string strValueEnds;
-    for (char c = 0; c >= 0 && c < 127; ++c)
+    for (char c = 0; c < 127; ++c)
     {
         if (SPlainRuns::FindTextEnd(&c, &c + 1) == &c)
             strTextEnds += c;

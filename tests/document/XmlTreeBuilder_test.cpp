@@ -189,24 +189,50 @@ TEST(XmlTreeBuilder, TextOfOpenElementsIsJoinedWhateverItIsMadeOf)
     }
 }
 
-TEST(XmlTreeBuilder, ElementsShareTheWhiteSpaceBetweenTheirChildren)
+TEST(XmlTreeBuilder, ElementsOfALargeTreeShareTheWhiteSpaceBetweenTheirChildren)
 {
     STree tree;
     CXmlTreeBuilder& builder = tree.builder;
     builder.AddElement(builder.InternName("r"));
     std::vector<CXmlElement*> elements;
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 400; ++i)
     {
         elements.push_back(builder.AddElement(builder.InternName("e")));
-        builder.AddText("\n");
-        builder.AddText("  ");
+        if (i % 2 == 0)
+        {
+            builder.AddText("\n");
+            builder.AddText("  ");
+        }
         builder.AddElement(builder.InternName("f"));
         builder.EndElement();
-        builder.AddText("\n");
+        if (i % 2 == 0)
+            builder.AddText("\n");
+        else
+            builder.SetText(elements.back(), "\n  \n");
         builder.EndElement();
     }
     EXPECT_TEXT(L"\n  \n", elements[0]->GetText());
-    EXPECT_EQ(&elements[0]->GetText(), &elements[1]->GetText());
+    EXPECT_TEXT(L"\n  \n", elements[399]->GetText());
+    EXPECT_EQ(&elements[398]->GetText(), &elements[399]->GetText());
+    EXPECT_EQ(&elements[397]->GetText(), &elements[399]->GetText());
+}
+
+TEST(XmlTreeBuilder, TextThatIsMoreThanWhiteSpaceIsNotShared)
+{
+    STree tree;
+    CXmlTreeBuilder& builder = tree.builder;
+    builder.AddElement(builder.InternName("r"));
+    std::vector<CXmlElement*> elements;
+    for (int i = 0; i < 400; ++i)
+    {
+        elements.push_back(builder.AddElement(builder.InternName("e")));
+        builder.SetText(elements.back(), i % 2 == 0 ? " x" : "  ");
+        builder.EndElement();
+    }
+    EXPECT_TEXT(L" x", elements[396]->GetText());
+    EXPECT_TEXT(L" x", elements[398]->GetText());
+    EXPECT_NE(&elements[396]->GetText(), &elements[398]->GetText());
+    EXPECT_TEXT(L"  ", elements[399]->GetText());
 }
 
 TEST(XmlTreeBuilder, WhiteSpaceOfElementsThatStayOpenIsKept)

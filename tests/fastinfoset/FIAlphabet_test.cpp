@@ -104,7 +104,8 @@ TEST(FIAlphabet, AlphabetsOfEveryLengthHaveTheirWidth)
 TEST(FIAlphabet, TheLargestAlphabetHasTwentyOneBits)
 {
     const std::wstring strAlphabet = Alphabet(1048576);
-    EXPECT_TEXT((std::wstring{L'B', 0x41 + 0xFFFFF}), Unpacked(strAlphabet, {0, 0, 0x0B, 0xFF, 0xFF, 0xFF}));
+    EXPECT_TEXT((std::wstring{L'B', static_cast<wchar_t>(0x41 + 0xFFFFF)}),
+                Unpacked(strAlphabet, {0, 0, 0x0B, 0xFF, 0xFF, 0xFF}));
 }
 
 TEST(FIAlphabet, AllOnesEndAText)

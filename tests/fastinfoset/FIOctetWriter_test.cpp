@@ -19,6 +19,7 @@ Octets Written(FnWrite fnWrite)
     CBinaryStream stream;
     CFIOctetWriter writer(&stream);
     fnWrite(writer);
+    writer.Flush();
     return OctetsOf(stream.GetData());
 }
 

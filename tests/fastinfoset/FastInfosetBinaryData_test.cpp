@@ -34,7 +34,8 @@ Octets Encoded(unsigned long ulIndex, const wchar_t* lpctText)
 std::wstring Decoded(unsigned long ulIndex, const Octets& octets)
 {
     std::string strBytes = BytesOf(octets);
-    const CFastInfosetBinaryData data(reinterpret_cast<unsigned char*>(strBytes.data()), strBytes.size(), false);
+    const CFastInfosetBinaryData data(reinterpret_cast<unsigned char*>(strBytes.data()),
+                                      static_cast<unsigned long>(strBytes.size()), false);
     return data.GetAsString(ulIndex);
 }
 

@@ -3,6 +3,7 @@
 #include "quiver/foundation/Exceptions.h"
 #include "tests/support/Expect.h"
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -19,7 +20,7 @@ namespace
 CBinaryData FromBytes(std::string_view bytes)
 {
     CBinaryData data;
-    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned long>(bytes.size()));
     return data;
 }
 
@@ -111,7 +112,12 @@ TEST(BinaryData, CountsAWholeCodePointAsItsSurrogatePair)
     EXPECT_EQ(strPair, BytesOf(CBinaryData(L"\U0001F600")));
     EXPECT_EQ(strPair, BytesOf(CBinaryData(L"\xD83D\xDE00")));
     CBinaryData data;
+#if WCHAR_MAX > 0xFFFF
     data.Append(L'\U0001F600');
+#else
+    data.Append(L'\xD83D');
+    data.Append(L'\xDE00');
+#endif
     EXPECT_EQ(strPair, BytesOf(data));
     data.Append(std::wstring(L"\U0001F600"));
     EXPECT_EQ(strPair + strPair, BytesOf(data));
@@ -372,7 +378,8 @@ TEST(BinaryData, AppendsInPiecesOfEverySize)
         for (std::size_t nAt = 0; nAt < strBytes.size(); nAt += nPiece)
         {
             const std::string strPiece = strBytes.substr(nAt, nPiece);
-            data.Append(reinterpret_cast<const unsigned char*>(strPiece.data()), strPiece.size());
+            data.Append(reinterpret_cast<const unsigned char*>(strPiece.data()),
+                        static_cast<unsigned long>(strPiece.size()));
         }
         EXPECT_EQ(strBytes, BytesOf(data)) << nPiece;
     }

@@ -4,6 +4,8 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
+#include "tests/support/FullDisk.h"
+#include "tests/support/PlatformFiles.h"
 
 #include <string>
 
@@ -21,7 +23,7 @@ namespace
 CBinaryData FromBytes(std::string_view bytes)
 {
     CBinaryData data;
-    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    data.SetBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned long>(bytes.size()));
     return data;
 }
 
@@ -141,7 +143,7 @@ TEST(FileBinaryStream, AnUnwritablePathFailsWithItsNameAndTheCode)
         const wchar_t* lpctCode;
     };
     const SRow rows[] = {
-        {dir.NameOf("missing/file"), L"00000002"},
+        {dir.NameOf("missing/file"), QvTest::s_lpctFolderMissing},
         {L"", L"00000003"},
         {dir.NameOf("."), L"00000005"},
     };
@@ -154,11 +156,13 @@ TEST(FileBinaryStream, AnUnwritablePathFailsWithItsNameAndTheCode)
 
 TEST(FileBinaryStream, AFullDiskFailsWithItsNameAndTheCode)
 {
+    const QvTest::CFullDisk disk;
+    const std::wstring strName = disk.GetFileName();
     const std::size_t nOpen = CountOpenFiles();
-    CFileBinaryStream mark(L"/dev/full", Encoding_UTF16);
-    ExpectThrows<CQvException>(WriteFailed(L"/dev/full", L"00000070"), [&] { mark.Write(); });
-    CFileBinaryStream bytes(L"/dev/full", Encoding_UTF8, FromBytes("abc"));
-    ExpectThrows<CQvException>(WriteFailed(L"/dev/full", L"00000070"), [&] { bytes.Write(); });
+    CFileBinaryStream mark(strName, Encoding_UTF16);
+    ExpectThrows<CQvException>(WriteFailed(strName, L"00000070"), [&] { mark.Write(); });
+    CFileBinaryStream bytes(strName, Encoding_UTF8, FromBytes("abc"));
+    ExpectThrows<CQvException>(WriteFailed(strName, L"00000070"), [&] { bytes.Write(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 

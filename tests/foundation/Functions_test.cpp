@@ -82,23 +82,21 @@ TEST(FunctionsTest, PrecisionSparesTextWithoutAnEnd)
     EXPECT_TEXT(L"abcd", FormatString(L"%.2s%.2S", wide, narrow));
 }
 
-#if WCHAR_MAX > 0xFFFF
-
 TEST(FunctionsTest, WholeCodePointsBecomeTheirTwoUnits)
 {
     const std::wstring strPair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
-    const wchar_t whole[] = {static_cast<wchar_t>(0x1F600), 0};
+    const wchar_t whole[] = L"\U0001F600";
     EXPECT_TEXT(L"[" + strPair + L"]", FormatString(L"[%s]", whole));
-    EXPECT_TEXT(strPair, FormatString(L"%c", 0x1F600));
     // In the format too, and widths count units.
     EXPECT_TEXT(strPair, FormatString(whole));
     EXPECT_TEXT(L" " + strPair, FormatString(L"%3s", whole));
+#if WCHAR_MAX > 0xFFFF
+    EXPECT_TEXT(strPair, FormatString(L"%c", 0x1F600));
     // What is no code point at all does not pass either.
     EXPECT_TEXT(L"\xFFFD", FormatString(L"%c", 0x110000));
     EXPECT_TEXT(L"\xFFFD", FormatString(L"%c", -1));
-}
-
 #endif
+}
 
 TEST(FunctionsTest, ResultHasNoLengthLimit)
 {

@@ -46,6 +46,79 @@ TEST(Platform, WhatCannotBeOpenedHasItsErrorNumber)
     }
 }
 
+TEST(Platform, TheSameCauseHasTheSameErrorNumberOnEverySystem)
+{
+    const CTempDir dir;
+    WriteFileBytes(dir.PathOf("file"), "x");
+    const std::wstring strFile = dir.NameOf("file");
+    const CHandle hRead(OpenFileForReading(strFile.c_str(), false));
+    const CHandle hReadOverlapped(OpenFileForReading(strFile.c_str(), true));
+    const CHandle hWrite(CreateFileForWriting(dir.NameOf("written").c_str(), false));
+    ASSERT_TRUE(hRead.IsOpen() && hReadOverlapped.IsOpen() && hWrite.IsOpen());
+    Overlapped overlapped;
+    char c = 'x';
+    std::uint32_t dwBytes = 0;
+
+    const auto fnOpen = [&](const std::wstring& strName)
+    {
+        return OpenFileForReading(strName.c_str(), false) != InvalidHandle;
+    };
+    const auto fnCreate = [&](const std::wstring& strName)
+    {
+        return CreateFileForWriting(strName.c_str(), false) != InvalidHandle;
+    };
+    // POSIX does not tell a folder that is missing from a file that is.
+#if defined(_WIN32)
+    constexpr std::uint32_t dwFolderMissing = 3;
+#else
+    constexpr std::uint32_t dwFolderMissing = 2;
+#endif
+    struct SRow
+    {
+        const char* lpcCause;
+        bool bDone;
+        std::uint32_t dwError;
+    };
+    const auto fnRow = [](const char* lpcCause, bool bDone)
+    {
+        return SRow{lpcCause, bDone, GetLastError()};
+    };
+    const auto fnAtEnd = [&]
+    {
+        overlapped = Overlapped();
+        overlapped.Offset = 1;
+        return ReadFile(hReadOverlapped, &c, 1, nullptr, &overlapped);
+    };
+    const auto fnWriteOverlapped = [&]
+    {
+        overlapped = Overlapped();
+        return WriteFile(hReadOverlapped, &c, 1, nullptr, &overlapped);
+    };
+    const std::pair<SRow, std::uint32_t> rows[] = {
+        {fnRow("reading a file that is missing", fnOpen(dir.NameOf("missing"))), 2},
+        {fnRow("reading from a folder that is missing", fnOpen(dir.NameOf("missing/file"))), dwFolderMissing},
+        {fnRow("writing to a folder that is missing", fnCreate(dir.NameOf("missing/file"))), dwFolderMissing},
+        {fnRow("reading below a file", fnOpen(dir.NameOf("file/below"))), 3},
+        {fnRow("writing below a file", fnCreate(dir.NameOf("file/below"))), 3},
+        {fnRow("reading what has no name", fnOpen(L"")), 3},
+        {fnRow("writing what has no name", fnCreate(L"")), 3},
+        {fnRow("reading a folder", fnOpen(dir.NameOf("."))), 5},
+        {fnRow("writing a folder", fnCreate(dir.NameOf("."))), 5},
+        {fnRow("writing to what is open for reading", WriteFile(hRead, &c, 1, &dwBytes, nullptr)), 5},
+        {fnRow("reading from what is open for writing", ReadFile(hWrite, &c, 1, &dwBytes, nullptr)), 5},
+        {fnRow("writing to what is open for reading, overlapped", fnWriteOverlapped()), 5},
+        {fnRow("closing nothing", CloseHandle(nullptr)), 6},
+        {fnRow("reading from nothing", ReadFile(InvalidHandle, &c, 1, &dwBytes, nullptr)), 6},
+        {fnRow("the size of nothing", GetFileSize(nullptr, &dwBytes) != 0xFFFFFFFF), 6},
+        {fnRow("reading at the end, overlapped", fnAtEnd()), 38},
+    };
+    for (const auto& [row, dwExpected] : rows)
+    {
+        EXPECT_FALSE(row.bDone) << row.lpcCause;
+        EXPECT_EQ(dwExpected, row.dwError) << row.lpcCause;
+    }
+}
+
 TEST(Platform, CreatingEmptiesTheFileThatIsThere)
 {
     const CTempDir dir;

@@ -197,3 +197,23 @@ TEST(Alternatives, TellClassesOfOneFunctionApartByNumber)
     EXPECT_TRUE(SPlace(L"address", s_lpctNamespace, all, foreign).declared == foreign);
     EXPECT_FALSE(SPlace(L"address", s_lpctNamespace, all, {&CreateNumbered, 2}).declared);
 }
+
+TEST(Alternatives, RefuseRootsThatTheSchemaDoesNotHave)
+{
+    CXmlDocument document(CXmlSerializationContext::GetDefaultContext());
+    document.LoadXml(L"<o:day xmlns:o='urn:other'/>");
+    EXPECT_FALSE(IsRoot(*document.GetDocumentElement(), Roots()));
+    EXPECT_TRUE(CreateRoot(document.GetDocumentElement(), Roots()) == nullptr);
+    try
+    {
+        CreateKnownRoot(document.GetDocumentElement(), Roots());
+        ADD_FAILURE() << "a class for an element of another namespace";
+    }
+    catch (const CQvValidationException& exception)
+    {
+        EXPECT_EQ(exception.GetFullMessage(), L"There is no class for the element [day] of the namespace [urn:other]");
+    }
+    document.LoadXml((std::wstring(L"<o:day xmlns:o='") + s_lpctNamespace + L"'/>").c_str());
+    EXPECT_TRUE(IsRoot(*document.GetDocumentElement(), Roots()));
+    EXPECT_TRUE(CreateKnownRoot(document.GetDocumentElement(), Roots()) != nullptr);
+}

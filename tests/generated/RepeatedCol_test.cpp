@@ -286,3 +286,50 @@ TEST(RepeatedCol, HoldsToAFixedValue)
     EXPECT_NE(MessagesOf([&] { spCol->Add(8); }), L"done");
     EXPECT_EQ(spCol->GetCount(), 1);
 }
+
+namespace
+{
+
+/// Repeated durations.
+class CSpans : public CGenerated<CSpans>
+{
+public:
+    explicit CSpans(const wchar_t* lpctElementName = L"spans")
+        : CInstanceMonitor(L"CSpans")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CSmartPtr<CValueCol<xs::Duration>> GetN() const { return m_N.Get(s_number); }
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(QvXmlLib9Data::GroupType_Sequence, QvXmlLib9Data::ElementType_Element, L"spans", L"");
+        description.Element(m_N, s_number);
+    }
+
+private:
+    CRepeated<CValueCol<xs::Duration>> m_N;
+};
+
+} // namespace
+
+TEST(RepeatedCol, WritesDurationsAsTheyWereRead)
+{
+    CSpans spans;
+    spans.FromXml(L"<spans><n>P01M</n><n> P0Y </n><n>P012M</n></spans>", {});
+    const auto Write = [&]
+    {
+        return spans.ToXml(false, false, EOLType_LF, {});
+    };
+    EXPECT_EQ(Write(), L"<spans><n>P01M</n><n>P0Y</n><n>P012M</n></spans>");
+    const CSmartPtr<CValueCol<xs::Duration>> spCol = spans.GetN();
+    spCol->AddAt(1, spCol->Item(0));
+    EXPECT_EQ(Write(), L"<spans><n>P01M</n><n>P1M</n><n>P0Y</n><n>P012M</n></spans>") << "one that a program set";
+    spCol->Remove(0);
+    EXPECT_EQ(Write(), L"<spans><n>P1M</n><n>P0Y</n><n>P012M</n></spans>");
+    spCol->Clear();
+    spCol->Add(ValueOf<xs::Duration>(L"P0Y", L"n"));
+    EXPECT_EQ(Write(), L"<spans><n>PT0S</n></spans>");
+}

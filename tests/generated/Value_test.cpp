@@ -239,6 +239,8 @@ TEST(Value, ConvertsToUtf8AndBack)
 {
     EXPECT_EQ(ToUtf8(std::wstring(L"a\u00E9\xD83D\xDE00")), "a\xC3\xA9\xF0\x9F\x98\x80");
     EXPECT_EQ(FromUtf8(std::string("a\xC3\xA9\xF0\x9F\x98\x80")), L"a\u00E9\xD83D\xDE00");
+    EXPECT_EQ(ToUtf8(L"a\u00E9"), "a\xC3\xA9");
+    EXPECT_EQ(FromUtf8("a\xC3\xA9"), L"a\u00E9");
     EXPECT_EQ(ToUtf8(std::optional<std::wstring>()), std::nullopt);
     EXPECT_EQ(FromUtf8(std::optional<std::string>()), std::nullopt);
     EXPECT_EQ(*ToUtf8(std::optional<std::wstring>(L"a")), "a");

@@ -6,6 +6,8 @@
 #include "tests/support/Expect.h"
 #include "tests/support/FileFault.h"
 #include "tests/support/Files.h"
+#include "tests/support/FullDisk.h"
+#include "tests/support/PlatformFiles.h"
 
 #include <string>
 
@@ -235,7 +237,7 @@ TEST(FileTextStream, AnUnwritablePathFailsInOpenWithItsNameAndTheCode)
         const wchar_t* lpctCode;
     };
     const SRow rows[] = {
-        {dir.NameOf("missing/file"), L"00000002"},
+        {dir.NameOf("missing/file"), QvTest::s_lpctFolderMissing},
         {L"", L"00000003"},
         {dir.NameOf("."), L"00000005"},
     };
@@ -250,24 +252,28 @@ TEST(FileTextStream, AnUnwritablePathFailsInOpenWithItsNameAndTheCode)
 
 TEST(FileTextStream, AFullDiskFailsAndClosesTheFile)
 {
+    const QvTest::CFullDisk disk;
+    const std::wstring strName = disk.GetFileName();
     const std::size_t nOpen = CountOpenFiles();
-    CFileTextStream atClose(L"/dev/full", Encoding_UTF8);
+    CFileTextStream atClose(strName, Encoding_UTF8);
     atClose.Open();
     atClose.Append(L"a");
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atClose.Close(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
-    // A long piece is written while the next one arises, whose flush reports it.
-    CFileTextStream atFlush(L"/dev/full", Encoding_UTF8);
+    // A long piece is written while the next one arises, whose flush reports it, unless the system refuses it at once.
+    CFileTextStream atFlush(strName, Encoding_UTF8);
     atFlush.Open();
     atFlush.Append(Text(200000));
+#if !defined(_WIN32)
     EXPECT_NO_THROW(atFlush.Flush());
     atFlush.Append(L"b");
+#endif
     ExpectThrows<CQvException>(WriteFailed(L"00000070"), [&] { atFlush.Flush(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 
-    CFileTextStream mark(L"/dev/full", Encoding_UTF16);
-    ExpectThrows<CQvException>(OpenFailed(L"/dev/full", L"00000070"), [&] { mark.Open(); });
+    CFileTextStream mark(strName, Encoding_UTF16);
+    ExpectThrows<CQvException>(OpenFailed(strName, L"00000070"), [&] { mark.Open(); });
     EXPECT_EQ(nOpen, CountOpenFiles());
 }
 

@@ -1,5 +1,7 @@
 #include "quiver/output/StringBuffer.h"
 
+#include "quiver/foundation/UnitRuns.h"
+
 #include "quiver/foundation/Encoder.h"
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
@@ -225,7 +227,7 @@ TEST(StringBuffer, RunsAndShortTextsGoOverTheEndOfABlock)
             buffer.AppendShort(shortUnits);
             buffer.AppendRun(L'\t', n);
             buffer.AppendShort(longUnits);
-            const std::size_t nTaken = buffer.AppendWhile(L"a text up to <here>", [](wchar_t c) { return c != L'<'; });
+            const std::size_t nTaken = buffer.AppendBy(L"a text up to <here>", QvXmlLib9::CopyPlainUnits);
             EXPECT_EQ(13u, nTaken);
             strExpected += L"sixteen units ok" + std::wstring(n, L'\t') + L"seventeen of thema text up to ";
         }

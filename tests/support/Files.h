@@ -27,13 +27,23 @@ public:
             m_path = std::filesystem::temp_directory_path() / ("quiver-" + std::to_string(random()));
         while (!std::filesystem::create_directory(m_path));
     }
-    ~CTempDir() { std::filesystem::remove_all(m_path); }
+    /// Windows removes no file that is still open, which fails the test.
+    ~CTempDir()
+    {
+        std::error_code error;
+        std::filesystem::remove_all(m_path, error);
+        EXPECT_FALSE(error) << m_path << ": " << error.message();
+    }
     CTempDir(const CTempDir&) = delete;
     CTempDir& operator=(const CTempDir&) = delete;
 
     /// Name of a file in the directory, for the library and for the standard library.
-    std::wstring NameOf(const std::string& strFile) const { return (m_path / strFile).wstring(); }
-    std::filesystem::path PathOf(const std::string& strFile) const { return m_path / strFile; }
+    std::wstring NameOf(const std::string& strFile) const { return PathOf(strFile).wstring(); }
+    /// The name in UTF-8; its parts have slashes between them on every system.
+    std::filesystem::path PathOf(const std::string& strFile) const
+    {
+        return std::filesystem::u8path((m_path / std::filesystem::u8path(strFile)).generic_u8string());
+    }
 
 private:
     std::filesystem::path m_path;
@@ -54,13 +64,6 @@ inline void WriteFileBytes(const std::filesystem::path& path, std::string_view b
 }
 
 /// Files that the process has open, where the system tells; otherwise 0.
-inline std::size_t CountOpenFiles()
-{
-    std::error_code error;
-    std::size_t nCount = 0;
-    for (std::filesystem::directory_iterator it("/proc/self/fd", error), end; it != end; it.increment(error))
-        ++nCount;
-    return nCount;
-}
+std::size_t CountOpenFiles();
 
 } // namespace QvTest

@@ -51,6 +51,13 @@ inline std::string Pattern(std::size_t nLength)
     return strBytes;
 }
 
+/// The error number of a file in a folder that is missing: POSIX does not tell it from a missing file.
+#if defined(_WIN32)
+inline const wchar_t* const s_lpctFolderMissing = L"00000003";
+#else
+inline const wchar_t* const s_lpctFolderMissing = L"00000002";
+#endif
+
 /// Longer than what is written at once.
 inline const std::string s_strLong = Pattern(200000);
 

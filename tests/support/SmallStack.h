@@ -7,6 +7,10 @@
 #include <functional>
 
 #if defined(_WIN32)
+#include "quiver/foundation/StackGuard.h"
+
+#include <utility>
+
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -37,18 +41,32 @@ struct SStackRun
     }
 };
 
+#if defined(_WIN32)
+/// Runs `action` with no more stack than a thread of this size has for use: the system may have given the thread more.
+[[gnu::noinline]] inline void RunWithin(std::size_t nStackBytes, SStackRun& run)
+{
+    const std::size_t nUsable = QvXmlLib9::GetUsableStackBytes();
+    const std::size_t nWanted = nStackBytes - nStackBytes / 4;
+    volatile char* const pUsedUp = static_cast<char*>(__builtin_alloca(nUsable > nWanted ? nUsable - nWanted : 1));
+    *pUsedUp = 0;
+    run.Run();
+}
+#endif
+
 /// Runs `action` on a thread of its own that has `nStackBytes` of stack, and passes its exception on.
 inline void RunOnStack(std::size_t nStackBytes, const std::function<void()>& action)
 {
     SStackRun run{action, nullptr};
 #if defined(_WIN32)
-    const auto pfnMain = [](void* pRun) -> DWORD
+    std::pair<std::size_t, SStackRun*> order(nStackBytes, &run);
+    const auto pfnMain = [](void* pOrder) -> DWORD
     {
-        static_cast<SStackRun*>(pRun)->Run();
+        const auto& [nBytes, pRun] = *static_cast<std::pair<std::size_t, SStackRun*>*>(pOrder);
+        RunWithin(nBytes, *pRun);
         return 0;
     };
     const HANDLE hThread =
-        ::CreateThread(nullptr, nStackBytes, pfnMain, &run, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+        ::CreateThread(nullptr, nStackBytes, pfnMain, &order, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     ASSERT_NE(nullptr, hThread);
     ::WaitForSingleObject(hThread, INFINITE);
     ::CloseHandle(hThread);

@@ -1,8 +1,8 @@
 #include "tests/support/Files.h"
+#include "tests/support/Process.h"
 #include "tests/support/ToolRun.h"
 
 #include "tools/quiver-fi/Options.h"
-#include "tools/quiver-fi/Progress.h"
 #include "tools/quiver-fi/ValueType.h"
 #include "tools/quiver-fi/XmlNames.h"
 
@@ -15,16 +15,11 @@
 #include <cstdlib>
 #include <regex>
 #include <streambuf>
-#include <thread>
-
-#ifndef _WIN32
-#include <sys/wait.h>
-#include <unistd.h>
-#endif
 
 using namespace QvTest;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -378,9 +373,9 @@ TEST(QuiverFi, EscapesTextThatLooksLikeASection)
 TEST(QuiverFi, ReadsAndWritesFiles)
 {
     const CTempDir directory;
-    const std::string strXml = directory.PathOf("in.xml").string();
-    const std::string strDocument = directory.PathOf("out.fi").string();
-    const std::string strBack = directory.PathOf("-out.xml").string();
+    const std::string strXml = directory.PathOf("in.xml").u8string();
+    const std::string strDocument = directory.PathOf("out.fi").u8string();
+    const std::string strBack = directory.PathOf("-out.xml").u8string();
     WriteFileBytes(strXml, "<a/>");
     EXPECT_EQ(RunTool({"encode", strXml, strDocument}).nStatus, 0);
     EXPECT_EQ(RunTool({"decode", "--no-format", "--no-declaration", "--", strDocument, strBack}).nStatus, 0);
@@ -605,30 +600,47 @@ TEST(QuiverFi, SeesThatOutputCannotBeWritten)
     }
 }
 
-#ifndef _WIN32
 TEST(QuiverFi, SeesThatOutputCannotBeWrittenAsAProcess)
 {
-    if (access("/dev/full", W_OK) == 0)
+    using EKind = QvTest::SOutput::EKind;
+    const CTempDir directory;
+    const std::string strErr = directory.PathOf("err").u8string();
+    for (const auto& [strArgument, eKind] :
+         {std::pair<std::string, EKind>("--help", EKind::Full), {"--version", EKind::Full}, {"--help", EKind::Closed}})
     {
-        const CTempDir directory;
-        const std::string strErr = directory.PathOf("err").string();
-        for (const char* const lpcCommand : {"--help >/dev/full", "--version >/dev/full", "--help >&-"})
-        {
-            const std::string strCommand = "'" QUIVER_FI_PROGRAM "' " + std::string(lpcCommand) + " 2>'" + strErr + "'";
-            const int nStatus = std::system(strCommand.c_str());
-            EXPECT_TRUE(WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 1) << lpcCommand;
+        EXPECT_EQ(QvTest::RunProcess(QUIVER_FI_PROGRAM, {strArgument}, {eKind, {}}, {EKind::File, strErr}), 1)
+            << strArgument;
 #if defined(QUIVER_DIAGNOSTICS)
-            // The report of the instances goes there too.
-            EXPECT_THAT(ReadFileBytes(strErr), HasSubstr("quiver-fi: cannot write the standard stream\n"))
-                << lpcCommand;
+        // The report of the instances goes there too.
+        EXPECT_THAT(ReadFileBytes(strErr), HasSubstr("quiver-fi: cannot write the standard stream")) << strArgument;
 #else
-            EXPECT_EQ(ReadFileBytes(strErr), "quiver-fi: cannot write the standard stream\n") << lpcCommand;
+        EXPECT_THAT(ReadFileBytes(strErr), MatchesRegex("quiver-fi: cannot write the standard stream\r?\n"))
+            << strArgument;
 #endif
-        }
     }
-    EXPECT_EQ(std::system("'" QUIVER_FI_PROGRAM "' --version >/dev/null"), 0);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_FI_PROGRAM, {"--version"}), 0);
 }
-#endif
+
+TEST(QuiverFi, TakesFileNamesOfAllAlphabetsFromItsCommandLine)
+{
+    using EKind = QvTest::SOutput::EKind;
+    const CTempDir directory;
+    const std::string strName = "\xD0\xB7\xD0\xB0\xD0\xBA\xD0\xB0\xD0\xB7 \xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80";
+    const std::string strXml = directory.PathOf(strName + ".xml").u8string();
+    const std::string strInfoset = directory.PathOf(strName + ".finf").u8string();
+    const std::string strOut = directory.PathOf("out").u8string();
+    WriteFileBytes(directory.PathOf(strName + ".xml"), "<a>1</a>");
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_FI_PROGRAM, {"encode", strXml, strInfoset}), 0);
+    EXPECT_EQ(ReadFileBytes(directory.PathOf(strName + ".finf")), PipeThrough("encode", "<a>1</a>").strOut);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_FI_PROGRAM, {"decode", "--no-declaration", "--no-format", strInfoset, "-"},
+                                 {EKind::File, strOut}),
+              0);
+    EXPECT_EQ(ReadFileBytes(strOut), "<a>1</a>");
+    // What cannot be read is named in the same letters.
+    const std::string strMissing = directory.PathOf(strName).u8string();
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_FI_PROGRAM, {"inspect", strMissing}, {}, {EKind::File, strOut}), 1);
+    EXPECT_THAT(ReadFileBytes(strOut), HasSubstr("cannot open " + strMissing + ": "));
+}
 
 TEST(QuiverFi, TellsItsVersion)
 {
@@ -653,8 +665,8 @@ TEST(QuiverFi, NamesInItsHelpWhatIsNotKept)
 TEST(QuiverFi, NamesFilesThatCannotBeUsed)
 {
     const CTempDir directory;
-    const std::string strMissing = directory.PathOf("missing").string();
-    const std::string strNowhere = directory.PathOf("no/where").string();
+    const std::string strMissing = directory.PathOf("missing").u8string();
+    const std::string strNowhere = directory.PathOf("no/where").u8string();
     SToolRun run = RunTool({"encode", strMissing, "-"});
     EXPECT_EQ(run.nStatus, 1);
     EXPECT_EQ(run.strErr, "quiver-fi: cannot open " + strMissing + ": No such file or directory\n");
@@ -666,7 +678,7 @@ TEST(QuiverFi, NamesFilesThatCannotBeUsed)
 TEST(QuiverFi, LeavesTheOutputFileAloneIfTheInputIsBad)
 {
     const CTempDir directory;
-    const std::string strOutput = directory.PathOf("out").string();
+    const std::string strOutput = directory.PathOf("out").u8string();
     WriteFileBytes(strOutput, "before");
     EXPECT_EQ(RunTool({"encode", "-", strOutput}, "<a>").nStatus, 1);
     EXPECT_EQ(ReadFileBytes(strOutput), "before");
@@ -886,23 +898,6 @@ TEST(QuiverFi, ColoursTheColumnsOfAListingOnATerminal)
 }
 
 // --- parts ----------------------------------------------------------------------------------------------------------
-
-TEST(QuiverFi, ShowsProgressOnATerminalAfterASecond)
-{
-    std::istringstream in;
-    std::ostringstream out;
-    std::ostringstream err;
-    const quiver_fi::SStreams streams{in, out, err, true};
-    {
-        quiver_fi::CProgress progress(streams, "writing", 10000);
-        progress.Reach(5000);
-        EXPECT_EQ(err.str(), "");
-        std::this_thread::sleep_for(std::chrono::milliseconds(1100));
-        progress.Reach(9500);
-        EXPECT_EQ(err.str(), "\rquiver-fi: writing 95 %\x1B[K");
-    }
-    EXPECT_EQ(err.str(), "\rquiver-fi: writing 95 %\x1B[K\r\x1B[K");
-}
 
 TEST(QuiverFi, KnowsNamesWithoutColons)
 {

@@ -565,9 +565,9 @@ void CompareConversions(const CDecimal& value, const SModelDecimal& model)
     EXPECT_EQ(value.ToBigInteger().ToString(), Widen(rounded.get_str()));
     if (abs(model.whole.Value()) < mpz_class("9223372036854775808"))
     {
-        EXPECT_EQ(value.ToLongLong(), model.whole.Value().get_si());
+        EXPECT_EQ(std::to_string(value.ToLongLong()), model.whole.Value().get_str());
     }
-    if (abs(rounded) < 2147483648)
+    if (abs(rounded) < mpz_class("2147483648"))
     {
         EXPECT_EQ(value.ToLong(), rounded.get_si());
     }

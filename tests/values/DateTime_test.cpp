@@ -1,6 +1,7 @@
 #include "quiver/values/DateTime.h"
 
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/platform/SystemTimeFields.h"
 #include "tests/support/AllocationCount.h"
 #include "tests/support/Dates.h"
 #include "tests/support/Expect.h"
@@ -189,18 +190,14 @@ TEST(DateTimeTest, OldFormOfAMonthIsAcceptedWithAnyTwoCharacters)
     ExpectForms(&CDateTime::ParseXSDDate, forms);
 }
 
-#if WCHAR_MAX > 0xFFFF
-
 TEST(DateTimeTest, LengthsCountUtf16Units)
 {
     // A whole code point above 0xFFFF counts as its two units, like the pair itself.
-    const std::wstring strWhole = std::wstring(L"--12") + static_cast<wchar_t>(0x1F600);
+    const std::wstring strWhole = L"--12\U0001F600";
     const std::wstring strPair = std::wstring(L"--12") + static_cast<wchar_t>(0xD83D) + static_cast<wchar_t>(0xDE00);
     EXPECT_TEXT(L"--12", Date(strPair.c_str()).ToString());
     EXPECT_TEXT(L"--12", Date(strWhole.c_str()).ToString());
 }
-
-#endif
 
 TEST(DateTimeTest, FailuresOfTheDateParserSayWhy)
 {

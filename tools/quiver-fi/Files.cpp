@@ -1,6 +1,7 @@
 #include "tools/quiver-fi/Files.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <ostream>
@@ -15,6 +16,19 @@ namespace
 bool IsStandardStream(const std::string& strName)
 {
     return strName == "-";
+}
+
+/// What is no UTF-8 is the name of no file where names are UTF-16, and of any elsewhere.
+std::filesystem::path ToPath(const std::string& strName)
+{
+    try
+    {
+        return std::filesystem::u8path(strName);
+    }
+    catch (const std::filesystem::filesystem_error&)
+    {
+        return {};
+    }
 }
 
 /// @param lpcWhat what has failed: "read".
@@ -53,7 +67,7 @@ std::string ReadInput(const std::string& strName, const SStreams& streams)
     if (IsStandardStream(strName))
         return ReadAll(streams.in, strName);
     errno = 0;
-    std::ifstream file(strName, std::ios::binary);
+    std::ifstream file(ToPath(strName), std::ios::binary);
     if (!file)
         ThrowFailed("open", strName, errno);
     return ReadAll(file, strName);
@@ -75,7 +89,7 @@ void WriteOutput(const std::string& strName, std::string_view svBytes, const SSt
         return;
     }
     errno = 0;
-    std::ofstream file(strName, std::ios::binary | std::ios::trunc);
+    std::ofstream file(ToPath(strName), std::ios::binary | std::ios::trunc);
     if (!file)
         ThrowFailed("create", strName, errno);
     file.write(svBytes.data(), nLength);

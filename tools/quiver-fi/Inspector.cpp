@@ -1,7 +1,7 @@
 #include "tools/quiver-fi/Inspector.h"
 
+#include "tools/common/Progress.h"
 #include "tools/quiver-fi/Listing.h"
-#include "tools/quiver-fi/Progress.h"
 #include "tools/quiver-fi/Text.h"
 
 #include "quiver/fastinfoset/FIDeclarations.h"
@@ -74,7 +74,8 @@ public:
         , m_in(octets)
         , m_pListing(pListing)
         , m_handler(handler)
-        , m_progress(streams, pListing != nullptr ? "listing" : "reading", octets.size())
+        , m_progress(streams.err, streams.bErrIsTerminal,
+                     pListing != nullptr ? "quiver-fi: listing" : "quiver-fi: reading", octets.size())
         , m_tables(bWholeValues)
     {
     }
@@ -129,7 +130,7 @@ private:
     CFIOctetReader m_in;
     CListing* m_pListing;
     IInfosetHandler& m_handler;
-    CProgress m_progress;
+    quiver_tools::CProgress m_progress;
     CTables m_tables;
     std::vector<SName> m_open;
     /// Where the item begins that is being read.

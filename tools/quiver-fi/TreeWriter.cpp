@@ -1,6 +1,6 @@
 #include "tools/quiver-fi/TreeWriter.h"
 
-#include "tools/quiver-fi/Progress.h"
+#include "tools/common/Progress.h"
 #include "tools/quiver-fi/Text.h"
 
 #include <vector>
@@ -70,7 +70,7 @@ void WriteTree(const CDocument& document, const CNamespacePlan& plan, ITreeSink&
 {
     const std::vector<SContent> contents = SurveyContent(document);
     const std::vector<CDocument::SEvent>& events = document.GetEvents();
-    CProgress progress(streams, "writing", events.size());
+    quiver_tools::CProgress progress(streams.err, streams.bErrIsTerminal, "quiver-fi: writing", events.size());
     std::size_t nElement = 0;
     std::vector<std::size_t> open;
     for (std::size_t nEvent = 0; nEvent < events.size(); ++nEvent)

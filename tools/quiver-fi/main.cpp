@@ -1,3 +1,5 @@
+#include "tools/common/CommandLine.h"
+#include "tools/common/Terminal.h"
 #include "tools/quiver-fi/Program.h"
 
 #include <cstdio>
@@ -26,15 +28,6 @@ void PrepareStandardStreams()
     std::cin.tie(nullptr);
 }
 
-bool IsErrorOutputATerminal()
-{
-#ifdef _WIN32
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) == 1;
-#endif
-}
-
 /// A terminal that knows colours, and nobody who asks for none (no-color.org).
 bool IsOutputColoured()
 {
@@ -53,7 +46,8 @@ bool IsOutputColoured()
 int main(int nArguments, char** ppArguments)
 {
     PrepareStandardStreams();
-    const std::vector<std::string> arguments(ppArguments + 1, ppArguments + nArguments);
-    return quiver_fi::RunProgram(arguments,
-                                 {std::cin, std::cout, std::cerr, IsErrorOutputATerminal(), IsOutputColoured()});
+    const quiver_tools::CUtf8Console console;
+    return quiver_fi::RunProgram(
+        quiver_tools::GetArguments(nArguments, ppArguments),
+        {std::cin, std::cout, std::cerr, quiver_tools::IsErrorOutputATerminal(), IsOutputColoured()});
 }

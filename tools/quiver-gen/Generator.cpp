@@ -15,6 +15,14 @@ namespace quiver_gen
 namespace
 {
 
+/// Where words go, and whether somebody watches the last of them.
+struct SStreams
+{
+    std::ostream& out;
+    std::ostream& err;
+    bool bErrIsTerminal;
+};
+
 constexpr int s_nDone = 0;
 constexpr int s_nSchemaWrong = 1;
 constexpr int s_nDocumentRefused = 1;
@@ -62,9 +70,9 @@ void Write(const SOptions& options, const schema::SSchemaSet& set, const binding
     WriteFiles(files);
 }
 
-int Check(const SOptions& options, const binding::SBinding& binding, std::ostream& err)
+int Check(const SOptions& options, const binding::SBinding& binding, const SStreams& streams)
 {
-    switch (check::CheckDocuments(binding, options.documents, err))
+    switch (check::CheckDocuments(binding, options.documents, streams.err, streams.bErrIsTerminal))
     {
     case check::EFinding::Right:
         break;
@@ -76,7 +84,7 @@ int Check(const SOptions& options, const binding::SBinding& binding, std::ostrea
     return s_nDone;
 }
 
-int Generate(const SOptions& options, std::ostream& out, std::ostream& err)
+int Generate(const SOptions& options, const SStreams& streams)
 {
     schema::SSchemaSet set;
     schema::CDiagnostics diagnostics;
@@ -84,43 +92,43 @@ int Generate(const SOptions& options, std::ostream& out, std::ostream& err)
     const bool bLoaded = schema::LoadSchemas(options.load, set, diagnostics);
     const bool bBinding = bLoaded && options.eCommand != ECommand::DumpComponents;
     const bool bMapped = !bBinding || binding::BuildBinding(set, options.binding, binding, diagnostics);
-    diagnostics.Print(err, set.files);
+    diagnostics.Print(streams.err, set.files);
     if (!bLoaded)
         return s_nSchemaWrong;
     if (!bMapped)
         return s_nNotMapped;
     if (options.bWarningsAreErrors && HasWarnings(diagnostics))
     {
-        err << "quiver-gen: nothing is written, since --werror makes the warnings errors\n";
+        streams.err << "quiver-gen: nothing is written, since --werror makes the warnings errors\n";
         return s_nNotMapped;
     }
     if (options.eCommand == ECommand::Check)
-        return Check(options, binding, err);
+        return Check(options, binding, streams);
     if (options.eCommand == ECommand::DumpComponents)
-        schema::DumpComponents(set, out);
+        schema::DumpComponents(set, streams.out);
     else if (options.eCommand == ECommand::DumpBinding)
-        binding::Dump(binding, out);
+        binding::Dump(binding, streams.out);
     else
-        Write(options, set, binding, out);
+        Write(options, set, binding, streams.out);
     return s_nDone;
 }
 
-int Run(const SOptions& options, std::ostream& out, std::ostream& err)
+int Run(const SOptions& options, const SStreams& streams)
 {
     switch (options.eCommand)
     {
     case ECommand::Help:
-        out << GetHelp();
+        streams.out << GetHelp();
         return s_nDone;
     case ECommand::Version:
-        out << "quiver-gen " QUIVER_VERSION "\n";
+        streams.out << "quiver-gen " QUIVER_VERSION "\n";
         return s_nDone;
     case ECommand::Generate:
     case ECommand::ListFiles:
     case ECommand::DumpComponents:
     case ECommand::DumpBinding:
     case ECommand::Check:
-        return Generate(options, out, err);
+        return Generate(options, streams);
     }
     return s_nCommandWrong;
 }
@@ -133,11 +141,11 @@ int Fail(const std::string& strMessage, std::ostream& err)
 
 } // namespace
 
-int RunGenerator(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+int RunGenerator(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, bool bErrIsTerminal)
 {
     try
     {
-        const int nStatus = Run(ParseOptions(arguments), out, err);
+        const int nStatus = Run(ParseOptions(arguments), {out, err, bErrIsTerminal});
         if (!out.flush())
             return Fail("cannot write the standard output", err);
         return nStatus;

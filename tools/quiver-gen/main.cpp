@@ -1,3 +1,5 @@
+#include "tools/common/CommandLine.h"
+#include "tools/common/Terminal.h"
 #include "tools/quiver-gen/Generator.h"
 
 #include <iostream>
@@ -5,6 +7,7 @@
 int main(int nArguments, char** ppArguments)
 {
     std::ios::sync_with_stdio(false);
-    return quiver_gen::RunGenerator(std::vector<std::string>(ppArguments + 1, ppArguments + nArguments), std::cout,
-                                    std::cerr);
+    const quiver_tools::CUtf8Console console;
+    return quiver_gen::RunGenerator(quiver_tools::GetArguments(nArguments, ppArguments), std::cout, std::cerr,
+                                    quiver_tools::IsErrorOutputATerminal());
 }

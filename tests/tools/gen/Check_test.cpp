@@ -69,7 +69,7 @@ protected:
         m_fSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         EXPECT_EQ(out.str(), "");
         m_strErr = err.str();
-        const std::string strFolder = m_dir.PathOf("").string();
+        const std::string strFolder = m_dir.PathOf("").u8string();
         for (std::size_t n = m_strErr.find(strFolder); n != std::string::npos; n = m_strErr.find(strFolder, n))
             m_strErr.erase(n, strFolder.size());
         return nStatus;
@@ -294,7 +294,7 @@ CClassesInMemory Load(const std::string& strSchema)
 {
     const CTempDir dir;
     WriteFileBytes(dir.PathOf("s.xsd"), strSchema);
-    return CClassesInMemory({dir.PathOf("s.xsd").string()});
+    return CClassesInMemory({dir.PathOf("s.xsd").u8string()});
 }
 
 std::string Rewrite(const CClassesInMemory& classes, const std::string& strDocument)

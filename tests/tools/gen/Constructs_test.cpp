@@ -134,10 +134,6 @@ CObject Read(std::string strBytes)
     document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
                            static_cast<unsigned long>(strBytes.size()));
     CObject spObject = constructs::CRoots::CreateRoot(document.GetDocumentElement());
-    if (spObject == nullptr)
-        throw CQvValidationException(L"There is no class for the element [" +
-                                     document.GetDocumentElement()->GetLocalName() + L"] of the namespace [" +
-                                     document.GetDocumentElement()->GetNamespaceURI() + L"]");
     spObject->FromXmlElement(document.GetDocumentElement(), context);
     return spObject;
 }

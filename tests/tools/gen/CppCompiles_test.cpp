@@ -60,9 +60,9 @@ TEST_P(CppCompiles, WithoutAWarning)
     const CTempDir dir;
     std::vector<cpp::SFile> files = cpp::WriteCode(binding, options);
     for (cpp::SFile& file : files)
-        file.strName = dir.PathOf(file.strName).string();
+        file.strName = dir.PathOf(file.strName).u8string();
     WriteFiles(files);
-    EXPECT_TRUE(Compiles(dir.PathOf("").string(), one.lpcCompiler));
+    EXPECT_TRUE(Compiles(dir.PathOf("").u8string(), one.lpcCompiler));
 }
 
 constexpr const char* s_lpc17 = "'" QUIVER_CXX "' -std=c++17";
@@ -87,11 +87,11 @@ TEST(CppCompilesSchemas, OfTheExamplesWithoutAWarning)
     {
         const CTempDir dir;
         std::ostringstream out;
-        ASSERT_EQ(RunGenerator({std::string(QUIVER_SOURCE_DIR "/examples/") + lpcSchema, "-o", dir.PathOf("").string(),
-                                "--split", "none", "--program"},
+        ASSERT_EQ(RunGenerator({std::string(QUIVER_SOURCE_DIR "/examples/") + lpcSchema, "-o",
+                                dir.PathOf("").u8string(), "--split", "none", "--program"},
                                out, std::cerr),
                   0);
-        EXPECT_TRUE(Compiles(dir.PathOf("").string(), s_lpc17)) << lpcSchema;
+        EXPECT_TRUE(Compiles(dir.PathOf("").u8string(), s_lpc17)) << lpcSchema;
     }
 }
 

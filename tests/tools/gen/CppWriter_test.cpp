@@ -121,9 +121,11 @@ class CRoots : public QvXmlLib9::CClassfactoryBase
 {
 public:
     /// The object for the root element of a document, by its name and its `xsi:type`; nothing is read into it.
-    /// @return null if the schema has no such element.
-    /// @throws CQvValidationException if its type may not stand there.
+    /// @throws CQvValidationException if the schema has no such element, or its type may not stand there.
     static CSmartPtr<QvXmlLib9::CXmlObjectBase> CreateRoot(QvXmlLib9::CXmlElement* pElement);
+
+    /// Whether the schema has a root element of this name.
+    static bool IsRoot(const QvXmlLib9::CXmlElement& element);
 
     /// An empty `order`.
     ///
@@ -148,7 +150,8 @@ public:
 constexpr SAlternatives s_roots{s_rowsOfRoots, sizeof s_rowsOfRoots / sizeof *s_rowsOfRoots};
 } // namespace
 )"));
-    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr("    return QvXmlLib9::CreateRoot(pElement, s_roots);\n}\n"));
+    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr("    return CreateKnownRoot(pElement, s_roots);\n}\n"));
+    EXPECT_THAT(texts.at("Roots.cpp"), HasSubstr("    return QvXmlLib9::IsRoot(element, s_roots);\n}\n"));
     EXPECT_THAT(texts.at("Roots.cpp"),
                 HasSubstr("    return new CRootIn<order::CNote, s_lpctNoNamespace>(L\"note\");\n"));
 }
@@ -158,8 +161,9 @@ TEST(CppWriter, WritesAFactoryWithoutRoots)
     const SBinding binding;
     const auto texts = Write(binding, MakeOptions());
     EXPECT_THAT(GetNames(texts), ElementsAre("Factory.cpp", "Factory.h"));
-    EXPECT_THAT(texts.at("Factory.cpp"), HasSubstr("\nCSmartPtr<CXmlObjectBase> CFactory::CreateRoot(CXmlElement*)\n{\n"
-                                                   "    return CSmartPtr<CXmlObjectBase>();\n}\n"));
+    EXPECT_THAT(texts.at("Factory.cpp"),
+                HasSubstr("\nCSmartPtr<CXmlObjectBase> CFactory::CreateRoot(CXmlElement* pElement)\n{\n"
+                          "    return CreateKnownRoot(pElement, {nullptr, 0});\n}\n"));
 }
 
 TEST(CppWriter, KeepsTheFactoryApartFromTheSchema)

@@ -157,9 +157,9 @@ TEST(GenOptions, TakesRootsUpToTheNextOptionOrSchema)
 TEST(GenOptions, ReadsRulesFromFiles)
 {
     const CTempDir dir;
-    const std::string strNamespaces = dir.PathOf("namespaces").string();
-    const std::string strRenames = dir.PathOf("renames").string();
-    const std::string strMaps = dir.PathOf("maps").string();
+    const std::string strNamespaces = dir.PathOf("namespaces").u8string();
+    const std::string strRenames = dir.PathOf("renames").u8string();
+    const std::string strMaps = dir.PathOf("maps").u8string();
     WriteFileBytes(strNamespaces, "# a comment\n\n  urn:a=x::y \t\r\nurn:b=z");
     WriteFileBytes(strRenames, "{urn:a}Item/part = Piece\nOrder = Sale\n");
     WriteFileBytes(strMaps, "{urn:a}Money = decimal\n{urn:a}Id = string\n");
@@ -177,7 +177,7 @@ TEST(GenOptions, ReadsRulesFromFiles)
 TEST(GenOptions, NamesTheLineOfABadRule)
 {
     const CTempDir dir;
-    const std::string strPath = dir.PathOf("rules").string();
+    const std::string strPath = dir.PathOf("rules").u8string();
     WriteFileBytes(strPath, "# fine\nnonsense\n");
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"--namespace-file", "URI=ns::name"},
@@ -187,7 +187,7 @@ TEST(GenOptions, NamesTheLineOfABadRule)
     for (const auto& [strOption, strForm] : cases)
         EXPECT_EQ(GetMessage({"a.xsd", "-o", "x", strOption, strPath}),
                   strPath + ":2:1: error: a rule has the form " + strForm);
-    const std::string strNone = dir.PathOf("none").string();
+    const std::string strNone = dir.PathOf("none").u8string();
     EXPECT_EQ(GetMessage({"a.xsd", "-o", "x", "--map", strNone}),
               "cannot read " + strNone + ": No such file or directory");
 }

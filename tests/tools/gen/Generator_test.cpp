@@ -1,4 +1,5 @@
 #include "tests/support/Files.h"
+#include "tests/support/Process.h"
 
 #include "tools/quiver-gen/Generator.h"
 
@@ -57,7 +58,7 @@ protected:
         WriteFileBytes(m_dir.PathOf("mixed.xsd"), s_lpcMixed);
     }
 
-    std::string PathOf(const std::string& strName) const { return m_dir.PathOf(strName).string(); }
+    std::string PathOf(const std::string& strName) const { return m_dir.PathOf(strName).u8string(); }
 
     int Run(std::vector<std::string> arguments)
     {
@@ -80,10 +81,10 @@ protected:
     std::vector<std::string> ListFolder(const std::string& strName) const
     {
         std::vector<std::string> names;
-        if (fs::exists(PathOf(strName)))
+        if (fs::exists(m_dir.PathOf(strName)))
         {
-            for (const fs::directory_entry& entry : fs::directory_iterator(PathOf(strName)))
-                names.push_back(entry.path().filename().string());
+            for (const fs::directory_entry& entry : fs::directory_iterator(m_dir.PathOf(strName)))
+                names.push_back(entry.path().filename().u8string());
         }
         std::sort(names.begin(), names.end());
         return names;
@@ -107,7 +108,9 @@ TEST_F(Generator, WritesTheSameBytesAgainAndTouchesNothing)
 {
     ASSERT_EQ(Run({PathOf("order.xsd"), "-o", PathOf("out")}), 0);
     ASSERT_EQ(Run({PathOf("order.xsd"), "-o", PathOf("again")}), 0);
-    const auto then = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    // Whole seconds, which every file system keeps.
+    const fs::file_time_type then =
+        std::chrono::floor<std::chrono::seconds>(fs::file_time_type::clock::now() - std::chrono::hours(1));
     for (const std::string& strName : ListFolder("out"))
     {
         EXPECT_EQ(ReadFileBytes(PathOf("out/" + strName)), ReadFileBytes(PathOf("again/" + strName))) << strName;
@@ -213,31 +216,39 @@ TEST_F(Generator, NoticesThatItsOutputGoesNowhere)
     EXPECT_EQ(err.str(), "quiver-gen: cannot write the standard output\n");
 }
 
-#ifdef __linux__
-/// Exit status of a command of the shell.
-int RunShell(const std::string& strCommand)
-{
-    const int nStatus = std::system(strCommand.c_str());
-    return nStatus == -1 ? -1 : nStatus >> 8;
-}
-
 TEST_F(Generator, TheProgramNoticesAFullOrClosedOutput)
 {
-    const std::string strProgram = "'" QUIVER_GEN_PROGRAM "'";
-    const std::string strDump = strProgram + " '" + PathOf("order.xsd") + "' --dump-binding";
-    EXPECT_EQ(RunShell(strDump + " >/dev/null 2>&1"), 0);
-    EXPECT_EQ(RunShell(strDump + " >/dev/full 2>/dev/null"), 2);
-    EXPECT_EQ(RunShell(strDump + " >&- 2>/dev/null"), 2);
-    EXPECT_EQ(RunShell(strProgram + " --help >/dev/full 2>/dev/null"), 2);
-    EXPECT_EQ(RunShell(strProgram + " --version >&- 2>/dev/null"), 2);
+    using EKind = QvTest::SOutput::EKind;
+    const std::vector<std::string> dump{PathOf("order.xsd"), "--dump-binding"};
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, dump), 0);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, dump, {EKind::Full, {}}), 2);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, dump, {EKind::Closed, {}}), 2);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, {"--help"}, {EKind::Full, {}}), 2);
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, {"--version"}, {EKind::Closed, {}}), 2);
 }
 
 TEST_F(Generator, TheProgramWritesWithoutStandardOutput)
 {
-    EXPECT_EQ(RunShell("'" QUIVER_GEN_PROGRAM "' '" + PathOf("order.xsd") + "' -o '" + PathOf("out") + "' >&- 2>&-"),
+    using EKind = QvTest::SOutput::EKind;
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, {PathOf("order.xsd"), "-o", PathOf("out")}, {EKind::Closed, {}},
+                                 {EKind::Closed, {}}),
               0);
     EXPECT_EQ(ListFolder("out").size(), 6u);
 }
-#endif
+
+TEST_F(Generator, TheProgramTakesFileNamesOfAllAlphabetsFromItsCommandLine)
+{
+    using EKind = QvTest::SOutput::EKind;
+    const std::string strName = "\xD0\xB7\xD0\xB0\xD0\xBA\xD0\xB0\xD0\xB7 \xE4\xB8\xAD";
+    fs::rename(fs::u8path(PathOf("order.xsd")), fs::u8path(PathOf(strName + ".xsd")));
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, {PathOf(strName + ".xsd"), "-o", PathOf(strName)}), 0);
+    EXPECT_EQ(ListFolder(strName).size(), 6u);
+    // What is wrong in a file is told with its name in the same letters.
+    WriteFileBytes(fs::u8path(PathOf(strName + ".xsd")), "<a/>");
+    EXPECT_EQ(QvTest::RunProcess(QUIVER_GEN_PROGRAM, {PathOf(strName + ".xsd"), "-o", PathOf(strName)}, {},
+                                 {EKind::File, PathOf("err")}),
+              1);
+    EXPECT_THAT(ReadFileBytes(PathOf("err")), HasSubstr(PathOf(strName + ".xsd")));
+}
 
 } // namespace

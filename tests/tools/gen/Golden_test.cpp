@@ -71,7 +71,7 @@ protected:
 
 TEST_P(GeneratedCode, IsThatOfTheGoldenFiles)
 {
-    Generate(GetParam(), m_dir.PathOf("out").string());
+    Generate(GetParam(), m_dir.PathOf("out").u8string());
     const CFiles expected = ReadFolder(std::filesystem::path(QUIVER_GOLDEN) / GetParam().strName, ".txt");
     const CFiles written = ReadFolder(m_dir.PathOf("out"));
     ASSERT_FALSE(expected.empty());
@@ -85,14 +85,14 @@ TEST_P(GeneratedCode, IsThatOfTheGoldenFiles)
 
 TEST_P(GeneratedCode, IsTheSameEachTime)
 {
-    Generate(GetParam(), m_dir.PathOf("one").string());
-    Generate(GetParam(), m_dir.PathOf("two").string());
+    Generate(GetParam(), m_dir.PathOf("one").u8string());
+    Generate(GetParam(), m_dir.PathOf("two").u8string());
     EXPECT_EQ(ReadFolder(m_dir.PathOf("one")), ReadFolder(m_dir.PathOf("two")));
 }
 
 TEST_P(GeneratedCode, IsNotWrittenWhereNothingChanged)
 {
-    const std::string strFolder = m_dir.PathOf("out").string();
+    const std::string strFolder = m_dir.PathOf("out").u8string();
     Generate(GetParam(), strFolder);
     const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
     for (const auto& entry : std::filesystem::directory_iterator(strFolder))

@@ -34,12 +34,13 @@ SRun Generate(const std::string& strSchema)
     std::ostringstream err;
     SRun run;
     const auto start = std::chrono::steady_clock::now();
-    run.nStatus = quiver_gen::RunGenerator({dir.PathOf("s.xsd").string(), "-o", dir.PathOf("out").string()}, out, err);
+    run.nStatus =
+        quiver_gen::RunGenerator({dir.PathOf("s.xsd").u8string(), "-o", dir.PathOf("out").u8string()}, out, err);
     run.fSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.strMessages = err.str();
     WriteFileBytes(dir.PathOf("d.xml"), "<t:r xmlns:t='urn:t'/>");
     run.nCheckStatus =
-        quiver_gen::RunGenerator({"--check", dir.PathOf("s.xsd").string(), dir.PathOf("d.xml").string()}, out, err);
+        quiver_gen::RunGenerator({"--check", dir.PathOf("s.xsd").u8string(), dir.PathOf("d.xml").u8string()}, out, err);
     if (std::filesystem::exists(dir.PathOf("out")))
         for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("out")))
             run.nBytes += entry.file_size();
@@ -127,6 +128,29 @@ std::string Substitutes(int nCount)
                        }) +
                 "<xs:element name='r'><xs:complexType><xs:sequence><xs:element ref='t:h' maxOccurs='9'/></xs:sequence>"
                 "</xs:complexType></xs:element>");
+}
+
+/// Unions of which each is a member of the next and admits two of its values; and a value that none of them admits.
+std::string EnumeratedUnions(int nDepth)
+{
+    return Wrap("<xs:simpleType name='U-1'><xs:union memberTypes='xs:int xs:boolean'/></xs:simpleType>" +
+                Repeat(nDepth,
+                       [](const std::string& n)
+                       {
+                           return "<xs:simpleType name='U" + n +
+                                  "'><xs:restriction><xs:simpleType><xs:union memberTypes='t:U" +
+                                  std::to_string(std::stoi(n) - 1) +
+                                  " xs:date'/></xs:simpleType><xs:enumeration value='1'/><xs:enumeration value='2'/>"
+                                  "</xs:restriction></xs:simpleType>";
+                       }) +
+                "<xs:element name='r' type='t:U" + std::to_string(nDepth - 1) + "' default='3'/>");
+}
+
+/// One wildcard for many namespaces.
+std::string Namespaces(int nCount)
+{
+    return Type("<xs:sequence><xs:any namespace='" +
+                Repeat(nCount, [](const std::string& n) { return "urn:n" + n + " "; }) + "'/></xs:sequence>");
 }
 
 std::string DeepElements(int nDepth)
@@ -220,6 +244,8 @@ std::vector<SHostile> GetHostile()
         {"ManySubstitutes", Substitutes(2000), 0, ""},
         {"LargeChoice", Members("choice", 2000), 0, ""},
         {"LargeEnumeration", Enumeration(10000), 0, ""},
+        {"EnumeratedUnions", EnumeratedUnions(40), 1, "'3'"},
+        {"ManyNamespaces", Namespaces(12000), 0, ""},
         {"LongNames",
          Wrap("<xs:complexType name='" + strLong + "'><xs:sequence><xs:element name='" + strLong +
               "' type='xs:int'/></xs:sequence><xs:attribute name='" + strLong +

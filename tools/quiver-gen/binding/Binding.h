@@ -104,6 +104,7 @@ enum class EMember
 {
     Value,         ///< a simple value
     NillableValue, ///< a simple value whose element may be nil
+    TypedValue,    ///< a simple value of any type, which its element may say; a nillable one is a NillableValue
     Object,        ///< an object with an element of its own
     Group,         ///< an object without one: a nested group
     Wildcard       ///< an open element: xs:any, or an element of type xs:anyType
@@ -276,6 +277,14 @@ struct SKnownAttribute
     SValueRule value;
 };
 
+/// A simple type that an element may say it has.
+struct SNamedType
+{
+    std::string strName;
+    std::string strUri;
+    SSimpleType* pType = nullptr;
+};
+
 struct SBinding
 {
     std::deque<SNamespace> namespaces;
@@ -283,7 +292,11 @@ struct SBinding
     std::deque<SClass> classes;
     std::vector<SRoot> roots;
     std::vector<SKnownAttribute> knownAttributes; ///< none unless a wildcard asks for them
+    std::vector<SNamedType> namedTypes;           ///< none unless values of any simple type ask for them
 };
+
+/// Whether values of a type say theirs.
+bool IsAnySimpleType(const SSimpleType& type);
 
 /// Whether a class has a wildcard that lets known elements and attributes through only if they are right.
 bool HasCheckedWildcards(const SBinding& binding);

@@ -68,6 +68,7 @@ void Build(SBuild& build)
     classes.Build(complexTypes);
     AddRoots(build, classes);
     AddKnownAttributes(build);
+    AddNamedTypes(build);
     classes.AddAlternatives();
     classes.MarkNillable();
     WarnOfConstraints(build);

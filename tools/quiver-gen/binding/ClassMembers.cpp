@@ -124,8 +124,10 @@ void CClasses::SetType(SMember& member, const schema::SElement& element)
     const schema::SValueConstraint* pValue = element.value ? &*element.value : nullptr;
     if (const schema::SSimpleType* pSimple = std::as_const(*element.pType).AsSimple())
     {
-        member.eMember = element.bNillable ? EMember::NillableValue : EMember::Value;
         member.pType = &m_build.simpleTypes.Get(*pSimple);
+        member.eMember = element.bNillable                ? EMember::NillableValue
+                         : IsAnySimpleType(*member.pType) ? EMember::TypedValue
+                                                          : EMember::Value;
         member.value = m_build.simpleTypes.MakeRule(pValue, *pSimple);
         WarnOfId(*pSimple, element);
         return;

@@ -57,8 +57,9 @@ const SMember* CClasses::TakeCounterpart(SCounterparts& counterparts, const SMem
 
 bool CClasses::IsCounterpart(const SMember& base, const SMember& member) const
 {
-    const bool bNoMoreNil = base.eMember == EMember::NillableValue && member.eMember == EMember::Value;
-    if (base.eMember != member.eMember && !bNoMoreNil)
+    const bool bObject = base.eMember == EMember::NillableValue || base.eMember == EMember::TypedValue;
+    const bool bNarrower = bObject && (member.eMember == EMember::Value || member.eMember == EMember::TypedValue);
+    if (base.eMember != member.eMember && !bNarrower)
         return false;
     if (member.eCardinality == ECardinality::Repeated && base.eCardinality != ECardinality::Repeated)
         return false;
@@ -73,6 +74,7 @@ bool CClasses::IsCounterpart(const SMember& base, const SMember& member) const
                IsDerived(member.pClass, *base.pClass);
     case EMember::Value:
     case EMember::NillableValue:
+    case EMember::TypedValue:
         break;
     }
     return base.strElement == member.strElement && base.strUri == member.strUri;
@@ -91,15 +93,15 @@ void CClasses::Inherit(SMember& member, const SMember& base, const schema::SElem
     }
     if (!member.pType)
         return;
-    // The items of a collection are checked by the type that the base gave it.
-    if (member.eCardinality == ECardinality::Repeated &&
+    // The items of a collection are checked by the type that the base gave it. A value that is an object is one of a
+    // class for its type, which cannot be another one.
+    const bool bObject = member.eMember != EMember::Value;
+    if ((bObject || member.eCardinality == ECardinality::Repeated) &&
         &m_build.simpleTypes.Get(*pElement->pType->AsSimple()) != base.pType)
         m_build.warnings.Add(EWarning::HeldAsBase, pElement->position, pElement->name.strLocal);
-    // A nillable value is an object of a class for its type, which cannot be another one.
-    member.pType = member.eMember == EMember::NillableValue
-                       ? base.pType
-                       : &m_build.simpleTypes.GetHeldLike(*pElement->pType->AsSimple(), *base.pType,
-                                                          {item, pElement->position, pElement->name.strLocal});
+    member.pType = bObject ? base.pType
+                           : &m_build.simpleTypes.GetHeldLike(*pElement->pType->AsSimple(), *base.pType,
+                                                              {item, pElement->position, pElement->name.strLocal});
 }
 
 bool CClasses::IsDerived(const SClass* pClass, const SClass& base)

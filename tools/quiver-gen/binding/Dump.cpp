@@ -20,7 +20,7 @@ constexpr std::string_view s_values[] = {"String",   "Boolean",  "I1",     "I2",
                                          "UI2",      "UI4",      "UI8",    "R4",          "R8",  "Decimal", "Integer",
                                          "DateTime", "Duration", "Binary", "Enumeration", "List"};
 static_assert(std::size(s_values) == static_cast<std::size_t>(EValue::List) + 1);
-constexpr std::string_view s_members[] = {"value", "nillable", "object", "group", "wildcard"};
+constexpr std::string_view s_members[] = {"value", "nillable", "typed", "object", "group", "wildcard"};
 static_assert(std::size(s_members) == static_cast<std::size_t>(EMember::Wildcard) + 1);
 constexpr std::string_view s_groups[] = {"sequence", "choice", "all"};
 static_assert(std::size(s_groups) == static_cast<std::size_t>(SClass::EGroup::All) + 1);
@@ -134,7 +134,7 @@ void PrintMember(const SMember& member, const SNamespace* pHere, std::ostream& o
     else
         out << (member.eCardinality == ECardinality::Required ? "required" : "optional");
     out << ' ' << NameOf(member.eMember, s_members);
-    if (member.eMember == EMember::Value || member.eMember == EMember::NillableValue)
+    if (member.pType != nullptr)
         out << ' ' << Refer(member.pType, pHere);
     else if (member.eMember != EMember::Wildcard)
         out << ' ' << Refer(member.pClass, pHere);
@@ -261,6 +261,8 @@ void Dump(const SBinding& binding, std::ostream& out)
         PrintRoot(root, out);
     for (const SKnownAttribute& attribute : binding.knownAttributes)
         PrintKnown(attribute, out);
+    for (const SNamedType& type : binding.namedTypes)
+        out << "named " << QName(type.strUri, type.strName) << ": " << Refer(type.pType, nullptr) << '\n';
 }
 
 } // namespace quiver_gen::binding

@@ -33,15 +33,9 @@ bool CReach::Find(const SBindingOptions& options, schema::CDiagnostics& diagnost
             for (const schema::SType* pType : item.types.list)
                 AddType(pType);
     AddKnownAttributes();
-    while (!m_pending.empty())
-    {
-        const schema::SType* pType = m_pending.back();
-        m_pending.pop_back();
-        if (const schema::SSimpleType* pSimple = pType->AsSimple())
-            FollowSimple(*pSimple);
-        else
-            FollowComplex(*pType->AsComplex());
-    }
+    FollowPending();
+    AddNamedTypes();
+    FollowPending();
     Sort();
     return true;
 }
@@ -98,6 +92,32 @@ void CReach::AddKnownAttributes()
     for (const schema::SNamespace& item : m_set.namespaces)
         for (const schema::SAttribute* pAttribute : item.attributes.list)
             AddType(pAttribute->pType);
+}
+
+void CReach::FollowPending()
+{
+    while (!m_pending.empty())
+    {
+        const schema::SType* pType = m_pending.back();
+        m_pending.pop_back();
+        if (const schema::SSimpleType* pSimple = pType->AsSimple())
+            FollowSimple(*pSimple);
+        else
+            FollowComplex(*pType->AsComplex());
+    }
+}
+
+/// A value of any simple type may say that it is of one of the schema.
+void CReach::AddNamedTypes()
+{
+    if (std::none_of(m_elements.begin(), m_elements.end(),
+                     [](const schema::SElement* pElement)
+                     { return pElement->pType->eBuiltin == schema::EBuiltin::AnySimpleType; }))
+        return;
+    for (const schema::SNamespace& item : m_set.namespaces)
+        for (const schema::SType* pType : item.types.list)
+            if (pType->bSimple)
+                AddType(pType);
 }
 
 void CReach::AddType(const schema::SType* pType)

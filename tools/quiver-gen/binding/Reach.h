@@ -62,6 +62,8 @@ private:
     void FindDerived();
     bool ChooseRoots(const SBindingOptions& options, schema::CDiagnostics& diagnostics);
     void AddKnownAttributes();
+    void AddNamedTypes();
+    void FollowPending();
     void AddType(const schema::SType* pType);
     void AddElement(const schema::SElement& element);
     void AddDerived(const schema::SComplexType& declared);

@@ -59,11 +59,31 @@ void AddKnownAttributes(SBuild& build)
         }
 }
 
+bool IsAnySimpleType(const SSimpleType& type)
+{
+    return type.bBuiltin && type.strName == "xs::AnySimpleType";
+}
+
+void AddNamedTypes(SBuild& build)
+{
+    const std::vector<const schema::SElement*>& elements = build.reach.GetElements();
+    if (std::none_of(elements.begin(), elements.end(),
+                     [](const schema::SElement* pElement)
+                     { return pElement->pType->eBuiltin == schema::EBuiltin::AnySimpleType; }))
+        return;
+    for (const schema::SNamespace& item : build.set.namespaces)
+        for (const schema::SType* pType : item.types.list)
+            if (const schema::SSimpleType* pSimple = pType->AsSimple())
+                build.binding.namedTypes.push_back(
+                    {pType->name.strLocal, pType->name.strNamespace, &build.simpleTypes.Get(*pSimple)});
+}
+
 void AddRoots(SBuild& build, CClasses& classes)
 {
     CNameScope names;
     // What the class with these functions has besides.
     names.Add("CreateRoot");
+    names.Add("IsRoot");
     names.Add("Roots");
     for (const schema::SElement* pElement : build.reach.GetRoots())
     {

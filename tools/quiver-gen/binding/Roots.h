@@ -11,4 +11,7 @@ void AddRoots(SBuild& build, CClasses& classes);
 /// The global attributes, if a wildcard asks for them.
 void AddKnownAttributes(SBuild& build);
 
+/// Adds the simple types with names if there are values that say theirs.
+void AddNamedTypes(SBuild& build);
+
 } // namespace quiver_gen::binding

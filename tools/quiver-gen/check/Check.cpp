@@ -1,5 +1,6 @@
 #include "tools/quiver-gen/check/Check.h"
 
+#include "tools/common/Progress.h"
 #include "tools/quiver-gen/Files.h"
 #include "tools/quiver-gen/check/Model.h"
 
@@ -7,7 +8,10 @@
 #include "quiver/foundation/Exceptions.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 
 using namespace QvXmlLib9;
 
@@ -28,7 +32,16 @@ std::string FormatChain(const CQvException& exception)
     return strText;
 }
 
-EFinding CheckDocument(const CModel& model, const std::string& strPath, std::ostream& err)
+/// Length of a file, 0 where it cannot be told.
+std::uint64_t MeasureFile(const std::string& strPath)
+{
+    std::error_code error;
+    const std::uintmax_t nLength = std::filesystem::file_size(std::filesystem::u8path(strPath), error);
+    return error ? 0 : nLength;
+}
+
+EFinding CheckDocument(const CModel& model, const std::string& strPath, quiver_tools::CProgress& progress,
+                       std::ostream& err)
 {
     try
     {
@@ -37,11 +50,13 @@ EFinding CheckDocument(const CModel& model, const std::string& strPath, std::ost
     }
     catch (const CFileError& error)
     {
+        progress.Clear();
         err << "quiver-gen: " << error.what() << '\n';
         return EFinding::Unreadable;
     }
     catch (const CQvException& exception)
     {
+        progress.Clear();
         err << strPath << ": error: " << FormatChain(exception) << '\n';
         return EFinding::Refused;
     }
@@ -49,12 +64,23 @@ EFinding CheckDocument(const CModel& model, const std::string& strPath, std::ost
 
 } // namespace
 
-EFinding CheckDocuments(const binding::SBinding& binding, const std::vector<std::string>& documents, std::ostream& err)
+EFinding CheckDocuments(const binding::SBinding& binding, const std::vector<std::string>& documents, std::ostream& err,
+                        bool bErrIsTerminal)
 {
+    std::uint64_t nTotal = 0;
+    for (const std::string& strDocument : documents)
+        nTotal += bErrIsTerminal ? MeasureFile(strDocument) : 0;
+    quiver_tools::CProgress progress(err, bErrIsTerminal, "quiver-gen: checking", nTotal);
+
     EFinding eFinding = EFinding::Right;
     const CModel model(binding);
+    std::uint64_t nDone = 0;
     for (const std::string& strDocument : documents)
-        eFinding = std::max(eFinding, CheckDocument(model, strDocument, err));
+    {
+        eFinding = std::max(eFinding, CheckDocument(model, strDocument, progress, err));
+        nDone += bErrIsTerminal ? MeasureFile(strDocument) : 0;
+        progress.Reach(nDone);
+    }
     return eFinding;
 }
 

@@ -20,6 +20,8 @@ enum class EFinding
 /// Reads documents with the classes of a binding. What is wrong with each stands behind its name: the messages that
 /// compiled classes give, from the outermost to the reason, a line each.
 /// @param documents paths of files with text or Fast Infoset.
-EFinding CheckDocuments(const binding::SBinding& binding, const std::vector<std::string>& documents, std::ostream& err);
+/// @param bErrIsTerminal somebody watches `err`, so that progress is worth showing.
+EFinding CheckDocuments(const binding::SBinding& binding, const std::vector<std::string>& documents, std::ostream& err,
+                        bool bErrIsTerminal);
 
 } // namespace quiver_gen::check

@@ -156,6 +156,7 @@ void DescribeMember(CClassDescription& description, const SDynamicField& field, 
     case EMember::Value:
         return DescribeValue(description, field, nMember);
     case EMember::NillableValue:
+    case EMember::TypedValue:
     case EMember::Object:
         return DescribeObject(description, field, nMember);
     case EMember::Group:
@@ -304,6 +305,9 @@ void CDynamicClass::DescribeClass(CClassDescription& description) const
 void CDynamicClass::DescribeOwn(CClassDescription& description, const Numbers& numbers)
 {
     DescribeClass(description);
+    // An element that may say its type has two fields.
+    if (m_type.pNamespace == nullptr && !m_type.attributes.empty())
+        return description.TypedText(numbers.at("Value"), numbers.at("Type"), m_model.GetNamedTypes());
     for (const SDynamicField& field : GetFields())
     {
         const int nMember = numbers.at(field.field.strName);
@@ -367,8 +371,9 @@ void CDynamicClass::FillMember(SDynamicField& target) const
     if (target.field.eStorage == EStorage::Repeated)
         target.repeated = {target.lpctLabel, member.eMember == EMember::Group ? L"" : target.lpctUri,
                            ToInt(member.nMin), ToInt(member.nMax)};
-    if (member.eMember == EMember::NillableValue)
-        target.creator = m_model.MakeNillable(*member.pType, member.value).GetCreator();
+    if (member.eMember == EMember::NillableValue || member.eMember == EMember::TypedValue)
+        target.creator =
+            m_model.MakeValueClass(*member.pType, member.value, member.eMember == EMember::NillableValue).GetCreator();
     else if (member.pClass != nullptr)
     {
         const CDynamicClass& object = m_model.Get(*member.pClass);

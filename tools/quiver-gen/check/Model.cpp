@@ -4,7 +4,6 @@
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
-#include "quiver/foundation/Functions.h"
 
 #include <limits>
 
@@ -34,6 +33,10 @@ CModel::CModel(const SBinding& binding)
                                 bFixed ? m_texts.Keep(attribute.value.strText) : nullptr,
                                 &m_types.Get(*attribute.pType).Get()});
     }
+    for (const binding::SNamedType& type : binding.namedTypes)
+        m_typeRows.push_back(
+            {m_texts.Keep(type.strUri), m_texts.Keep(type.strName), nullptr, &m_types.Get(*type.pType).Get()});
+    m_namedTypes = {m_typeRows.data(), m_typeRows.size()};
     m_known = {{m_roots.data(), m_roots.size()}, m_attributes.data(), m_attributes.size()};
 }
 
@@ -53,11 +56,25 @@ void CModel::AddClasses(const SBinding& binding)
     }
 }
 
-CDynamicClass& CModel::MakeNillable(const SSimpleType& type, const SValueRule& rule)
+CDynamicClass& CModel::MakeValueClass(const SSimpleType& type, const SValueRule& rule, bool bNillable)
 {
+    static SSimpleType s_name = []
+    {
+        SSimpleType name;
+        name.strName = "xs::QName";
+        name.bBuiltin = true;
+        return name;
+    }();
     SClass& element = m_valueTypes.emplace_back();
     element.pText = const_cast<SSimpleType*>(&type);
-    element.bNillable = true;
+    element.bNillable = bNillable;
+    if (IsAnySimpleType(type))
+    {
+        SAttribute& says = element.attributes.emplace_back();
+        says.strName = "Type";
+        says.strAttribute = "type";
+        says.pType = &s_name;
+    }
     CDynamicClass& made = m_classes.emplace_back(*this, element, nullptr);
     made.SetTextRule(rule);
     return made;
@@ -79,7 +96,7 @@ SAlternative CModel::MakeAlternative(const CDynamicClass& listing, const SClass:
 SAlternative CModel::MakeRoot(const SRoot& root)
 {
     SAlternative result{true, m_texts.Keep(root.strUri), m_texts.Keep(root.strElement), {}};
-    CDynamicClass& made = root.pClass != nullptr ? Get(*root.pClass) : MakeNillable(*root.pType, root.value);
+    CDynamicClass& made = root.pClass != nullptr ? Get(*root.pClass) : MakeValueClass(*root.pType, root.value, true);
     if (root.pClass != nullptr && !root.pClass->alternatives.empty())
         result.pTypes = &made.GetAlternatives();
     if (root.pClass == nullptr || root.pClass->strUri != root.strUri)
@@ -101,10 +118,7 @@ CSmartPtr<CXmlObjectBase> CModel::Read(std::string strBytes) const
     document.LoadXmlStream(reinterpret_cast<unsigned char*>(strBytes.data()),
                            static_cast<unsigned long>(strBytes.size()));
     CXmlElement* const pRoot = document.GetDocumentElement();
-    CSmartPtr<CXmlObjectBase> spObject = CreateRoot(pRoot, m_known.elements);
-    if (spObject == nullptr)
-        throw CQvValidationException(FormatString(L"There is no class for the element [%s] of the namespace [%s]",
-                                                  pRoot->GetLocalName().c_str(), pRoot->GetNamespaceURI().c_str()));
+    CSmartPtr<CXmlObjectBase> spObject = CreateKnownRoot(pRoot, m_known.elements);
     spObject->FromXmlElement(pRoot, context);
     return spObject;
 }

@@ -34,8 +34,11 @@ public:
     const QvXmlLib9::SKnownDeclarations& GetKnown() const { return m_known; }
     CDynamicClass& Get(const binding::SClass& type) { return *m_byType.at(&type); }
 
-    /// A new class for an element with a simple value that may be nil.
-    CDynamicClass& MakeNillable(const binding::SSimpleType& type, const binding::SValueRule& rule);
+    /// All simple types with names.
+    const QvXmlLib9::SNamedTypes& GetNamedTypes() const { return m_namedTypes; }
+
+    /// A new class for an element with a simple value.
+    CDynamicClass& MakeValueClass(const binding::SSimpleType& type, const binding::SValueRule& rule, bool bNillable);
 
 private:
     void AddClasses(const binding::SBinding& binding);
@@ -52,6 +55,8 @@ private:
     std::vector<QvXmlLib9::SAlternative> m_roots;
     std::vector<QvXmlLib9::SKnownAttribute> m_attributes;
     QvXmlLib9::SKnownDeclarations m_known{{nullptr, 0}, nullptr, 0};
+    std::vector<QvXmlLib9::SNamedType> m_typeRows;
+    QvXmlLib9::SNamedTypes m_namedTypes{nullptr, 0};
 };
 
 } // namespace quiver_gen::check

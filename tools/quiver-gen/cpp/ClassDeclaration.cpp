@@ -52,7 +52,7 @@ std::string DeclareRuleText(const SField& field)
 bool NamesRule(const SField& field)
 {
     return field.pMember != nullptr &&
-           (field.pMember->eMember == EMember::NillableValue ||
+           (field.pMember->eMember == EMember::NillableValue || field.pMember->eMember == EMember::TypedValue ||
             (field.pMember->eMember == EMember::Value && field.eStorage == EStorage::Repeated));
 }
 

@@ -292,6 +292,7 @@ void CDefinition::DescribeInheritedMember(const SField& field)
             element.push_back(m_scope.Name(*field.pType) + "::Type()");
         return Call(strFunction + "Element", element);
     case EMember::NillableValue:
+    case EMember::TypedValue:
         if (bRepeated)
             return Call("description.RepeatedObject", element);
         return Call(strFunction + "Object<" + GetObjectType(field, m_scope) + '>', element);

@@ -58,6 +58,7 @@ EStorage GetStorage(const SMember& member, bool bChoice)
             return EStorage::Polymorphic;
         [[fallthrough]];
     case EMember::NillableValue:
+    case EMember::TypedValue:
     case EMember::Group:
         return bRequired ? EStorage::RequiredObject : EStorage::OptionalObject;
     }
@@ -352,9 +353,20 @@ std::string GetObjectType(const SField& field, const CScope& scope)
 {
     if (field.IsWildcard())
         return scope.Library("CElement");
-    if (field.pMember->eMember == EMember::NillableValue)
-        return scope.Library("CNillable") + '<' + scope.Name(*field.pType) + GetRuleArgument(field, scope) + '>';
+    if (field.pType != nullptr)
+        return GetValueClass(*field.pType, field.pMember->eMember == EMember::NillableValue,
+                             GetRuleArgument(field, scope), scope);
     return scope.Name(*field.pClass);
+}
+
+std::string GetValueClass(const SSimpleType& type, bool bNillable, const std::string& strRule, const CScope& scope)
+{
+    if (!IsAnySimpleType(type))
+        return scope.Library("CNillable") + '<' + scope.Name(type) + strRule + '>';
+    const std::string strTypes = scope.NamedTypes().empty() ? scope.Library("NoNamedTypes") : scope.NamedTypes();
+    const bool bDefault = scope.NamedTypes().empty() && strRule.empty();
+    return scope.Library(bNillable ? "CNillableTypedValue" : "CTypedValue") + '<' +
+           (bDefault ? "" : '&' + strTypes + strRule) + '>';
 }
 
 std::string GetLabel(const SField& field)

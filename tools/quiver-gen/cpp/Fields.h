@@ -118,6 +118,11 @@ std::string GetLabel(const SField& field);
 /// Class of the object of a field that holds one, wildcards and values that may be nil included.
 std::string GetObjectType(const SField& field, const CScope& scope);
 
+/// Class of an object for an element with a simple value.
+/// @param strRule what GetRuleArgument gives.
+std::string GetValueClass(const binding::SSimpleType& type, bool bNillable, const std::string& strRule,
+                          const CScope& scope);
+
 /// The second argument of the templates that know default and fixed values, with the comma in front of it.
 std::string GetRuleArgument(const SField& field, const CScope& scope);
 

@@ -183,13 +183,21 @@ std::string PrintRule(const std::string& strTitle)
     return strLine + '\n';
 }
 
+std::string SFactory::DeclareNamedTypes(const std::string& strText) const
+{
+    if (strText.find(GetQualifiedNamedTypes()) == std::string::npos)
+        return {};
+    return PrintNamespace(strNamespace, "const QvXmlLib9::SNamedTypes& " + GetNamedTypes() + "();\n");
+}
+
 SFile PrintHeader(const SProject& project, const SHeader& header)
 {
     std::vector<std::string> includes = {"quiver/generated/Generated"};
     for (const std::size_t nHeader : header.includes)
         includes.push_back(project.layout.GetHeaders()[nHeader].strStem);
+    const std::string strText = CHeaderPrinter(project, header).Print();
     return {header.strStem + ".h", PrintTitle(project.options) + "\n#pragma once\n\n" + PrintIncludes(includes) +
-                                       CHeaderPrinter(project, header).Print()};
+                                       project.factory.DeclareNamedTypes(strText) + strText};
 }
 
 } // namespace quiver_gen::cpp

@@ -46,11 +46,6 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     CXmlDocument document(context);
     document.Load(strIn.c_str());
     const CSmartPtr<CXmlObjectBase> spObject = %FACTORY%::CreateRoot(document.GetDocumentElement());
-    if (spObject == nullptr)
-    {
-        std::fprintf(stderr, "the schema has no root element of this name\n");
-        return 1;
-    }
     spObject->FromXmlElement(document.GetDocumentElement(), context);
 
     // The tree shows what the object holds, not what the file said.

@@ -1,5 +1,6 @@
 #include "tools/quiver-gen/cpp/Roots.h"
 
+#include "tools/quiver-gen/cpp/Fields.h"
 #include "tools/quiver-gen/cpp/Text.h"
 #include "tools/quiver-gen/cpp/Uris.h"
 
@@ -22,12 +23,14 @@ std::string GetRootType(const SRoot& root, const SFactory& factory, const CScope
 {
     if (root.pClass != nullptr)
         return scope.Name(*root.pClass);
-    const std::string strType = scope.Library("CNillable") + '<' + scope.Name(*root.pType);
-    if (root.value.eKind == SValueRule::EKind::None)
-        return strType + '>';
-    const bool bDefault = root.value.eKind == SValueRule::EKind::Default;
-    return strType + ", " + scope.Library(bDefault ? "SDefault" : "SFixed") + '<' + factory.strName +
-           "::" + GetRuleName(root) + ">>";
+    std::string strRule;
+    if (root.value.eKind != SValueRule::EKind::None)
+    {
+        const bool bDefault = root.value.eKind == SValueRule::EKind::Default;
+        strRule = ", " + scope.Library(bDefault ? "SDefault" : "SFixed") + '<' + factory.strName +
+                  "::" + GetRuleName(root) + '>';
+    }
+    return GetValueClass(*root.pType, true, strRule, scope);
 }
 
 /// Whether the element is in another namespace than its type says for itself.
@@ -61,6 +64,9 @@ std::vector<std::string> FindHeaders(const SProject& project)
     for (const SKnownAttribute& attribute : project.binding.knownAttributes)
         if (!attribute.pType->bBuiltin)
             headers.push_back(project.layout.GetHeaders()[project.layout.GetHeader(*attribute.pType)].strStem);
+    for (const SNamedType& type : project.binding.namedTypes)
+        if (!type.pType->bBuiltin)
+            headers.push_back(project.layout.GetHeaders()[project.layout.GetHeader(*type.pType)].strStem);
     return headers;
 }
 
@@ -87,10 +93,12 @@ std::string PrintHeaderText(const SProject& project, const SFactory& factory)
                           scope.Library("CClassfactoryBase") + "\n{\n" + "public:\n" + DeclareRules(project) +
                           "    /// The object for the root element of a document, by its name and its `xsi:type`; "
                           "nothing is read into it.\n"
-                          "    /// @return null if the schema has no such element.\n"
-                          "    /// @throws CQvValidationException if its type may not stand there.\n"
+                          "    /// @throws CQvValidationException if the schema has no such element, or its type may "
+                          "not stand there.\n"
                           "    static " +
-                          strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n";
+                          strBase + " CreateRoot(" + scope.Library("CXmlElement") + "* pElement);\n\n" +
+                          "    /// Whether the schema has a root element of this name.\n" +
+                          "    static bool IsRoot(const " + scope.Library("CXmlElement") + "& element);\n";
     for (const SRoot& root : project.binding.roots)
     {
         if (IsAbstract(root))
@@ -173,15 +181,32 @@ std::string PrintKnown(const SProject& project, const CScope& scope)
            PrintExtent("s_rowsOfAttributes", !project.binding.knownAttributes.empty()) + "};\n\n";
 }
 
+/// The simple types that a value may say it has.
+std::string PrintNamedTypes(const SProject& project, const CScope& scope, CUris& uris)
+{
+    if (project.binding.namedTypes.empty())
+        return {};
+    std::string strRows;
+    for (const SNamedType& type : project.binding.namedTypes)
+        strRows += Arrange(4, "{",
+                           {uris.Use(type.strUri), WideLiteral(type.strName), '&' + scope.Name(*type.pType) + "::Type"},
+                           "},") +
+                   '\n';
+    const std::string strTypes = scope.Library("SNamedTypes");
+    return "namespace\n{\n" + PrintTable(scope.Library("SNamedType"), "s_rowsOfTypes", strRows) +
+           "} // namespace\n\nconst " + strTypes + "& " + project.factory.GetNamedTypes() + "()\n{\n" +
+           "    static constexpr " + strTypes + " s_types{" + PrintExtent("s_rowsOfTypes", true) +
+           "};\n    return s_types;\n}\n\n";
+}
+
 std::string PrintCreateRoot(const SProject& project, const SFactory& factory, const CScope& scope)
 {
-    const bool bAny = !project.binding.roots.empty();
-    const std::string strBase = scope.Pointer(scope.Library("CXmlObjectBase"));
-    std::string strText = strBase + ' ' + factory.strName + "::CreateRoot(" + scope.Library("CXmlElement") + "*" +
-                          (bAny ? " pElement" : "") + ")\n{\n";
-    if (!bAny)
-        return strText + "    return " + strBase + "();\n}\n";
-    return strText + "    return QvXmlLib9::CreateRoot(pElement, s_roots);\n}\n";
+    const std::string strRoots = project.binding.roots.empty() ? "{nullptr, 0}" : "s_roots";
+    const std::string strElement = scope.Library("CXmlElement");
+    return scope.Pointer(scope.Library("CXmlObjectBase")) + ' ' + factory.strName + "::CreateRoot(" + strElement +
+           "* pElement)\n{\n    return " + scope.Library("CreateKnownRoot") + "(pElement, " + strRoots +
+           ");\n}\n\nbool " + factory.strName + "::IsRoot(const " + strElement +
+           "& element)\n{\n    return QvXmlLib9::IsRoot(element, " + strRoots + ");\n}\n";
 }
 
 std::string PrintMaker(const SRoot& root, const SFactory& factory, const CScope& scope, CUris& uris)
@@ -224,14 +249,16 @@ std::vector<SFile> PrintFactory(const SProject& project)
     std::vector<std::string> includes = FindHeaders(project);
     includes.push_back("quiver/generated/Generated");
     const std::string strTitle = PrintTitle(project.options);
+    const std::string strText = PrintHeaderText(project, factory);
     SFile header{factory.strStem + ".h", strTitle + "\n#pragma once\n\n" + PrintIncludes(includes) +
-                                             PrintNamespace(factory.strNamespace, PrintHeaderText(project, factory))};
+                                             factory.DeclareNamedTypes(strText) +
+                                             PrintNamespace(factory.strNamespace, strText)};
 
     const CScope scope(project.names, factory.strNamespace, true);
     const bool bRoots = !project.binding.roots.empty();
     CUris uris(project.binding, bRoots ? project.binding.roots.front().strUri : std::string());
-    std::string strBody =
-        PrintTables(project, scope, uris) + PrintKnown(project, scope) + PrintCreateRoot(project, factory, scope);
+    std::string strBody = PrintTables(project, scope, uris) + PrintKnown(project, scope) +
+                          PrintNamedTypes(project, scope, uris) + PrintCreateRoot(project, factory, scope);
     for (const SRoot& root : project.binding.roots)
     {
         if (!IsAbstract(root))

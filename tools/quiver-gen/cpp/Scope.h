@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quiver_gen::cpp
 {
@@ -22,7 +23,12 @@ public:
     /// Name of a collection type for a class, empty if a type of the schema has that name.
     std::string GetCollectionName(const binding::SClass& item) const;
 
+    /// The function that gives the simple types with names, as every namespace can say it; empty for none.
+    const std::string& GetNamedTypes() const { return m_strNamedTypes; }
+    void SetNamedTypes(std::string strFunction) { m_strNamedTypes = std::move(strFunction); }
+
 private:
+    std::string m_strNamedTypes;
     std::set<std::string, std::less<>> m_names;
 };
 
@@ -49,6 +55,9 @@ public:
 
     /// What a value of a simple type is held as.
     std::string Value(const binding::SSimpleType& type) const;
+
+    /// See CNameTable.
+    const std::string& NamedTypes() const { return m_names.GetNamedTypes(); }
 
     /// The name of an entity of a C++ namespace.
     std::string Name(const std::string& strNamespace, std::string_view svName) const;

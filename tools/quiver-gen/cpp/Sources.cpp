@@ -94,11 +94,11 @@ private:
         // The namespaces that a text names are known when it is printed, so one that opens a new source is printed
         // again there.
         SPart* pPart = &GetPart(ns);
-        const CUris before = pPart->uris;
+        const std::size_t nBefore = pPart->uris.GetCount();
         std::string strText = Define(pPart->uris);
         if (m_nLines > 0 && m_nLines + CountLines(strText) > m_nLimit)
         {
-            pPart->uris = before;
+            pPart->uris.CutTo(nBefore);
             Close();
             pPart = &GetPart(ns);
             strText = Define(pPart->uris);

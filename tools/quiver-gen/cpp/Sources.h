@@ -23,11 +23,20 @@ struct SFactory
     std::string strName;
     std::string strStem; ///< of its files
 
+    /// The function that gives all simple types with names.
+    std::string GetNamedTypes() const { return "GetTypesOf" + strName; }
+    std::string GetQualifiedNamedTypes() const { return Qualify(GetNamedTypes()); }
+    /// Its declaration, empty if a text does not name it.
+    std::string DeclareNamedTypes(const std::string& strText) const;
+
     /// The constant with all global elements and attributes.
     std::string GetKnown() const { return "s_knownTo" + strName; }
-    std::string GetQualifiedKnown() const
+    std::string GetQualifiedKnown() const { return Qualify(GetKnown()); }
+
+private:
+    std::string Qualify(const std::string& strMember) const
     {
-        return "::" + (strNamespace.empty() ? std::string() : strNamespace + "::") + GetKnown();
+        return "::" + (strNamespace.empty() ? std::string() : strNamespace + "::") + strMember;
     }
 };
 

@@ -2,8 +2,6 @@
 
 #include "tools/quiver-gen/cpp/Text.h"
 
-#include <algorithm>
-
 using namespace quiver_gen::binding;
 
 namespace quiver_gen::cpp
@@ -20,9 +18,11 @@ bool IsIdentifierCharacter(char c)
 } // namespace
 
 CUris::CUris(const SBinding& binding, std::string strMain)
-    : m_pBinding(&binding)
+    : m_binding(binding)
     , m_strMain(std::move(strMain))
 {
+    for (const SNamespace& ns : m_binding.namespaces)
+        m_filesOfSchemas.emplace(ns.strUri, ns.strFile);
 }
 
 std::string CUris::Use(const std::string& strUri)
@@ -32,37 +32,46 @@ std::string CUris::Use(const std::string& strUri)
 
 std::string CUris::UseConstant(const std::string& strUri)
 {
-    const auto it = std::find_if(m_constants.begin(), m_constants.end(),
-                                 [&](const auto& constant) { return constant.first == strUri; });
-    if (it != m_constants.end())
-        return it->second;
-    m_constants.emplace_back(strUri, MakeName(strUri));
-    return m_constants.back().second;
+    const auto [it, bNew] = m_byUri.try_emplace(strUri, m_constants.size());
+    if (bNew)
+    {
+        m_constants.emplace_back(strUri, MakeName(strUri));
+        m_names.insert(m_constants.back().second);
+    }
+    return m_constants[it->second].second;
 }
 
-std::string CUris::MakeName(const std::string& strUri) const
+void CUris::CutTo(std::size_t nCount)
+{
+    for (; m_constants.size() > nCount; m_constants.pop_back())
+    {
+        m_byUri.erase(m_constants.back().first);
+        m_names.erase(m_constants.back().second);
+    }
+    m_numbers.clear();
+}
+
+std::string CUris::MakeName(const std::string& strUri)
 {
     std::string strName = "s_lpctNamespace";
     if (strUri == m_strMain)
         return strName;
-    const auto pNamespace = std::find_if(m_pBinding->namespaces.begin(), m_pBinding->namespaces.end(),
-                                         [&](const SNamespace& ns) { return ns.strUri == strUri; });
+    const auto it = m_filesOfSchemas.find(strUri);
     if (strUri.empty())
         strName = "s_lpctNoNamespace";
-    else if (pNamespace != m_pBinding->namespaces.end())
+    else if (it != m_filesOfSchemas.end())
     {
         strName += '_';
-        for (const char c : pNamespace->strFile)
+        for (const char c : it->second)
             strName += IsIdentifierCharacter(c) ? c : '_';
     }
     const std::string strStem = strName;
     const auto IsTaken = [&]
     {
-        return strName == "s_lpctNamespace" ||
-               std::any_of(m_constants.begin(), m_constants.end(),
-                           [&](const auto& constant) { return constant.second == strName; });
+        return strName == "s_lpctNamespace" || m_names.count(strName) > 0;
     };
-    for (int n = 2; IsTaken(); ++n)
+    // Names are never given up but in the order that they came in, so the search goes on where it ended.
+    for (std::size_t& n = m_numbers.try_emplace(strStem, 2).first->second; IsTaken(); ++n)
         strName = strStem + std::to_string(n);
     return strName;
 }

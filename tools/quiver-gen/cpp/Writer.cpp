@@ -41,12 +41,14 @@ std::string MakeStem(const std::string& strSchema)
 
 std::vector<SFile> WriteCode(const SBinding& binding, const SWriteOptions& options)
 {
-    const CNameTable names(binding);
+    CNameTable names(binding);
     const CUsage usage(binding);
     CStems stems;
     if (options.bProgram)
         stems.Claim("main");
     const SFactory factory = FindFactory(binding, options, names, stems);
+    if (!binding.namedTypes.empty())
+        names.SetNamedTypes(factory.GetQualifiedNamedTypes());
     const std::string strStem = options.strStem.empty() ? MakeStem(options.schemas.front()) : options.strStem;
     const CLayout layout(binding, options.eSplit, strStem, stems);
     const SProject project{binding, options, layout, names, usage, factory};

@@ -361,27 +361,38 @@ void CheckFinal(const SSimpleType& type, const SSimpleType& used, unsigned nBit,
 
 std::string CValueChecker::Check(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope)
 {
+    return Judge(type, svText, pScope, nullptr);
+}
+
+// The verdict and the key of a value come from one walk. Were they asked for one after the other at each level of a union of
+// unions, the steps would double with every level.
+std::string CValueChecker::Judge(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope,
+                                 std::string* pstrKey)
+{
     constexpr std::size_t nMostSteps = 5'000'000;
     if (++m_nSteps > nMostSteps)
         return {};
     const SEffectiveFacets& facets = GetFacets(type);
     const std::string strValue = ApplyWhiteSpace(svText, facets.eWhiteSpace);
+    std::string strKey;
+    std::string* const pstrWanted = pstrKey != nullptr ? pstrKey : facets.pEnumerations ? &strKey : nullptr;
     std::string strWrong;
     switch (type.eVariety)
     {
     case EVariety::Atomic:
         strWrong = CheckAtomic(type, facets, strValue, pScope);
+        if (strWrong.empty() && pstrWanted != nullptr)
+            *pstrWanted = GetValueKey(type.ePrimitive, strValue, pScope);
         break;
     case EVariety::List:
-        strWrong = CheckList(type, facets, strValue, pScope);
+        strWrong = JudgeList(type, facets, strValue, pScope, pstrWanted);
         break;
     case EVariety::Union:
-        if (std::none_of(type.members.begin(), type.members.end(),
-                         [&](const SSimpleType* pMember) { return Check(*pMember, svText, pScope).empty(); }))
+        if (!JudgeUnion(type, svText, pScope, pstrWanted))
             strWrong = "no member of the union takes it";
         break;
     }
-    if (strWrong.empty() && facets.pEnumerations && !IsEnumerated(type, *facets.pEnumerations, svText, pScope))
+    if (strWrong.empty() && facets.pEnumerations && !IsEnumerated(type, *facets.pEnumerations, *pstrWanted))
         strWrong = "it is not one of the enumerated values";
     return strWrong;
 }
@@ -408,32 +419,53 @@ std::string CValueChecker::CheckAtomic(const SSimpleType& type, const SEffective
     return CheckBounds(type.ePrimitive, facets, strValue);
 }
 
-std::string CValueChecker::CheckList(const SSimpleType& type, const SEffectiveFacets& facets,
-                                     const std::string& strValue, const SNamespaceScope* pScope)
+std::string CValueChecker::JudgeList(const SSimpleType& type, const SEffectiveFacets& facets,
+                                     const std::string& strValue, const SNamespaceScope* pScope, std::string* pstrKey)
 {
     const std::vector<std::string_view> items = SplitList(strValue);
+    if (pstrKey != nullptr)
+        pstrKey->clear();
     for (const std::string_view svItem : items)
-        if (const std::string strWrong = Check(*type.pItem, svItem, pScope); !strWrong.empty())
+    {
+        std::string strItemKey;
+        if (const std::string strWrong = Judge(*type.pItem, svItem, pScope, pstrKey != nullptr ? &strItemKey : nullptr);
+            !strWrong.empty())
             return "of its item '" + std::string(svItem) + "', " + strWrong;
+        if (pstrKey != nullptr)
+            *pstrKey += strItemKey + " ";
+    }
     return CheckLength(facets, items.size());
+}
+
+/// Whether a member takes the text. Which one it is belongs to the key.
+bool CValueChecker::JudgeUnion(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope,
+                               std::string* pstrKey)
+{
+    std::string strMemberKey;
+    for (const SSimpleType* pMember : type.members)
+    {
+        if (!Judge(*pMember, svText, pScope, pstrKey != nullptr ? &strMemberKey : nullptr).empty())
+            continue;
+        if (pstrKey != nullptr)
+            *pstrKey = std::string(GetBuiltinName(pMember->ePrimitive)) + " " + strMemberKey;
+        return true;
+    }
+    return false;
 }
 
 std::string CValueChecker::GetKey(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope)
 {
-    const std::string strValue = ApplyWhiteSpace(svText, GetFacets(type).eWhiteSpace);
+    std::string strValue = ApplyWhiteSpace(svText, GetFacets(type).eWhiteSpace);
     if (type.eVariety == EVariety::Atomic)
         return GetValueKey(type.ePrimitive, strValue, pScope);
+    std::string strKey;
     if (type.eVariety == EVariety::List)
     {
-        std::string strKey;
         for (const std::string_view svItem : SplitList(strValue))
             strKey += GetKey(*type.pItem, svItem, pScope) + " ";
         return strKey;
     }
-    for (const SSimpleType* pMember : type.members)
-        if (Check(*pMember, svText, pScope).empty())
-            return std::string(GetBuiltinName(pMember->ePrimitive)) + " " + GetKey(*pMember, svText, pScope);
-    return strValue;
+    return JudgeUnion(type, svText, pScope, &strKey) ? strKey : strValue;
 }
 
 const SEffectiveFacets& CValueChecker::GetFacets(const SSimpleType& type)
@@ -445,7 +477,7 @@ const SEffectiveFacets& CValueChecker::GetFacets(const SSimpleType& type)
 }
 
 bool CValueChecker::IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations,
-                                 std::string_view svText, const SNamespaceScope* pScope)
+                                 const std::string& strKey)
 {
     const auto [it, bNew] = m_enumerations.try_emplace(&enumerations);
     // What is added to the map meanwhile leaves this entry where it is.
@@ -453,7 +485,7 @@ bool CValueChecker::IsEnumerated(const SSimpleType& type, const std::vector<SEnu
     if (bNew)
         for (const SEnumeration& enumeration : enumerations)
             keys.insert(GetKey(type, enumeration.strValue, enumeration.pScope));
-    return keys.count(GetKey(type, svText, pScope)) > 0;
+    return keys.count(strKey) > 0;
 }
 
 void CheckSimpleType(const SSimpleType& type, CValueChecker& values, CDiagnostics& diagnostics)

@@ -11,8 +11,8 @@
 namespace quiver_gen::schema
 {
 
-/// Tells whether texts are values of simple types. Patterns are not tried. Unions can be built that need more steps for
-/// a value than anyone can wait for; after some millions of steps, every text passes.
+/// Tells whether texts are values of simple types. Patterns are not tried. Each type that a union unfolds to is asked once
+/// for a value. A schema can have very many of those and very many values; after some millions of steps, every text passes.
 class CValueChecker
 {
 public:
@@ -29,13 +29,19 @@ public:
     std::string GetKey(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope);
 
 private:
+    /// Check, and GetKey of what is a value.
+    /// @param pstrKey receives the key; null if it is not asked for.
+    std::string Judge(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope,
+                      std::string* pstrKey);
     std::string CheckAtomic(const SSimpleType& type, const SEffectiveFacets& facets, const std::string& strValue,
                             const SNamespaceScope* pScope);
-    std::string CheckList(const SSimpleType& type, const SEffectiveFacets& facets, const std::string& strValue,
-                          const SNamespaceScope* pScope);
+    std::string JudgeList(const SSimpleType& type, const SEffectiveFacets& facets, const std::string& strValue,
+                          const SNamespaceScope* pScope, std::string* pstrKey);
+    bool JudgeUnion(const SSimpleType& type, std::string_view svText, const SNamespaceScope* pScope,
+                    std::string* pstrKey);
     const SEffectiveFacets& GetFacets(const SSimpleType& type);
-    bool IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations, std::string_view svText,
-                      const SNamespaceScope* pScope);
+    bool IsEnumerated(const SSimpleType& type, const std::vector<SEnumeration>& enumerations,
+                      const std::string& strKey);
 
     const SSchemaSet& m_set;
     std::size_t m_nSteps = 0;

@@ -1,24 +1,29 @@
 #pragma once
 
-#include "tools/quiver-fi/Files.h"
-
 #include <chrono>
 #include <cstdint>
+#include <iosfwd>
+#include <string>
 
-namespace quiver_fi
+namespace quiver_tools
 {
 
-/// One line on standard error, rewritten in place, that tells how far long work has come. It appears only on a
-/// terminal, after a second, and goes away when the work is done.
+/// One line on a terminal, rewritten in place, that tells how far long work has come and how long the rest will take. It
+/// appears after a second, and goes away when the work is done.
 class CProgress
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// @param streams must live as long as the line.
-    /// @param lpcWhat what is being done: "writing".
+    /// What tells the time; tests have one of their own.
+    using AskTime = Clock::time_point (*)();
+
+    /// @param terminal where the line stands; must live as long as it.
+    /// @param bVisible somebody watches `terminal`.
+    /// @param strWhat who does what: "quiver-fi: writing".
     /// @param nTotal steps in all.
-    CProgress(const SStreams& streams, const char* lpcWhat, std::uint64_t nTotal);
+    CProgress(std::ostream& terminal, bool bVisible, std::string strWhat, std::uint64_t nTotal,
+              AskTime pAskTime = &Clock::now);
     CProgress(const CProgress&) = delete;
     CProgress& operator=(const CProgress&) = delete;
     ~CProgress();
@@ -39,13 +44,15 @@ private:
 
     void Ask(std::uint64_t nSteps);
 
-    const SStreams& m_streams;
-    const char* m_lpcWhat;
+    std::ostream& m_terminal;
+    std::string m_strWhat;
     std::uint64_t m_nTotal;
     std::uint64_t m_nAsked = 0;
+    AskTime m_pAskTime;
+    Clock::time_point m_begin;
     Clock::time_point m_next;
     bool m_bVisible;
     bool m_bShown = false;
 };
 
-} // namespace quiver_fi
+} // namespace quiver_tools

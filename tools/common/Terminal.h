@@ -1,0 +1,9 @@
+#pragma once
+
+namespace quiver_tools
+{
+
+/// Somebody watches standard error.
+bool IsErrorOutputATerminal();
+
+} // namespace quiver_tools
