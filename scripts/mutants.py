@@ -812,12 +812,17 @@ def read_equal(sites):
 
 
 def programs_by_folder(folders):
-    """The test programs of each folder. Where both libraries of patterns are installed, the folder of the patterns has one more."""
-    programs = {f: sorted(p.stem for p in (ROOT / "tests" / f).glob("*_test.cpp")) for f in folders}
-    commands = (BINARY / "compile_commands.json")
-    if commands.exists() and "quiver_other_pattern_engine" in commands.read_text():
+    """The test programs of each folder that this machine builds. Where both libraries of patterns are installed, there is one
+    more for the other."""
+    programs = {folder: [] for folder in folders}
+    commands = json.loads((BINARY / "compile_commands.json").read_text())
+    for command in commands:
+        path = pathlib.Path(os.path.relpath(command["file"], SOURCE))
+        if path.parts[0] == "tests" and path.parts[1] in programs and path.name.endswith("_test.cpp"):
+            programs[path.parts[1]].append(path.stem)
+    if any("quiver_other_pattern_engine" in command["command"] for command in commands):
         programs["foundation"].append("Pattern_test.other_pcre")
-    return programs
+    return {folder: sorted(own) for folder, own in programs.items()}
 
 
 def describe(mutant):
