@@ -14,6 +14,13 @@
 #include "Settings.h"
 #include "SettingsRoots.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
 using namespace QvXmlLib9;
 
 namespace fuzz
@@ -330,8 +337,6 @@ void Put(CEntry& entry, CDecisions& decisions)
 using PutMember = void (*)(CEntry& entry, CDecisions& decisions);
 
 const PutMember s_putMembers[] = {
-    &Put<&CEntry::SetAnySimpleType, &MakeText>,
-    &Put<&CEntry::SetAAnySimpleType, &MakeText>,
     &Put<&CEntry::SetString, &MakeText>,
     &Put<&CEntry::SetAString, &MakeText>,
     &Put<&CEntry::SetNormalizedString, &MakeText>,
@@ -452,6 +457,150 @@ CObject MakeKinds(CDecisions& decisions)
     return CObject(spKinds);
 }
 
+/// Whether two values are the same for whoever asks for them. A number may be none, and a zero may have a sign.
+template <class TValue>
+bool IsSame(const TValue& left, const TValue& right)
+{
+    if constexpr (std::is_floating_point_v<TValue>)
+        return std::memcmp(&left, &right, sizeof(left)) == 0 || (std::isnan(left) && std::isnan(right));
+    else if constexpr (std::is_same_v<TValue, CDateTime> || std::is_same_v<TValue, CDateTimeSpan> ||
+                       std::is_same_v<TValue, CDecimal>)
+        return left.ToString() == right.ToString();
+    else
+        return left == right;
+}
+
+template <class TItem>
+bool IsSame(const std::vector<TItem>& left, const std::vector<TItem>& right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const TItem& a, const TItem& b) { return IsSame(a, b); });
+}
+
+template <auto t_pfnGet>
+bool HaveSame(const CEntry& left, const CEntry& right)
+{
+    const auto& leftValue = (left.*t_pfnGet)();
+    const auto& rightValue = (right.*t_pfnGet)();
+    return leftValue.has_value() == rightValue.has_value() && (!leftValue || IsSame(*leftValue, *rightValue));
+}
+
+using CompareMember = bool (*)(const CEntry& left, const CEntry& right);
+
+// Without names with prefixes: those are written under other prefixes, and read so.
+const CompareMember s_compareMembers[] = {
+    &HaveSame<&CEntry::GetString>,
+    &HaveSame<&CEntry::GetAString>,
+    &HaveSame<&CEntry::GetNormalizedString>,
+    &HaveSame<&CEntry::GetANormalizedString>,
+    &HaveSame<&CEntry::GetToken>,
+    &HaveSame<&CEntry::GetAToken>,
+    &HaveSame<&CEntry::GetLanguage>,
+    &HaveSame<&CEntry::GetALanguage>,
+    &HaveSame<&CEntry::GetName>,
+    &HaveSame<&CEntry::GetAName>,
+    &HaveSame<&CEntry::GetNCName>,
+    &HaveSame<&CEntry::GetANCName>,
+    &HaveSame<&CEntry::GetID>,
+    &HaveSame<&CEntry::GetAID>,
+    &HaveSame<&CEntry::GetIDREF>,
+    &HaveSame<&CEntry::GetAIDREF>,
+    &HaveSame<&CEntry::GetNMTOKEN>,
+    &HaveSame<&CEntry::GetANMTOKEN>,
+    &HaveSame<&CEntry::GetIDREFS>,
+    &HaveSame<&CEntry::GetAIDREFS>,
+    &HaveSame<&CEntry::GetNMTOKENS>,
+    &HaveSame<&CEntry::GetANMTOKENS>,
+    &HaveSame<&CEntry::GetAnyURI>,
+    &HaveSame<&CEntry::GetAAnyURI>,
+
+    &HaveSame<&CEntry::GetBoolean>,
+    &HaveSame<&CEntry::GetABoolean>,
+    &HaveSame<&CEntry::GetFloat>,
+    &HaveSame<&CEntry::GetAFloat>,
+    &HaveSame<&CEntry::GetDouble>,
+    &HaveSame<&CEntry::GetADouble>,
+    &HaveSame<&CEntry::GetDecimal>,
+    &HaveSame<&CEntry::GetADecimal>,
+    &HaveSame<&CEntry::GetInteger>,
+    &HaveSame<&CEntry::GetAInteger>,
+    &HaveSame<&CEntry::GetNonPositiveInteger>,
+    &HaveSame<&CEntry::GetANonPositiveInteger>,
+    &HaveSame<&CEntry::GetNegativeInteger>,
+    &HaveSame<&CEntry::GetANegativeInteger>,
+    &HaveSame<&CEntry::GetNonNegativeInteger>,
+    &HaveSame<&CEntry::GetANonNegativeInteger>,
+    &HaveSame<&CEntry::GetPositiveInteger>,
+    &HaveSame<&CEntry::GetAPositiveInteger>,
+    &HaveSame<&CEntry::GetLong>,
+    &HaveSame<&CEntry::GetALong>,
+    &HaveSame<&CEntry::GetInt>,
+    &HaveSame<&CEntry::GetAInt>,
+    &HaveSame<&CEntry::GetShort>,
+    &HaveSame<&CEntry::GetAShort>,
+    &HaveSame<&CEntry::GetByte>,
+    &HaveSame<&CEntry::GetAByte>,
+    &HaveSame<&CEntry::GetUnsignedLong>,
+    &HaveSame<&CEntry::GetAUnsignedLong>,
+    &HaveSame<&CEntry::GetUnsignedInt>,
+    &HaveSame<&CEntry::GetAUnsignedInt>,
+    &HaveSame<&CEntry::GetUnsignedShort>,
+    &HaveSame<&CEntry::GetAUnsignedShort>,
+    &HaveSame<&CEntry::GetUnsignedByte>,
+    &HaveSame<&CEntry::GetAUnsignedByte>,
+    &HaveSame<&CEntry::GetDuration>,
+    &HaveSame<&CEntry::GetADuration>,
+    &HaveSame<&CEntry::GetDateTime>,
+    &HaveSame<&CEntry::GetADateTime>,
+    &HaveSame<&CEntry::GetDate>,
+    &HaveSame<&CEntry::GetADate>,
+    &HaveSame<&CEntry::GetTime>,
+    &HaveSame<&CEntry::GetATime>,
+    &HaveSame<&CEntry::GetGYearMonth>,
+    &HaveSame<&CEntry::GetAGYearMonth>,
+    &HaveSame<&CEntry::GetGYear>,
+    &HaveSame<&CEntry::GetAGYear>,
+    &HaveSame<&CEntry::GetGMonthDay>,
+    &HaveSame<&CEntry::GetAGMonthDay>,
+    &HaveSame<&CEntry::GetGDay>,
+    &HaveSame<&CEntry::GetAGDay>,
+    &HaveSame<&CEntry::GetGMonth>,
+    &HaveSame<&CEntry::GetAGMonth>,
+    &HaveSame<&CEntry::GetHexBinary>,
+    &HaveSame<&CEntry::GetAHexBinary>,
+    &HaveSame<&CEntry::GetBase64Binary>,
+    &HaveSame<&CEntry::GetABase64Binary>,
+    &HaveSame<&CEntry::GetDoubles>,
+    &HaveSame<&CEntry::GetADoubles>,
+    &HaveSame<&CEntry::GetEither>,
+    &HaveSame<&CEntry::GetAEither>,
+};
+
+bool AreSameKinds(const CXmlObjectBase& leftObject, const CXmlObjectBase& rightObject)
+{
+    const auto& left = static_cast<const kinds::CKinds&>(leftObject);
+    const auto& right = static_cast<const kinds::CKinds&>(rightObject);
+    if (left.GetEntry()->GetCount() != right.GetEntry()->GetCount())
+        return false;
+    for (int n = 0; n < left.GetEntry()->GetCount(); ++n)
+    {
+        const CEntry& leftEntry = *left.GetEntry()->Item(n);
+        const CEntry& rightEntry = *right.GetEntry()->Item(n);
+        for (const CompareMember pfnCompare : s_compareMembers)
+        {
+            if (!pfnCompare(leftEntry, rightEntry))
+                return false;
+        }
+    }
+    return true;
+}
+
+/// What is written of the others tells enough.
+bool AreSameByText(const CXmlObjectBase&, const CXmlObjectBase&)
+{
+    return true;
+}
+
 template <class TObject>
 CObject MakeEmpty()
 {
@@ -461,13 +610,14 @@ CObject MakeEmpty()
 } // namespace
 
 const SClasses s_classes[s_nClasses] = {
-    {"examples/invoice/invoice.xsd", &MakeInvoice, &MakeEmpty<invoice::CInvoice>, &invoice::CInvoiceRoots::CreateRoot},
+    {"examples/invoice/invoice.xsd", &MakeInvoice, &MakeEmpty<invoice::CInvoice>, &invoice::CInvoiceRoots::CreateRoot,
+     &AreSameByText},
     {"examples/purchase_order/order.xsd", &MakeOrder, &MakeEmpty<order::CPurchaseOrder>,
-     &order::COrderRoots::CreateRoot},
-    {"examples/gpx_track/gpx.xsd", &MakeTracks, &MakeEmpty<gpx::CGpx>, &gpx::CGpxRoots::CreateRoot},
+     &order::COrderRoots::CreateRoot, &AreSameByText},
+    {"examples/gpx_track/gpx.xsd", &MakeTracks, &MakeEmpty<gpx::CGpx>, &gpx::CGpxRoots::CreateRoot, &AreSameByText},
     {"examples/open_content/settings.xsd", &MakeSettings, &MakeEmpty<settings::CSettings>,
-     &settings::CSettingsRoots::CreateRoot},
-    {"fuzz/kinds.xsd", &MakeKinds, &MakeEmpty<kinds::CKinds>, &kinds::CKindsRoots::CreateRoot},
+     &settings::CSettingsRoots::CreateRoot, &AreSameByText},
+    {"fuzz/kinds.xsd", &MakeKinds, &MakeEmpty<kinds::CKinds>, &kinds::CKindsRoots::CreateRoot, &AreSameKinds},
 };
 
 CXmlSerializationContext MakeContext(CDecisions& decisions)

@@ -23,6 +23,8 @@ struct SClasses
     CObject (*pfnMake)(CDecisions& decisions);
     CObject (*pfnMakeEmpty)();
     CObject (*pfnMakeRoot)(QvXmlLib9::CXmlElement* pElement); ///< as the factory of the classes does
+    /// Whether the members of two objects that are written alike are the same.
+    bool (*pfnAreSame)(const QvXmlLib9::CXmlObjectBase& left, const QvXmlLib9::CXmlObjectBase& right);
 };
 
 inline constexpr std::size_t s_nClasses = 5;

@@ -46,6 +46,7 @@ private:
         if (!m_bKept)
             return;
         fuzz::RequireSame(strFailure.empty() ? ToText(*spAgain) : strFailure, m_strXml, lpcForm);
+        fuzz::Require(m_classes.pfnAreSame(*spAgain, *m_spObject), "members come back as they were set");
         // The second use of an object and of a context.
         Read(*spAgain);
         fuzz::RequireSame(ToText(*spAgain), m_strXml, "an object that is read into again says the same");

@@ -135,7 +135,8 @@ void CheckWriting(const CFiles& files, const CXmlObjectBase& object, const CXmlS
 int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSize)
 {
     static const CFiles s_files;
-    if (nSize < 3)
+    // That there is no document at all is said in other words of a file.
+    if (nSize < 4)
         return 0;
     const fuzz::SClasses& classes = fuzz::s_classes[pData[0] % fuzz::s_nClasses];
     const std::string_view input(reinterpret_cast<const char*>(pData) + 3, nSize - 3);

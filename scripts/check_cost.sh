@@ -14,7 +14,7 @@ program=$PWD/build/release/tests/quiver_cost
 
 case $form in
     quick) lengths=(--doublings 2 --quick) ;;
-    long) lengths=(--doublings 4 --scale 2) ;;
+    long) lengths=(--doublings 3 --scale 2) ;;
     *) echo "check_cost: $form is neither quick nor long" >&2; exit 2 ;;
 esac
 

@@ -31,7 +31,8 @@ namespace
 /// A value travels as text and is checked by its member, so the record has nothing to say about either.
 const CPrimitiveRestrictions& NoFacets()
 {
-    static const CPrimitiveRestrictions s_none;
+    // Never destroyed: static objects may be written while they die.
+    static const CPrimitiveRestrictions& s_none = *new CPrimitiveRestrictions;
     return s_none;
 }
 

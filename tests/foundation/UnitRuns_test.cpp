@@ -15,10 +15,9 @@ namespace
 /// What lies behind the room that a function is given.
 constexpr wchar_t s_cUntouched = 0x1234;
 
-bool IsPlain(wchar_t c)
+bool IsPlain(char32_t c)
 {
-    return std::wstring_view(L"\0\n\r\"&<>", 7).find(c) == std::wstring_view::npos &&
-           static_cast<std::uint32_t>(c) <= 0xFFFF;
+    return c <= 0xFFFF && std::wstring_view(L"\0\n\r\"&<>", 7).find(static_cast<wchar_t>(c)) == std::wstring_view::npos;
 }
 
 void ExpectPlainCopied(const std::wstring& strText, std::size_t nPlain)

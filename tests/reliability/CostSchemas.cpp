@@ -448,11 +448,11 @@ const std::vector<SSchemaShape>& GetSchemaShapes()
                      Type("T", "<xs:group ref='t:G" + No(n) + "'/>"));
          },
          s_strDocument},
-        {"sequences in sequences", 40,
+        {"sequences in sequences", 10,
          [](std::size_t n)
          { return One(s_strRoot + Type("T", Times(n, "<xs:sequence>") + Int("a") + Times(n, "</xs:sequence>"))); },
          s_strDocument},
-        {"choices and sequences by turns", 20,
+        {"choices and sequences by turns", 5,
          [](std::size_t n)
          {
              return One(
@@ -462,7 +462,7 @@ const std::vector<SSchemaShape>& GetSchemaShapes()
                                Times(n, "</xs:choice></xs:sequence>")));
          },
          s_strDocument},
-        {"elements in elements", 15,
+        {"elements in elements", 4,
          [](std::size_t n)
          {
              return One(

@@ -297,9 +297,11 @@ std::vector<STypedShape> MakeShapes()
             "<xs:element name='o' minOccurs='0' maxOccurs='unbounded'><xs:complexType><xs:sequence><xs:element "
             "name='a' type='xs:int'/><xs:element name='b' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"),
         [](std::size_t n) { return Times(n, "<t:o><t:b>1</t:b></t:o>"); }, TolerateGaps));
-    Add(Make(
+    STypedShape more = Make(
         "more elements than allowed", 150, RootOf("<xs:element name='v' type='xs:int' maxOccurs='2'/>"),
-        [](std::size_t n) { return Times(n, "<t:v>1</t:v>"); }, TolerateGaps));
+        [](std::size_t n) { return Times(n, "<t:v>1</t:v>"); }, TolerateGaps);
+    more.strFirst = In("<t:v>1</t:v>");
+    Add(std::move(more));
 
     // Refusals
     STypedShape chain =

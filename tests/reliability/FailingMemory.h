@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
+#include <new>
 
 /// @file
 /// Stands between the whole program, the C library and the libraries that parse and compress included, and its memory, so that the
@@ -28,6 +30,7 @@ inline bool IsMemoryOut()
     if (!g_bForever)
         g_nAllocationsLeft = -1;
     ++g_nFailed;
+    errno = ENOMEM;
     return true;
 }
 
@@ -60,3 +63,56 @@ extern "C"
 }
 
 #undef QUIVER_REAL
+
+#if defined(__SANITIZE_ADDRESS__)
+
+// The operators of the sanitizer do not go by the functions above.
+
+inline void* NewOrThrow(std::size_t nSize)
+{
+    if (void* const pMemory = malloc(nSize != 0 ? nSize : 1))
+        return pMemory;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t nSize)
+{
+    return NewOrThrow(nSize);
+}
+void* operator new[](std::size_t nSize)
+{
+    return NewOrThrow(nSize);
+}
+void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
+{
+    return malloc(nSize != 0 ? nSize : 1);
+}
+void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept
+{
+    return malloc(nSize != 0 ? nSize : 1);
+}
+void operator delete(void* pMemory) noexcept
+{
+    free(pMemory);
+}
+void operator delete[](void* pMemory) noexcept
+{
+    free(pMemory);
+}
+void operator delete(void* pMemory, std::size_t) noexcept
+{
+    free(pMemory);
+}
+void operator delete[](void* pMemory, std::size_t) noexcept
+{
+    free(pMemory);
+}
+
+/// The table that the loader makes for each thread: the sanitizer knows it by the caller of its calloc, which is not the
+/// loader here.
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:allocate_dtv\n";
+}
+
+#endif

@@ -43,8 +43,8 @@ int InChild(const std::function<bool()>& work)
         catch (const CQvException&)
         {
         }
-#if defined(__SANITIZE_ADDRESS__)
-        // The leak sanitizer would ask for the stacks of threads that only the parent has.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        // At the end the sanitizers would ask after threads that only the parent has.
         std::_Exit(bContent ? 0 : 1);
 #else
         std::exit(bContent ? 0 : 1);
@@ -98,6 +98,9 @@ TEST(Fork, WhileAnotherThreadBuildsTheTablesOfAClass)
 
 TEST(Fork, WhileThreadsComeConvertAndGo)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's own locks stay with the threads of the parent";
+#endif
     const std::string strOrder = Sample("purchase_order/order.xml");
     const std::string strInvoice = Sample("invoice/invoice.xml");
     std::atomic<bool> bGoOn{true};
@@ -112,7 +115,7 @@ TEST(Fork, WhileThreadsComeConvertAndGo)
                     std::thread([&] { EXPECT_TRUE(ReadsAndWrites<order::CPurchaseOrder>(strOrder)); }).join();
             });
     }
-    for (int nRound = 0; nRound < 25; ++nRound)
+    for (int nRound = 0; nRound < 15; ++nRound)
     {
         const auto Convert = [&]
         {

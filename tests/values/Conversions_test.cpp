@@ -484,6 +484,7 @@ TEST(Conversions, BooleanIgnoresCaseOnPurpose)
                                                           {L"1", true},
                                                           {L"false", false},
                                                           {L"False", false},
+                                                          {L"FALSE", false},
                                                           {L"0", false}});
     EXPECT_EQ(CConversions::booleanToString(true), L"true");
     EXPECT_EQ(CConversions::booleanToString(false), L"false");

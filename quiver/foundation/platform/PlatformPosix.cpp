@@ -19,6 +19,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// The build asks for these where a machine of 32 bits has others.
+static_assert(sizeof(off_t) == 8 && sizeof(std::time_t) == 8);
+
 namespace QvXmlLib9::Platform
 {
 
