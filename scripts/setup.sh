@@ -10,7 +10,7 @@ packages=(
 )
 if [ "${1:-}" = "--checks" ]; then
     # What only the checks of continuous integration need.
-    packages+=(clang clang-format libclang-rt-14-dev python3 default-jdk-headless libfastinfoset-java)
+    packages+=(clang clang-format libclang-rt-14-dev python3 python3-clang-14 default-jdk-headless libfastinfoset-java)
     packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian doxygen valgrind)
 fi
 if [ "${1:-}" = "--machines" ]; then

@@ -36,9 +36,29 @@ protected:
     }
 };
 
-std::wstring Write(const CLink& link, const CXmlSerializationContext& context = {})
+/// An element whose text is a name.
+class CTarget : public CGenerated<CTarget>
 {
-    return link.ToXml(false, false, EOLType_LF, context);
+public:
+    explicit CTarget(const wchar_t* lpctElementName = L"target")
+        : CInstanceMonitor(L"CTarget")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CRequired<xs::QName> m_Name;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"target", L"");
+        description.Text(m_Name);
+    }
+};
+
+std::wstring Write(const CXmlObjectBase& object, const CXmlSerializationContext& context = {})
+{
+    return object.ToXml(false, false, EOLType_LF, context);
 }
 
 } // namespace
@@ -63,6 +83,16 @@ TEST(Prefixes, OfValuesKeepTheirMeaning)
         link.FromXml(c.lpctRead, {});
         EXPECT_EQ(Write(link), c.lpctWritten);
     }
+}
+
+TEST(Prefixes, OfTheTextOfAnElementKeepTheirMeaning)
+{
+    CTarget target;
+    target.FromXml(L"<target xmlns:a='urn:a'>a:x</target>", {});
+    EXPECT_EQ(target.m_Name.Get(), L"a:x");
+    EXPECT_EQ(target.GetNamespaceOfPrefix(L"a"), L"urn:a");
+    EXPECT_EQ(Write(target), L"<target xmlns:a=\"urn:a\">a:x</target>");
+    EXPECT_THROW(target.FromXml(L"<target>a:x</target>", {}), CQvException);
 }
 
 TEST(Prefixes, GiveWayToThoseOfTheContext)

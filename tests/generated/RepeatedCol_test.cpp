@@ -241,6 +241,24 @@ TEST(RepeatedCol, CountsOpenContent)
     EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(lenient); }), L"done");
 }
 
+TEST(RepeatedCol, LeavesTheLayoutOfOpenContentOut)
+{
+    CEnvelope envelope;
+    const std::wstring strLaidOut = L">\n  <m:y> 1 </m:y>\n  <m:y>\n</m:y>\n</";
+    envelope.FromXml(Document(L"envelope", L"",
+                              L"<head>h</head><o:one" + strLaidOut + L"o:one><m:x" + strLaidOut + L"m:x><m:x>\n</m:x>")
+                         .c_str(),
+                     CXmlSerializationContext::GetDefaultContext());
+    ASSERT_TRUE(envelope.m_One.IsSet());
+    EXPECT_EQ(envelope.m_One.Get()->GetText(), L"");
+    const CSmartPtr<CAnyCol> spMany = envelope.m_Many.Get(CEnvelope::s_Many);
+    ASSERT_EQ(spMany->GetCount(), 2);
+    EXPECT_EQ(spMany->Item(0)->GetText(), L"");
+    EXPECT_EQ(spMany->Item(0)->GetChildElements()->Item(0)->GetText(), L" 1 ");
+    EXPECT_EQ(spMany->Item(0)->GetChildElements()->Item(1)->GetText(), L"\n");
+    EXPECT_EQ(spMany->Item(1)->GetText(), L"\n") << "what stands alone is a value";
+}
+
 TEST(RepeatedCol, MayHaveItsCountsNarrowed)
 {
     const CSmartPtr<CValueCol<xs::Int>> spCol = new CValueCol<xs::Int>(s_number);
