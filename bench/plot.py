@@ -1,10 +1,14 @@
 #!/usr/bin/env python3
-"""Makes the table and the plot of the comparison with other libraries from bench/peers/figures.csv, and puts them into
-docs/performance.md and docs/peers.svg."""
+"""Makes the plots of docs/performance.md, and the table of the comparison with other libraries in it.
+
+The comparison comes from bench/peers/figures.csv: its table, docs/peers.svg and docs/memory.svg. The other plots draw what the
+page's own tables say: docs/order.svg the order in three sizes, docs/families.svg the families of schemas.
+"""
 
 import csv
 import html
 import pathlib
+import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -90,16 +94,84 @@ def make_plot(peers):
     return "\n".join(parts) + "\n"
 
 
+def make_bars(rows, series, caption, left=LEFT):
+    """Bars of one scale: rows of (name, values), a value for each of the series, None where there is none."""
+    most = max(value for _, values in rows for value in values if value is not None)
+    scale = (WIDTH - left - RIGHT) / most
+    row_height = len(series) * (BAR - 2) + 12
+    height = len(rows) * row_height + 44
+    parts = [
+        f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{height}" '
+        'font-family="sans-serif" font-size="12">',
+        f'<rect width="{WIDTH}" height="{height}" fill="white"/>',
+    ]
+    x = left
+    for (name, colour) in series:
+        parts.append(f'<rect x="{x}" y="8" width="{BAR}" height="{BAR}" fill="{colour}"/>')
+        parts.append(f'<text x="{x + BAR + 5}" y="20">{html.escape(name)}</text>')
+        x += BAR + 24 + 7 * len(name)
+    parts.append(f'<text x="{x}" y="20" fill="#555">{html.escape(caption)}</text>')
+    for number, (name, values) in enumerate(rows):
+        top = 34 + number * row_height
+        middle = top + len(series) * (BAR - 2) / 2 + 4
+        parts.append(f'<text x="{left - 8}" y="{middle:.1f}" text-anchor="end">{html.escape(name)}</text>')
+        for offset, (value, (_, colour)) in enumerate(zip(values, series)):
+            if value is None:
+                continue
+            y = top + offset * (BAR - 2)
+            parts.append(f'<rect x="{left}" y="{y}" width="{value * scale:.1f}" height="{BAR - 3}" fill="{colour}"/>')
+            parts.append(f'<text x="{left + value * scale + 6:.1f}" y="{y + BAR - 4}" font-size="10">{value:g}</text>')
+    parts.append("</svg>")
+    return "\n".join(parts) + "\n"
+
+
+def read_table(text, heading):
+    """The rows of the first table under a heading, without its two first lines."""
+    section = text.split(f"## {heading}\n", 1)[1].split("\n## ", 1)[0]
+    table = re.search(r"(?:^\|.*\n)+", section, re.MULTILINE).group(0)
+    return [[cell.strip(" `") for cell in line.strip("|").split("|")] for line in table.splitlines()[2:]]
+
+
+def make_order_plot(text):
+    """Every step as a multiple of expat's bare read of the same size."""
+    steps = read_table(text, "Whole documents")
+    milliseconds = [[float(number) * (0.001 if unit == "µs" else 1) for number, unit in map(str.split, row[1:4])] for row in steps]
+    rows = [
+        (re.sub(r" \(.*", "", row[0]), [round(ms / floor, 2) for ms, floor in zip(times, milliseconds[0])])
+        for row, times in zip(steps, milliseconds)
+    ]
+    series = [("1 KB", "#9bbcd8"), ("1 MB", "#4878a8"), ("20 MB", "#24405c")]
+    return make_bars(rows, series, "multiples of expat alone")
+
+
+def make_families_plot(text):
+    rows = [(row[0], [float(row[-2]), float(row[-1])]) for row in read_table(text, "Classes of whole standards")]
+    return make_bars(rows, list(COLOURS.items()), "megabytes a second", 110)
+
+
+def make_memory_plot(peers):
+    rows = [(name, [float(tasks["read"]["memory"])]) for name, tasks in peers.items()]
+    return make_bars(rows, [("read", COLOURS["read"])], "bytes of memory for each byte of the document")
+
+
 def main():
     peers = load()
-    (ROOT / "docs" / "peers.svg").write_text(make_plot(peers), encoding="utf-8")
-    page = ROOT / "docs" / "performance.md"
+    docs = ROOT / "docs"
+    page = docs / "performance.md"
     text = page.read_text(encoding="utf-8")
+    plots = {
+        "peers": make_plot(peers),
+        "memory": make_memory_plot(peers),
+        "order": make_order_plot(text),
+        "families": make_families_plot(text),
+    }
+    for name, plot in plots.items():
+        (docs / f"{name}.svg").write_text(plot, encoding="utf-8")
     if BEGIN not in text or END not in text:
         sys.exit(f"plot.py: {page} has no place for the table")
     head, rest = text.split(BEGIN, 1)
     tail = rest.split(END, 1)[1]
-    page.write_text(f"{head}{BEGIN}\n{make_table(peers)}\n\n![Reading and writing](peers.svg)\n{END}{tail}", encoding="utf-8")
+    page.write_text(f"{head}{BEGIN}\n{make_table(peers)}\n\n![Reading and writing](peers.svg)\n\n![Memory](memory.svg)\n{END}{tail}", encoding="utf-8")
 
 
 if __name__ == "__main__":

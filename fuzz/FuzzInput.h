@@ -58,6 +58,22 @@ inline void Require(bool bKept, const char* lpcPromise)
     std::abort();
 }
 
+/// As Require, for texts that should be the same, which are shown from a little before the first difference on.
+inline void RequireSame(const std::wstring& strLeft, const std::wstring& strRight, const char* lpcPromise)
+{
+    if (strLeft == strRight)
+        return;
+    const auto nSame = static_cast<std::size_t>(
+        std::mismatch(strLeft.begin(), strLeft.end(), strRight.begin(), strRight.end()).first - strLeft.begin());
+    const std::size_t nFrom = nSame - std::min<std::size_t>(nSame, 200);
+    std::string strShown;
+    QvXmlLib9::AppendUtf8(strShown, strLeft.substr(nFrom, 600));
+    strShown += "\n";
+    QvXmlLib9::AppendUtf8(strShown, strRight.substr(nFrom, 600));
+    std::fprintf(stderr, "fuzz: these differ:\n%s\n", strShown.c_str());
+    Require(false, lpcPromise);
+}
+
 /// Runs `action`. Whatever the input, the exceptions of the library are the only failures allowed.
 /// @return whether there was none.
 template <class TAction>
@@ -71,6 +87,22 @@ bool Succeeds(TAction&& action)
     catch (const QvXmlLib9::CQvException&)
     {
         return false;
+    }
+}
+
+/// Runs `action`.
+/// @return the messages of the library's exception, empty if there was none.
+template <class TAction>
+std::wstring Failure(TAction&& action)
+{
+    try
+    {
+        action();
+        return {};
+    }
+    catch (const QvXmlLib9::CQvException& exception)
+    {
+        return L"refused: " + exception.GetFullMessage();
     }
 }
 

@@ -10,8 +10,12 @@ packages=(
 )
 if [ "${1:-}" = "--checks" ]; then
     # What only the checks of continuous integration need.
-    packages+=(clang clang-format libclang-rt-14-dev python3 default-jdk-headless libfastinfoset-java)
-    packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian doxygen)
+    packages+=(clang clang-format libclang-rt-14-dev python3 python3-clang-14 default-jdk-headless libfastinfoset-java)
+    packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian doxygen valgrind)
+fi
+if [ "${1:-}" = "--machines" ]; then
+    # What building for other machines, and running there, needs beside.
+    packages+=(g++-s390x-linux-gnu g++-arm-linux-gnueabihf qemu-user-static)
 fi
 if [ "${1:-}" = "--windows" ]; then
     # What building for Windows, and running there, needs beside.

@@ -52,7 +52,8 @@ if(PCRE_FOUND AND PCRE2_FOUND)
     target_link_libraries(quiver_other_pattern_engine
         PUBLIC PCRE::PCRE PCRE2::8BIT
         PRIVATE Quiver::QvXmlLib9_static quiver_build_settings)
-    foreach(_name Pattern_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test Constructs_test)
+    foreach(_name Pattern_test PatternFirstUse_test PrimitiveRestrictions_test RestrictionCheck_test SimpleType_test
+            Constructs_test)
         if(TARGET ${_name})
             set(_other ${_name}.other_pcre)
             add_executable(${_other} $<TARGET_OBJECTS:${_name}> $<TARGET_OBJECTS:quiver_other_pattern_engine>)
@@ -67,8 +68,10 @@ endif()
 # --- Generated classes ----------------------------------------------------------------------------------------------
 
 # Tests of whole documents use the classes of the examples.
-foreach(_name InvoiceClasses_test MessageChains_test Threads_test)
-    target_link_libraries(${_name} PRIVATE quiver_example_classes)
+foreach(_name FirstUse_test ForkPosix_test InvoiceClasses_test MessageChains_test Threads_test)
+    if(TARGET ${_name})
+        target_link_libraries(${_name} PRIVATE quiver_example_classes)
+    endif()
 endforeach()
 
 # --- Command-line programs ------------------------------------------------------------------------------------------
@@ -239,4 +242,30 @@ if(QUIVER_GDB AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUIVER_SANITIZE)
     target_compile_options(debugger_values PRIVATE -O0 -g -femit-class-debug-always)
     add_test(NAME Debugger COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/debugger/check.sh" $<TARGET_FILE:debugger_values>)
     set_tests_properties(Debugger PROPERTIES TIMEOUT 300)
+endif()
+
+# --- Growth of the cost ---------------------------------------------------------------------------------------------
+
+# Counts by the processor or in valgrind, and replaces the allocation of the C library; scripts/check_cost.sh runs it.
+if(TARGET quiver_fi AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
+    add_executable(quiver_cost reliability/Cost.cpp reliability/CostCounter.cpp reliability/CostDocuments.cpp
+        reliability/CostSchemas.cpp reliability/CostTyped.cpp)
+    target_link_libraries(quiver_cost PRIVATE quiver_fi quiver_gen Quiver::QvXmlLib9_static quiver_build_settings)
+    find_path(QUIVER_VALGRIND_INCLUDE_DIR valgrind/callgrind.h)
+    mark_as_advanced(QUIVER_VALGRIND_INCLUDE_DIR)
+    if(QUIVER_VALGRIND_INCLUDE_DIR)
+        target_include_directories(quiver_cost SYSTEM PRIVATE "${QUIVER_VALGRIND_INCLUDE_DIR}")
+        target_compile_definitions(quiver_cost PRIVATE QUIVER_TEST_WITH_VALGRIND)
+    endif()
+endif()
+
+# --- Faults ---------------------------------------------------------------------------------------------------------
+
+# Calls of the system and allocations fail one after the other; scripts/check_faults.sh runs the long form.
+if(TARGET FileFaults_test)
+    foreach(_name FileFaults_test MemoryFaults_test)
+        target_sources(${_name} PRIVATE reliability/FaultOperations.cpp)
+        target_link_libraries(${_name} PRIVATE quiver_fi quiver_gen quiver_example_classes ${CMAKE_DL_LIBS})
+        target_compile_definitions(${_name} PRIVATE QUIVER_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    endforeach()
 endif()

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace QvXmlLib9
 {
@@ -275,6 +276,19 @@ void CXmlCollection::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializ
 void CXmlCollection::AppendItem(CXmlObjectBase* pItem)
 {
     InsertItem(pItem, [] { return nullptr; });
+}
+
+void CXmlCollection::AppendItem(CSmartPtr<CXmlObjectBase>&& spItem)
+{
+    if (spItem == nullptr || HasListeners())
+    {
+        AppendItem(static_cast<CXmlObjectBase*>(spItem));
+        return;
+    }
+    // With nobody to hear of it there is nothing to keep the item for meanwhile.
+    auto pNode = std::make_unique<CNode>();
+    pNode->m_pItem = std::move(spItem);
+    Link(pNode.release(), nullptr);
 }
 
 void CXmlCollection::PrependItem(CXmlObjectBase* pItem)

@@ -194,6 +194,8 @@ protected:
 
     /// Adds a last item.
     void AppendItem(CXmlObjectBase* pItem);
+    /// The same with a reference that is not needed any more. The collection may take it over.
+    void AppendItem(CSmartPtr<CXmlObjectBase>&& spItem);
 
     /// Adds a first item.
     void PrependItem(CXmlObjectBase* pItem);

@@ -8,7 +8,9 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/InstanceCounts.h"
 #include "quiver/foundation/StackGuard.h"
+#include "quiver/foundation/platform/Platform.h"
 #include "quiver/metadata/AttributeInfo.h"
 #include "quiver/metadata/ElementInfo.h"
 #include "quiver/metadata/ElementInfoSeq.h"
@@ -21,6 +23,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <new>
 #include <string_view>
 #include <typeinfo>
 #include <vector>
@@ -48,6 +51,30 @@ union UImmortalLock
 };
 
 UImmortalLock s_csInit;
+
+// No other thread builds tables or begins to count while the process forks, so that the child can do both.
+
+void BeforeFork()
+{
+    s_csInit.cs.Enter();
+    LockInstanceCounts();
+}
+
+void InParentOfFork()
+{
+    UnlockInstanceCounts();
+    s_csInit.cs.Leave();
+}
+
+/// The thread that entered is one of the parent's for the system, so that the child's cannot leave: the lock is made anew.
+void InChildOfFork()
+{
+    UnlockInstanceCounts();
+    s_csInit.cs.~CQVCriticalSection();
+    new (&s_csInit.cs) CQVCriticalSection;
+}
+
+[[maybe_unused]] const bool s_bForkTold = Platform::CallAroundFork(&BeforeFork, &InParentOfFork, &InChildOfFork);
 
 } // namespace
 

@@ -149,6 +149,13 @@ long CXmlObjectBase::AddRef()
 
 long CXmlObjectBase::Release()
 {
+    // Who has the only reference shares the count with nobody.
+    if (m_nRefCount.load(std::memory_order_acquire) == 1)
+    {
+        m_nRefCount.store(0, std::memory_order_relaxed);
+        Destroy();
+        return 0;
+    }
     const std::intptr_t nRefCount = AddTo(m_nRefCount, -1, std::memory_order_acq_rel);
     if (nRefCount == 0)
         Destroy();

@@ -114,6 +114,7 @@ public:
 
 private:
     friend class CXmlGeneratedClass;
+    friend struct SDefaultContext;
 
     /// The in-line schema without a copy.
     const std::wstring& InLineSchema() const { return m_strInLineSchema; }

@@ -25,14 +25,15 @@ public:
     std::size_t GetOctetsLeft() const { return static_cast<std::size_t>(m_pEnd - m_pNext); }
 
     /// Takes octets off the front.
+    /// @param nCount as a document tells it, which can be more than any buffer of the machine holds.
     /// @throws CQvException "... Unexpected End of File."
-    std::string_view ReadOctets(std::size_t nCount)
+    std::string_view ReadOctets(std::uint64_t nCount)
     {
         if (nCount > GetOctetsLeft())
             ThrowEndOfFile();
         const auto* const pOctets = reinterpret_cast<const char*>(m_pNext);
-        m_pNext += nCount;
-        return {pOctets, nCount};
+        m_pNext += static_cast<std::size_t>(nCount);
+        return {pOctets, static_cast<std::size_t>(nCount)};
     }
 
     unsigned char ReadOctet()

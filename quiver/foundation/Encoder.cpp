@@ -363,10 +363,8 @@ std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount)
     std::wstring strText(pBytes != nullptr ? ulCount : 0, 0);
     for (wchar_t& c : strText)
     {
-        std::uint16_t nUnit = 0;
-        std::memcpy(&nUnit, pBytes, sizeof(nUnit));
-        pBytes += sizeof(nUnit);
-        c = static_cast<wchar_t>(nUnit);
+        c = static_cast<wchar_t>(pBytes[0] | pBytes[1] << 8);
+        pBytes += 2;
     }
     return strText;
 }

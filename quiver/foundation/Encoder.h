@@ -26,7 +26,7 @@ QVXMLLIB_API std::wstring DecodeUtf8(const unsigned char* pBytes, unsigned long 
 
 /// A copy of `ulCount` UTF-16 units; empty for a count of 0 and for null.
 std::wstring DecodeUtf16(const wchar_t* lpctUnits, unsigned long ulCount);
-/// The same for units that lie in memory as two bytes in the machine's order, at any address.
+/// The same for units that lie in memory as two bytes, the lower one first, at any address.
 std::wstring DecodeUtf16(const unsigned char* pBytes, unsigned long ulCount);
 
 /// What a file in an encoding begins with: FF FE for the two UTF-16 encodings, nothing otherwise. The bytes live as

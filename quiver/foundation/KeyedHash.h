@@ -40,10 +40,18 @@ inline std::uint64_t FoldedProduct(std::uint64_t nLeft, std::uint64_t nRight)
     std::uint64_t nHigh = 0;
     const std::uint64_t nLow = _umul128(nLeft, nRight, &nHigh);
     return nLow ^ nHigh;
-#else
+#elif defined(__SIZEOF_INT128__)
     __extension__ using Product = unsigned __int128;
     const Product product = static_cast<Product>(nLeft) * nRight;
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+#else
+    // Machines of 32 bits: by the halves of the factors.
+    const std::uint64_t nLeftLow = nLeft & 0xFFFFFFFF;
+    const std::uint64_t nRightLow = nRight & 0xFFFFFFFF;
+    const std::uint64_t nMiddle = (nLeft >> 32) * nRightLow + (nLeftLow * nRightLow >> 32);
+    const std::uint64_t nOther = nLeftLow * (nRight >> 32) + (nMiddle & 0xFFFFFFFF);
+    const std::uint64_t nHigh = (nLeft >> 32) * (nRight >> 32) + (nMiddle >> 32) + (nOther >> 32);
+    return nLeft * nRight ^ nHigh;
 #endif
 }
 

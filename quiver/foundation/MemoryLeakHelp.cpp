@@ -460,6 +460,16 @@ CInstanceMonitor::~CInstanceMonitor()
     CInstanceClass::CountDestruction(*m_pct);
 }
 
+void LockInstanceCounts()
+{
+    State().m_cs.lock();
+}
+
+void UnlockInstanceCounts()
+{
+    State().m_cs.unlock();
+}
+
 void ForgetInstances(const wchar_t* lpctClassName, std::int64_t nInstances)
 {
     if (nInstances == 0)

@@ -70,7 +70,7 @@ std::wstring CGeneratedObject::GetTargetNamespace() const
 void CGeneratedObject::AttributesToXml_Int(CXmlWriter* pWriter, const CXmlSerializationContext& context) const
 {
     const SClassTables& tables = Tables();
-    if (tables.pPrefixed != nullptr && m_pPrefixes != nullptr)
+    if (tables.pPrefixed != nullptr)
         DeclarePrefixes(*pWriter);
     if (tables.bTyped && m_pPrefixes != nullptr)
         DeclareTypedText(*pWriter);
@@ -83,9 +83,12 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
                                            const CXmlSerializationContext& context, bool bOptionalChoice)
 {
     m_pPrefixes = nullptr;
-    CXmlElement* const pNext = CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
     const SClassTables& tables = Tables();
-    if (tables.pPrefixed != nullptr)
+    const bool bNames = tables.pPrefixed != nullptr;
+    CXmlElement* const pNext = bNames
+                                   ? ReadNames(pElement, pFirstChild, context, bOptionalChoice)
+                                   : CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
+    if (bNames)
         NotePrefixes(*pElement, context);
     if (tables.bTyped)
         NoteValueType(*pElement, context);
@@ -94,6 +97,14 @@ CXmlElement* CGeneratedObject::FromXml_Int(CXmlElement* pElement, CXmlElement* p
         Throw_IfContentIsWrong(*pElement, pFirstChild, context);
     Throw_IfNoChoiceWasRead(pElement, context);
     return pNext;
+}
+
+/// Attributes and text with prefixes are compared by what those stand for at the element.
+CXmlElement* CGeneratedObject::ReadNames(CXmlElement* pElement, CXmlElement* pFirstChild,
+                                         const CXmlSerializationContext& context, bool bOptionalChoice)
+{
+    const CNameScope scope(*pElement);
+    return CXmlGeneratedClass::FromXml_Int(pElement, pFirstChild, context, bOptionalChoice);
 }
 
 bool CGeneratedObject::IsOfType(const std::wstring& strName, const std::wstring& strUri) const
@@ -131,6 +142,7 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
         if (!Prefixes().Note(strText, *member.pType, element, context, bText ? ElementName().c_str() : member.lpctName))
             continue;
         value.SetString(strText);
+        const CNameScope scope(*m_pPrefixes);
         AccessProperty(member.nMember, false, value);
     }
 }
@@ -138,6 +150,8 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
 /// Ahead of the first attribute, since declarations come first in Fast Infoset documents.
 void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
 {
+    static const CPrefixes& s_none = *new CPrefixes;
+    const CPrefixes& prefixes = m_pPrefixes != nullptr ? *m_pPrefixes : s_none;
     for (const SPrefixedMember& member : *Tables().pPrefixed)
     {
         // An element that is nil may lack its text.
@@ -146,7 +160,7 @@ void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
         QvVariant value;
         ReadProperty(member.nMember, value);
         if (value.IsValid())
-            m_pPrefixes->Declare(PropertyText(value), *member.pType, writer);
+            prefixes.Declare(PropertyText(value), *member.pType, writer);
     }
 }
 
@@ -201,6 +215,7 @@ void CGeneratedObject::NoteValueType(const CXmlElement& element, const CXmlSeria
         if (IsNilElement())
             return;
         AccessProperty(typed.nText, true, value);
+        const CNameScope scope(element);
         std::wstring strText = TypedText(PropertyText(value), pType);
         if (pType->GetType().HasPrefixes())
             Prefixes().Note(strText, pType->GetType(), element, context, ElementName().c_str());

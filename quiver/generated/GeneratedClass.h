@@ -179,6 +179,8 @@ private:
 
     void NoteValueType(const CXmlElement& element, const CXmlSerializationContext& context);
     void DeclareTypedText(CXmlWriter& writer) const;
+    CXmlElement* ReadNames(CXmlElement* pElement, CXmlElement* pFirstChild, const CXmlSerializationContext& context,
+                           bool bOptionalChoice);
     void NotePrefixes(const CXmlElement& element, const CXmlSerializationContext& context);
     void DeclarePrefixes(CXmlWriter& writer) const;
 

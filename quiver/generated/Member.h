@@ -39,6 +39,12 @@ struct SNoRule
     }
 };
 
+/// Whether a text is the name that a schema has, with whatever prefix; false for types of other values.
+inline bool IsSameName(const CSimpleType& type, const std::wstring& strText, const wchar_t* lpctName)
+{
+    return type.HasPrefixes() && type.IsSame(strText, lpctName);
+}
+
 /// An element that is there and empty has the default.
 template <const wchar_t* lpctDefault>
 struct SDefault : SNoRule
@@ -62,7 +68,7 @@ struct SFixed
     static void Check(const typename TType::Value& value, const wchar_t* lpctName)
     {
         const std::wstring strText = ValueText(TType::Type(), value);
-        if (strText != FixedText<TType>())
+        if (strText != FixedText<TType>() && !IsSameName(TType::Type(), strText, lpctFixed))
             ThrowNotFixed(strText, lpctName, lpctFixed);
     }
 
@@ -72,7 +78,7 @@ private:
     static const std::wstring& FixedText()
     {
         static const std::wstring& s_strFixed =
-            *new std::wstring(ValueText(TType::Type(), ValueOf<TType>(lpctFixed, L"")));
+            *new std::wstring(ValueText(TType::Type(), SchemaValueOf<TType>(lpctFixed)));
         return s_strFixed;
     }
 };
@@ -110,7 +116,7 @@ protected:
         std::wstring strText = variant.TakeString();
         const wchar_t* const lpctReplacement = bElement ? TRule::Replacement(strText) : nullptr;
         if (lpctReplacement != nullptr)
-            strText = lpctReplacement;
+            return SchemaValueOf<TType>(lpctReplacement);
         Value value = ValueOf<TType>(std::move(strText), lpctName);
         TRule::template Check<TType>(value, lpctName);
         return value;
@@ -286,7 +292,7 @@ private:
     /// Never destroyed, so that objects can be written while the program ends.
     static const Value& Default()
     {
-        static const Value& s_default = *new Value(ValueOf<TType>(TRule::Text(), L""));
+        static const Value& s_default = *new Value(SchemaValueOf<TType>(TRule::Text()));
         return s_default;
     }
 
@@ -306,7 +312,11 @@ void CheckRestricted(const QvVariant& variant, const wchar_t* lpctName)
         return;
     std::wstring strText = PropertyText(variant);
     if (const wchar_t* const lpctReplacement = TRule::Replacement(strText))
-        strText = lpctReplacement;
+    {
+        const CNameScope scope;
+        ValueOf<TType>(lpctReplacement, lpctName);
+        return;
+    }
     TRule::template Check<TType>(ValueOf<TType>(std::move(strText), lpctName), lpctName);
 }
 

@@ -33,6 +33,16 @@ struct SName
     }
 };
 
+/// A name that says its namespace itself: `{urn:a}name`.
+bool IsExpandedName(std::wstring_view item)
+{
+    const std::size_t nEnd = item.rfind(L'}');
+    return !item.empty() && item.front() == L'{' && nEnd != std::wstring_view::npos &&
+           HasForm(CSimpleType::Form_NCName, item.substr(nEnd + 1));
+}
+
+thread_local const CNameScope* t_pScope = nullptr;
+
 std::wstring Join(std::wstring_view prefix, std::wstring_view local)
 {
     std::wstring strName(prefix);
@@ -55,18 +65,19 @@ bool IsName(std::wstring_view item, const CSimpleType& type)
 }
 
 /// A text with each of its names replaced.
-template <class TReplace>
-std::wstring ReplaceNames(const std::wstring& strText, const CSimpleType& type, TReplace Replace)
+/// @param IsToReplace which of its items are names.
+template <class TIsName, class TReplace>
+std::wstring ReplaceNames(const std::wstring& strText, TIsName IsToReplace, TReplace Replace)
 {
     std::wstring strResult;
     std::size_t nDone = 0;
     for (const std::wstring_view item : SplitList(strText))
     {
-        if (!IsName(item, type))
+        if (!IsToReplace(item))
             continue;
         const std::size_t nStart = static_cast<std::size_t>(item.data() - strText.data());
         strResult.append(strText, nDone, nStart - nDone);
-        strResult += Replace(SName(item));
+        strResult += Replace(item);
         nDone = nStart + item.size();
     }
     return strResult.append(strText, nDone, std::wstring::npos);
@@ -127,9 +138,10 @@ bool CPrefixes::Note(std::wstring& text, const CSimpleType& type, const CXmlElem
     if (element.GetDocument() == nullptr || context.GetSchemaType() == SchemaType_NoNamespaces)
         return false;
     const std::wstring strNoted = ReplaceNames(
-        text, type,
-        [&](const SName& name)
+        text, [&](std::wstring_view item) { return IsName(item, type); },
+        [&](std::wstring_view item)
         {
+            const SName name(item);
             static const std::wstring& s_strNone = *new std::wstring;
             const std::wstring* pUri = element.FindPrefix(name.prefix);
             if (pUri == nullptr && name.prefix.empty())
@@ -146,16 +158,85 @@ bool CPrefixes::Note(std::wstring& text, const CSimpleType& type, const CXmlElem
     return true;
 }
 
+std::wstring CPrefixes::DeclareExpanded(std::wstring_view name, CXmlWriter& writer) const
+{
+    const std::size_t nEnd = name.rfind(L'}');
+    const std::wstring_view uri = name.substr(1, nEnd - 1);
+    const auto it =
+        std::find_if(m_prefixes.begin(), m_prefixes.end(), [uri](const auto& item) { return item.second == uri; });
+    const std::wstring_view prefix = uri.empty() ? L"" : it != m_prefixes.end() ? std::wstring_view(it->first) : L"ns";
+    return Join(writer.DeclareForValue(prefix, uri), name.substr(nEnd + 1));
+}
+
 std::wstring CPrefixes::Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const
 {
-    return ReplaceNames(strText, type,
-                        [&](const SName& name)
-                        {
-                            const std::wstring* const pUri = Find(name.prefix);
-                            return Join(pUri != nullptr ? writer.DeclareForValue(name.prefix, *pUri)
-                                                        : std::wstring(name.prefix),
-                                        name.local);
-                        });
+    return ReplaceNames(
+        strText, [&](std::wstring_view item) { return IsName(item, type) || IsExpandedName(item); },
+        [&](std::wstring_view item)
+        {
+            if (IsExpandedName(item))
+                return DeclareExpanded(item, writer);
+            const SName name(item);
+            const std::wstring* const pUri = Find(name.prefix);
+            return Join(pUri != nullptr ? writer.DeclareForValue(name.prefix, *pUri) : std::wstring(name.prefix),
+                        name.local);
+        });
+}
+
+// --- Comparing names -------------------------------------------------------------------------------------------------
+
+CNameScope::CNameScope(const CXmlElement& element)
+    : m_pElement(&element)
+    , m_pOuter(std::exchange(t_pScope, this))
+{
+}
+
+CNameScope::CNameScope(const CPrefixes& prefixes)
+    : m_pPrefixes(&prefixes)
+    , m_pOuter(std::exchange(t_pScope, this))
+{
+}
+
+CNameScope::CNameScope()
+    : m_pOuter(std::exchange(t_pScope, this))
+{
+}
+
+CNameScope::~CNameScope()
+{
+    t_pScope = m_pOuter;
+}
+
+const std::wstring* CNameScope::Find(std::wstring_view prefix) const
+{
+    static const std::wstring& s_strNone = *new std::wstring;
+    const std::wstring* pUri = nullptr;
+    if (m_pPrefixes != nullptr)
+        pUri = m_pPrefixes->Find(prefix);
+    else if (m_pElement != nullptr && m_pElement->GetDocument() != nullptr)
+    {
+        pUri = m_pElement->FindPrefix(prefix);
+        if (pUri == nullptr && prefix.empty())
+            pUri = &s_strNone;
+    }
+    return pUri;
+}
+
+bool CNameScope::IsSame(std::wstring_view name, std::wstring_view listed)
+{
+    if (name == listed || !IsExpandedName(listed) || IsExpandedName(name))
+        return name == listed;
+    const SName parts(name);
+    const std::size_t nEnd = listed.rfind(L'}');
+    if (parts.local != listed.substr(nEnd + 1))
+        return false;
+    const std::wstring* const pUri = t_pScope != nullptr ? t_pScope->Find(parts.prefix) : nullptr;
+    return pUri == nullptr || *pUri == listed.substr(1, nEnd - 1);
+}
+
+bool CNameScope::IsExpanded(std::wstring_view text)
+{
+    return (t_pScope == nullptr || t_pScope->m_pElement == nullptr) && IsExpandedName(text);
 }
 
 } // namespace QvXmlLib9

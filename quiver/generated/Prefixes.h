@@ -45,9 +45,40 @@ public:
     std::wstring Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const;
 
 private:
+    std::wstring DeclareExpanded(std::wstring_view name, CXmlWriter& writer) const;
     std::wstring Add(std::wstring_view prefix, const std::wstring& strUri);
 
     std::vector<std::pair<std::wstring, std::wstring>> m_prefixes;
+};
+
+/// While it lives, the thread compares names by what their prefixes stand for. The values that a schema lists are written
+/// `{namespace}name`; without a scope a name with a prefix is the same if its local name is, and what the prefix stands
+/// for is asked when it is written.
+class QVXMLLIB_API CNameScope
+{
+public:
+    /// Names are those of a document, at an element of it.
+    explicit CNameScope(const CXmlElement& element);
+    /// Names are those of an object that has taken down its prefixes.
+    explicit CNameScope(const CPrefixes& prefixes);
+    /// Names are those of the schema.
+    CNameScope();
+    ~CNameScope();
+    CNameScope(const CNameScope&) = delete;
+    CNameScope& operator=(const CNameScope&) = delete;
+
+    /// Whether a name is the one that a schema lists.
+    static bool IsSame(std::wstring_view name, std::wstring_view listed);
+
+    /// Whether a text is `{namespace}name`, which documents do not write.
+    static bool IsExpanded(std::wstring_view text);
+
+private:
+    const std::wstring* Find(std::wstring_view prefix) const;
+
+    const CXmlElement* m_pElement = nullptr;
+    const CPrefixes* m_pPrefixes = nullptr;
+    const CNameScope* m_pOuter;
 };
 
 } // namespace QvXmlLib9

@@ -31,7 +31,8 @@ namespace
 /// A value travels as text and is checked by its member, so the record has nothing to say about either.
 const CPrimitiveRestrictions& NoFacets()
 {
-    static const CPrimitiveRestrictions s_none;
+    // Never destroyed: static objects may be written while they die.
+    static const CPrimitiveRestrictions& s_none = *new CPrimitiveRestrictions;
     return s_none;
 }
 
@@ -42,13 +43,22 @@ const CPrimitiveRestrictions& NoFacets()
 
 /// The text of a value whose prefixes are declared on the open element, or inside it.
 /// @param pObject an object of a generated class, as all that have these records.
-std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const CXmlGeneratedClass* pObject,
-                               CXmlWriter& writer, std::wstring& strBuffer)
+/// @throws CQvInvalidValueException for a name whose prefix stands for another namespace than the type asks for.
+std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const wchar_t* lpctName,
+                               const CXmlGeneratedClass* pObject, CXmlWriter& writer, std::wstring& strBuffer)
 {
+    static const CPrefixes& s_none = *new CPrefixes;
     const CPrefixes* const pPrefixes = static_cast<const CGeneratedObject*>(pObject)->FindPrefixes();
-    if (pPrefixes == nullptr)
+    if (pPrefixes == nullptr && svText.find(L'{') == std::wstring_view::npos)
         return svText;
-    strBuffer = pPrefixes->Declare(std::wstring(svText), type, writer);
+    const CPrefixes& prefixes = pPrefixes != nullptr ? *pPrefixes : s_none;
+    strBuffer = svText;
+    if (type.HasValues())
+    {
+        const CNameScope scope(prefixes);
+        type.Check(strBuffer, lpctName);
+    }
+    strBuffer = prefixes.Declare(strBuffer, type, writer);
     return strBuffer;
 }
 
@@ -128,14 +138,24 @@ public:
                         XmlElementType eParentType) override
     {
         const CXmlElement* const pElement = this->IsThisElement(context, *ppCurrent) ? *ppCurrent : nullptr;
-        const bool bResult = CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent,
-                                                                   lpctParentNamespace, eParentType);
+        const bool bResult = Read(context, pObject, pParent, ppCurrent, lpctParentNamespace, eParentType);
         if (pElement != nullptr && *ppCurrent != pElement)
             Note(context, *pObject, *pElement);
         return bResult;
     }
 
 private:
+    bool Read(const CXmlSerializationContext& context, CXmlGeneratedClass* pObject, CXmlElement* pParent,
+              CXmlElement** ppCurrent, const wchar_t* lpctParentNamespace, XmlElementType eParentType)
+    {
+        if (*ppCurrent == nullptr)
+            return CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace,
+                                                         eParentType);
+        const CNameScope names(**ppCurrent);
+        return CValueRecord<TRecord>::ElementFromXml(context, pObject, pParent, ppCurrent, lpctParentNamespace,
+                                                     eParentType);
+    }
+
     void Note(const CXmlSerializationContext& context, CXmlGeneratedClass& object, const CXmlElement& element)
     {
         QvVariant value;
@@ -147,6 +167,7 @@ private:
                                                                     this->Name().c_str()))
             return;
         value.SetString(strText);
+        const CNameScope scope(static_cast<CGeneratedObject&>(object).Prefixes());
         this->AccessProperty(&object, false, value);
     }
 
@@ -154,7 +175,8 @@ private:
     {
         const CValueText text(value);
         std::wstring strDeclared;
-        writer.WriteText(DeclaredText(text.Get(), m_type, pObject, writer, strDeclared), value.GetTypeAsEnum());
+        writer.WriteText(DeclaredText(text.Get(), m_type, this->Name().c_str(), pObject, writer, strDeclared),
+                         value.GetTypeAsEnum());
     }
 
     const CSimpleType& m_type;
@@ -188,7 +210,8 @@ public:
         const CSimpleType* const pType = FindType(*pObject);
         std::wstring strDeclared;
         pWriter->WriteText(pType != nullptr && pType->HasPrefixes()
-                               ? DeclaredText(value.StringRef(), *pType, pObject, *pWriter, strDeclared)
+                               ? DeclaredText(value.StringRef(), *pType, pObject->GetElementName().c_str(), pObject,
+                                              *pWriter, strDeclared)
                                : value.StringRef(),
                            ItemType_string);
         return true;
@@ -200,6 +223,7 @@ public:
         QvVariant value;
         std::wstring strBuffer;
         value.SetString(pParent->GetText(strBuffer));
+        const CNameScope scope(*pParent);
         AccessProperty(pObject, false, value);
         return true;
     }
@@ -498,10 +522,11 @@ public:
         if (IsSuppressedDefault(context, text.Get()))
             return;
         std::wstring strDeclared;
-        pWriter->WriteAttribute(
-            m_strName, m_strNamespace,
-            m_pNames == nullptr ? text.Get() : DeclaredText(text.Get(), *m_pNames, pObject, *pWriter, strDeclared),
-            value.GetTypeAsEnum());
+        pWriter->WriteAttribute(m_strName, m_strNamespace,
+                                m_pNames == nullptr ? text.Get()
+                                                    : DeclaredText(text.Get(), *m_pNames, m_strName.c_str(), pObject,
+                                                                   *pWriter, strDeclared),
+                                value.GetTypeAsEnum());
     }
 
 private:

@@ -11,6 +11,8 @@
 #include "quiver/output/XmlWriter.h"
 #include "quiver/values/QvVariant.h"
 
+#include <utility>
+
 namespace QvXmlLib9
 {
 
@@ -100,7 +102,7 @@ CXmlElement* CObjectColBase::FromXml_Int(CXmlElement* pParent, CXmlElement* pCur
         CXmlElement* const pNext = ReadItem(pParent, pCurrent, context, spItem);
         if (spItem == nullptr)
             break;
-        AppendItem(spItem);
+        AppendItem(std::move(spItem));
         pCurrent = pNext;
     }
     return pCurrent;
@@ -276,7 +278,15 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
         const QvXmlLib9Data::CValueText text(value);
         std::wstring strDeclared;
         if (bPrefixes)
-            strDeclared = m_prefixes.Declare(std::wstring(text.Get()), GetType(), *pWriter);
+        {
+            strDeclared = text.Get();
+            if (GetType().HasValues())
+            {
+                const CNameScope scope(m_prefixes);
+                GetType().Check(strDeclared, Name());
+            }
+            strDeclared = m_prefixes.Declare(strDeclared, GetType(), *pWriter);
+        }
         pWriter->WriteText(bPrefixes ? std::wstring_view(strDeclared) : text.Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
@@ -296,8 +306,11 @@ CXmlElement* CValueColBase::FromXml_Int(CXmlElement*, CXmlElement* pCurrent, con
             std::wstring strText(QvXmlLib9Data::CValueText(text).Get());
             m_prefixes.Note(strText, GetType(), *pCurrent, context, Name());
             text.SetString(std::move(strText));
+            const CNameScope scope(m_prefixes);
+            AddText(text);
         }
-        AddText(text);
+        else
+            AddText(text);
         pCurrent = pCurrent->GetNextSiblingElement();
     }
     return pCurrent;

@@ -298,12 +298,41 @@ private:
     CPrefixes m_prefixes;
 };
 
+/// The texts that the items of a collection were read with, for values that are written with them.
+template <bool bKeeps>
+class CKeptTexts
+{
+public:
+    void Insert(int nIndex, std::wstring strText) { m_texts.insert(m_texts.begin() + nIndex, std::move(strText)); }
+    void Remove(int nIndex) { m_texts.erase(m_texts.begin() + nIndex); }
+    void Clear() { m_texts.clear(); }
+    /// @return null if there is none: the value was set by a program.
+    const std::wstring* Get(std::size_t nIndex) const { return m_texts[nIndex].empty() ? nullptr : &m_texts[nIndex]; }
+
+private:
+    std::vector<std::wstring> m_texts;
+};
+
+template <>
+class CKeptTexts<false>
+{
+public:
+    static void Insert(int, const std::wstring&) {}
+    static void Remove(int) {}
+    static void Clear() {}
+    static const std::wstring* Get(std::size_t) { return nullptr; }
+};
+
 /// Repeated elements with values of a simple type.
 /// @tparam TType the struct of the type.
 /// @tparam TRule a default or fixed value.
 template <class TType, class TRule = SNoRule>
-class CValueCol : public CValueColBase, private CValueMember<TType, TRule>
+class CValueCol : public CValueColBase,
+                  private CValueMember<TType, TRule>,
+                  private CKeptTexts<s_bKeepsText<typename TType::Value>>
 {
+    using Texts = CKeptTexts<s_bKeepsText<typename TType::Value>>;
+
 public:
     using Value = typename TType::Value;
 
@@ -353,6 +382,7 @@ public:
         // Who heard of it may have removed values.
         Throw_IfIndexIsOutOfRange(nIndex);
         m_values.erase(m_values.begin() + nIndex);
+        Texts::Remove(nIndex);
         FireOnCollectionRemoveComplete(nIndex);
         FireOnCollectionChange();
     }
@@ -360,7 +390,10 @@ public:
     void Clear() override
     {
         if (!HasListeners())
+        {
             m_values.clear();
+            Texts::Clear();
+        }
         while (!m_values.empty())
             Remove(0);
     }
@@ -370,21 +403,30 @@ public:
 
 protected:
     const CSimpleType& GetType() const override { return TType::Type(); }
-    void AddText(QvVariant& text) override { Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name())); }
+    void AddText(QvVariant& text) override
+    {
+        std::wstring strText;
+        if constexpr (s_bKeepsText<Value>)
+            strText = TType::Type().Normalize(PropertyText(text));
+        Insert(GetCount(), CValueMember<TType, TRule>::Parsed(text, Name()), std::move(strText));
+    }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {
+        if (const std::wstring* const pstrText = Texts::Get(nIndex))
+            return value.SetString(*pstrText);
         // Not by a pointer to the value: flags are no objects of their own.
         const auto& item = m_values[nIndex];
         StoreValue(TType::Type(), item, value);
     }
 
 private:
-    void Insert(int nIndex, Value value)
+    void Insert(int nIndex, Value value, std::wstring strText = {})
     {
         FireOnCollectionAdd(&value);
         Throw_IfNoPlace(nIndex);
         m_values.insert(m_values.begin() + nIndex, value);
+        Texts::Insert(nIndex, std::move(strText));
         FireOnCollectionAddComplete(&value);
         FireOnCollectionChange();
     }

@@ -5,6 +5,7 @@
 #include "quiver/foundation/Functions.h"
 #include "quiver/foundation/Pattern.h"
 #include "quiver/generated/LexicalForm.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/generated/Value.h"
 #include "quiver/values/Conversions.h"
 
@@ -96,6 +97,8 @@ bool AreEqual(CSimpleType::EForm eForm, const std::wstring& strValue, const wcha
         return AreEqualHex(strValue, lpctOther);
     case CSimpleType::Form_Base64Binary:
         return AreEqualBase64(strValue, lpctOther);
+    case CSimpleType::Form_QName:
+        return CNameScope::IsSame(strValue, lpctOther);
     default:
         return strValue == lpctOther;
     }
@@ -150,7 +153,8 @@ const wchar_t* CSimpleType::GetValueText(std::size_t nIndex) const
 
 bool CSimpleType::HasPrefixes() const
 {
-    if (m_nValues > 0)
+    // The names of an enumeration say their namespaces, unless an earlier generator wrote them.
+    if (m_nValues > 0 && *m_ppValues[0] != L'{')
         return false;
     if (m_eForm == Form_List)
         return GetItem().HasPrefixes();
@@ -299,7 +303,8 @@ std::wstring CSimpleType::FindFault(const std::wstring& strText) const
                 return FormatString(L"Item [%s]: %s", strItem.c_str(), strFault.c_str());
         }
     }
-    else if (!HasForm(m_eForm, strText) || !IsInValueSpace(*this, strText))
+    else if (!(m_eForm == Form_QName && CNameScope::IsExpanded(strText)) &&
+             (!HasForm(m_eForm, strText) || !IsInValueSpace(*this, strText)))
         return Quoted(L"The value is no %s", m_lpctName);
 
     if (m_nValues > 0 && FindValue(strText) < 0)

@@ -153,7 +153,7 @@ public:
         return With(&CSimpleType::m_eWhiteSpace, eRule);
     }
     /// The enumeration: the texts of the values, white space removed, in the order of the enumerators of the C++
-    /// enumeration if there is one.
+    /// enumeration if there is one. Names say their namespaces: `{urn:a}name`.
     template <std::size_t nCount>
     constexpr CSimpleType Values(const wchar_t* const (&values)[nCount]) const
     {
@@ -174,13 +174,15 @@ public:
     /// Type of a list's items.
     const CSimpleType& GetItem() const { return m_pItem != nullptr ? *m_pItem : m_pfnItem(); }
 
+    /// Whether it is an enumeration.
+    bool HasValues() const { return m_nValues > 0; }
+
     /// Text of an enumerator.
     /// @param nIndex its place, from 0.
     /// @throws CQvInvalidParamException if there is no such value.
     const wchar_t* GetValueText(std::size_t nIndex) const;
 
-    /// Whether values are names with prefixes, or may be, which take declarations to be understood. Those of an
-    /// enumeration are told by their texts.
+    /// Whether values are names with prefixes, or may be, which take declarations to be understood.
     bool HasPrefixes() const;
 
     /// Place of a value in the enumeration.

@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/BinaryData.h"
 #include "quiver/foundation/Export.h"
+#include "quiver/generated/Prefixes.h"
 #include "quiver/generated/SimpleType.h"
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/DateTime.h"
@@ -175,6 +176,14 @@ typename TType::Value ValueOf(std::wstring strText, const wchar_t* lpctName)
         ParseValue(type, strText, value);
         return value;
     }
+}
+
+/// The value of a text that a schema has: of a default or fixed value.
+template <class TType>
+typename TType::Value SchemaValueOf(const wchar_t* lpctText)
+{
+    const CNameScope scope;
+    return ValueOf<TType>(lpctText, L"");
 }
 
 /// Checks a value that a program gives.

@@ -82,6 +82,7 @@ bool CheckKnown(const SKnownDeclarations& known, CXmlElement& element, const CXm
 
 void CheckAttributes(const SKnownDeclarations& known, const CXmlElement& element)
 {
+    const CNameScope scope(element);
     for (const CXmlAttribute* const pAttribute : element.GetAttributes())
     {
         if (const SKnownAttribute* const pKnown = FindAttribute(known, *pAttribute))

@@ -432,7 +432,7 @@ void CXmlWriter::ChangeOuterScope(const CXmlWriterContext& context, TChange Chan
 
 void CXmlWriter::RestoreScopes(const std::vector<SScope>& scopes)
 {
-    static const NamespaceMap s_mapNone;
+    static const NamespaceMap& s_mapNone = *new NamespaceMap;
     m_scopes.DropTo(0);
     m_defaultNamespaces.clear();
     const NamespaceMap* pOuter = &s_mapNone;

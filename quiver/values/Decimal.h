@@ -110,8 +110,9 @@ public:
 
     CDecimal GetNegative() const;
 
-    /// The shortest text: no point behind a whole number, no zeros at the end of a fraction. The text of a number with
-    /// a fraction is cut after 1024 characters, that of a whole number is not.
+    /// The shortest text: no point behind a whole number, no zeros at the end of a fraction but those that rounding to
+    /// the maximum of decimal places left there. The text of a number with a fraction is cut after 1024 characters, that
+    /// of a whole number is not.
     std::wstring ToString() const;
 
     /// The number with `nPlaces` decimal places, a half rounded away from zero

@@ -409,6 +409,9 @@ TEST(CallersText, OfAClassMeetsTheSameTextOfADocument)
     EXPECT_FALSE(object.IsNamespaceValid(s_lpctKept, L"##other", s_lpctGiven));
     EXPECT_TRUE(object.IsNamespaceValid(nullptr, L"##local", nullptr));
     EXPECT_FALSE(object.IsNamespaceValid(L"u", nullptr, nullptr));
+    // Each of the three is a text of its own.
+    EXPECT_FALSE(object.IsNamespaceValid(s_lpctGiven, L"x\U0001F601", s_lpctGiven));
+    EXPECT_TRUE(object.IsNamespaceValid(s_lpctGiven, L"##other", L"x\U0001F601"));
     ExpectThrows<CQvInvalidNamespaceException>(
         L"Invalid namespace [u]. The namespace must be one of [x\xD83D\xDE00] where the target namespace is []",
         [&] { object.TestNamespace(L"u", s_lpctGiven, nullptr); });

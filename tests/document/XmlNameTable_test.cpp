@@ -79,6 +79,27 @@ TEST(XmlNameTable, EqualNamesShareTheirRecordAndTheirNamespace)
     EXPECT_EQ(&names.Find(L"urn:x", L"a"), &names.Find(L"urn:x", L"a"));
 }
 
+TEST(XmlNameTable, ANameIsFoundWhateverStandsAroundIt)
+{
+    const std::string strAll = "abcdefghijklmnopqrstuvwx";
+    for (std::size_t nLength = 1; nLength <= strAll.size(); ++nLength)
+    {
+        SCOPED_TRACE(nLength);
+        CXmlNameTable names(nullptr);
+        std::set<const SXmlName*> records;
+        for (const wchar_t cAround : {L'1', L'2', L'3'})
+        {
+            const std::wstring strName(strAll.begin(), strAll.begin() + static_cast<std::ptrdiff_t>(nLength));
+            const std::wstring strText = cAround + strName + cAround;
+            // Another name comes between, so that the name is looked for each time.
+            names.Find(L"urn:x", L"other");
+            records.insert(&names.Find(L"urn:x", std::wstring_view(strText).substr(1, nLength)));
+        }
+        EXPECT_EQ(1u, records.size());
+        EXPECT_EQ(nLength, (*records.begin())->strLocalName.size());
+    }
+}
+
 TEST(XmlNameTable, NamesGivenAsTextAreToldApart)
 {
     CXmlNameTable names(nullptr);

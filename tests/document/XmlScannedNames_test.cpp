@@ -97,6 +97,30 @@ const char* const s_noNames[] = {
     "a\xEF\xBF\xBE",
 };
 
+TEST(XmlScannedNames, ANameIsFoundAgainWhateverFollows)
+{
+    SNames names;
+    for (const char* const lpcName : s_names)
+    {
+        SCOPED_TRACE(lpcName);
+        const SScannedName* const pName = names.Read(lpcName);
+        ASSERT_NE(nullptr, pName);
+        const std::string strName = lpcName;
+        for (std::size_t nBehind = 0; nBehind < 20; ++nBehind)
+        {
+            std::string strText = strName + std::string(nBehind, '>');
+            EXPECT_TRUE(pName->IsAt(strText.data(), strText.data() + strText.size())) << nBehind;
+            for (std::size_t n = 0; n < strName.size(); ++n)
+            {
+                strText[n] = static_cast<char>(strText[n] ^ 1);
+                EXPECT_FALSE(pName->IsAt(strText.data(), strText.data() + strText.size())) << nBehind << ", " << n;
+                strText[n] = strName[n];
+            }
+        }
+        EXPECT_FALSE(pName->IsAt(strName.data(), strName.data() + strName.size() - 1));
+    }
+}
+
 TEST(XmlScannedNames, ANameHasOneRecord)
 {
     SNames names;

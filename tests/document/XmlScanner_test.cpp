@@ -11,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,7 +124,7 @@ TEST(XmlScanner, RunsEndAtWhatNeedsALook)
 {
     std::string strTextEnds;
     std::string strValueEnds;
-    for (char c = 0; c >= 0 && c < 127; ++c)
+    for (char c = 0; c < 127; ++c)
     {
         if (SPlainRuns::FindTextEnd(&c, &c + 1) == &c)
             strTextEnds += c;
@@ -156,6 +158,7 @@ const char* const s_scanned[] = {
     "<a>\n  <b>1</b>\n  <b>2</b>\n</a>",
     "<a>a text that is longer than any register<b/>and another one, of several pieces &amp; references<b/></a>",
     "<a>&lt;&gt;&amp;&quot;&apos;&#65;&#x42;&#x20AC;&#x1F600;&#x00041;</a>",
+    "<a>&#x7F;&#x80;&#x7FF;&#x800;&#xD7FF;&#xE000;&#xFFFD;&#x10000;&#x10FFFF;</a>",
     "<a>&#13;</a>",
     "<a>x&#13;y&#xD;&#10;&#9;</a>",
     "<a>\r\nx\ry\r\rz\r</a>",
@@ -370,6 +373,17 @@ TEST(XmlScanner, WhatItDoesNotKnowItGivesUp)
     EXPECT_TEXT(s_lpctGivenUp, Scan({"<a>\0</a>", 8}, ECode::Wide));
     EXPECT_TEXT(s_lpctGivenUp, Scan({"<a/>\0", 5}, ECode::Wide));
     EXPECT_TEXT(s_lpctGivenUp, Scan({"\0", 1}, ECode::Wide));
+}
+
+TEST(XmlScanner, VeryLongDocumentsAreLeftToExpat)
+{
+    // Pages that nobody touches take no memory.
+    constexpr std::size_t nLength = 0x10000001;
+    const std::unique_ptr<void, decltype(&std::free)> spBytes(std::calloc(nLength, 1), &std::free);
+    ASSERT_NE(nullptr, spBytes);
+    STree tree;
+    CXmlScanner scanner(tree.builder, {true, false});
+    EXPECT_FALSE(scanner.ScanBytes({static_cast<const char*>(spBytes.get()), nLength}));
 }
 
 /// Something of everything.

@@ -195,6 +195,8 @@ TEST(FastInfosetBinaryData, ATextThatDoesNotFitFailsAsItsConversionDoes)
     ExpectThrows<CQvInvalidValueException>(L"The value [18446744073709551615] is to large to fit in a i8",
                                            [] { Encoded(5, L"18446744073709551615"); });
     ExpectThrows<CQvInvalidValueException>(L"The value [1 2] can not be converted to a i4", [] { Encoded(3, L"1 2"); });
+    ExpectThrows<CQvInvalidValueException>(L"The value [.5] can not be converted to a i4", [] { Encoded(3, L".5"); });
+    ExpectThrows<CQvInvalidValueException>(L"The value [1:] can not be converted to a i4", [] { Encoded(3, L"1:"); });
     ExpectThrows<CQvInvalidValueException>(L"The value [1.5x] can not be converted to a r4",
                                            [] { Encoded(7, L"1.5x"); });
     ExpectThrows<CQvInvalidValueException>(

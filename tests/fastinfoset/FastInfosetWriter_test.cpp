@@ -391,6 +391,20 @@ TEST(FastInfosetWriter, TheRootCarriesTheNamespacesOfTheDocument)
                   }));
 }
 
+TEST(FastInfosetWriter, PrefixesOfValuesAreDeclaredOnce)
+{
+    EXPECT_EQ(Joined({{56, 207}, Literal(L"p"), Literal(L"urn:p"), {240, 60}, Literal(L"r")}),
+              Write(
+                  [](CFastInfosetWriter& writer)
+                  {
+                      writer.StartElement(L"r", L"");
+                      EXPECT_TEXT(L"p", writer.DeclareForValue(L"p", L"urn:p"));
+                      EXPECT_TEXT(L"p", writer.DeclareForValue(L"q", L"urn:p"));
+                      EXPECT_TEXT(L"", writer.DeclareForValue(L"q", L""));
+                      writer.EndElement();
+                  }));
+}
+
 TEST(FastInfosetWriter, AGeneratedPrefixIsNotDeclared)
 {
     EXPECT_EQ(Joined({s_root,

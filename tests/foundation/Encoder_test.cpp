@@ -239,14 +239,13 @@ TEST(Encoder, CopiesUtf16Units)
     EXPECT_TEXT(L"\xD83D\xDE00", DecodeUtf16(L"\U0001F600", sizeof(wchar_t) > 2 ? 1 : 2));
 }
 
-TEST(Encoder, CopiesUtf16UnitsFromBytesAtAnyAddress)
+TEST(Encoder, CopiesUtf16UnitsFromBytesAtAnyAddressTheLowerByteFirst)
 {
-    const char16_t units[] = u"a\u20AC\xD83D\xDE00";
+    const std::string_view octets("a\0\xAC\x20\x3D\xD8\x00\xDE", 8);
     for (std::size_t nShift = 0; nShift < 4; ++nShift)
     {
         std::vector<unsigned char> bytes(nShift, 0);
-        const auto* const p = reinterpret_cast<const unsigned char*>(units);
-        bytes.insert(bytes.end(), p, p + 8);
+        bytes.insert(bytes.end(), octets.begin(), octets.end());
         EXPECT_TEXT(L"a\x20AC\xD83D\xDE00", DecodeUtf16(bytes.data() + nShift, 4));
         EXPECT_TEXT(L"", DecodeUtf16(bytes.data(), 0));
     }

@@ -31,6 +31,26 @@ void ExpectSpread(const std::vector<std::uint64_t>& hashes)
 
 } // namespace
 
+TEST(KeyedHash, ProductsFoldBothHalvesOnEveryMachine)
+{
+    const struct
+    {
+        std::uint64_t nLeft;
+        std::uint64_t nRight;
+        std::uint64_t nFolded;
+    } cases[] = {
+        {0x0, 0x5, 0x0},
+        {0x1, 0x123456789ABCDEF0, 0x123456789ABCDEF0},
+        {0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF},
+        {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFE00000001},
+        {0x100000000, 0x100000000, 0x1},
+        {0x123456789ABCDEF0, 0xFEDCBA9876543210, 0x317228F48165BB22},
+        {0xFFFFFFFFFFFFFFFF, 0x100000001, 0xFFFFFFFFFFFFFFFF},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.nFolded, FoldedProduct(c.nLeft, c.nRight)) << c.nLeft << " times " << c.nRight;
+}
+
 TEST(KeyedHash, TextsThatDifferInOnePlaceOrInLengthHaveDifferentHashes)
 {
     std::set<std::uint64_t> hashes;

@@ -100,6 +100,23 @@ TEST(ClassDescription, KeepsTheOrderOfTheMembers)
     EXPECT_EQ(built.pInfo->GetElementTextPropertyIndex(), -1);
 }
 
+TEST(ClassDescription, HasARecordForEachNestedGroup)
+{
+    STables tables;
+    tables.Build(
+        [](CClassDescription& description)
+        {
+            description.Class(GroupType_Sequence, ElementType_Element, L"x", L"urn:x");
+            description.Group<CEnvelopeChoice>(L"a", 3, true);
+            description.OptionalGroup<CEnvelopeChoice>(L"b", 2);
+            description.RepeatedGroup(L"c", 1);
+        });
+    std::vector<int> elements;
+    for (CElementInfo** pp = tables.Tables().ppElements; *pp != nullptr; ++pp)
+        elements.push_back(((*pp)->*&SIndex::GetPropertyIndex)());
+    EXPECT_EQ(elements, (std::vector<int>{3, 2, 1}));
+}
+
 TEST(ClassDescription, LetsAnExtensionReplaceWhatTheBaseSaid)
 {
     STables tables;

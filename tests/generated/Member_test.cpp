@@ -135,6 +135,18 @@ TEST(Member, MakesARequiredObjectWhenItIsAskedFor)
     EXPECT_EQ(member.Get(L"price"), spFirst);
 }
 
+TEST(Member, HandsARequiredObjectOverAsAValue)
+{
+    CRequiredObject<CPrice> member;
+    QvVariant value;
+    member.Access(true, value, L"price");
+    EXPECT_EQ(value.XmlObjectPtr(), member.Get(L"price"));
+    const CSmartPtr<CPrice> spOther = new CPrice;
+    value.SetXmlObject(spOther);
+    member.Access(false, value, L"price");
+    EXPECT_EQ(member.Get(L"price"), spOther);
+}
+
 TEST(Member, MayLackAnOptionalObject)
 {
     COptionalObject<CPrice> member;

@@ -36,9 +36,29 @@ protected:
     }
 };
 
-std::wstring Write(const CLink& link, const CXmlSerializationContext& context = {})
+/// An element whose text is a name.
+class CTarget : public CGenerated<CTarget>
 {
-    return link.ToXml(false, false, EOLType_LF, context);
+public:
+    explicit CTarget(const wchar_t* lpctElementName = L"target")
+        : CInstanceMonitor(L"CTarget")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CRequired<xs::QName> m_Name;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"target", L"");
+        description.Text(m_Name);
+    }
+};
+
+std::wstring Write(const CXmlObjectBase& object, const CXmlSerializationContext& context = {})
+{
+    return object.ToXml(false, false, EOLType_LF, context);
 }
 
 } // namespace
@@ -63,6 +83,16 @@ TEST(Prefixes, OfValuesKeepTheirMeaning)
         link.FromXml(c.lpctRead, {});
         EXPECT_EQ(Write(link), c.lpctWritten);
     }
+}
+
+TEST(Prefixes, OfTheTextOfAnElementKeepTheirMeaning)
+{
+    CTarget target;
+    target.FromXml(L"<target xmlns:a='urn:a'>a:x</target>", {});
+    EXPECT_EQ(target.m_Name.Get(), L"a:x");
+    EXPECT_EQ(target.GetNamespaceOfPrefix(L"a"), L"urn:a");
+    EXPECT_EQ(Write(target), L"<target xmlns:a=\"urn:a\">a:x</target>");
+    EXPECT_THROW(target.FromXml(L"<target>a:x</target>", {}), CQvException);
 }
 
 TEST(Prefixes, GiveWayToThoseOfTheContext)
@@ -110,4 +140,104 @@ TEST(Prefixes, HaveToBeDeclared)
     CXmlSerializationContext context;
     context.SetSchemaType(SchemaType_NoNamespaces);
     EXPECT_NO_THROW(link.FromXml(L"<link to='a:x'/>", context));
+}
+
+namespace
+{
+
+struct SKind
+{
+    using Value = std::wstring;
+    static const CSimpleType& Type()
+    {
+        static constexpr const wchar_t* s_values[] = {L"{urn:a}x", L"{urn:b}y", L"{}z"};
+        static constexpr CSimpleType s_type = CSimpleType(xs::QName::s_type).Values(s_values);
+        return s_type;
+    }
+};
+
+constexpr wchar_t s_lpctKind[] = L"{urn:b}y";
+
+/// An element and attributes that are names of an enumeration.
+class CThing : public CGenerated<CThing>
+{
+public:
+    explicit CThing(const wchar_t* lpctElementName = L"thing")
+        : CInstanceMonitor(L"CThing")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    COptional<SKind> m_Kind;
+    COptional<SKind> m_Own;
+    CDefaulted<SKind, SDefault<s_lpctKind>> m_Usual;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"thing", L"");
+        description.Element(m_Own, L"own", L"");
+        description.Attribute(m_Kind, L"kind", L"");
+        description.Attribute(m_Usual, L"usual", L"");
+    }
+};
+
+std::wstring WriteThing(const CThing& thing)
+{
+    return thing.ToXml(false, false, EOLType_LF, {});
+}
+
+} // namespace
+
+TEST(Prefixes, AreNoPartOfTheNamesThatASchemaLists)
+{
+    const struct
+    {
+        const wchar_t* lpctDocument;
+        bool bRight;
+    } cases[] = {
+        {L"<thing xmlns:p='urn:a' kind='p:x'/>", true},
+        {L"<thing xmlns:p='urn:b' kind='p:x'/>", false},
+        {L"<thing kind='z'/>", true},
+        {L"<thing kind='{urn:a}x'/>", false},
+        {L"<thing xmlns:p='urn:b'><own xmlns:p='urn:a'>p:x</own></thing>", true},
+        {L"<thing xmlns:p='urn:a'><own xmlns:p='urn:b'>p:x</own></thing>", false},
+        {L"<thing xmlns:p='urn:a' kind='p:x'><own xmlns:p='urn:b'>p:y</own></thing>", true},
+    };
+    for (const auto& c : cases)
+    {
+        CThing thing;
+        if (c.bRight)
+            EXPECT_NO_THROW(thing.FromXml(c.lpctDocument, {})) << c.lpctDocument;
+        else
+            EXPECT_THROW(thing.FromXml(c.lpctDocument, {}), CQvValidationException) << c.lpctDocument;
+    }
+}
+
+TEST(Prefixes, OfAProgramAreAskedForWhenAListedNameIsWritten)
+{
+    CThing thing;
+    thing.m_Kind.Set(L"p:x", L"kind");
+    EXPECT_THROW(thing.m_Kind.Set(L"p:w", L"kind"), CQvInvalidValueException);
+    thing.DeclarePrefix(L"p", L"urn:b");
+    EXPECT_THROW(WriteThing(thing), CQvException);
+    thing.DeclarePrefix(L"p", L"urn:a");
+    EXPECT_EQ(WriteThing(thing), L"<thing xmlns:p=\"urn:a\" xmlns:ns=\"urn:b\" kind=\"p:x\" usual=\"ns:y\"/>");
+}
+
+TEST(Prefixes, AreDeclaredForNamesThatSayTheirNamespace)
+{
+    CThing thing;
+    EXPECT_EQ(thing.m_Usual.Get(), L"{urn:b}y");
+    EXPECT_EQ(WriteThing(thing), L"<thing xmlns:ns=\"urn:b\" usual=\"ns:y\"/>");
+    thing.m_Own.Set(L"{urn:a}x", L"own");
+    EXPECT_EQ(WriteThing(thing),
+              L"<thing xmlns:ns=\"urn:b\" usual=\"ns:y\"><own xmlns:AA=\"urn:a\">AA:x</own></thing>");
+    CLink link;
+    link.m_To.Set(L"{urn:c}w", L"to");
+    EXPECT_EQ(Write(link), L"<link xmlns:ns=\"urn:c\" to=\"ns:w\"/>");
+    EXPECT_THROW(link.m_To.Set(L"{urn:c", L"to"), CQvInvalidValueException);
+
+    thing.FromXml(L"<thing/>", {});
+    EXPECT_EQ(WriteThing(thing), L"<thing xmlns:ns=\"urn:b\" usual=\"ns:y\"/>") << "no declaration is asked for";
 }

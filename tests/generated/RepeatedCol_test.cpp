@@ -241,6 +241,24 @@ TEST(RepeatedCol, CountsOpenContent)
     EXPECT_EQ(MessagesOf([&] { spCol->ValidateCount(lenient); }), L"done");
 }
 
+TEST(RepeatedCol, LeavesTheLayoutOfOpenContentOut)
+{
+    CEnvelope envelope;
+    const std::wstring strLaidOut = L">\n  <m:y> 1 </m:y>\n  <m:y>\n</m:y>\n</";
+    envelope.FromXml(Document(L"envelope", L"",
+                              L"<head>h</head><o:one" + strLaidOut + L"o:one><m:x" + strLaidOut + L"m:x><m:x>\n</m:x>")
+                         .c_str(),
+                     CXmlSerializationContext::GetDefaultContext());
+    ASSERT_TRUE(envelope.m_One.IsSet());
+    EXPECT_EQ(envelope.m_One.Get()->GetText(), L"");
+    const CSmartPtr<CAnyCol> spMany = envelope.m_Many.Get(CEnvelope::s_Many);
+    ASSERT_EQ(spMany->GetCount(), 2);
+    EXPECT_EQ(spMany->Item(0)->GetText(), L"");
+    EXPECT_EQ(spMany->Item(0)->GetChildElements()->Item(0)->GetText(), L" 1 ");
+    EXPECT_EQ(spMany->Item(0)->GetChildElements()->Item(1)->GetText(), L"\n");
+    EXPECT_EQ(spMany->Item(1)->GetText(), L"\n") << "what stands alone is a value";
+}
+
 TEST(RepeatedCol, MayHaveItsCountsNarrowed)
 {
     const CSmartPtr<CValueCol<xs::Int>> spCol = new CValueCol<xs::Int>(s_number);
@@ -267,4 +285,51 @@ TEST(RepeatedCol, HoldsToAFixedValue)
     spCol->Add(7);
     EXPECT_NE(MessagesOf([&] { spCol->Add(8); }), L"done");
     EXPECT_EQ(spCol->GetCount(), 1);
+}
+
+namespace
+{
+
+/// Repeated durations.
+class CSpans : public CGenerated<CSpans>
+{
+public:
+    explicit CSpans(const wchar_t* lpctElementName = L"spans")
+        : CInstanceMonitor(L"CSpans")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CSmartPtr<CValueCol<xs::Duration>> GetN() const { return m_N.Get(s_number); }
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(QvXmlLib9Data::GroupType_Sequence, QvXmlLib9Data::ElementType_Element, L"spans", L"");
+        description.Element(m_N, s_number);
+    }
+
+private:
+    CRepeated<CValueCol<xs::Duration>> m_N;
+};
+
+} // namespace
+
+TEST(RepeatedCol, WritesDurationsAsTheyWereRead)
+{
+    CSpans spans;
+    spans.FromXml(L"<spans><n>P01M</n><n> P0Y </n><n>P012M</n></spans>", {});
+    const auto Write = [&]
+    {
+        return spans.ToXml(false, false, EOLType_LF, {});
+    };
+    EXPECT_EQ(Write(), L"<spans><n>P01M</n><n>P0Y</n><n>P012M</n></spans>");
+    const CSmartPtr<CValueCol<xs::Duration>> spCol = spans.GetN();
+    spCol->AddAt(1, spCol->Item(0));
+    EXPECT_EQ(Write(), L"<spans><n>P01M</n><n>P1M</n><n>P0Y</n><n>P012M</n></spans>") << "one that a program set";
+    spCol->Remove(0);
+    EXPECT_EQ(Write(), L"<spans><n>P1M</n><n>P0Y</n><n>P012M</n></spans>");
+    spCol->Clear();
+    spCol->Add(ValueOf<xs::Duration>(L"P0Y", L"n"));
+    EXPECT_EQ(Write(), L"<spans><n>PT0S</n></spans>");
 }

@@ -187,6 +187,15 @@ TEST(SimpleType, CountsLengthsAndDigits)
            {xs::Int::s_type.TotalDigits(2), L"100", L"The value has more digits than 2"}});
 }
 
+TEST(SimpleType, CountsTheCharactersOfUtf8)
+{
+    const CSimpleType type = CSimpleType(xs::String::s_type).MinLength(2).MaxLength(3);
+    for (const char* const lpcText : {"ab", "abc", "\xC3\xA9\xE2\x82\xAC", "\xF0\x9F\x98\x80xy"})
+        EXPECT_TRUE(type.TakesUtf8(lpcText)) << lpcText;
+    for (const char* const lpcText : {"", "a", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "abcd"})
+        EXPECT_FALSE(type.TakesUtf8(lpcText)) << lpcText;
+}
+
 TEST(SimpleType, MatchesPatternsWithTheWholeValue)
 {
     const CSimpleType text = xs::String::s_type;

@@ -951,3 +951,30 @@ TEST(XmlTextWriter, AFlushThatFailsLeavesAWriterThatCanBeAbandonedOrClosed)
     }
     EXPECT_EQ(nBefore, CountInstances(L"CXmlWriterContext").nLiving);
 }
+
+TEST(XmlTextWriter, PrefixesOfValuesAreDeclaredWhereTheyAreMissing)
+{
+    EXPECT_TEXT(L"<r xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"><c xmlns:s=\"urn:s\"/></r>",
+                Write(
+                    [](CXmlTextWriter& writer)
+                    {
+                        writer.StartElement(L"r", L"");
+                        EXPECT_TEXT(L"p", writer.DeclareForValue(L"p", L"urn:p"));
+                        EXPECT_TEXT(L"p", writer.DeclareForValue(L"o", L"urn:p"));
+                        EXPECT_TEXT(L"q", writer.DeclareForValue(L"q", L"urn:q"));
+                        EXPECT_TEXT(L"", writer.DeclareForValue(L"o", L""));
+                        writer.StartElement(L"c", L"");
+                        EXPECT_TEXT(L"p", writer.DeclareForValue(L"o", L"urn:p"));
+                        EXPECT_TEXT(L"s", writer.DeclareForValue(L"s", L"urn:s"));
+                        writer.EndElement();
+                        writer.EndElement();
+                    }));
+    EXPECT_TEXT(L"<r xmlns=\"urn:d\"/>", Write(
+                                             [](CXmlTextWriter& writer)
+                                             {
+                                                 writer.SetDefaultNamespace(L"urn:d");
+                                                 writer.StartElement(L"r", L"urn:d");
+                                                 EXPECT_TEXT(L"", writer.DeclareForValue(L"p", L"urn:d"));
+                                                 writer.EndElement();
+                                             }));
+}

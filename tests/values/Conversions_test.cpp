@@ -463,6 +463,9 @@ TEST(Conversions, StringIsWhatTheRuleMakesOfIt)
     EXPECT_EQ(CConversions::stringFromString(strText, s_eReplace), L" a   b ");
     EXPECT_EQ(CConversions::stringFromString(strText, s_eCollapse), L"a b");
     EXPECT_EQ(CConversions::stringToString(strText), strText);
+    for (const wchar_t* const lpctText : {L"a b", L"a  b", L"a b ", L" a b", L"a\tb", L"a\r\nb", L"a\nb", L"a   b"})
+        EXPECT_EQ(CConversions::stringFromString(lpctText, s_eCollapse), L"a b");
+    EXPECT_EQ(CConversions::stringFromString(L"a! b", s_eCollapse), L"a! b");
 }
 
 TEST(Conversions, StringsKeepZeroElementsAndLoneSurrogates)
@@ -481,6 +484,7 @@ TEST(Conversions, BooleanIgnoresCaseOnPurpose)
                                                           {L"1", true},
                                                           {L"false", false},
                                                           {L"False", false},
+                                                          {L"FALSE", false},
                                                           {L"0", false}});
     EXPECT_EQ(CConversions::booleanToString(true), L"true");
     EXPECT_EQ(CConversions::booleanToString(false), L"false");

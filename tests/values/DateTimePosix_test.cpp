@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
@@ -83,7 +84,8 @@ TEST(DateTimePosixTest, TickCountIsTheLocalTime)
         const QvTest::CTimeZone zone(lpcZone);
         const std::time_t before = std::time(nullptr);
         const CDateTime dt = CDateTime::GetTickCount();
-        const std::time_t after = std::time(nullptr);
+        // Not by time(), which may be a tick behind the clock that is read to the microsecond.
+        const std::time_t after = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
         EXPECT_EQ(CDateTime::dt_dateTime, dt.GetType());
         EXPECT_FALSE(dt.IsUTC());
         std::tm fields = {};

@@ -22,6 +22,7 @@ TEST(RealFormat, FormatsOfOneNumberPrint)
         {L"%F", L"1234.567800"},
         {L"%lf", L"1234.567800"},
         {L"about %.0f%%", L"about 1235%"},
+        {L"%.2f m", L"1234.57 m"},
         {L"no number", L"no number"},
         {L"", L""},
     };

@@ -94,7 +94,8 @@ public:
     std::size_t GetTextCount() const { return m_texts.size(); }
     std::string_view GetValue(const SRange& range) const
     {
-        return std::string_view(m_strValues).substr(range.nOffset, range.nLength);
+        return std::string_view(m_strValues)
+            .substr(static_cast<std::size_t>(range.nOffset), static_cast<std::size_t>(range.nLength));
     }
     static TextId GetDeclaredNamespace(const SEvent& event) { return static_cast<TextId>(event.range.nOffset); }
     const std::vector<std::pair<TextId, TextId>>& GetSuggestedPrefixes() const { return m_suggested; }

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string_view>
 #include <system_error>
@@ -33,6 +32,20 @@ std::error_code GetLastError()
     return {errno == 0 ? EIO : errno, std::generic_category()};
 }
 
+/// What a file holds from where it is; false if it cannot be read to its end. An iterator over its buffer would throw
+/// then, without the file's name.
+bool ReadAll(std::ifstream& file, std::string& strText)
+{
+    char block[16384];
+    do
+    {
+        file.read(block, sizeof(block));
+        strText.append(block, static_cast<std::size_t>(file.gcount()));
+    } while (file);
+    return !file.bad();
+}
+
+/// A file that cannot be read counts as one with another text.
 bool HasText(const std::string& strPath, std::string_view svText)
 {
     std::error_code error;
@@ -40,8 +53,8 @@ bool HasText(const std::string& strPath, std::string_view svText)
     if (error || nSize != svText.size())
         return false;
     std::ifstream file(ToPath(strPath), std::ios::binary);
-    const std::string strOld{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return file && strOld == svText;
+    std::string strOld;
+    return ReadAll(file, strOld) && strOld == svText;
 }
 
 void MakeFolderOf(const std::string& strPath)
@@ -129,8 +142,8 @@ std::string ReadFile(const std::string& strPath)
     std::ifstream file(ToPath(strPath), std::ios::binary);
     if (!file)
         ThrowFailed("read", strPath, GetLastError());
-    std::string strText{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (file.bad())
+    std::string strText;
+    if (!ReadAll(file, strText))
         ThrowFailed("read", strPath, GetLastError());
     return strText;
 }

@@ -160,6 +160,14 @@ std::size_t GetStackSize();
 using PfnThreadEnd = void (*)(void* pData);
 bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData);
 
+// --- Processes ------------------------------------------------------------------------------------------------------
+
+/// Has operations called around each fork of the process, by the thread that forks: one ahead of it, then one in the
+/// parent and one in the child, which has no other thread. Where a process cannot fork nothing is called.
+/// @return false for want of memory.
+using PfnFork = void (*)();
+bool CallAroundFork(PfnFork pfnBefore, PfnFork pfnInParent, PfnFork pfnInChild);
+
 // --- Time -----------------------------------------------------------------------------------------------------------
 
 /// The machine's local time.

@@ -5,6 +5,7 @@
 
 #include <aio.h>
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +18,9 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+// The build asks for these where a machine of 32 bits has others.
+static_assert(sizeof(off_t) == 8 && sizeof(std::time_t) == 8);
 
 namespace QvXmlLib9::Platform
 {
@@ -370,6 +374,13 @@ bool SFile::Close()
 /// much.
 constexpr std::uint32_t s_dwWriteAtOnce = 65536;
 
+/// Whether an operation was ever queued, and whether that was in another process: the threads of the C library that see to
+/// the queue do not come along into a child, and it does not know. There every operation is finished at once.
+std::atomic<bool> s_bQueueUsed{false};
+std::atomic<bool> s_bQueueLost{false};
+
+[[maybe_unused]] const bool s_bForkTold = CallAroundFork(nullptr, nullptr, [] { s_bQueueLost = s_bQueueUsed.load(); });
+
 bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlapped& overlapped, bool bWriting)
 {
     if (file.pInFlight != nullptr)
@@ -388,7 +399,9 @@ bool BeginOverlapped(SFile& file, void* pBuffer, std::uint32_t dwLength, Overlap
     file.pBlock->aio_sigevent.sigev_notify = SIGEV_NONE;
     file.bWriting = bWriting;
     file.pInFlight = &overlapped;
-    const bool bQueue = file.bSeekable && !(bWriting && dwLength <= s_dwWriteAtOnce);
+    const bool bQueue = file.bSeekable && !(bWriting && dwLength <= s_dwWriteAtOnce) && !s_bQueueLost;
+    if (bQueue)
+        s_bQueueUsed = true;
     if (bQueue && (bWriting ? aio_write(file.pBlock.get()) : aio_read(file.pBlock.get())) == 0)
         return Fail(Error_IoPending);
     FinishAtOnce(file);
@@ -631,6 +644,13 @@ bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData)
     t_end.pfnEnd = pfnEnd;
     t_end.pData = pData;
     return true;
+}
+
+// --- Processes ------------------------------------------------------------------------------------------------------
+
+bool CallAroundFork(PfnFork pfnBefore, PfnFork pfnInParent, PfnFork pfnInChild)
+{
+    return pthread_atfork(pfnBefore, pfnInParent, pfnInChild) == 0;
 }
 
 } // namespace QvXmlLib9::Platform

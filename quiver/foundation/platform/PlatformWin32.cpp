@@ -494,4 +494,11 @@ bool CallAtThreadEnd(PfnThreadEnd pfnEnd, void* pData)
     return true;
 }
 
+// --- Processes ------------------------------------------------------------------------------------------------------
+
+bool CallAroundFork(PfnFork, PfnFork, PfnFork)
+{
+    return true;
+}
+
 } // namespace QvXmlLib9::Platform

@@ -284,8 +284,7 @@ namespace s "" in S
      R"(
 namespace s "" in S
   simple SQ = q: String xs::QName
-    "p:a"
-s.xsd:2:1: warning: values are compared with the prefixes that the schema uses
+    "{urn:p}a"
 )"},
     {"Lists", R"(
 <xs:simpleType name='a'><xs:list itemType='xs:int'/></xs:simpleType>

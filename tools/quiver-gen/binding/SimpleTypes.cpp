@@ -2,6 +2,7 @@
 
 #include "tools/quiver-gen/binding/Documentation.h"
 #include "tools/quiver-gen/binding/Patterns.h"
+#include "tools/quiver-gen/schema/Text.h"
 
 #include <algorithm>
 #include <limits>
@@ -137,6 +138,28 @@ SSimpleType::EWhiteSpace Convert(schema::EWhiteSpace eWhiteSpace)
         break;
     }
     return SSimpleType::EWhiteSpace::Collapse;
+}
+
+/// Whether values of a type are held as names, or as lists of them.
+bool HoldsNames(const SSimpleType& type)
+{
+    return type.strBuiltin == "xs::QName" || type.strBuiltin == "xs::NOTATION" ||
+           (type.pItem != nullptr && HoldsNames(*type.pItem));
+}
+
+/// The names in a text with their namespaces instead of prefixes, which a document may choose as it likes.
+std::string ExpandNames(const std::string& strText, const schema::SNamespaceScope* pScope)
+{
+    std::string strExpanded;
+    for (const std::string_view svItem : schema::SplitList(strText))
+    {
+        const std::size_t nColon = svItem.find(':');
+        const bool bPrefix = nColon != std::string_view::npos;
+        const std::string* const pUri = pScope ? pScope->Find(svItem.substr(0, bPrefix ? nColon : 0)) : nullptr;
+        strExpanded += (strExpanded.empty() ? "{" : " {") + (pUri ? *pUri : std::string()) + '}';
+        strExpanded += svItem.substr(bPrefix ? nColon + 1 : 0);
+    }
+    return strExpanded;
 }
 
 bool IsSpace(char c)
@@ -387,7 +410,8 @@ void CSimpleTypes::FillEnumerators(const schema::SSimpleType& type, const schema
 {
     if (!facets.pEnumerations)
         return;
-    if (type.ePrimitive == EBuiltin::QName || type.ePrimitive == EBuiltin::NOTATION)
+    if (std::any_of(target.memberTypes.begin(), target.memberTypes.end(),
+                    [](const SSimpleType* pMember) { return HoldsNames(*pMember); }))
         m_warnings.Add(EWarning::QName, type.position);
     CNameScope names;
     std::unordered_set<std::string> texts;
@@ -396,6 +420,8 @@ void CSimpleTypes::FillEnumerators(const schema::SSimpleType& type, const schema
     {
         SEnumerator enumerator;
         enumerator.strText = NormalizeSpace(enumeration.strValue, facets.eWhiteSpace);
+        if (HoldsNames(target))
+            enumerator.strText = ExpandNames(enumerator.strText, enumeration.pScope);
         if (!texts.insert(enumerator.strText).second)
             continue;
         const std::string* pGiven = m_renames.Find(GetRuleName(type), enumerator.strText);
@@ -503,13 +529,15 @@ bool CSimpleTypes::IsHeldAsText(const schema::SSimpleType& type) const
     return pBase && pBase->pSimpleContent && !GetEffectiveFacets(*pBase->pSimpleContent).pEnumerations;
 }
 
-SValueRule CSimpleTypes::MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type) const
+SValueRule CSimpleTypes::MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type)
 {
     SValueRule rule;
     if (!pValue)
         return rule;
     rule.eKind = pValue->bFixed ? SValueRule::EKind::Fixed : SValueRule::EKind::Default;
     rule.strText = NormalizeSpace(pValue->strValue, GetEffectiveFacets(type).eWhiteSpace);
+    if (HoldsNames(Get(type)))
+        rule.strText = ExpandNames(rule.strText, pValue->pScope);
     return rule;
 }
 

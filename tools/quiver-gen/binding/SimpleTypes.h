@@ -47,7 +47,7 @@ public:
     SSimpleType& GetHeldLike(const schema::SSimpleType& narrower, SSimpleType& wider, const SPlace& place);
 
     /// A default or fixed value.
-    SValueRule MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type) const;
+    SValueRule MakeRule(const schema::SValueConstraint* pValue, const schema::SSimpleType& type);
 
 private:
     const schema::SSchemaSet& m_set;

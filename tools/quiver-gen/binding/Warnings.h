@@ -58,7 +58,8 @@ constexpr SWarningKind s_warnings[] = {
     {EWarning::Pattern, "pattern", "the pattern %s cannot be translated and is not checked",
      "The expressions of the runtime know fewer blocks of characters, and bounds of repetition."},
     {EWarning::QName, "qname", "values are compared with the prefixes that the schema uses",
-     "Values that are qualified names are kept as text, and the prefixes of a document may be others."},
+     "Which type of a union a listed value is of is asked when it is read, and the prefixes of a document may be "
+     "others."},
     {EWarning::MappedToText, "mapped-to-text", "the bounds of %s are not checked, since it is held as text",
      "A number that a rule holds as text is not compared as a number."},
     {EWarning::EmptyChoice, "empty-choice", "a choice without alternatives is read as empty",

@@ -28,6 +28,9 @@ public:
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_free.empty())
         {
+            // Room for all to be free: a destructor gives the number back, and cannot fail.
+            if (m_free.capacity() <= m_makers.size())
+                m_free.reserve(2 * m_makers.size() + 16);
             m_makers.push_back(&maker);
             return static_cast<int>(m_makers.size() - 1);
         }
@@ -37,7 +40,7 @@ public:
         return nMaker;
     }
 
-    void Remove(int nMaker)
+    void Remove(int nMaker) noexcept
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_free.push_back(nMaker);
@@ -51,7 +54,8 @@ public:
 
     static CMakers& All()
     {
-        static CMakers s_makers;
+        // Never destroyed: models in static storage give their numbers back while they die.
+        static CMakers& s_makers = *new CMakers;
         return s_makers;
     }
 
@@ -246,9 +250,17 @@ const std::vector<CDynamicClass::SProperty>& CDynamicClass::GetProperties()
 
 void CDynamicClass::Build()
 {
-    CClassDescription description;
-    Describe(description);
-    description.Build(m_tables);
+    try
+    {
+        CClassDescription description;
+        Describe(description);
+        description.Build(m_tables);
+    }
+    catch (...)
+    {
+        CDynamicObject::FreeTables(m_tables);
+        throw;
+    }
     m_tables.creator = GetCreator();
     m_tables.bBuilt = true;
 }

@@ -124,6 +124,7 @@ public:
         Throw_IfIndexIsOutOfRange(nIndex);
         FireOnCollectionRemove(nIndex);
         m_texts.erase(m_texts.begin() + nIndex);
+        m_kept.erase(m_kept.begin() + nIndex);
         FireOnCollectionRemoveComplete(nIndex);
         FireOnCollectionChange();
     }
@@ -133,21 +134,25 @@ protected:
 
     void AddText(QvVariant& text) override
     {
-        std::wstring strText = m_field.value.Read(text.TakeString(), Name());
+        const CValueType& type = *m_field.value.pType;
+        const std::wstring strDocument = text.TakeString();
+        std::wstring strText = m_field.value.Read(strDocument, Name());
         FireOnCollectionAdd(&strText);
         m_texts.push_back(std::move(strText));
+        m_kept.push_back(type.KeepsText() ? type.Get().Normalize(strDocument) : std::wstring());
         FireOnCollectionAddComplete(&m_texts.back());
         FireOnCollectionChange();
     }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {
-        value.SetString(m_field.value.pType->Print(m_texts[nIndex]));
+        value.SetString(m_kept[nIndex].empty() ? m_field.value.pType->Print(m_texts[nIndex]) : m_kept[nIndex]);
     }
 
 private:
     const SDynamicField& m_field;
     std::vector<std::wstring> m_texts;
+    std::vector<std::wstring> m_kept; ///< for values that print as they were read
 };
 
 /// A collection that is made when it is asked for the first time.
@@ -226,12 +231,15 @@ const SMemberOperations CMember::s_operations{[](void* pMember, bool bRead, QvVa
 std::wstring SValueRules::Read(std::wstring strText, const wchar_t* lpctName, bool bElement) const
 {
     if (lpctRule != nullptr && bElement && strText.empty())
-        strText = lpctRule;
+    {
+        const CNameScope scope;
+        return pType->Read(lpctRule, lpctName);
+    }
     std::wstring strValue = pType->Read(std::move(strText), lpctName);
     if (eRule == SValueRule::EKind::Fixed)
     {
         const std::wstring strPrinted = pType->Print(strValue);
-        if (strPrinted != PrintRule())
+        if (strPrinted != PrintRule() && !IsSameName(pType->Get(), strPrinted, lpctRule))
             ThrowNotFixed(strPrinted, lpctName, lpctRule);
     }
     return strValue;
@@ -239,6 +247,7 @@ std::wstring SValueRules::Read(std::wstring strText, const wchar_t* lpctName, bo
 
 std::wstring SValueRules::PrintRule() const
 {
+    const CNameScope scope;
     return pType->Print(pType->Read(lpctRule, L""));
 }
 

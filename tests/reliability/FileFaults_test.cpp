@@ -1,0 +1,481 @@
+// The n-th call of the system fails, for every n until none is left to fail: each operation on files ends in a message or in what it
+// makes otherwise, and leaves nothing behind.
+
+#include "quiver/QvXmlLib.h"
+#include "tests/reliability/FailingCalls.h"
+#include "tests/reliability/FaultOperations.h"
+#include "tests/support/Expect.h"
+#include "tests/support/Files.h"
+#include "tests/support/InstanceCounts.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <map>
+#include <new>
+#include <sys/resource.h>
+#include <sys/time.h>
+#include <thread>
+
+using namespace faults;
+using namespace QvXmlLib9;
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+struct SKind
+{
+    const char* lpcName;
+    ECall eCall;
+    int nErrno;
+    bool bForever;
+    /// The operation succeeds all the same.
+    bool bHarmless;
+    bool bLong;
+};
+
+const SKind s_kinds[] = {
+    {"open", ECall::Open, EACCES, false, false, false},
+    {"open, for want of handles, for good", ECall::Open, EMFILE, true, false, true},
+    {"read", ECall::Read, EIO, false, false, false},
+    {"read, for good", ECall::Read, EIO, true, false, true},
+    {"write", ECall::Write, ENOSPC, false, false, false},
+    {"write, for good", ECall::Write, ENOSPC, true, false, true},
+    {"write, beyond the quota", ECall::Write, EDQUOT, false, false, true},
+    {"close", ECall::Close, EIO, false, false, false},
+    {"status", ECall::Status, EIO, false, false, false},
+    {"rename", ECall::Rename, EACCES, false, false, false},
+    {"any", ECall::Any, EIO, true, false, true},
+    {"read, interrupted", ECall::Read, EINTR, false, true, false},
+    {"write, interrupted", ECall::Write, EINTR, false, true, false},
+    {"read, of one octet", ECall::Read, 0, false, true, false},
+    {"read, by single octets", ECall::Read, 0, true, true, true},
+    {"write, of one octet", ECall::Write, 0, false, true, false},
+    {"write, by single octets", ECall::Write, 0, true, true, true},
+};
+
+/// For the names of failed tests.
+void PrintTo(const SKind& kind, std::ostream* pOut)
+{
+    *pOut << kind.lpcName;
+}
+
+std::map<std::wstring, long> CountLiving()
+{
+    std::map<std::wstring, long> living;
+    for (const auto& [strClass, counts] : QvTest::CountAllInstances())
+        if (counts.nLiving != 0)
+            living[strClass] = counts.nLiving;
+    return living;
+}
+
+/// The files below a folder.
+std::map<std::string, std::string> ReadFiles(const fs::path& folder)
+{
+    std::map<std::string, std::string> files;
+    for (const auto& file : fs::recursive_directory_iterator(folder))
+        if (file.is_regular_file())
+            files[fs::relative(file.path(), folder).string()] = QvTest::ReadFileBytes(file.path());
+    return files;
+}
+
+/// An operation in a folder that has what it needs.
+class CRun
+{
+public:
+    explicit CRun(const SOperation& operation)
+        : m_operation(operation)
+    {
+        operation.fnPrepare(m_dir.PathOf(""));
+        m_before = ReadFiles(m_dir.PathOf(""));
+    }
+
+    /// @param fault what is in force meanwhile.
+    SResult Run(SFault& fault)
+    {
+        SResult result;
+        try
+        {
+            const CInForce inForce(fault);
+            result = m_operation.fnRun(m_dir.PathOf(""));
+        }
+        catch (const CQvException& exception)
+        {
+            result.bSucceeded = false;
+            result.strMessage = QvTest::Show(exception.GetFullMessage());
+        }
+        ResetSwitches();
+        AddOutput(m_operation, m_dir.PathOf(""), result);
+        return result;
+    }
+
+    SResult RunWell()
+    {
+        SFault none;
+        none.nAhead = -1;
+        return Run(none);
+    }
+
+    /// What was replaced is whole, old or new, and nothing else has come.
+    void ExpectWholeFiles(const std::map<std::string, std::string>& good)
+    {
+        for (const auto& [strName, strText] : ReadFiles(m_dir.PathOf("")))
+        {
+            const auto itGood = good.find(strName);
+            const auto itOld = m_before.find(strName);
+            EXPECT_TRUE((itGood != good.end() && strText == itGood->second) ||
+                        (itOld != m_before.end() && strText == itOld->second))
+                << strName << " is left in part";
+        }
+    }
+
+    std::map<std::string, std::string> GetFiles() const { return ReadFiles(m_dir.PathOf("")); }
+
+private:
+    const SOperation& m_operation;
+    QvTest::CTempDir m_dir;
+    std::map<std::string, std::string> m_before;
+};
+
+void FailEach(const SOperation& operation, const SKind& kind, int& nFaults)
+{
+    CRun good(operation);
+    const SResult wanted = good.RunWell();
+    ASSERT_TRUE(wanted.bSucceeded) << wanted.strMessage;
+    const auto goodFiles = good.GetFiles();
+    for (int n = 0;; ++n)
+    {
+        SCOPED_TRACE("call " + std::to_string(n));
+        CRun run(operation);
+        const std::size_t nOpenFiles = QvTest::CountOpenFiles();
+        const auto living = CountLiving();
+        SFault fault;
+        fault.eCall = kind.eCall;
+        fault.nAhead = n;
+        fault.nErrno = kind.nErrno;
+        fault.bForever = kind.bForever;
+        const SResult result = run.Run(fault);
+        EXPECT_EQ(CountLiving(), living);
+        EXPECT_EQ(QvTest::CountOpenFiles(), nOpenFiles);
+        if (result.bSucceeded)
+        {
+            EXPECT_EQ(result.strResult, wanted.strResult) << "it succeeded with something else";
+        }
+        else
+        {
+            EXPECT_FALSE(kind.bHarmless) << result.strMessage;
+            EXPECT_NE(result.strMessage, "");
+            EXPECT_EQ(result.strMessage.find("basic_filebuf"), std::string::npos) << result.strMessage;
+        }
+        if (operation.bReplacesWhole)
+            run.ExpectWholeFiles(goodFiles);
+        const SResult again = run.RunWell();
+        EXPECT_TRUE(again.bSucceeded) << again.strMessage;
+        EXPECT_EQ(again.strResult, wanted.strResult) << "and then";
+        if (!fault.bMet)
+            return;
+        ++nFaults;
+        if (testing::Test::HasFailure())
+            return;
+    }
+}
+
+class FileFaults : public testing::TestWithParam<SKind>
+{
+};
+
+TEST_P(FileFaults, EndInAMessageAndLeaveNothing)
+{
+    const SKind& kind = GetParam();
+    if (kind.bLong && !IsLong())
+        GTEST_SKIP() << "for the long form";
+    int nFaults = 0;
+    for (const SOperation& operation : GetOperations())
+    {
+        if (!operation.bUsesFiles || (operation.bLong && !IsLong()))
+            continue;
+        SCOPED_TRACE(operation.lpcName);
+        FailEach(operation, kind, nFaults);
+    }
+    EXPECT_GT(nFaults, 0);
+    std::printf("%d faults: %s\n", nFaults, kind.lpcName);
+}
+
+std::string NameOf(const testing::TestParamInfo<SKind>& info)
+{
+    std::string strName;
+    for (const char c : std::string(info.param.lpcName))
+        strName += std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+    return strName;
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FileFaults, testing::ValuesIn(s_kinds), NameOf);
+
+// --- Files that change while they are read ------------------------------------------------------------------------------
+
+/// What becomes of every operation that reads the file "in", when something is done to the file ahead of the n-th read.
+void ChangeWhileReading(const std::function<void(const fs::path& file)>& fnChange, int& nSucceeded, int& nRefused)
+{
+    for (const SOperation& operation : GetOperations())
+    {
+        if (!operation.bUsesFiles || (operation.bLong && !IsLong()))
+            continue;
+        SCOPED_TRACE(operation.lpcName);
+        for (int n = 0;; ++n)
+        {
+            const QvTest::CTempDir dir;
+            operation.fnPrepare(dir.PathOf(""));
+            if (!fs::exists(dir.PathOf("in")))
+                break;
+            const auto Run = [&]
+            {
+                SResult result;
+                try
+                {
+                    result = operation.fnRun(dir.PathOf(""));
+                }
+                catch (const CQvException& exception)
+                {
+                    result = {false, {}, QvTest::Show(exception.GetFullMessage())};
+                }
+                ResetSwitches();
+                return result;
+            };
+            SResult wanted = Run();
+            AddOutput(operation, dir.PathOf(""), wanted);
+            const std::size_t nOpenFiles = QvTest::CountOpenFiles();
+            SFault fault;
+            fault.eCall = ECall::Read;
+            fault.nAhead = n;
+            fault.fnAhead = [&]
+            {
+                fnChange(dir.PathOf("in"));
+            };
+            SResult result;
+            {
+                const CInForce inForce(fault);
+                result = Run();
+            }
+            AddOutput(operation, dir.PathOf(""), result);
+            EXPECT_EQ(QvTest::CountOpenFiles(), nOpenFiles);
+            if (result.bSucceeded)
+            {
+                // As the file was, or as it is now.
+                SResult now = Run();
+                AddOutput(operation, dir.PathOf(""), now);
+                EXPECT_TRUE(result.strResult == wanted.strResult ||
+                            (now.bSucceeded && result.strResult == now.strResult))
+                    << "read " << n << ": " << result.strResult;
+            }
+            else
+            {
+                EXPECT_NE(result.strMessage, "");
+            }
+            if (!fault.bMet)
+                break;
+            ++(result.bSucceeded ? nSucceeded : nRefused);
+        }
+    }
+}
+
+TEST(FilesThatChange, AFileThatShrinksIsRefusedOrWasReadBefore)
+{
+    int nSucceeded = 0;
+    int nRefused = 0;
+    ChangeWhileReading([](const fs::path& file) { fs::resize_file(file, fs::file_size(file) / 2); }, nSucceeded,
+                       nRefused);
+    EXPECT_GT(nRefused, 0);
+}
+
+TEST(FilesThatChange, AFileThatGrowsIsReadAsItWasOrRefused)
+{
+    int nSucceeded = 0;
+    int nRefused = 0;
+    ChangeWhileReading([](const fs::path& file) { std::ofstream(file, std::ios::app) << "<more>"; }, nSucceeded,
+                       nRefused);
+    EXPECT_GT(nSucceeded + nRefused, 0);
+}
+
+// --- Disks that are full ------------------------------------------------------------------------------------------------
+
+/// The longest that a file may get, for as long as it lives.
+class CFileLimit
+{
+public:
+    explicit CFileLimit(rlim_t nBytes)
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit limit = m_before;
+        limit.rlim_cur = nBytes;
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~CFileLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        ::signal(SIGXFSZ, SIG_DFL);
+    }
+    CFileLimit(const CFileLimit&) = delete;
+    CFileLimit& operator=(const CFileLimit&) = delete;
+
+private:
+    rlimit m_before = {};
+};
+
+TEST(FullDisks, AFileThatDoesNotFitIsRefused)
+{
+    int nRefused = 0;
+    for (const SOperation& operation : GetOperations())
+    {
+        if (!operation.bUsesFiles || (operation.bLong && !IsLong()))
+            continue;
+        SCOPED_TRACE(operation.lpcName);
+        CRun good(operation);
+        const SResult wanted = good.RunWell();
+        for (const rlim_t nLimit : {0, 1, 100, 1000, 4096})
+        {
+            CRun run(operation);
+            const std::size_t nOpenFiles = QvTest::CountOpenFiles();
+            SResult result;
+            {
+                const CFileLimit limit(nLimit);
+                result = run.RunWell();
+            }
+            EXPECT_EQ(QvTest::CountOpenFiles(), nOpenFiles);
+            if (result.bSucceeded)
+            {
+                EXPECT_EQ(result.strResult, wanted.strResult);
+            }
+            else
+            {
+                EXPECT_NE(result.strMessage, "");
+                ++nRefused;
+            }
+            if (operation.bReplacesWhole)
+                run.ExpectWholeFiles(good.GetFiles());
+        }
+    }
+    EXPECT_GT(nRefused, 20);
+}
+
+TEST(FullDisks, ADeviceWithoutRoomIsRefused)
+{
+    if (!fs::exists("/dev/full"))
+        GTEST_SKIP() << "there is no /dev/full";
+    const CSmartPtr<CElement> spElement = new CElement(L"a");
+    spElement->SetText(std::wstring(100000, L'x').c_str());
+    const CXmlSerializationContext context;
+    const auto Write = [&]
+    {
+        spElement->ToXmlFile(L"/dev/full", true, false, Encoding_UTF8, EOLType_LF, context, Compression_None);
+    };
+    for (const bool bOverlapped : {false, true})
+    {
+        AsyncToXmlFile(bOverlapped);
+        EXPECT_THROW(Write(), CQvException);
+    }
+    ResetSwitches();
+    EXPECT_THROW(spElement->ToFastInfosetFile(L"/dev/full", FInfoDecl_None, context, Compression_None), CQvException);
+}
+
+// --- Signals ------------------------------------------------------------------------------------------------------------
+
+std::sig_atomic_t volatile g_nSignals = 0;
+
+void OnAlarm(int)
+{
+    g_nSignals = g_nSignals + 1;
+}
+
+/// A signal every millisecond, which breaks off what the system does for the thread.
+class CAlarms
+{
+public:
+    CAlarms()
+    {
+        struct sigaction action = {};
+        action.sa_handler = OnAlarm;
+        ::sigaction(SIGALRM, &action, &m_before);
+        const itimerval timer = {{0, 1000}, {0, 1000}};
+        ::setitimer(ITIMER_REAL, &timer, nullptr);
+    }
+    ~CAlarms()
+    {
+        const itimerval none = {};
+        ::setitimer(ITIMER_REAL, &none, nullptr);
+        ::sigaction(SIGALRM, &m_before, nullptr);
+    }
+    CAlarms(const CAlarms&) = delete;
+    CAlarms& operator=(const CAlarms&) = delete;
+
+private:
+    struct sigaction m_before = {};
+};
+
+/// The whole of a document comes through a pipe although each wait for a piece of it is broken off.
+TEST(Signals, APipeIsReadToItsEnd)
+{
+    const QvTest::CTempDir dir;
+    const std::string strPipe = dir.PathOf("pipe").string();
+    ASSERT_EQ(0, ::mkfifo(strPipe.c_str(), 0600));
+    std::string strText = "<r>";
+    for (int n = 0; n < 20; ++n)
+        strText += "<a n='" + std::to_string(n) + "'>text</a>";
+    strText += "</r>";
+    g_nSignals = 0;
+    std::thread writer(
+        [&]
+        {
+            // Signals are for the reader.
+            sigset_t alarms;
+            sigemptyset(&alarms);
+            sigaddset(&alarms, SIGALRM);
+            pthread_sigmask(SIG_BLOCK, &alarms, nullptr);
+            const int nFile = ::open(strPipe.c_str(), O_WRONLY);
+            for (std::size_t n = 0; n < strText.size(); n += 20)
+            {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                EXPECT_GT(::write(nFile, strText.data() + n, std::min<std::size_t>(20, strText.size() - n)), 0);
+            }
+            ::close(nFile);
+        });
+    CXmlDocument document;
+    {
+        const CAlarms alarms;
+        AsyncFromXmlFile(true);
+        document.Load(dir.NameOf("pipe").c_str());
+    }
+    ResetSwitches();
+    writer.join();
+    ASSERT_NE(document.GetDocumentElement(), nullptr);
+    int nElements = 0;
+    for (CXmlElement* p = document.GetDocumentElement()->GetFirstElement(); p != nullptr;
+         p = p->GetNextSiblingElement())
+        ++nElements;
+    EXPECT_EQ(nElements, 20);
+    EXPECT_GT(g_nSignals, 20);
+}
+
+/// Every operation does what it does without signals.
+TEST(Signals, DoNotChangeWhatComesOfAnOperation)
+{
+    for (const SOperation& operation : GetOperations())
+    {
+        if (!operation.bUsesFiles)
+            continue;
+        SCOPED_TRACE(operation.lpcName);
+        CRun run(operation);
+        const SResult wanted = run.RunWell();
+        const CAlarms alarms;
+        for (int n = 0; n < (IsLong() ? 50 : 3); ++n)
+        {
+            CRun again(operation);
+            EXPECT_EQ(again.RunWell().strResult, wanted.strResult);
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,46 @@
+// A module with generated classes, for programs that load and unload it.
+
+#include "Order.h"
+#include "OrderRoots.h"
+
+#include "quiver/QvXmlLib.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+using namespace QvXmlLib9;
+
+#if defined(__GNUC__)
+#define QV_EXPORTED __attribute__((visibility("default")))
+#else
+#define QV_EXPORTED
+#endif
+
+/// Reads a document and writes what was read, or the messages why it was not.
+/// @param lpcText what is written, at most `nCapacity` bytes with the zero at the end.
+extern "C" QV_EXPORTED void ReadAndWrite(const char* lpcXml, char* lpcText, std::size_t nCapacity)
+{
+    const CXmlSerializationContext context;
+    std::wstring strText;
+    try
+    {
+        CXmlDocument document(context);
+        document.LoadXml(lpcXml);
+        const CSmartPtr<CXmlObjectBase> spRoot = order::COrderRoots::CreateRoot(document.GetDocumentElement());
+        if (spRoot == nullptr)
+            throw CQvException(L"There is no class");
+        spRoot->FromXmlElement(document.GetDocumentElement(), context);
+        const CSmartPtr<CXmlObjectBase> spAgain = new order::CPurchaseOrder;
+        spAgain->FromXmlStream(spRoot->ToFastInfosetStream(FInfoDecl_None, context, Compression_None), context);
+        strText = spAgain->ToXml(false, false, EOLType_LF, context);
+    }
+    catch (const CQvException& exception)
+    {
+        strText = exception.GetFullMessage();
+    }
+    const std::size_t nLength = std::min(strText.size(), nCapacity - 1);
+    std::transform(strText.begin(), strText.begin() + static_cast<std::ptrdiff_t>(nLength), lpcText,
+                   [](wchar_t c) { return static_cast<char>(c); });
+    lpcText[nLength] = 0;
+}
