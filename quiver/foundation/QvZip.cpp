@@ -163,9 +163,10 @@ void CQvZip::CompressBuffer(unsigned char** ppData, unsigned long* pdwLen, Compr
     c_stream.avail_in = dwLen;
     c_stream.next_out = pOutput.get();
     c_stream.avail_out = dwLen;
-    deflate(&c_stream, Z_NO_FLUSH);
-    // Input that is left because the output is full is no fault of the program: these data do not shrink.
-    if (c_stream.avail_out != 0)
+    [[maybe_unused]] const int nBegun = deflate(&c_stream, Z_NO_FLUSH);
+    // Input that is left because the output is full is no fault of the program: these data do not shrink. Nor is a want of
+    // memory, which the next call tells.
+    if (nBegun == Z_OK && c_stream.avail_out != 0)
         QV_ASSERT(c_stream.avail_in == 0);
     const int nResult = deflate(&c_stream, Z_FINISH);
     if (nResult != Z_STREAM_END)

@@ -393,7 +393,7 @@ TEST(FastInfosetWriter, TheRootCarriesTheNamespacesOfTheDocument)
 
 TEST(FastInfosetWriter, PrefixesOfValuesAreDeclaredOnce)
 {
-    EXPECT_EQ(Joined({{56, 207}, Literal(L"p"), Literal(L"urn:p"), {240, 60}, Literal(L"r")}),
+    EXPECT_EQ(Joined({{56, 207}, Literal(L"p"), Literal(L"urn:p"), {240, 60}, Literal(L"r"), {144, 'p'}}),
               Write(
                   [](CFastInfosetWriter& writer)
                   {
@@ -401,6 +401,7 @@ TEST(FastInfosetWriter, PrefixesOfValuesAreDeclaredOnce)
                       EXPECT_TEXT(L"p", writer.DeclareForValue(L"p", L"urn:p"));
                       EXPECT_TEXT(L"p", writer.DeclareForValue(L"q", L"urn:p"));
                       EXPECT_TEXT(L"", writer.DeclareForValue(L"q", L""));
+                      Text(writer, L"p");
                       writer.EndElement();
                   }));
 }
