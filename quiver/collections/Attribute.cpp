@@ -229,6 +229,16 @@ void CXmlSerializationContext::SetAdditionalRootAttributes(CAttributeCol* pAttri
         pOld->Release();
 }
 
+/// Lets go of what the default context holds, which is never destroyed itself. It comes to life behind the first of the
+/// attributes and therefore goes ahead of the report of instances.
+struct SDefaultAttributes
+{
+    SDefaultAttributes() = default;
+    ~SDefaultAttributes() { CXmlSerializationContext::GetDefaultContext().SetAdditionalRootAttributes(nullptr); }
+    SDefaultAttributes(const SDefaultAttributes&) = delete;
+    SDefaultAttributes& operator=(const SDefaultAttributes&) = delete;
+};
+
 CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const
 {
     CAttributeCol* pAttributes = m_pAdditionalRootAttributes.load(std::memory_order_acquire);
@@ -239,6 +249,8 @@ CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes()
         {
             spNew->AddRef(); // the reference that the context holds
             pAttributes = spNew;
+            if (this == &GetDefaultContext())
+                static const SDefaultAttributes s_attributes;
         }
     }
     return pAttributes;

@@ -51,34 +51,25 @@ void CXmlSerializationContext::SetInLineSchema(const wchar_t* lpctSchema)
     m_strInLineSchema = ToUtf16Units(lpctSchema);
 }
 
-/// Made with the library, as generated code uses it from static initialisers; asking for it from another unit's
-/// initialiser makes it earlier. Never destroyed: static objects may convert while they die. Only the attributes that it
-/// holds go, so that the report of instances does not name them.
-struct SDefaultContext
-{
-    SDefaultContext() { Get(); }
-    ~SDefaultContext() { Get().SetAdditionalRootAttributes(nullptr); }
-    SDefaultContext(const SDefaultContext&) = delete;
-    SDefaultContext& operator=(const SDefaultContext&) = delete;
-
-    static CXmlSerializationContext& Get()
-    {
-        static CXmlSerializationContext& s_defaultContext = *new CXmlSerializationContext;
-        return s_defaultContext;
-    }
-};
-
 namespace
 {
 
-const SDefaultContext s_madeAtLoad;
+// Made with the library, as generated code uses it from static initialisers; asking for it from another unit's
+// initialiser makes it earlier. Never destroyed: static objects may convert while they die.
+CXmlSerializationContext& DefaultContext()
+{
+    static CXmlSerializationContext& s_defaultContext = *new CXmlSerializationContext;
+    return s_defaultContext;
+}
+
+const CXmlSerializationContext& s_madeAtLoad = DefaultContext();
 
 } // namespace
 
 CXmlSerializationContext& CXmlSerializationContext::GetDefaultContext()
 {
     static_cast<void>(s_madeAtLoad);
-    return SDefaultContext::Get();
+    return DefaultContext();
 }
 
 void CXmlSerializationContext::SetIgnoreMissingMandatoryElements(bool bIgnore)

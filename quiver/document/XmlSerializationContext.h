@@ -114,7 +114,7 @@ public:
 
 private:
     friend class CXmlGeneratedClass;
-    friend struct SDefaultContext;
+    friend struct SDefaultAttributes;
 
     /// The in-line schema without a copy.
     const std::wstring& InLineSchema() const { return m_strInLineSchema; }

@@ -284,8 +284,35 @@ inline SThread* GetThreadOrNull() noexcept
     }
 }
 
+#if defined(QUIVER_DIAGNOSTICS)
+/// Reports the counts when the library is unloaded.
+class CInstanceTracker
+{
+public:
+    CInstanceTracker() { QvXmlLib9::OutputTrace(L"Starting to track Class instances\n"); }
+
+    ~CInstanceTracker()
+    {
+        QvXmlLib9::OutputTrace(L"Dumping Class instances\n");
+        // The names of classes reach the trace as text and never as a format.
+        QvXmlLib9::OutputTrace(L"%s", CInstanceMonitor::DumpState().c_str());
+        QvXmlLib9::OutputTrace(L"\n");
+        CInstanceMonitor::Cleanup();
+    }
+};
+#endif
+
+/// Comes ahead of the first instance, so that what is static and holds some goes ahead of the report.
+void TrackInstances()
+{
+#if defined(QUIVER_DIAGNOSTICS)
+    static const CInstanceTracker s_tracker;
+#endif
+}
+
 ClassType* FindOrAddRecord(const wchar_t* lpctClassName)
 {
+    TrackInstances();
     SState& state = State();
     const std::lock_guard<std::mutex> lock(state.m_cs);
     const auto it = state.m_byName.find(lpctClassName);
@@ -376,27 +403,7 @@ std::pair<std::int64_t, std::int64_t> AddUp(const SState& state, const ClassType
 }
 
 #if defined(QUIVER_DIAGNOSTICS)
-/// Reports the counts when the library is unloaded.
-class CInstanceTracker
-{
-public:
-    CInstanceTracker()
-    {
-        State();
-        QvXmlLib9::OutputTrace(L"Starting to track Class instances\n");
-    }
-
-    ~CInstanceTracker()
-    {
-        QvXmlLib9::OutputTrace(L"Dumping Class instances\n");
-        // The names of classes reach the trace as text and never as a format.
-        QvXmlLib9::OutputTrace(L"%s", CInstanceMonitor::DumpState().c_str());
-        QvXmlLib9::OutputTrace(L"\n");
-        CInstanceMonitor::Cleanup();
-    }
-};
-
-const CInstanceTracker s_tracker;
+const bool s_bTracked = (TrackInstances(), true);
 #endif
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "tests/support/Expect.h"
 #include "tests/support/InstanceCounts.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -205,6 +206,14 @@ TEST(InstanceTrackerDeathTest, TheTraceNamesTheInstancesAtUnload)
         ::testing::ExitedWithCode(0),
         "Starting to track Class instances\n(.|\n)*Dumping Class instances\n"
         "Instances of classes still in existence/Total Number of instances created\n--> 100%d = 1/1\n");
+}
+
+TEST(InstanceTrackerDeathTest, TheTraceNamesNothingOfTheLibrarysOwn)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::exit(0), ::testing::ExitedWithCode(0),
+                ::testing::AllOf(::testing::HasSubstr("Dumping Class instances\n"),
+                                 ::testing::Not(::testing::HasSubstr("-->"))));
 }
 
 #else
