@@ -21,9 +21,9 @@ namespace fuzz
 {
 
 /// Whether an element of a wide string is one unit of UTF-16, as where it has 32 bits.
-inline bool IsUtf16(wchar_t c)
+inline bool IsUtf16(char32_t c)
 {
-    return static_cast<char32_t>(c) <= 0xFFFF;
+    return c <= 0xFFFF;
 }
 
 /// The input as text of the library, up to the first byte that is no UTF-8.

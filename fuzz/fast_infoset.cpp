@@ -23,7 +23,7 @@ void Load(const CXmlSerializationContext& context, std::vector<std::uint8_t> byt
         for (const CXmlAttribute* pAttribute : pElement->GetAttributes())
             pElement->GetAttribute(pAttribute->GetLocalName(), pAttribute->GetNamespaceURI());
         for (const wchar_t c : pElement->GetText())
-            fuzz::Require(fuzz::IsUtf16(c), "text is UTF-16");
+            fuzz::Require(fuzz::IsUtf16(static_cast<char32_t>(c)), "text is UTF-16");
         for (CXmlElement* pChild = pElement->GetFirstElement(); pChild; pChild = pChild->GetNextSiblingElement())
             open.push_back(pChild);
     }

@@ -25,7 +25,8 @@ void Load(const CXmlSerializationContext& context, std::vector<std::uint8_t> byt
         for (const CXmlAttribute* pAttribute : pElement->GetAttributes())
             pElement->GetAttribute(pAttribute->GetLocalName(), pAttribute->GetNamespaceURI());
         for (const wchar_t c : pElement->GetText())
-            fuzz::Require(c != 0 && fuzz::IsUtf16(c) && c != L'\r', "text is UTF-16 without carriage returns");
+            fuzz::Require(c != 0 && fuzz::IsUtf16(static_cast<char32_t>(c)) && c != L'\r',
+                          "text is UTF-16 without carriage returns");
         for (CXmlElement* pChild = pElement->GetFirstElement(); pChild; pChild = pChild->GetNextSiblingElement())
             open.push_back(pChild);
     }
