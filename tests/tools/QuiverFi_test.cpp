@@ -2,6 +2,7 @@
 #include "tests/support/Process.h"
 #include "tests/support/ToolRun.h"
 
+#include "tools/quiver-fi/InfosetSource.h"
 #include "tools/quiver-fi/Options.h"
 #include "tools/quiver-fi/ValueType.h"
 #include "tools/quiver-fi/XmlNames.h"
@@ -14,6 +15,7 @@
 
 #include <cstdlib>
 #include <regex>
+#include <sstream>
 #include <streambuf>
 
 using namespace QvTest;
@@ -496,6 +498,21 @@ TEST(QuiverFi, ReadsWhatOtherMakersWrite)
     }
     // Tables in front of the document.
     EXPECT_EQ(Decode(Octets("E0 00 00 01 20 00 88 00 00 61 00 00 74 3C 80 A0 FF")), "<a>t</a>");
+}
+
+TEST(QuiverFi, KeepsTheTextsOfADocumentApart)
+{
+    // Whether a text was seen before must not tell which ones are one: the second "p" lies where ":" follows the first.
+    quiver_fi::CDocument document;
+    std::istringstream in;
+    std::ostringstream out, err;
+    quiver_fi::ReadInfoset(Octets("E0 00 00 01 00 3C 00 61 90 70 A0 90 3A 90 71 FF"), document,
+                           quiver_fi::SStreams{in, out, err});
+    std::vector<std::string> texts;
+    for (const quiver_fi::CDocument::SEvent& event : document.GetEvents())
+        if (event.eKind == quiver_fi::CDocument::EKind::Text)
+            texts.emplace_back(document.GetValue(event.range));
+    EXPECT_EQ(texts, (std::vector<std::string>{"p", "p", ":", "q"}));
 }
 
 TEST(QuiverFi, TellsThatAnExternalVocabularyIsMissing)

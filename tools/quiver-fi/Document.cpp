@@ -111,13 +111,18 @@ void CDocument::AddAttribute(NameId dwName, SRange value)
 
 void CDocument::AddText(SRange text)
 {
-    if (text.nLength == 0)
-        return;
-    SEvent& last = m_events.back();
-    if (last.eKind == EKind::Text && last.range.nOffset + last.range.nLength == text.nOffset)
-        last.range.nLength += text.nLength;
-    else
+    if (text.nLength != 0)
         m_events.push_back({EKind::Text, 0, text});
+}
+
+void CDocument::AppendText(std::string_view svText)
+{
+    const SRange text = Store(svText);
+    // Nothing has been stored behind a text that came last.
+    if (m_events.back().eKind == EKind::Text)
+        m_events.back().range.nLength += text.nLength;
+    else
+        AddText(text);
 }
 
 void CDocument::EndElement()

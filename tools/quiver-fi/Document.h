@@ -82,7 +82,13 @@ public:
 
     void StartElement(NameId dwName);
     void AddAttribute(NameId dwName, SRange value);
+
+    /// Adds a text of its own, though another may stand before it.
     void AddText(SRange text);
+
+    /// Adds to the text that came last, or begins one. Not to be mixed with AddText in one document.
+    void AppendText(std::string_view svText);
+
     void EndElement();
 
     // --- Reading ---

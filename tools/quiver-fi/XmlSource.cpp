@@ -167,12 +167,8 @@ void CXmlSource::OnDeclaration(void* pSource, const XML_Char* lpcPrefix, const X
 
 void CXmlSource::OnText(void* pSource, const XML_Char* lpcText, int nLength)
 {
-    Handle(pSource,
-           [lpcText, nLength](CXmlSource& source)
-           {
-               CDocument& document = source.m_document;
-               document.AddText(document.Store(std::string_view(lpcText, static_cast<std::size_t>(nLength))));
-           });
+    Handle(pSource, [lpcText, nLength](CXmlSource& source)
+           { source.m_document.AppendText(std::string_view(lpcText, static_cast<std::size_t>(nLength))); });
 }
 
 /// Called for an external subset and for references to parameter entities, none of which are read.
