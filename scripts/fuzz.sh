@@ -3,6 +3,8 @@
 #
 # As many targets run at a time as there are processors. What a target prints is in build/fuzz/logs.
 #
+# QUIVER_FUZZ_SEED is the number that the choices of a run begin with; without it each run makes others.
+#
 # A target starts from its seeds in fuzz/corpus and keeps what it learns in build/fuzz/learnt. An input that fails is kept in
 # build/fuzz/failures; put it into the corpus together with the fix, so that it is replayed by every test run.
 set -euo pipefail
@@ -30,8 +32,8 @@ fuzz_one()
     local learnt=build/fuzz/learnt/$target failures=build/fuzz/failures/$target log=build/fuzz/logs/$target
     mkdir -p "$learnt" "$failures" build/fuzz/logs
     if build/fuzz/fuzz/"fuzz_$target" "$learnt" "fuzz/corpus/$target" -dict="fuzz/$target.dict" \
-        -max_total_time="$seconds" -max_len=4096 -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$failures/" \
-        -print_final_stats=1 >"$log" 2>&1; then
+        -max_total_time="$seconds" -seed="${QUIVER_FUZZ_SEED:-0}" -max_len=4096 -timeout=20 -rss_limit_mb=2048 \
+        -artifact_prefix="$failures/" -print_final_stats=1 >"$log" 2>&1; then
         echo "fuzz: $target: $(sed -nE 's/^Done ([0-9]+) runs in ([0-9]+) .*/\1 runs in \2 s/p' "$log")"
     else
         tail -n 60 "$log"
