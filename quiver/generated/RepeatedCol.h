@@ -425,8 +425,17 @@ private:
     {
         FireOnCollectionAdd(&value);
         Throw_IfNoPlace(nIndex);
-        m_values.insert(m_values.begin() + nIndex, value);
         Texts::Insert(nIndex, std::move(strText));
+        try
+        {
+            m_values.insert(m_values.begin() + nIndex, value);
+        }
+        catch (...)
+        {
+            // A text without its value would belong to the next one.
+            Texts::Remove(nIndex);
+            throw;
+        }
         FireOnCollectionAddComplete(&value);
         FireOnCollectionChange();
     }
