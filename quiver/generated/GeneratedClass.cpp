@@ -150,8 +150,7 @@ void CGeneratedObject::NotePrefixes(const CXmlElement& element, const CXmlSerial
 /// Ahead of the first attribute, since declarations come first in Fast Infoset documents.
 void CGeneratedObject::DeclarePrefixes(CXmlWriter& writer) const
 {
-    static const CPrefixes& s_none = *new CPrefixes;
-    const CPrefixes& prefixes = m_pPrefixes != nullptr ? *m_pPrefixes : s_none;
+    const CPrefixes& prefixes = m_pPrefixes != nullptr ? *m_pPrefixes : CPrefixes::None();
     for (const SPrefixedMember& member : *Tables().pPrefixed)
     {
         // An element that is nil may lack its text.

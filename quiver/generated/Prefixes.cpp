@@ -85,6 +85,13 @@ std::wstring ReplaceNames(const std::wstring& strText, TIsName IsToReplace, TRep
 
 } // namespace
 
+const CPrefixes& CPrefixes::None()
+{
+    // Never destroyed: static objects may be written while they die.
+    static const CPrefixes& s_none = *new CPrefixes;
+    return s_none;
+}
+
 const std::wstring* CPrefixes::Find(std::wstring_view prefix) const
 {
     const auto it =
@@ -181,6 +188,18 @@ std::wstring CPrefixes::Declare(const std::wstring& strText, const CSimpleType& 
             return Join(pUri != nullptr ? writer.DeclareForValue(name.prefix, *pUri) : std::wstring(name.prefix),
                         name.local);
         });
+}
+
+std::wstring CPrefixes::DeclareValue(std::wstring_view text, const CSimpleType& type, const wchar_t* lpctName,
+                                     CXmlWriter& writer) const
+{
+    std::wstring strText(text);
+    if (type.HasValues())
+    {
+        const CNameScope scope(*this);
+        type.Check(strText, lpctName);
+    }
+    return Declare(strText, type, writer);
 }
 
 // --- Comparing names -------------------------------------------------------------------------------------------------

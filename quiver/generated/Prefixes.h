@@ -20,6 +20,9 @@ class CXmlWriter;
 class QVXMLLIB_API CPrefixes
 {
 public:
+    /// Those of an object that has taken down none.
+    static const CPrefixes& None();
+
     /// @return null for a prefix without a meaning of its own.
     const std::wstring* Find(std::wstring_view prefix) const;
 
@@ -43,6 +46,12 @@ public:
 
     /// A text as it is written on the open element, or inside it, with prefixes that are declared there.
     std::wstring Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const;
+
+    /// The same for a value, which must be one of the type's if that lists its values.
+    /// @param lpctName what a message calls it.
+    /// @throws CQvInvalidValueException for a name whose prefix stands for another namespace than the type asks for.
+    std::wstring DeclareValue(std::wstring_view text, const CSimpleType& type, const wchar_t* lpctName,
+                              CXmlWriter& writer) const;
 
 private:
     std::wstring DeclareExpanded(std::wstring_view name, CXmlWriter& writer) const;

@@ -47,18 +47,10 @@ const CPrimitiveRestrictions& NoFacets()
 std::wstring_view DeclaredText(std::wstring_view svText, const CSimpleType& type, const wchar_t* lpctName,
                                const CXmlGeneratedClass* pObject, CXmlWriter& writer, std::wstring& strBuffer)
 {
-    static const CPrefixes& s_none = *new CPrefixes;
     const CPrefixes* const pPrefixes = static_cast<const CGeneratedObject*>(pObject)->FindPrefixes();
     if (pPrefixes == nullptr && svText.find(L'{') == std::wstring_view::npos)
         return svText;
-    const CPrefixes& prefixes = pPrefixes != nullptr ? *pPrefixes : s_none;
-    strBuffer = svText;
-    if (type.HasValues())
-    {
-        const CNameScope scope(prefixes);
-        type.Check(strBuffer, lpctName);
-    }
-    strBuffer = prefixes.Declare(strBuffer, type, writer);
+    strBuffer = (pPrefixes != nullptr ? *pPrefixes : CPrefixes::None()).DeclareValue(svText, type, lpctName, writer);
     return strBuffer;
 }
 

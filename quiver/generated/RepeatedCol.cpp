@@ -278,15 +278,7 @@ void CValueColBase::ToXml_Int(CXmlWriter* pWriter, bool, const wchar_t*, const C
         const QvXmlLib9Data::CValueText text(value);
         std::wstring strDeclared;
         if (bPrefixes)
-        {
-            strDeclared = text.Get();
-            if (GetType().HasValues())
-            {
-                const CNameScope scope(m_prefixes);
-                GetType().Check(strDeclared, Name());
-            }
-            strDeclared = m_prefixes.Declare(strDeclared, GetType(), *pWriter);
-        }
+            strDeclared = m_prefixes.DeclareValue(text.Get(), GetType(), Name(), *pWriter);
         pWriter->WriteText(bPrefixes ? std::wstring_view(strDeclared) : text.Get(), value.GetTypeAsEnum());
         pWriter->EndElement();
     }
