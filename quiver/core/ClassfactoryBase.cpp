@@ -2,6 +2,7 @@
 
 #include "quiver/document/XmlDocument.h"
 #include "quiver/document/XmlElement.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 
 namespace QvXmlLib9
 {
@@ -11,7 +12,7 @@ namespace
 
 const std::wstring& XsiType(CXmlElement* pElement)
 {
-    return pElement->GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance");
+    return pElement->GetAttribute(L"type", g_lpctXsiNamespace);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "quiver/document/XmlNodeStore.h"
 #include "quiver/document/XmlText.h"
 #include "quiver/foundation/Encoder.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 
 #include <algorithm>
 #include <string_view>
@@ -17,7 +18,7 @@ namespace
 CInstanceClass s_instanceClass(L"CXmlAttribute");
 
 constexpr std::wstring_view s_svNamespaces[] = {
-    L"http://www.w3.org/2001/XMLSchema-instance",
+    g_lpctXsiNamespace,
     L"http://www.w3.org/2000/xmlns/",
 };
 

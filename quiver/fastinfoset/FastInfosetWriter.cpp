@@ -7,6 +7,7 @@
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/foundation/UnitRuns.h"
 #include "quiver/output/UnitText.h"
 
@@ -19,7 +20,6 @@ namespace
 {
 
 constexpr std::wstring_view s_svXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
-constexpr std::wstring_view s_svXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
 
 /// Names the agreed vocabulary where the context has no name for it.
 constexpr std::wstring_view s_svDefaultVocabularyURI = L"urn:quiver:fastinfoset:default-vocabulary";
@@ -356,7 +356,7 @@ void CFastInfosetWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::ws
     const std::wstring_view svNamespace = ToUnitText(svTypeNamespace, strNamespaceBuffer);
     if (svNamespace.empty() || svNamespace == GetDefaultNamespace())
     {
-        WriteAttribute(L"type", s_svXsiNamespace, svTypeName, eType);
+        WriteAttribute(L"type", g_lpctXsiNamespace, svTypeName, eType);
         return;
     }
     std::wstring strNameBuffer;
@@ -372,7 +372,7 @@ void CFastInfosetWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::ws
     {
         QV_ASSERT_MSG(!pstrPrefix->empty(), "!m_pContext->GetNamespaceMapValue(strElementNamespace).empty()");
         strValue = *pstrPrefix;
-        WriteAttributeName({strValue, s_svXsiNamespace, L"type"});
+        WriteAttributeName({strValue, g_lpctXsiNamespace, L"type"});
     }
     strValue += L':';
     strValue += svName;
@@ -382,7 +382,7 @@ void CFastInfosetWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::ws
 void CFastInfosetWriter::WriteXsiNil()
 {
     BeginAttribute();
-    WriteAttribute(L"nil", s_svXsiNamespace, L"true", ItemType_boolean);
+    WriteAttribute(L"nil", g_lpctXsiNamespace, L"true", ItemType_boolean);
 }
 
 void CFastInfosetWriter::WriteText(std::wstring_view svValue, ItemType eType)

@@ -5,7 +5,7 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
-#include "quiver/generated/BuiltinTypes.h"
+#include "quiver/generated/DeclaredType.h"
 #include "quiver/generated/GeneratedClass.h"
 
 #include <algorithm>
@@ -18,20 +18,11 @@ namespace QvXmlLib9
 namespace
 {
 
+/// Where the declarations in force say nothing about a type's prefix, the document's other ones may.
 class CTypeReader : public CClassfactoryBase
 {
 public:
-    static std::wstring Type(CXmlElement* pElement) { return xs::QName::Type().Normalize(GetElementType(pElement)); }
     static std::wstring Uri(CXmlElement* pElement) { return GetElementTypeNamespaceUri(pElement); }
-
-    /// The namespace that the declarations give the type's name, null where they say nothing.
-    static const std::wstring* DeclaredUri(const CXmlElement& element)
-    {
-        const std::wstring strType =
-            xs::QName::Type().Normalize(element.GetAttribute(L"type", L"http://www.w3.org/2001/XMLSchema-instance"));
-        const std::size_t nColon = strType.find(L':');
-        return element.FindPrefix(std::wstring_view(strType).substr(0, nColon == std::wstring::npos ? 0 : nColon));
-    }
 };
 
 /// The first alternative that a test takes, null if there is none.
@@ -161,17 +152,16 @@ const SAlternative* FindElement(const SAlternatives& alternatives, const std::ws
 
 CSmartPtr<CXmlObjectBase> CreateByType(CXmlElement* pElement, const SAlternatives& types, SCreator declared)
 {
-    const std::wstring strType = CTypeReader::Type(pElement);
+    const SDeclaredType said(*pElement);
     SCreator creator = declared;
-    if (!strType.empty())
+    if (said.bSaid)
     {
-        const std::wstring* const pDeclared = CTypeReader::DeclaredUri(*pElement);
-        const std::wstring strUri = pDeclared != nullptr ? *pDeclared : CTypeReader::Uri(pElement);
-        const SAlternative* pType = FindType(types, strType, strUri);
-        if (pType == nullptr && pDeclared == nullptr)
-            pType = FindTypeAnywhere(types, strType);
+        const std::wstring strUri = said.pUri != nullptr ? *said.pUri : CTypeReader::Uri(pElement);
+        const SAlternative* pType = FindType(types, said.strName, strUri);
+        if (pType == nullptr && said.pUri == nullptr)
+            pType = FindTypeAnywhere(types, said.strName);
         if (pType == nullptr)
-            return CreateOfOwnType(*pElement, declared, strType, strUri);
+            return CreateOfOwnType(*pElement, declared, said.strName, strUri);
         creator = pType->creator;
     }
     if (!creator)

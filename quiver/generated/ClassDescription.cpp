@@ -1,5 +1,6 @@
 #include "quiver/generated/ClassDescription.h"
 
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/GeneratedClass.h"
 #include "quiver/generated/Records.h"
@@ -77,8 +78,7 @@ void CClassDescription::TypedText(int nMember, int nType, const SNamedTypes& typ
 {
     m_bNamesAsText = true;
     Add(MakeTypedTextRecord({nMember, nType, &types}));
-    m_attributes.push_back(MakeAttributeRecord(L"type", L"http://www.w3.org/2001/XMLSchema-instance", nType, true, L"",
-                                               xs::QName::Type()));
+    m_attributes.push_back(MakeAttributeRecord(L"type", g_lpctXsiNamespace, nType, true, L"", xs::QName::Type()));
 }
 
 void CClassDescription::NoteIfPrefixed(const wchar_t* lpctName, int nMember, const CSimpleType& type)

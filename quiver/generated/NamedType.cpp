@@ -4,7 +4,9 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/generated/BuiltinTypes.h"
+#include "quiver/generated/DeclaredType.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,55 +18,52 @@ namespace QvXmlLib9
 namespace
 {
 
-constexpr wchar_t s_lpctXsd[] = L"http://www.w3.org/2001/XMLSchema";
-constexpr wchar_t s_lpctXsi[] = L"http://www.w3.org/2001/XMLSchema-instance";
-
 constexpr SNamedType s_builtins[] = {
-    {s_lpctXsd, L"anySimpleType", &xs::AnySimpleType::Type},
-    {s_lpctXsd, L"string", &xs::String::Type},
-    {s_lpctXsd, L"normalizedString", &xs::NormalizedString::Type},
-    {s_lpctXsd, L"token", &xs::Token::Type},
-    {s_lpctXsd, L"language", &xs::Language::Type},
-    {s_lpctXsd, L"Name", &xs::Name::Type},
-    {s_lpctXsd, L"NCName", &xs::NCName::Type},
-    {s_lpctXsd, L"ID", &xs::ID::Type},
-    {s_lpctXsd, L"IDREF", &xs::IDREF::Type},
-    {s_lpctXsd, L"ENTITY", &xs::ENTITY::Type},
-    {s_lpctXsd, L"NMTOKEN", &xs::NMTOKEN::Type},
-    {s_lpctXsd, L"IDREFS", &xs::IDREFS::Type},
-    {s_lpctXsd, L"ENTITIES", &xs::ENTITIES::Type},
-    {s_lpctXsd, L"NMTOKENS", &xs::NMTOKENS::Type},
-    {s_lpctXsd, L"anyURI", &xs::AnyURI::Type},
-    {s_lpctXsd, L"QName", &xs::QName::Type},
-    {s_lpctXsd, L"NOTATION", &xs::NOTATION::Type},
-    {s_lpctXsd, L"boolean", &xs::Boolean::Type},
-    {s_lpctXsd, L"float", &xs::Float::Type},
-    {s_lpctXsd, L"double", &xs::Double::Type},
-    {s_lpctXsd, L"decimal", &xs::Decimal::Type},
-    {s_lpctXsd, L"integer", &xs::Integer::Type},
-    {s_lpctXsd, L"nonPositiveInteger", &xs::NonPositiveInteger::Type},
-    {s_lpctXsd, L"negativeInteger", &xs::NegativeInteger::Type},
-    {s_lpctXsd, L"nonNegativeInteger", &xs::NonNegativeInteger::Type},
-    {s_lpctXsd, L"positiveInteger", &xs::PositiveInteger::Type},
-    {s_lpctXsd, L"long", &xs::Long::Type},
-    {s_lpctXsd, L"int", &xs::Int::Type},
-    {s_lpctXsd, L"short", &xs::Short::Type},
-    {s_lpctXsd, L"byte", &xs::Byte::Type},
-    {s_lpctXsd, L"unsignedLong", &xs::UnsignedLong::Type},
-    {s_lpctXsd, L"unsignedInt", &xs::UnsignedInt::Type},
-    {s_lpctXsd, L"unsignedShort", &xs::UnsignedShort::Type},
-    {s_lpctXsd, L"unsignedByte", &xs::UnsignedByte::Type},
-    {s_lpctXsd, L"duration", &xs::Duration::Type},
-    {s_lpctXsd, L"dateTime", &xs::DateTime::Type},
-    {s_lpctXsd, L"date", &xs::Date::Type},
-    {s_lpctXsd, L"time", &xs::Time::Type},
-    {s_lpctXsd, L"gYearMonth", &xs::GYearMonth::Type},
-    {s_lpctXsd, L"gYear", &xs::GYear::Type},
-    {s_lpctXsd, L"gMonthDay", &xs::GMonthDay::Type},
-    {s_lpctXsd, L"gDay", &xs::GDay::Type},
-    {s_lpctXsd, L"gMonth", &xs::GMonth::Type},
-    {s_lpctXsd, L"hexBinary", &xs::HexBinary::Type},
-    {s_lpctXsd, L"base64Binary", &xs::Base64Binary::Type},
+    {g_lpctXsdNamespace, L"anySimpleType", &xs::AnySimpleType::Type},
+    {g_lpctXsdNamespace, L"string", &xs::String::Type},
+    {g_lpctXsdNamespace, L"normalizedString", &xs::NormalizedString::Type},
+    {g_lpctXsdNamespace, L"token", &xs::Token::Type},
+    {g_lpctXsdNamespace, L"language", &xs::Language::Type},
+    {g_lpctXsdNamespace, L"Name", &xs::Name::Type},
+    {g_lpctXsdNamespace, L"NCName", &xs::NCName::Type},
+    {g_lpctXsdNamespace, L"ID", &xs::ID::Type},
+    {g_lpctXsdNamespace, L"IDREF", &xs::IDREF::Type},
+    {g_lpctXsdNamespace, L"ENTITY", &xs::ENTITY::Type},
+    {g_lpctXsdNamespace, L"NMTOKEN", &xs::NMTOKEN::Type},
+    {g_lpctXsdNamespace, L"IDREFS", &xs::IDREFS::Type},
+    {g_lpctXsdNamespace, L"ENTITIES", &xs::ENTITIES::Type},
+    {g_lpctXsdNamespace, L"NMTOKENS", &xs::NMTOKENS::Type},
+    {g_lpctXsdNamespace, L"anyURI", &xs::AnyURI::Type},
+    {g_lpctXsdNamespace, L"QName", &xs::QName::Type},
+    {g_lpctXsdNamespace, L"NOTATION", &xs::NOTATION::Type},
+    {g_lpctXsdNamespace, L"boolean", &xs::Boolean::Type},
+    {g_lpctXsdNamespace, L"float", &xs::Float::Type},
+    {g_lpctXsdNamespace, L"double", &xs::Double::Type},
+    {g_lpctXsdNamespace, L"decimal", &xs::Decimal::Type},
+    {g_lpctXsdNamespace, L"integer", &xs::Integer::Type},
+    {g_lpctXsdNamespace, L"nonPositiveInteger", &xs::NonPositiveInteger::Type},
+    {g_lpctXsdNamespace, L"negativeInteger", &xs::NegativeInteger::Type},
+    {g_lpctXsdNamespace, L"nonNegativeInteger", &xs::NonNegativeInteger::Type},
+    {g_lpctXsdNamespace, L"positiveInteger", &xs::PositiveInteger::Type},
+    {g_lpctXsdNamespace, L"long", &xs::Long::Type},
+    {g_lpctXsdNamespace, L"int", &xs::Int::Type},
+    {g_lpctXsdNamespace, L"short", &xs::Short::Type},
+    {g_lpctXsdNamespace, L"byte", &xs::Byte::Type},
+    {g_lpctXsdNamespace, L"unsignedLong", &xs::UnsignedLong::Type},
+    {g_lpctXsdNamespace, L"unsignedInt", &xs::UnsignedInt::Type},
+    {g_lpctXsdNamespace, L"unsignedShort", &xs::UnsignedShort::Type},
+    {g_lpctXsdNamespace, L"unsignedByte", &xs::UnsignedByte::Type},
+    {g_lpctXsdNamespace, L"duration", &xs::Duration::Type},
+    {g_lpctXsdNamespace, L"dateTime", &xs::DateTime::Type},
+    {g_lpctXsdNamespace, L"date", &xs::Date::Type},
+    {g_lpctXsdNamespace, L"time", &xs::Time::Type},
+    {g_lpctXsdNamespace, L"gYearMonth", &xs::GYearMonth::Type},
+    {g_lpctXsdNamespace, L"gYear", &xs::GYear::Type},
+    {g_lpctXsdNamespace, L"gMonthDay", &xs::GMonthDay::Type},
+    {g_lpctXsdNamespace, L"gDay", &xs::GDay::Type},
+    {g_lpctXsdNamespace, L"gMonth", &xs::GMonth::Type},
+    {g_lpctXsdNamespace, L"hexBinary", &xs::HexBinary::Type},
+    {g_lpctXsdNamespace, L"base64Binary", &xs::Base64Binary::Type},
 };
 
 constexpr SNamedTypes s_allBuiltins{s_builtins, std::size(s_builtins)};
@@ -98,28 +97,24 @@ const SNamedTypes& NoNamedTypes()
 
 const SNamedType* FindNamedType(const SNamedTypes& types, std::wstring_view uri, std::wstring_view name)
 {
-    return Find(uri == s_lpctXsd ? s_allBuiltins : types,
+    return Find(uri == g_lpctXsdNamespace ? s_allBuiltins : types,
                 [uri, name](const SNamedType& type) { return name == type.lpctName && uri == type.lpctUri; });
 }
 
 const SNamedType* FindTypeOf(const SNamedTypes& types, const CXmlElement& element,
                              const CXmlSerializationContext& context, std::wstring& prefix)
 {
-    const std::wstring strType = xs::QName::Type().Normalize(element.GetAttribute(L"type", s_lpctXsi));
-    if (strType.empty())
+    const SDeclaredType declared(element);
+    if (!declared.bSaid)
         return nullptr;
-    const std::size_t nColon = strType.find(L':');
-    const bool bPrefix = nColon != std::wstring::npos;
-    const std::wstring_view name = std::wstring_view(strType).substr(bPrefix ? nColon + 1 : 0);
-    prefix = strType.substr(0, bPrefix ? nColon : 0);
-    const std::wstring* const pUri = element.FindPrefix(prefix);
+    prefix = declared.strPrefix;
     const SNamedType* pType = nullptr;
-    if (pUri != nullptr)
-        pType = FindNamedType(types, *pUri, name);
+    if (declared.pUri != nullptr)
+        pType = FindNamedType(types, *declared.pUri, declared.strName);
     else if (element.GetDocument() == nullptr || context.GetSchemaType() == SchemaType_NoNamespaces)
-        pType = FindAnywhere(types, name);
-    else if (!bPrefix)
-        pType = FindNamedType(types, {}, name);
+        pType = FindAnywhere(types, declared.strName);
+    else if (!declared.bPrefix)
+        pType = FindNamedType(types, {}, declared.strName);
     if (pType == nullptr)
         throw CQvValidationException(
             FormatString(L"Failed to find a suitable substitution element for [%s]", element.GetLocalName().c_str()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/generated/BuiltinTypes.h"
 #include "quiver/generated/GeneratedClass.h"
 #include "quiver/generated/Member.h"
@@ -21,8 +22,6 @@ template <PfnNamedTypes pfnTypes = &NoNamedTypes, class TRule = SNoRule>
 class CTypedValue : public CGenerated<CTypedValue<pfnTypes, TRule>>
 {
 public:
-    static constexpr wchar_t s_lpctXsd[] = L"http://www.w3.org/2001/XMLSchema";
-
     explicit CTypedValue(const wchar_t* lpctElementName)
         : CInstanceMonitor(L"CTypedValue")
         , CGenerated<CTypedValue>(lpctElementName)
@@ -50,7 +49,8 @@ public:
     /// Sets the value and says its type.
     /// @throws CQvInvalidParamException "There is no simple type [%s] in the namespace [%s]"
     /// @throws CQvInvalidValueException for a value that the type refuses; the old one stays, and its type.
-    void SetValue(const std::wstring& value, const wchar_t* lpctType, const wchar_t* lpctTypeNamespace = s_lpctXsd)
+    void SetValue(const std::wstring& value, const wchar_t* lpctType,
+                  const wchar_t* lpctTypeNamespace = g_lpctXsdNamespace)
     {
         const SNamedType& type = this->FindType(lpctType, lpctTypeNamespace);
         Store(value, &type);
@@ -97,7 +97,7 @@ public:
         ResetNil();
     }
     void SetValue(const std::wstring& value, const wchar_t* lpctType,
-                  const wchar_t* lpctTypeNamespace = Base::s_lpctXsd)
+                  const wchar_t* lpctTypeNamespace = g_lpctXsdNamespace)
     {
         Base::SetValue(value, lpctType, lpctTypeNamespace);
         ResetNil();

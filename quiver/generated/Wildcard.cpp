@@ -6,6 +6,7 @@
 #include "quiver/document/XmlElement.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/generated/Member.h"
 #include "quiver/values/WhitespaceUtils.h"
 
@@ -17,8 +18,6 @@ namespace QvXmlLib9
 
 namespace
 {
-
-constexpr wchar_t s_lpctXsi[] = L"http://www.w3.org/2001/XMLSchema-instance";
 
 thread_local bool s_bCheckingOnly = false;
 
@@ -93,7 +92,7 @@ void CheckAttributes(const SKnownDeclarations& known, const CXmlElement& element
 /// Whether an element says a type, which tells more than its name.
 bool SaysType(const CXmlElement& element)
 {
-    return !element.GetAttribute(L"type", s_lpctXsi).empty();
+    return !element.GetAttribute(L"type", g_lpctXsiNamespace).empty();
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "quiver/foundation/Assert.h"
 #include "quiver/foundation/Exceptions.h"
+#include "quiver/foundation/SchemaNamespaces.h"
 #include "quiver/foundation/UnitRuns.h"
 #include "quiver/output/TextStream.h"
 #include "quiver/output/UnitText.h"
@@ -15,7 +16,6 @@ namespace
 {
 
 constexpr std::wstring_view s_svXmlNamespace = L"http://www.w3.org/XML/1998/namespace";
-constexpr std::wstring_view s_svXsiNamespace = L"http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::wstring_view s_svCDataStart = L"<![CDATA[";
 
 /// A file gets its text in pieces of at least this many units.
@@ -313,7 +313,7 @@ void CXmlTextWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstrin
     const std::wstring_view svNamespace = ToUnitText(svTypeNamespace, strBuffer);
     if (svNamespace.empty() || svNamespace == GetDefaultNamespace())
     {
-        WriteAttribute(L"type", s_svXsiNamespace, svTypeName, eType);
+        WriteAttribute(L"type", g_lpctXsiNamespace, svTypeName, eType);
         return;
     }
     const std::wstring* pstrPrefix = FindPrefix(svNamespace);
@@ -329,13 +329,13 @@ void CXmlTextWriter::WriteXsiType(std::wstring_view svTypeNamespace, std::wstrin
     std::wstring strValue = *pstrPrefix;
     strValue += L':';
     strValue += svTypeName;
-    WriteAttribute(L"type", s_svXsiNamespace, strValue, eType);
+    WriteAttribute(L"type", g_lpctXsiNamespace, strValue, eType);
 }
 
 void CXmlTextWriter::WriteXsiNil()
 {
     GetOpenStartTag();
-    WriteAttribute(L"nil", s_svXsiNamespace, L"true", ItemType_boolean);
+    WriteAttribute(L"nil", g_lpctXsiNamespace, L"true", ItemType_boolean);
 }
 
 void CXmlTextWriter::AppendIndent(const CXmlWriterContext& context)

@@ -70,6 +70,7 @@ TEST(Alternatives, FindRootsByNameNamespaceAndType)
         EXPECT_EQ(SRoot(strXml).spObject, nullptr) << ::testing::PrintToString(strXml);
     for (const std::wstring& strXml :
          {Document(L"sender", L"", L""), Document(L"address", L"xsi:type='s:Nowhere'", L""),
+          Document(L"address", L"xsi:type='s: ForeignAddress'", L""), Document(L"address", L"xsi:type='s:'", L""),
           std::wstring(L"<p:sender xmlns:p='") + s_lpctNamespace +
               L"' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='ForeignAddress'/>"})
         EXPECT_THROW(SRoot{strXml}, CQvValidationException) << ::testing::PrintToString(strXml);

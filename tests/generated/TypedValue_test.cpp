@@ -63,7 +63,7 @@ TEST(TypedValue, SaysItsTypeAndIsCheckedByIt)
     value.SetValue(L" 3.50 ", L"decimal");
     EXPECT_EQ(value.GetValue(), L"3.50");
     EXPECT_EQ(value.GetTypeName(), L"decimal");
-    EXPECT_EQ(value.GetTypeNamespace(), CValue::s_lpctXsd);
+    EXPECT_EQ(value.GetTypeNamespace(), g_lpctXsdNamespace);
     const std::wstring strWritten = Write(value);
     EXPECT_NE(strWritten.find(L"xmlns:xs=\"http://www.w3.org/2001/XMLSchema\""), std::wstring::npos) << "declared";
     EXPECT_NE(strWritten.find(L":type=\"xs:decimal\">3.50</v>"), std::wstring::npos);
@@ -86,7 +86,7 @@ TEST(TypedValue, GivesWayToPrefixesOfTheContext)
     value.SetValue(L"1", L"int");
     CXmlSerializationContext context;
     context.GetNamespaceAliases().Add(L"xs", L"urn:other");
-    context.GetNamespaceAliases().Add(L"d", CValue::s_lpctXsd);
+    context.GetNamespaceAliases().Add(L"d", g_lpctXsdNamespace);
     EXPECT_NE(Write(value, context).find(L":type=\"d:int\">1</v>"), std::wstring::npos);
 }
 
