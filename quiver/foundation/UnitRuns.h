@@ -11,7 +11,8 @@ namespace QvXmlLib9
 {
 
 /// Copies the units that a text begins with and that stand for themselves in XML text: all but `"`, `&`, `<`, `>`, line
-/// feeds and carriage returns, 0, which ends a text, and what is above 0xFFFF.
+/// feeds and carriage returns, 0, which ends a text, and what is above 0xFFFF. All of `pTo` up to `nUnits` may be written
+/// to.
 /// @return how many they are.
 std::size_t CopyPlainUnits(const wchar_t* pFrom, std::size_t nUnits, wchar_t* pTo);
 
