@@ -529,7 +529,7 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
     const std::uint64_t nWeight = std::exchange(m_bFirstText, false) ? 1 : CFIRepetition::s_nAddedWeight;
     if (svUnits.size() >= m_pFIContext->GetElementMaxAddLength())
     {
-        WriteEncodedString(s_place, s_byChunk, svUnits, eType);
+        WriteOtherString(s_place, s_byChunk, svUnits, eType);
     }
     else if (const CFIIndexMap::SPlace place = m_maps.m_characterChunkMap.Locate(svUnits); place.dwIndex != 0)
     {
@@ -548,8 +548,14 @@ void CFastInfosetWriter::WriteCharacterChunk(std::wstring_view svValue, ItemType
 void CFastInfosetWriter::WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent,
                                             std::wstring_view svValue, ItemType eType)
 {
-    if (TryWriteAscii(place, byCurrent, svValue, eType))
-        return;
+    if (!TryWriteAscii(place, byCurrent, svValue, eType))
+        WriteOtherString(place, byCurrent, svValue, eType);
+}
+
+/// The same for a value that TryWriteAscii does not take.
+void CFastInfosetWriter::WriteOtherString(const SStringEncoding& place, unsigned char byCurrent,
+                                          std::wstring_view svValue, ItemType eType)
+{
     const CFastInfosetContext::EncodedCharacterString encoding = m_pFIContext->GetEncoding(eType);
     std::string_view svOctets;
     m_strOctets.clear();

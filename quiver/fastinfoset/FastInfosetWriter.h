@@ -106,6 +106,8 @@ private:
     void WriteCharacterChunk(std::wstring_view svValue, ItemType eType);
     void WriteEncodedString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
                             ItemType eType);
+    void WriteOtherString(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
+                          ItemType eType);
     bool TryWriteAscii(const SStringEncoding& place, unsigned char byCurrent, std::wstring_view svValue,
                        ItemType eType);
     unsigned char BeginRestrictedAlphabet(const SStringEncoding& place, unsigned char byCurrent, std::uint32_t dwIndex);
