@@ -106,4 +106,17 @@ std::wstring Failure(TAction&& action)
     }
 }
 
+/// Whether text follows an element: Fast Infoset gives it to that element, on purpose.
+inline bool IsMixed(const std::wstring& strXml)
+{
+    for (std::size_t n = strXml.find(L'>'); n + 1 < strXml.size() && n != std::wstring::npos;
+         n = strXml.find(L'>', n + 1))
+    {
+        const bool bEnds = strXml[n - 1] == L'/' || strXml.compare(strXml.rfind(L'<', n), 2, L"</") == 0;
+        if (bEnds && strXml[n + 1] != L'<')
+            return true;
+    }
+    return false;
+}
+
 } // namespace fuzz

@@ -678,16 +678,4 @@ bool IsChangedOnPurpose(const std::wstring& strXml)
            strXml.find(L">P<") != std::wstring::npos || strXml.find(L"\"P\"") != std::wstring::npos;
 }
 
-bool IsMixed(const std::wstring& strXml)
-{
-    for (std::size_t n = strXml.find(L'>'); n + 1 < strXml.size() && n != std::wstring::npos;
-         n = strXml.find(L'>', n + 1))
-    {
-        const bool bEnds = strXml[n - 1] == L'/' || strXml.compare(strXml.rfind(L'<', n), 2, L"</") == 0;
-        if (bEnds && strXml[n + 1] != L'<')
-            return true;
-    }
-    return false;
-}
-
 } // namespace fuzz

@@ -41,7 +41,4 @@ bool SetInfosetOptions(QvXmlLib9::CXmlSerializationContext& context, CDecisions&
 /// like a CDATA section, and a duration of nothing, which prints as "P".
 bool IsChangedOnPurpose(const std::wstring& strXml);
 
-/// Whether text and elements stand beside each other. Fast Infoset gives the text to the element before it.
-bool IsMixed(const std::wstring& strXml);
-
 } // namespace fuzz

@@ -23,26 +23,13 @@ CXmlSerializationContext Context(std::uint8_t nOptions)
     return context;
 }
 
-/// Whether text follows an element: Fast Infoset gives it to that element, on purpose.
-bool IsMixed(const std::wstring& strXml)
-{
-    for (std::size_t n = strXml.find(L'>'); n + 1 < strXml.size() && n != std::wstring::npos;
-         n = strXml.find(L'>', n + 1))
-    {
-        const bool bEnds = strXml[n - 1] == L'/' || strXml.compare(strXml.rfind(L'<', n), 2, L"</") == 0;
-        if (bEnds && strXml[n + 1] != L'<')
-            return true;
-    }
-    return false;
-}
-
 template <class TRoot>
 void Check(std::vector<std::uint8_t> bytes, const CXmlSerializationContext& context, FInfoDecl eDecl)
 {
     const CSmartPtr<TRoot> spRoot = new TRoot;
     spRoot->FromXmlStream(bytes.data(), static_cast<unsigned long>(bytes.size()), context);
     const std::wstring strXml = spRoot->ToXml(false, false, EOLType_LF, context);
-    if (IsMixed(strXml))
+    if (fuzz::IsMixed(strXml))
         return;
     const CBinaryData infoset = spRoot->ToFastInfosetStream(eDecl, context, Compression_None);
     const CSmartPtr<TRoot> spAgain = new TRoot;
