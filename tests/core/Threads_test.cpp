@@ -8,15 +8,14 @@
 #include "Settings.h"
 #include "tests/support/Expect.h"
 #include "tests/support/Files.h"
+#include "tests/support/Threads.h"
 
 #include "quiver/QvXmlLib.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #if defined(__SANITIZE_THREAD__) && defined(__GLIBC__)
@@ -30,27 +29,13 @@ namespace
 
 using namespace QvXmlLib9;
 
-const int s_nThreads = 8;
+const std::size_t s_nSomeThreads = 8;
 const int s_nRounds = 20;
 
-/// Runs `work` on all threads at the same time, with the number of the thread.
-void OnThreads(const std::function<void(int)>& work)
+/// Eight are enough here, and sixteen would take long under the sanitizer.
+void OnThreads(const std::function<void(std::size_t)>& work)
 {
-    std::atomic<int> nReady{0};
-    std::vector<std::thread> threads;
-    for (int nThread = 0; nThread < s_nThreads; ++nThread)
-    {
-        threads.emplace_back(
-            [&work, &nReady, nThread]
-            {
-                // All at once: the first use of everything is to be a race.
-                for (++nReady; nReady < s_nThreads;)
-                    std::this_thread::yield();
-                work(nThread);
-            });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    AtOnce(work, s_nSomeThreads);
 }
 
 std::string Sample(const char* lpcFile)
@@ -105,12 +90,12 @@ void ExpectThreadsToAgree(const std::string& strXml, const wchar_t* lpctPart)
     prepared.GetFIContext().SetUseGeneratedVocabulary(true);
     // Nothing but const from here on. Its additional root attributes come into being at the first use.
     const CXmlSerializationContext& context = prepared;
-    std::vector<std::wstring> results(s_nThreads);
+    std::vector<std::wstring> results(s_nSomeThreads);
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
             for (int nRound = 0; nRound < s_nRounds; ++nRound)
-                results[static_cast<std::size_t>(nThread)] = ReadAndWrite<TRoot>(strXml, context);
+                results[nThread] = ReadAndWrite<TRoot>(strXml, context);
         });
     const std::wstring strExpected = ReadAndWrite<TRoot>(strXml, context);
     EXPECT_EQ(3, CountOf(lpctPart, strExpected)) << Show(strExpected);
@@ -146,27 +131,27 @@ TEST(Threads, ShareAContextWithRootAttributesAliasesAndInstructions)
     prepared.GetProcessingInstructions().emplace_back(L"<?check thrice?>");
     prepared.GetAdditionalRootAttributes()->Add(L"origin", L"test", L"urn:x");
     const CXmlSerializationContext& context = prepared;
-    std::vector<std::wstring> results(s_nThreads);
+    std::vector<std::wstring> results(s_nSomeThreads);
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
             const CSmartPtr<order::CPurchaseOrder> spOrder = new order::CPurchaseOrder;
             spOrder->FromXml(Sample("purchase_order/order.xml").c_str(), context);
             for (int nRound = 0; nRound < s_nRounds; ++nRound)
             {
-                spOrder->SetNumber(nThread);
+                spOrder->SetNumber(static_cast<int>(nThread));
                 EXPECT_EQ(1, context.GetAdditionalRootAttributes()->GetCount());
                 const CXmlSerializationContext copy(context);
-                results[static_cast<std::size_t>(nThread)] = spOrder->ToXml(false, false, EOLType_LF, copy);
+                results[nThread] = spOrder->ToXml(false, false, EOLType_LF, copy);
             }
         });
-    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+    for (std::size_t nThread = 0; nThread < s_nSomeThreads; ++nThread)
     {
         const std::wstring strStart =
             L"<?check thrice?>\n\n<purchaseOrder xmlns=\"urn:example:order\" xmlns:x=\"urn:x\" "
             L"x:origin=\"test\" number=\"" +
             std::to_wstring(nThread) + L"\"";
-        EXPECT_TEXT(strStart, results[static_cast<std::size_t>(nThread)].substr(0, strStart.size()));
+        EXPECT_TEXT(strStart, results[nThread].substr(0, strStart.size()));
     }
 }
 
@@ -175,15 +160,15 @@ TEST(Threads, ReadObjectsOutOfOneFinishedDocument)
     const CXmlSerializationContext context;
     CXmlDocument document(context);
     document.LoadXml(Sample("invoice/invoice.xml").c_str());
-    std::vector<std::wstring> results(s_nThreads);
+    std::vector<std::wstring> results(s_nSomeThreads);
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
             const CSmartPtr<invoice::CInvoice> spInvoice = new invoice::CInvoice;
             const CXmlElement* const pRoot = document.GetDocumentElement();
             for (int nRound = 0; nRound < s_nRounds; ++nRound)
                 spInvoice->FromXmlElement(pRoot, context);
-            results[static_cast<std::size_t>(nThread)] = spInvoice->ToXml(false, false, EOLType_LF, context);
+            results[nThread] = spInvoice->ToXml(false, false, EOLType_LF, context);
         });
     EXPECT_EQ(1, CountOf(s_lpctBuyersName, results[0])) << Show(results[0]);
     for (const std::wstring& strResult : results)
@@ -196,7 +181,7 @@ TEST(Threads, FailEachWithItsOwnMessage)
     std::string strXml = Sample("purchase_order/order.xml");
     const std::size_t nQuantity = strXml.find("<quantity>2<") + 10;
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
             const std::string strValue = std::to_string(1000 + nThread);
             const std::string strBroken = std::string(strXml).replace(nQuantity, 1, strValue);
@@ -236,13 +221,13 @@ TEST(Threads, CloneAndChangeOpenContentOfTheirOwn)
     const CSmartPtr<CElement> spSource = new CElement(L"source", L"urn:s");
     spSource->FromXml(L"<s:a xmlns:s='urn:s' b='1'><s:c>text</s:c><s:d/></s:a>");
     std::vector<CSmartPtr<CElement>> clones;
-    for (int nThread = 0; nThread < s_nThreads; ++nThread)
+    for (std::size_t nThread = 0; nThread < s_nSomeThreads; ++nThread)
         clones.push_back(spSource->Clone());
     // The clones may share their texts inside; no thread may notice.
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
-            CElement& element = *clones[static_cast<std::size_t>(nThread)];
+            CElement& element = *clones[nThread];
             for (int nRound = 0; nRound < s_nRounds; ++nRound)
             {
                 const CSmartPtr<CElement> spCopy = element.Clone();
@@ -264,11 +249,11 @@ TEST(Threads, ShareTheBlocksOfByteBuffersAndChangeTheirOwn)
     CBinaryData shared;
     const unsigned char bytes[] = {1, 2, 3, 4};
     shared.SetBuffer(bytes, sizeof(bytes));
-    std::vector<CBinaryData> copies(s_nThreads, shared);
+    std::vector<CBinaryData> copies(s_nSomeThreads, shared);
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
-            CBinaryData& copy = copies[static_cast<std::size_t>(nThread)];
+            CBinaryData& copy = copies[nThread];
             for (int nRound = 0; nRound < s_nRounds; ++nRound)
             {
                 const CBinaryData another(copy);
@@ -277,8 +262,8 @@ TEST(Threads, ShareTheBlocksOfByteBuffersAndChangeTheirOwn)
             }
         });
     EXPECT_EQ(1, shared.GetView()[0]);
-    for (int nThread = 0; nThread < s_nThreads; ++nThread)
-        EXPECT_EQ(nThread, copies[static_cast<std::size_t>(nThread)].GetView()[0]);
+    for (std::size_t nThread = 0; nThread < s_nSomeThreads; ++nThread)
+        EXPECT_EQ(nThread, copies[nThread].GetView()[0]);
 }
 
 /// Each thread writes and reads a file of its own.
@@ -288,7 +273,7 @@ void ExpectFilesToComeBack()
     const CXmlSerializationContext context;
     const std::string strXml = Sample("gpx_track/track.gpx");
     OnThreads(
-        [&](int nThread)
+        [&](std::size_t nThread)
         {
             const CSmartPtr<gpx::CGpx> spTrack = new gpx::CGpx;
             spTrack->FromXml(strXml.c_str(), context);
@@ -315,7 +300,7 @@ TEST(Threads, WriteAndReadOverlappedFilesOfTheirOwn)
     // The sanitizer does not know the C library's helper threads, and stops when one of them starts another.
     aioinit oneHelper{};
     oneHelper.aio_threads = 1;
-    oneHelper.aio_num = s_nThreads;
+    oneHelper.aio_num = static_cast<int>(s_nSomeThreads);
     aio_init(&oneHelper);
 #endif
     AsyncToXmlFile(true);
