@@ -16,7 +16,6 @@
 
 #include <atomic>
 #include <string>
-#include <thread> // for the list of the tests that the thread sanitizer runs
 #include <vector>
 
 using namespace QvTest;

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <string>
-#include <thread> // for the list of the tests that the thread sanitizer runs
 
 using namespace QvTest;
 using namespace QvXmlLib9;
