@@ -64,6 +64,18 @@ bool IsName(std::wstring_view item, const CSimpleType& type)
     return HasForm(CSimpleType::Form_QName, item) && (HasOnlyNames(type) || item.find(L':') != std::wstring_view::npos);
 }
 
+/// Whether `{urn:a}name` is a name in a text. A union may have another type that takes it as it stands, so that a
+/// document may have held it.
+bool MayHoldExpandedNames(const std::wstring& strText, const CSimpleType& type)
+{
+    if (strText.find(L'{') == std::wstring::npos)
+        return false;
+    if (HasOnlyNames(type))
+        return true;
+    const CNameScope scope = CNameScope::OfADocument();
+    return !type.IsValid(strText);
+}
+
 /// A text with each of its names replaced.
 /// @param IsToReplace which of its items are names.
 template <class TIsName, class TReplace>
@@ -177,11 +189,12 @@ std::wstring CPrefixes::DeclareExpanded(std::wstring_view name, CXmlWriter& writ
 
 std::wstring CPrefixes::Declare(const std::wstring& strText, const CSimpleType& type, CXmlWriter& writer) const
 {
+    const bool bExpanded = MayHoldExpandedNames(strText, type);
     return ReplaceNames(
-        strText, [&](std::wstring_view item) { return IsName(item, type) || IsExpandedName(item); },
+        strText, [&](std::wstring_view item) { return IsName(item, type) || (bExpanded && IsExpandedName(item)); },
         [&](std::wstring_view item)
         {
-            if (IsExpandedName(item))
+            if (bExpanded && IsExpandedName(item))
                 return DeclareExpanded(item, writer);
             const SName name(item);
             const std::wstring* const pUri = Find(name.prefix);
@@ -205,7 +218,8 @@ std::wstring CPrefixes::DeclareValue(std::wstring_view text, const CSimpleType& 
 // --- Comparing names -------------------------------------------------------------------------------------------------
 
 CNameScope::CNameScope(const CXmlElement& element)
-    : m_pElement(&element)
+    : m_bTakesExpanded(false)
+    , m_pElement(&element)
     , m_pOuter(std::exchange(t_pScope, this))
 {
 }
@@ -218,6 +232,12 @@ CNameScope::CNameScope(const CPrefixes& prefixes)
 
 CNameScope::CNameScope()
     : m_pOuter(std::exchange(t_pScope, this))
+{
+}
+
+CNameScope::CNameScope(bool bTakesExpanded)
+    : m_bTakesExpanded(bTakesExpanded)
+    , m_pOuter(std::exchange(t_pScope, this))
 {
 }
 
@@ -255,7 +275,7 @@ bool CNameScope::IsSame(std::wstring_view name, std::wstring_view listed)
 
 bool CNameScope::IsExpanded(std::wstring_view text)
 {
-    return (t_pScope == nullptr || t_pScope->m_pElement == nullptr) && IsExpandedName(text);
+    return (t_pScope == nullptr || t_pScope->m_bTakesExpanded) && IsExpandedName(text);
 }
 
 } // namespace QvXmlLib9

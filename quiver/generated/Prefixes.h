@@ -72,6 +72,8 @@ public:
     explicit CNameScope(const CPrefixes& prefixes);
     /// Names are those of the schema.
     CNameScope();
+    /// Texts are those of some document, of which no declaration is known.
+    static CNameScope OfADocument() { return CNameScope(false); }
     ~CNameScope();
     CNameScope(const CNameScope&) = delete;
     CNameScope& operator=(const CNameScope&) = delete;
@@ -83,8 +85,11 @@ public:
     static bool IsExpanded(std::wstring_view text);
 
 private:
+    explicit CNameScope(bool bTakesExpanded);
+
     const std::wstring* Find(std::wstring_view prefix) const;
 
+    bool m_bTakesExpanded = true;
     const CXmlElement* m_pElement = nullptr;
     const CPrefixes* m_pPrefixes = nullptr;
     const CNameScope* m_pOuter;
