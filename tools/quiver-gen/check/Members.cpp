@@ -111,11 +111,13 @@ public:
     {
     }
 
-    int GetCount() const override { return static_cast<int>(m_texts.size()); }
+    int GetCount() const override { return static_cast<int>(m_items.size()); }
 
     void Clear() override
     {
-        while (!m_texts.empty())
+        if (!HasListeners())
+            m_items.clear();
+        while (!m_items.empty())
             Remove(0);
     }
 
@@ -123,8 +125,7 @@ public:
     {
         Throw_IfIndexIsOutOfRange(nIndex);
         FireOnCollectionRemove(nIndex);
-        m_texts.erase(m_texts.begin() + nIndex);
-        m_kept.erase(m_kept.begin() + nIndex);
+        m_items.erase(m_items.begin() + nIndex);
         FireOnCollectionRemoveComplete(nIndex);
         FireOnCollectionChange();
     }
@@ -136,23 +137,29 @@ protected:
     {
         const CValueType& type = *m_field.value.pType;
         const std::wstring strDocument = text.TakeString();
-        std::wstring strText = m_field.value.Read(strDocument, Name());
-        FireOnCollectionAdd(&strText);
-        m_texts.push_back(std::move(strText));
-        m_kept.push_back(type.KeepsText() ? type.Get().Normalize(strDocument) : std::wstring());
-        FireOnCollectionAddComplete(&m_texts.back());
+        SItem item{m_field.value.Read(strDocument, Name()),
+                   type.KeepsText() ? type.Get().Normalize(strDocument) : std::wstring()};
+        FireOnCollectionAdd(&item.strText);
+        m_items.push_back(std::move(item));
+        FireOnCollectionAddComplete(&m_items.back().strText);
         FireOnCollectionChange();
     }
 
     void StoreItem(std::size_t nIndex, QvVariant& value) const override
     {
-        value.SetString(m_kept[nIndex].empty() ? m_field.value.pType->Print(m_texts[nIndex]) : m_kept[nIndex]);
+        const SItem& item = m_items[nIndex];
+        value.SetString(item.strKept.empty() ? m_field.value.pType->Print(item.strText) : item.strKept);
     }
 
 private:
+    struct SItem
+    {
+        std::wstring strText;
+        std::wstring strKept; ///< for values that print as they were read
+    };
+
     const SDynamicField& m_field;
-    std::vector<std::wstring> m_texts;
-    std::vector<std::wstring> m_kept; ///< for values that print as they were read
+    std::vector<SItem> m_items;
 };
 
 /// A collection that is made when it is asked for the first time.
