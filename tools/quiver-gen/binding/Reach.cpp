@@ -107,12 +107,17 @@ void CReach::FollowPending()
     }
 }
 
+bool CReach::HasElementsOfAnySimpleType() const
+{
+    return std::any_of(m_elements.begin(), m_elements.end(),
+                       [](const schema::SElement* pElement)
+                       { return pElement->pType->eBuiltin == schema::EBuiltin::AnySimpleType; });
+}
+
 /// A value of any simple type may say that it is of one of the schema.
 void CReach::AddNamedTypes()
 {
-    if (std::none_of(m_elements.begin(), m_elements.end(),
-                     [](const schema::SElement* pElement)
-                     { return pElement->pType->eBuiltin == schema::EBuiltin::AnySimpleType; }))
+    if (!HasElementsOfAnySimpleType())
         return;
     for (const schema::SNamespace& item : m_set.namespaces)
         for (const schema::SType* pType : item.types.list)

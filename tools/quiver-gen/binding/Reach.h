@@ -31,6 +31,8 @@ public:
     const std::vector<const schema::SComplexType*>& GetComplexTypes() const { return m_complexTypes; }
     const std::vector<const schema::SSimpleType*>& GetSimpleTypes() const { return m_simpleTypes; }
     const std::vector<const schema::SElement*>& GetElements() const { return m_elements; }
+    /// Whether there are elements that may say which simple type they have.
+    bool HasElementsOfAnySimpleType() const;
     /// Heads of substitution groups that a content model refers to.
     const std::vector<const schema::SElement*>& GetHeads() const { return m_heads; }
 

@@ -66,10 +66,7 @@ bool IsAnySimpleType(const SSimpleType& type)
 
 void AddNamedTypes(SBuild& build)
 {
-    const std::vector<const schema::SElement*>& elements = build.reach.GetElements();
-    if (std::none_of(elements.begin(), elements.end(),
-                     [](const schema::SElement* pElement)
-                     { return pElement->pType->eBuiltin == schema::EBuiltin::AnySimpleType; }))
+    if (!build.reach.HasElementsOfAnySimpleType())
         return;
     for (const schema::SNamespace& item : build.set.namespaces)
         for (const schema::SType* pType : item.types.list)

@@ -145,8 +145,7 @@ constexpr SSupport s_builtins[] = {
     {"anyType", "", "`CElement`: an open element", "any-type", "mixed"},
     {"anySimpleType", "",
      "an element: `CTypedValue`, the text with the type that it says, which checks it; an attribute: `std::wstring`, "
-     "as it "
-     "stands",
+     "as it stands",
      "", "anySimpleType TypedValue.SaysItsTypeAndIsCheckedByIt SchemaComponents.FindEveryBuiltInTypeByItsName"},
     {"string normalizedString token", "", "`std::wstring`, with the white space of the type", "", "facets"},
     {"language Name NCName NMTOKEN anyURI", "", "`std::wstring` of that form", "", "facets"},
@@ -172,8 +171,7 @@ constexpr SSupport s_builtins[] = {
 constexpr SSupport s_instances[] = {
     {"type", "",
      "the class among the alternatives of the declared one; it is written where the class is another, and at each "
-     "value "
-     "of any simple type that said it",
+     "value of any simple type that said it",
      "block", "abstractTypes extension anySimpleType"},
     {"nil", "", "`SetNil`; a nil element holds nothing", "nillable", "nillable"},
     {"schemaLocation noNamespaceSchemaLocation", "", "nothing: documents do not choose their schema", "",
