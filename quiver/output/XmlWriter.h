@@ -161,8 +161,8 @@ protected:
     std::uint64_t GetScopeVersion() const { return m_nScopeVersion; }
 
     /// Whether what a writer has made of an element's name still holds: the same namespace, in the same scope.
-    bool IsTagCurrent(const CXmlWriterContext& context) const;
-    void SetTagCurrent(CXmlWriterContext& context) const;
+    inline bool IsTagCurrent(const CXmlWriterContext& context) const;
+    inline void SetTagCurrent(CXmlWriterContext& context) const;
     /// Makes all of that invalid.
     void ForgetTags() { ++m_nScopeVersion; }
 
@@ -185,7 +185,7 @@ protected:
                                    std::wstring_view svPrefix);
 
     /// Whether an element has declared anything, as few have.
-    static bool HasOwnScope(const CXmlWriterContext& context);
+    static inline bool HasOwnScope(const CXmlWriterContext& context);
 
     /// What an element that has a scope of its own and no content yet has bound, by prefix and namespace.
     std::vector<std::pair<std::wstring, std::wstring>> GetOwnBindings(const CXmlWriterContext& context) const;
