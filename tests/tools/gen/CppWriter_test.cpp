@@ -308,7 +308,14 @@ add_executable(Order
     Order.cpp
     Factory.cpp)
 target_link_libraries(Order PRIVATE Quiver::QvXmlLib9)
+if(MINGW)
+    # What starts the program calls wmain.
+    target_link_options(Order PRIVATE -municode)
+endif()
 )");
+    EXPECT_THAT(texts.at("main.cpp"), HasSubstr("usage: Order IN.xml [OUT.xml]"));
+    EXPECT_THAT(texts.at("main.cpp"), HasSubstr("int wmain(int nArguments, wchar_t** ppArguments)"))
+        << "file names of all alphabets on Windows";
     options.strProgram = "reader";
     options.strLibrary = "orders";
     EXPECT_THAT(Write(binding, options).at("CMakeLists.txt"), HasSubstr(R"(

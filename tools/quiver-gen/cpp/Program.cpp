@@ -57,25 +57,50 @@ int Work(const std::wstring& strIn, const std::wstring& strOut)
     return 0;
 }
 
-} // namespace
+#if defined(_WIN32)
+// Those of main have lost the characters that the code page does not have.
+using Argument = wchar_t;
 
-int main(int argc, char** argv)
+std::wstring GetText(const Argument* pArgument)
 {
-    if (argc < 2 || argc > 3)
+    return pArgument;
+}
+#else
+using Argument = char;
+
+std::wstring GetText(const Argument* pArgument)
+{
+    return FromUtf8(std::string_view(pArgument));
+}
+#endif
+
+int Run(int nArguments, Argument** ppArguments)
+{
+    if (nArguments < 2 || nArguments > 3)
     {
-        std::fprintf(stderr, "usage: %s IN.xml [OUT.xml]\n", argv[0]);
+        std::fprintf(stderr, "usage: %PROGRAM% IN.xml [OUT.xml]\n");
         return 2;
     }
     try
     {
-        const std::string_view svOut = argc == 3 ? argv[2] : "";
-        return Work(FromUtf8(std::string_view(argv[1])), FromUtf8(svOut));
+        return Work(GetText(ppArguments[1]), nArguments == 3 ? GetText(ppArguments[2]) : std::wstring());
     }
     catch (const CQvException& ex)
     {
         std::fprintf(stderr, "%s\n", ToUtf8(ex.GetFullMessage()).c_str());
         return 1;
     }
+}
+
+} // namespace
+
+#if defined(_WIN32)
+int wmain(int nArguments, wchar_t** ppArguments)
+#else
+int main(int nArguments, char** ppArguments)
+#endif
+{
+    return Run(nArguments, ppArguments);
 }
 )";
 
@@ -131,7 +156,9 @@ SFile PrintBuild(const SWriteOptions& options, const std::vector<std::string>& s
         if (strLibrary.empty())
             own.insert(own.end(), sources.begin(), sources.end());
         strText += "\nadd_executable(" + strProgram + ListSources(own) + "target_link_libraries(" + strProgram +
-                   " PRIVATE " + (strLibrary.empty() ? "Quiver::QvXmlLib9" : strLibrary) + ")\n";
+                   " PRIVATE " + (strLibrary.empty() ? "Quiver::QvXmlLib9" : strLibrary) +
+                   ")\nif(MINGW)\n    # What starts the program calls wmain.\n    target_link_options(" + strProgram +
+                   " PRIVATE -municode)\nendif()\n";
     }
     return {"CMakeLists.txt", strText};
 }
