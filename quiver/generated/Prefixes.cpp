@@ -8,7 +8,8 @@
 #include "quiver/generated/SimpleType.h"
 #include "quiver/output/XmlWriter.h"
 
-#include <algorithm>
+#include <functional>
+#include <map>
 
 namespace QvXmlLib9
 {
@@ -97,6 +98,47 @@ std::wstring ReplaceNames(const std::wstring& strText, TIsName IsToReplace, TRep
 
 } // namespace
 
+// --- Tables ----------------------------------------------------------------------------------------------------------
+
+/// A hostile document may give one prefix another namespace at each value, so nothing here is searched from the beginning.
+struct CPrefixes::STables
+{
+    std::map<std::wstring, std::wstring, std::less<>> uris;
+    /// The first prefix that a namespace got. The empty one is no such: not every name can do without a prefix.
+    std::map<std::wstring, std::wstring, std::less<>> prefixes;
+    /// The number that the next namespace of a prefix that is taken tries.
+    std::map<std::wstring, int, std::less<>> numbers;
+
+    bool Add(const std::wstring& strPrefix, const std::wstring& strUri)
+    {
+        const auto [it, bNew] = uris.try_emplace(strPrefix, strUri);
+        if (bNew && !strPrefix.empty())
+            prefixes.try_emplace(strUri, strPrefix);
+        return bNew || it->second == strUri;
+    }
+};
+
+CPrefixes::CPrefixes() = default;
+CPrefixes::~CPrefixes() = default;
+
+CPrefixes::CPrefixes(const CPrefixes& source)
+    : m_pTables(source.m_pTables != nullptr ? std::make_unique<STables>(*source.m_pTables) : nullptr)
+{
+}
+
+CPrefixes& CPrefixes::operator=(const CPrefixes& source)
+{
+    m_pTables = CPrefixes(source).m_pTables;
+    return *this;
+}
+
+CPrefixes::STables& CPrefixes::Tables()
+{
+    if (m_pTables == nullptr)
+        m_pTables = std::make_unique<STables>();
+    return *m_pTables;
+}
+
 const CPrefixes& CPrefixes::None()
 {
     // Never destroyed: static objects may be written while they die.
@@ -106,38 +148,52 @@ const CPrefixes& CPrefixes::None()
 
 const std::wstring* CPrefixes::Find(std::wstring_view prefix) const
 {
-    const auto it =
-        std::find_if(m_prefixes.begin(), m_prefixes.end(), [prefix](const auto& item) { return item.first == prefix; });
-    return it == m_prefixes.end() ? nullptr : &it->second;
+    if (m_pTables == nullptr)
+        return nullptr;
+    const auto it = m_pTables->uris.find(prefix);
+    return it == m_pTables->uris.end() ? nullptr : &it->second;
 }
 
 void CPrefixes::Set(const std::wstring& strPrefix, const std::wstring& strUri)
 {
-    const auto it = std::find_if(m_prefixes.begin(), m_prefixes.end(),
-                                 [&strPrefix](const auto& item) { return item.first == strPrefix; });
-    if (it == m_prefixes.end())
-        m_prefixes.emplace_back(strPrefix, strUri);
-    else
-        it->second = strUri;
+    STables& tables = Tables();
+    if (tables.Add(strPrefix, strUri))
+        return;
+    // The namespace that the prefix stood for may have others.
+    std::wstring& strOld = tables.uris.find(strPrefix)->second;
+    if (const auto it = tables.prefixes.find(strOld); it != tables.prefixes.end() && it->second == strPrefix)
+    {
+        tables.prefixes.erase(it);
+        for (const auto& [strOther, strOtherUri] : tables.uris)
+        {
+            if (strOther != strPrefix && !strOther.empty() && strOtherUri == strOld)
+                tables.prefixes.try_emplace(strOld, strOther);
+        }
+    }
+    strOld = strUri;
+    if (!strPrefix.empty())
+        tables.prefixes.try_emplace(strUri, strPrefix);
 }
 
 /// @return the prefix under which the namespace is known from now on.
 std::wstring CPrefixes::Add(std::wstring_view prefix, const std::wstring& strUri)
 {
+    STables& tables = Tables();
     std::wstring strPrefix(prefix);
-    for (int n = 1;; ++n)
-    {
-        const std::wstring* const pKnown = Find(strPrefix);
-        if (pKnown == nullptr)
-            m_prefixes.emplace_back(strPrefix, strUri);
-        if (pKnown == nullptr || *pKnown == strUri)
-            return strPrefix;
-        // A name without a prefix that belongs to no namespace cannot get one.
-        if (strUri.empty())
-            return std::wstring(prefix);
-        strPrefix = (prefix.empty() ? L"ns" : std::wstring(prefix)) + std::to_wstring(n);
-    }
+    // A name without a prefix that belongs to no namespace cannot get one.
+    if (tables.Add(strPrefix, strUri) || strUri.empty())
+        return strPrefix;
+    if (const auto it = tables.prefixes.find(strUri); it != tables.prefixes.end())
+        return it->second;
+    const std::wstring strStem = prefix.empty() ? L"ns" : strPrefix;
+    int& nNumber = tables.numbers.try_emplace(strStem, 1).first->second;
+    do
+        strPrefix = strStem + std::to_wstring(nNumber++);
+    while (!tables.Add(strPrefix, strUri));
+    return strPrefix;
 }
+
+// --- Names -----------------------------------------------------------------------------------------------------------
 
 std::wstring CPrefixes::MakeName(std::wstring_view prefix, const std::wstring& strUri, std::wstring_view local)
 {
@@ -181,9 +237,13 @@ std::wstring CPrefixes::DeclareExpanded(std::wstring_view name, CXmlWriter& writ
 {
     const std::size_t nEnd = name.rfind(L'}');
     const std::wstring_view uri = name.substr(1, nEnd - 1);
-    const auto it =
-        std::find_if(m_prefixes.begin(), m_prefixes.end(), [uri](const auto& item) { return item.second == uri; });
-    const std::wstring_view prefix = uri.empty() ? L"" : it != m_prefixes.end() ? std::wstring_view(it->first) : L"ns";
+    std::wstring_view prefix = uri.empty() ? L"" : L"ns";
+    if (m_pTables != nullptr && !uri.empty())
+    {
+        const auto it = m_pTables->prefixes.find(uri);
+        if (it != m_pTables->prefixes.end())
+            prefix = it->second;
+    }
     return Join(writer.DeclareForValue(prefix, uri), name.substr(nEnd + 1));
 }
 

@@ -2,10 +2,10 @@
 
 #include "quiver/foundation/Export.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace QvXmlLib9
 {
@@ -20,6 +20,11 @@ class CXmlWriter;
 class QVXMLLIB_API CPrefixes
 {
 public:
+    CPrefixes();
+    CPrefixes(const CPrefixes& source);
+    CPrefixes& operator=(const CPrefixes& source);
+    ~CPrefixes();
+
     /// Those of an object that has taken down none.
     static const CPrefixes& None();
 
@@ -54,10 +59,13 @@ public:
                               CXmlWriter& writer) const;
 
 private:
+    struct STables;
+
     std::wstring DeclareExpanded(std::wstring_view name, CXmlWriter& writer) const;
     std::wstring Add(std::wstring_view prefix, const std::wstring& strUri);
+    STables& Tables();
 
-    std::vector<std::pair<std::wstring, std::wstring>> m_prefixes;
+    std::unique_ptr<STables> m_pTables; ///< null for none, as most objects have
 };
 
 /// While it lives, the thread compares names by what their prefixes stand for. The values that a schema lists are written

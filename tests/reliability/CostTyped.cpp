@@ -129,6 +129,24 @@ std::vector<STypedShape> MakeShapes()
     Add(Long("one hexBinary value", Values("xs:hexBinary"), "4a"));
     Add(Same("hexBinary values", Values("xs:hexBinary"), "0123456789abcdef"));
     Add(Same("QNames", Values("xs:QName"), "t:name"));
+    Add(Make("QNames with one prefix, bound anew each time", 40, Values("xs:QName"),
+             [](std::size_t n)
+             { return Repeat(n, [](std::size_t i) { return "<t:v xmlns:p='urn:" + No(i) + "'>p:x</t:v>"; }); }));
+    Add(Make("QNames without a prefix, in another namespace each time", 40, Values("xs:QName"),
+             [](std::size_t n)
+             { return Repeat(n, [](std::size_t i) { return "<t:v xmlns='urn:" + No(i) + "'>x</t:v>"; }); }));
+    Add(Make("QNames with a prefix each", 40, Values("xs:QName"),
+             [](std::size_t n)
+             {
+                 return Repeat(n, [](std::size_t i)
+                               { return "<t:v xmlns:p" + No(i) + "='urn:" + No(i) + "'>p" + No(i) + ":x</t:v>"; });
+             }));
+    Add(Make("a list of QNames with a prefix each", 60, OwnValues("<xs:list itemType='xs:QName'/>"),
+             [](std::size_t n)
+             {
+                 return "<t:v" + Repeat(n, [](std::size_t i) { return " xmlns:p" + No(i) + "='urn:" + No(i) + "'"; }) +
+                        ">" + Repeat(n, [](std::size_t i) { return "p" + No(i) + ":x "; }) + "</t:v>";
+             }));
     Add(Long("one string", Values("xs:string"), "text "));
     Add(Long("one string that is replaced", Values("xs:normalizedString"), "a\tb\n"));
     Add(Long("one string that collapses", Values("xs:token"), "a  "));
