@@ -239,6 +239,51 @@ std::vector<STypedShape> MakeShapes()
                  return Repeat(n, [](std::size_t i)
                                { return "<t:h xsi:type='t:D" + No(i % 20) + "'><t:a>1</t:a></t:h>"; });
              }));
+    Add(Make(
+        "xsi:type of classes with one prefix, bound anew each time", 40,
+        RootOf("<xs:element name='h' type='t:H' minOccurs='0' maxOccurs='unbounded'/>") +
+            "<xs:complexType name='H'><xs:attribute name='x'/></xs:complexType><xs:complexType "
+            "name='D'><xs:complexContent><xs:extension "
+            "base='t:H'/></xs:complexContent></xs:complexType>",
+        [](std::size_t n)
+        {
+            return Repeat(n,
+                          [](std::size_t i)
+                          {
+                              return "<o xmlns='urn:t' xmlns:p='urn:" + No(i) + "' xmlns:q='urn:t'/>" + "<t:h xmlns:p" +
+                                     No(i) + "='urn:t' xsi:type='p" + No(i) + ":D'/>";
+                          });
+        },
+        Tolerate));
+    Add(Make("values of any type, with one prefix bound anew each time", 40,
+             RootOf("<xs:element name='v' type='xs:anySimpleType' minOccurs='0' maxOccurs='unbounded'/>"),
+             [](std::size_t n)
+             {
+                 return Repeat(n,
+                               [](std::size_t i)
+                               {
+                                   return "<t:v xmlns:p='urn:" + No(i) + "' xmlns:x" + No(i) +
+                                          "='http://www.w3.org/2001/XMLSchema' xsi:type='x" + No(i) +
+                                          ":QName'>p:x</t:v>";
+                               });
+             }));
+    Add(Make("listed QNames with a prefix each", 40,
+             OwnValues(Restriction("xs:QName", "<xs:enumeration value='t:a'/><xs:enumeration value='t:b'/>")),
+             [](std::size_t n) {
+                 return Repeat(n, [](std::size_t i)
+                               { return "<t:v xmlns:p" + No(i) + "='urn:t'>p" + No(i) + ":b</t:v>"; });
+             }));
+    Add(Make("wildcards, in another namespace each time", 40,
+             RootOf("<xs:any namespace='##other' processContents='lax' minOccurs='0' maxOccurs='unbounded'/>"),
+             [](std::size_t n) {
+                 return Repeat(n,
+                               [](std::size_t i) { return "<o:a xmlns:o='urn:" + No(i) + "' o:b='c'><o:d/></o:a>"; });
+             }));
+    Add(Make("attributes under a wildcard, in another namespace each", 40,
+             RootOf("<xs:element name='o' minOccurs='0' maxOccurs='unbounded'><xs:complexType><xs:anyAttribute "
+                    "namespace='##any' processContents='lax'/></xs:complexType></xs:element>"),
+             [](std::size_t n)
+             { return Repeat(n, [](std::size_t i) { return "<t:o xmlns:o='urn:" + No(i) + "' o:b='c'/>"; }); }));
     Add(Make("nil", 80,
              RootOf("<xs:element name='v' type='xs:int' nillable='true' minOccurs='0' maxOccurs='unbounded'/>"),
              [](std::size_t n) { return Times(n, "<t:v xsi:nil='true'/>"); }));
