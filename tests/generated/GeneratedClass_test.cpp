@@ -327,6 +327,35 @@ TEST(GeneratedClass, HasOneMemberOfAChoice)
     EXPECT_EQ(Refusal<CAnswer>(Document(L"answer", L"", L""), lenient), L"done");
 }
 
+TEST(GeneratedClass, TellsAValueThatIsNoneBeforeAChoiceThatIsMade)
+{
+    CPayment payment;
+    payment.GetNote()->Add(5);
+    EXPECT_EQ(MessagesOf([&] { payment.SetCard(L"x"); }),
+              L"Invalid Value for card [x]\nThe value does not match the pattern [A-Z]{3}-\\d+");
+    EXPECT_EQ(MessagesOf([&] { payment.SetCard(L"ABC-1"); }),
+              L"The Property [note] is already set. Only one element within this class bay be set at a time");
+    EXPECT_EQ(payment.GetCard(), std::nullopt);
+    EXPECT_EQ(payment.GetSelected(), L"note");
+}
+
+TEST(GeneratedClass, GivesTheExtrasOfTheContextToTheRootAlone)
+{
+    COrder order;
+    Read(order, OrderDocument(L"<shipped>2001-02-03</shipped>", L"<cash><city>Ulm</city></cash>",
+                              L"<key>a</key><amount>1</amount><price>1</price><price>2</price>"
+                              L"<via><city>Rom</city></via><o:x xmlns:o=\"urn:other\"><o:y/></o:x>"));
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(s_lpctNamespace);
+    context.GetAdditionalRootAttributes()->Add(L"extra", L"e", L"");
+    EXPECT_EQ(order.ToXml(false, false, EOLType_LF, context),
+              L"<order xmlns=\"urn:sample\" extra=\"e\" number=\"7\"><sku>XYZ-12</sku><quantity>3</quantity>"
+              L"<shipped>2001-02-03</shipped><address><city>Bonn</city></address>"
+              L"<payment><cash><city>Ulm</city></cash></payment><key>a</key><amount>1</amount>"
+              L"<price tag=\"dark blue\">1</price><price tag=\"dark blue\">2</price><via><city>Rom</city></via>"
+              L"<AA:x xmlns:AA=\"urn:other\"><AA:y/></AA:x></order>");
+}
+
 TEST(GeneratedClass, ReadsEveryMemberOfAChoice)
 {
     const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext();
