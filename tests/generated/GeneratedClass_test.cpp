@@ -34,6 +34,17 @@ void Read(COrder& order, const std::wstring& strXml)
     order.FromXml(strXml.c_str(), CXmlSerializationContext::GetDefaultContext());
 }
 
+/// Opens its properties.
+class COpenAnswer : public CAnswer
+{
+public:
+    COpenAnswer()
+        : CInstanceMonitor(L"COpenAnswer")
+    {
+    }
+    using CAnswer::AccessProperty;
+};
+
 /// Lives from before the program's start to behind its end, and is written while statics die.
 struct SEarlyAndLate
 {
@@ -178,6 +189,54 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
     }
 }
 
+TEST(GeneratedClass, RefusesAttributesAndChildrenOfASimpleElement)
+{
+    const auto fnRefusal = [](const wchar_t* lpctQuantity, const CXmlSerializationContext& context)
+    {
+        const std::wstring strXml = s_strStart + L"<sku>XYZ-12</sku>" + lpctQuantity +
+                                    L"<address><city>Bonn</city></address><payment><card>ABC-1</card></payment>"
+                                    L"<price>1.5</price></order>";
+        const std::wstring strMessages = Refusal<COrder>(strXml, context);
+        return strMessages.substr(strMessages.rfind(L'\n') + 1);
+    };
+    CXmlSerializationContext strict;
+    CXmlSerializationContext anyAttributes;
+    anyAttributes.SetIgnoreUnknownAttributes(true);
+    CXmlSerializationContext anyElements;
+    anyElements.SetIgnoreUnknownElements(true);
+    const std::wstring strAttribute = L"Unexpected Attribute [unit] found.";
+    const std::wstring strChild = L"Failed read all the elements held within the element [quantity]. The unexpected "
+                                  L"element [x] remains un processed";
+    const struct
+    {
+        const wchar_t* lpctQuantity;
+        std::wstring strStrict;
+        std::wstring strAnyAttributes;
+        std::wstring strAnyElements;
+    } cases[] = {{L"<quantity>3</quantity>", L"done", L"done", L"done"},
+                 {L"<quantity xmlns:z='urn:z'>3</quantity>", L"done", L"done", L"done"},
+                 {L"<quantity unit='kg'>3</quantity>", strAttribute, L"done", strAttribute},
+                 {L"<quantity unit='kg' xmlns:z='urn:z'>3</quantity>", strAttribute, L"done", strAttribute},
+                 {L"<quantity>3<x/></quantity>", strChild, strChild, L"done"},
+                 {L"<quantity unit='kg'>3<x/></quantity>", strChild, strChild, strAttribute}};
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(::testing::PrintToString(std::wstring(c.lpctQuantity)));
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, strict), c.strStrict);
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, anyAttributes), c.strAnyAttributes);
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, anyElements), c.strAnyElements);
+    }
+}
+
+TEST(GeneratedClass, PassesOverUnknownElementsAheadOfARequiredOneIfItMay)
+{
+    const std::wstring strXml = Document(L"drawing", L"", L"<title>t</title><x/><circle/><middle>m</middle>");
+    EXPECT_TRUE(EndsWith(Refusal<CDrawing>(strXml), L"Failed to find a suitable substitution element for [shape]"));
+    CXmlSerializationContext lenient;
+    lenient.SetIgnoreUnknownElements(true);
+    EXPECT_EQ(Refusal<CDrawing>(strXml, lenient), L"done");
+}
+
 TEST(GeneratedClass, DeletesANewObjectThatItRefuses)
 {
     // The counts of the classes stay what they were; the address sanitizer says the same.
@@ -258,6 +317,16 @@ TEST(GeneratedClass, RefusesTextWhereNoneMayBe)
          L"The element [answer] is nil, so it may not hold the element [number]"}};
     for (const auto& c : cases)
         EXPECT_TRUE(EndsWith(c.strRefusal, c.strEnd)) << c.lpcWhat << ": " << ::testing::PrintToString(c.strRefusal);
+}
+
+TEST(GeneratedClass, WritesTheTextOfMixedContent)
+{
+    COpen open;
+    open.m_Id.Set(1, L"id");
+    open.m_Text.Set(L"", L"open");
+    EXPECT_EQ(sample::Write(open), L"<open xmlns=\"urn:sample\"><id>1</id></open>");
+    open.FromXml(Document(L"open", L"", L"x<id>1</id>y").c_str(), CXmlSerializationContext::GetDefaultContext());
+    EXPECT_EQ(sample::Write(open), L"<open xmlns=\"urn:sample\"><id>1</id>xy</open>");
 }
 
 TEST(GeneratedClass, ReadsNilAndWritesIt)
@@ -354,6 +423,19 @@ TEST(GeneratedClass, GivesTheExtrasOfTheContextToTheRootAlone)
               L"<payment><cash><city>Ulm</city></cash></payment><key>a</key><amount>1</amount>"
               L"<price tag=\"dark blue\">1</price><price tag=\"dark blue\">2</price><via><city>Rom</city></via>"
               L"<AA:x xmlns:AA=\"urn:other\"><AA:y/></AA:x></order>");
+}
+
+TEST(GeneratedClass, TellsItsPropertiesWhateverTheVariantHeld)
+{
+    COpenAnswer answer;
+    answer.SetTwin(2);
+    QvVariant value;
+    value.SetI4(7);
+    EXPECT_NO_THROW(answer.AccessProperty(0, true, value));
+    EXPECT_FALSE(value.IsValid()) << "the number is not set";
+    answer.AccessProperty(1, true, value);
+    EXPECT_EQ(value.ToString(nullptr), L"2");
+    EXPECT_EQ(answer.GetSelected(), L"number");
 }
 
 TEST(GeneratedClass, ReadsEveryMemberOfAChoice)
