@@ -467,3 +467,62 @@ TEST(Prefixes, AreLookedUpAtTheElementOfAName)
     }
     EXPECT_TRUE(CNameScope::IsSame(L"q:x", L"{urn:a}x")) << "the local name decides where there is no document";
 }
+
+namespace
+{
+
+/// Several elements with a name each.
+class CLinks : public CGenerated<CLinks>
+{
+public:
+    explicit CLinks(const wchar_t* lpctElementName = L"links")
+        : CInstanceMonitor(L"CLinks")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    static constexpr SRepeatedElement s_Link{L"link", L"", 0, -1};
+    CSmartPtr<CObjectCol<CLink>> GetLink() const { return m_Link.Get(s_Link); }
+    CRepeated<CObjectCol<CLink>> m_Link;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"links", L"");
+        description.Element(m_Link, s_Link);
+    }
+};
+
+} // namespace
+
+TEST(Prefixes, OfSiblingsMayStandForDifferentNamespaces)
+{
+    const wchar_t* const uris[] = {L"urn:a", L"urn:b", L"urn:c"};
+    for (int n = 0; n < 81; ++n)
+    {
+        CLinks links;
+        std::wstring strXml = L"<links>";
+        for (int nRest = n, i = 0; i < 4; ++i, nRest /= 3)
+        {
+            CLink& link = *links.GetLink()->AddNew();
+            link.m_To.Set(L"p:q", L"to");
+            link.DeclarePrefix(L"p", uris[nRest % 3]);
+            strXml += std::wstring(L"<link xmlns:p=\"") + uris[nRest % 3] + L"\" to=\"p:q\"/>";
+        }
+        strXml += L"</links>";
+        EXPECT_EQ(Write(links), strXml);
+        for (const bool bFormat : {false, true})
+        {
+            for (const bool bBytes : {false, true})
+            {
+                CLinks again;
+                if (bBytes)
+                    again.FromXmlStream(
+                        links.ToXmlStream(true, bFormat, Encoding_UTF8, EOLType_LF, {}, Compression_None), {});
+                else
+                    again.FromXml(links.ToXml(false, bFormat, EOLType_LF, {}).c_str(), {});
+                EXPECT_EQ(Write(again), strXml);
+            }
+        }
+    }
+}
