@@ -319,6 +319,53 @@ TEST(GeneratedClass, RefusesTextWhereNoneMayBe)
         EXPECT_TRUE(EndsWith(c.strRefusal, c.strEnd)) << c.lpcWhat << ": " << ::testing::PrintToString(c.strRefusal);
 }
 
+namespace
+{
+
+/// Mixed content whose text stands ahead of its elements.
+template <XmlElementGroupType eGroup>
+class CNotice : public CGenerated<CNotice<eGroup>>
+{
+public:
+    explicit CNotice(const wchar_t* lpctElementName = L"notice")
+        : CInstanceMonitor(L"CNotice")
+        , CGenerated<CNotice<eGroup>>(lpctElementName)
+    {
+    }
+
+    CRequired<xs::MixedText> m_Text;
+    COptional<xs::Int> m_Id;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(eGroup, ElementType_Element, L"notice", s_lpctNamespace);
+        description.MixedText(m_Text);
+        description.Element(m_Id, L"id", s_lpctNamespace);
+    }
+};
+
+template <class TNotice>
+void ExpectMixedText()
+{
+    TNotice notice;
+    notice.m_Id.Set(1, L"id");
+    notice.m_Text.Set(L"", L"notice");
+    EXPECT_EQ(sample::Write(notice), L"<notice xmlns=\"urn:sample\"><id>1</id></notice>");
+    notice.FromXml(Document(L"notice", L"", L"x<id>2</id>y").c_str(), CXmlSerializationContext::GetDefaultContext());
+    EXPECT_EQ(notice.m_Text.Get(), L"xy");
+    EXPECT_EQ(notice.m_Id.Get(), 2);
+    EXPECT_EQ(sample::Write(notice), L"<notice xmlns=\"urn:sample\">xy<id>2</id></notice>");
+}
+
+} // namespace
+
+TEST(GeneratedClass, WritesTheTextOfMixedContentAheadOfItsElements)
+{
+    ExpectMixedText<CNotice<GroupType_Sequence>>();
+    ExpectMixedText<CNotice<GroupType_All>>();
+}
+
 TEST(GeneratedClass, WritesTheTextOfMixedContent)
 {
     COpen open;
