@@ -187,7 +187,11 @@ bool CXmlScannedNames::Bind(SScannedPrefix& prefix, std::string_view svNamespace
     const SScannedNamespace& found = FindNamespace(svNamespace);
     m_bindings.push_back({&prefix, prefix.pNamespace});
     prefix.pNamespace = &found;
-    if (prefix.pListed == &found)
+    // The builder hears once of a prefix that stands for one namespace, and of each element that declares another one.
+    // Ahead of the first default namespace there was none.
+    prefix.bChanges =
+        prefix.bChanges || &prefix == &m_default || (prefix.pListed != nullptr && prefix.pListed != &found);
+    if (!prefix.bChanges && prefix.pListed == &found)
         return true;
     m_strPrefix.clear();
     AppendUtf8AsUtf16(m_strPrefix, prefix.svPrefix);

@@ -28,6 +28,8 @@ struct SScannedPrefix
     const SScannedNamespace* pNamespace = nullptr;
     /// What the builder was told last.
     const SScannedNamespace* pListed = nullptr;
+    /// Whether it stands for different namespaces in different elements.
+    bool bChanges = false;
 };
 
 /// A name as it stands in the document, prefix and all.

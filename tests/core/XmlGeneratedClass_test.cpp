@@ -10,6 +10,7 @@
 #include "tests/support/Contexts.h"
 #include "tests/support/Expect.h"
 #include "tests/support/FlexClass.h"
+#include "tests/support/ProtectedAccess.h"
 
 #include <ctime>
 #include <memory>
@@ -639,6 +640,26 @@ TEST(XmlGeneratedClass, WhileSkippingAChoiceScansForItsFirstAlternativeAndIgnore
     object.FromXml("<flex><j/><j/><b>2</b><a>1</a></flex>", IgnoringUnknown());
     EXPECT_EQ(Count(object, 1), 0);
     EXPECT_EQ(Count(object, 2), 1);
+}
+
+TEST(XmlGeneratedClass, NothingExcusesAnEmptyChoiceThatAnotherObjectReads)
+{
+    SChoice<> shape;
+    CFlexClass object(shape, L"flex", &SChoice<>::Init);
+    CXmlDocument document;
+    for (const bool bEmpty : {false, true})
+    {
+        document.LoadXml(bEmpty ? "<flex/>" : "<flex><a/></flex>");
+        CXmlElement* const pRoot = document.GetDocumentElement();
+        const auto fnRead = [&]
+        {
+            QvTest::CProtectedAccess::Read(&object, pRoot, pRoot->GetFirstElement(), s_context);
+        };
+        if (bEmpty)
+            EXPECT_THROW(fnRead(), CQvValidationException);
+        else
+            EXPECT_NO_THROW(fnRead());
+    }
 }
 
 TEST(XmlGeneratedClass, AnOptionalAlternativeOfTheOuterChoiceExcusesAnEmptyInnerChoice)

@@ -141,6 +141,10 @@ TEST(XmlObjectBase, ANewObjectHasNoReferenceAndDiesWithItsLast)
         EXPECT_EQ(spFirst->Release(), 1);
     }
     EXPECT_EQ(CProbe::s_nAlive, 0);
+    CProbe* const pSecond = new CProbe;
+    EXPECT_EQ(pSecond->AddRef(), 1);
+    EXPECT_EQ(pSecond->Release(), 0);
+    EXPECT_EQ(CProbe::s_nAlive, 0);
 }
 
 TEST(XmlObjectBase, ReleaseBelowZeroDoesNotDestroyTheObject)

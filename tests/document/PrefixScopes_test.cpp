@@ -50,6 +50,40 @@ TEST(PrefixScopes, TellWhatTheNearestDeclarationSays)
     EXPECT_EQ(document.GetDocumentElement()->FindPrefix(L"c"), nullptr);
 }
 
+TEST(PrefixScopes, AreToldApartWhereADeclarationIsRepeated)
+{
+    const struct
+    {
+        const wchar_t* lpctDocument;
+        const wchar_t* lpctPath;
+        const wchar_t* lpctPrefix;
+        const wchar_t* lpctUri;
+    } cases[] = {{L"<r xmlns:a='1'><x xmlns:a='2'/><y xmlns:a='2'/></r>", L"/-", L"a", L"2"},
+                 {L"<r><x xmlns:a='1'/><y xmlns:a='2'/><z xmlns:a='2'/></r>", L"/--", L"a", L"2"},
+                 {L"<r><x xmlns:a='1'/><y xmlns:a='2'/><z xmlns:a='1'/></r>", L"/--", L"a", L"1"},
+                 {L"<r><x xmlns:a='1'/><y xmlns:a='1'/><z xmlns:a='1'/></r>", L"/--", L"a", L"1"},
+                 {L"<r xmlns:a='1'><x xmlns:a='2'><y xmlns:a='2'/></x><z xmlns:a='2'/></r>", L"/-", L"a", L"2"},
+                 {L"<r xmlns:a='1'><x xmlns:a='2'><y xmlns:a='2'/></x><z/></r>", L"/-", L"a", L"1"},
+                 {L"<r><x xmlns='1'/><y xmlns='1'/></r>", L"/-", L"", L"1"},
+                 {L"<r><x xmlns='1'/><y/></r>", L"/-", L"", L""},
+                 {L"<r xmlns='1'><x xmlns=''/><y xmlns=''/></r>", L"/-", L"", L""},
+                 {L"<r xmlns='1'><x xmlns='1'/><y xmlns='1'/></r>", L"/-", L"", L"1"}};
+    for (const auto& c : cases)
+    {
+        // A document type makes it one for expat.
+        for (const std::wstring& strAhead : {std::wstring(), std::wstring(L"<!DOCTYPE r>")})
+        {
+            const std::wstring strDocument = strAhead + c.lpctDocument;
+            SCOPED_TRACE(::testing::PrintToString(strDocument));
+            CXmlDocument document;
+            document.LoadXml(strDocument.c_str());
+            const std::wstring* const pUri = Step(document.GetDocumentElement(), c.lpctPath)->FindPrefix(c.lpctPrefix);
+            ASSERT_NE(pUri, nullptr);
+            EXPECT_EQ(*pUri, c.lpctUri);
+        }
+    }
+}
+
 TEST(PrefixScopes, CountTheFirstDeclarationWhereElementsMayGo)
 {
     CXmlDocument document([](CXmlElement* pElement) { return pElement->GetLocalName() == L"x"; });

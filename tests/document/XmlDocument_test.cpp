@@ -222,6 +222,14 @@ TEST(XmlDocument, LoadingAgainReplacesTreeAndNamespaces)
     EXPECT_EQ(elements.nLiving, CountInstances(L"CXmlElement").nLiving);
 }
 
+TEST(XmlDocument, AFailedTagBindsNoPrefixes)
+{
+    CXmlDocument document;
+    EXPECT_THROW(document.LoadXml("<a xmlns:p='urn:p'><b c='1' c='2' xmlns:q='urn:q'/></a>"), CQvException);
+    EXPECT_TEXT(L"urn:p", document.LookupNamespaceFromAlias(L"p"));
+    EXPECT_TEXT(L"", document.LookupNamespaceFromAlias(L"q"));
+}
+
 TEST(XmlDocument, ADocumentLoadsAfterAFailure)
 {
     CXmlDocument document;

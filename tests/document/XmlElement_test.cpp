@@ -242,6 +242,19 @@ TEST(XmlElement, ATreeCanBeBuiltByHand)
     EXPECT_TEXT(L"z", element.GetLocalName());
 }
 
+TEST(XmlElement, AttributesMayBeAddedOnceTheListHasBeenAskedFor)
+{
+    CFreeElement element;
+    element.AddAttribute(L"a", L"1", L"");
+    EXPECT_EQ(1u, element.GetAttributes().size());
+    element.AddAttribute(L"b", L"2", L"");
+    element.AddAttribute(L"c", L"3", L"");
+    std::wstring strValues;
+    for (const auto* const pAttribute : element.GetAttributes())
+        strValues += pAttribute->GetValue();
+    EXPECT_TEXT(L"123", strValues);
+}
+
 TEST(XmlElement, TextIsAppendedByLengthOrUpToItsZero)
 {
     CFreeElement element;

@@ -52,6 +52,27 @@ TEST(XmlNameTable, ANameIsSplitAtItsFirstSeparator)
     }
 }
 
+TEST(XmlNameTable, ANameIsNotTakenForTheOneThatFollowedBefore)
+{
+    // Names whose difference is that of one character, in both directions and at the ends.
+    const char* const followers[] = {"b", "a", "c", "b", "bb", "b", "ba", "bb", "urn:x|b", "urn:x|a", "urn:y|b", "b"};
+    for (const char* const lpcFirst : followers)
+    {
+        for (const char* const lpcSecond : followers)
+        {
+            CXmlNameTable names(nullptr);
+            for (const char* const lpcFollower : {lpcFirst, lpcSecond})
+            {
+                names.Find("start");
+                const SXmlName& name = names.Find(lpcFollower);
+                const std::string strFollower = lpcFollower;
+                const std::string strLocalName = strFollower.substr(strFollower.find('|') + 1);
+                EXPECT_TEXT(std::wstring(strLocalName.begin(), strLocalName.end()), name.strLocalName);
+            }
+        }
+    }
+}
+
 TEST(XmlNameTable, NamesAreMadeForThoseWhoKnowThem)
 {
     CXmlNameTable names(nullptr);

@@ -217,6 +217,36 @@ TEST(XmlTreeBuilder, ElementsOfALargeTreeShareTheWhiteSpaceBetweenTheirChildren)
     EXPECT_EQ(&elements[397]->GetText(), &elements[399]->GetText());
 }
 
+TEST(XmlTreeBuilder, TheWhiteSpaceOfEachLevelIsItsOwn)
+{
+    STree tree;
+    CXmlTreeBuilder& builder = tree.builder;
+    CXmlElement* const pRoot = builder.AddElement(builder.InternName("r"));
+    std::string strRoot;
+    // Ahead of and behind the number of nodes from which on white space is shared.
+    for (int i = 0; i < 200; ++i)
+    {
+        builder.AddText("\n");
+        strRoot += "\n";
+        CXmlElement* const pOuter = builder.AddElement(builder.InternName("a"));
+        builder.AddText("\n ");
+        CXmlElement* const pMiddle = builder.AddElement(builder.InternName("b"));
+        builder.AddText("\n  ");
+        CXmlElement* const pInner = builder.AddElement(builder.InternName("c"));
+        builder.AddText("\t");
+        builder.EndElement();
+        builder.AddText("\n ");
+        builder.EndElement();
+        builder.AddText(i % 2 == 0 ? "\n" : "x");
+        builder.EndElement();
+        ASSERT_EQ(L"\t", pInner->GetText()) << i;
+        ASSERT_EQ(L"\n  \n ", pMiddle->GetText()) << i;
+        ASSERT_EQ(i % 2 == 0 ? L"\n \n" : L"\n x", pOuter->GetText()) << i;
+    }
+    builder.EndElement();
+    EXPECT_TEXT(std::wstring(strRoot.begin(), strRoot.end()), pRoot->GetText());
+}
+
 TEST(XmlTreeBuilder, TextThatIsMoreThanWhiteSpaceIsNotShared)
 {
     STree tree;

@@ -37,6 +37,22 @@ struct SLengthRow
 
 } // namespace
 
+TEST(FIOctetWriter, CountsWhatItHasWrittenItself)
+{
+    CBinaryStream stream;
+    for (const char c : {'a', 'h', 'e', 'a', 'd'})
+        stream.Append(static_cast<unsigned char>(c));
+    CFIOctetWriter writer(&stream);
+    EXPECT_EQ(0u, writer.GetCount());
+    for (std::size_t n = 1; n <= 10000; ++n)
+    {
+        writer.WriteOctet('x');
+        ASSERT_EQ(n, writer.GetCount());
+    }
+    writer.Flush();
+    EXPECT_EQ(10000u, writer.GetCount());
+}
+
 TEST(FIOctetWriter, IntegersOnTheSecondBit)
 {
     const SIntegerRow rows[] = {

@@ -855,17 +855,31 @@ TEST(FastInfosetReader, ASmallDocumentCannotAskForTextWithoutEnd)
 {
     const CQuietTrace quiet;
     constexpr int nText = 300000;
-    // A text of 300,000 units, entered, and then again and again by its index.
-    const int nLength = nText - 259;
-    const Octets text = Joined({{147, 0, nLength >> 16, nLength >> 8 & 255, nLength & 255}, Octets(nText, 'x')});
     const wchar_t szRefused[] =
         L"Failed to parse FastInfoset. The repeated strings are out of proportion to the document.";
-    // What is added to a text counts four times: 27 references are less than is admitted, 28 are more.
+    for (const int nOctet : {int{'x'}, 0x20, 0x7F})
+    {
+        SCOPED_TRACE(nOctet);
+        // A text of 300,000 units, entered, and then again and again by its index.
+        const int nLength = nText - 259;
+        const Octets text = Joined({{147, 0, nLength >> 16, nLength >> 8 & 255, nLength & 255}, Octets(nText, nOctet)});
+        // What is added to a text counts four times: 27 references are less than is admitted, 28 are more.
+        CXmlDocument document;
+        Load(document, Joined({s_head, {60, 0, 'r'}, text, Octets(27, 160), {255}}));
+        EXPECT_EQ(std::size_t{nText} * 28, document.GetDocumentElement()->GetText().size());
+        ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(28, 160), {255}}));
+        ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(200, 160), {255}}));
+    }
+
+    // U+FFFD is three octets and one unit.
+    constexpr int nLength = nText - 259;
+    Octets text = {147, 0, nLength >> 16, nLength >> 8 & 255, nLength & 255};
+    for (int n = 0; n < nText / 3; ++n)
+        text.insert(text.end(), {0xEF, 0xBF, 0xBD});
     CXmlDocument document;
-    Load(document, Joined({s_head, {60, 0, 'r'}, text, Octets(27, 160), {255}}));
-    EXPECT_EQ(std::size_t{nText} * 28, document.GetDocumentElement()->GetText().size());
-    ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(28, 160), {255}}));
-    ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(200, 160), {255}}));
+    Load(document, Joined({s_head, {60, 0, 'r'}, text, Octets(83, 160), {255}}));
+    EXPECT_EQ(std::size_t{nText / 3} * 84, document.GetDocumentElement()->GetText().size());
+    ExpectFails(szRefused, Joined({{60, 0, 'r'}, text, Octets(84, 160), {255}}));
 
     Octets attributes = Joined(
         {{124, 0, 'r', 120, 0, 'x', 0x40 | 12, 0, (nText - 265) >> 16, (nText - 265) >> 8 & 255, (nText - 265) & 255},

@@ -435,6 +435,42 @@ TEST(FastInfosetWriter, AGeneratedPrefixIsNotDeclared)
                   })));
 }
 
+TEST(FastInfosetWriter, ANewNameBehindOneOfANewNamespaceHasAPrefixOfItsOwn)
+{
+    const FnCalls calls = [](CFastInfosetWriter& writer)
+    {
+        writer.AddNamespaceMapping(L"a", L"urn:a");
+        writer.AddNamespaceMapping(L"b", L"urn:b");
+        writer.StartElement(L"r", L"urn:a");
+        for (const wchar_t* const lpctName : {L"x", L"y", L"x"})
+        {
+            for (const wchar_t* const lpctNamespace : {L"urn:b", L"urn:a"})
+            {
+                writer.StartElement(lpctName, lpctNamespace);
+                writer.EndElement();
+            }
+        }
+        writer.EndElement();
+    };
+    EXPECT_EQ(Joined({{56, 207},
+                      Literal(L"a"),
+                      Literal(L"urn:a"),
+                      {207},
+                      Literal(L"b"),
+                      Literal(L"urn:b"),
+                      {240},
+                      {63, 129, 129},
+                      Literal(L"r"),
+                      {63, 130, 130},
+                      Literal(L"x"),
+                      {240, 63, 129, 129, 129}, // a:x
+                      {240, 63, 130, 130},
+                      Literal(L"y"),
+                      {240, 63, 129, 129, 130}, // a:y
+                      {240, 1, 240, 2, 255}}),
+              Write(calls));
+}
+
 TEST(FastInfosetWriter, LiteralNamesTellTheirParts)
 {
     const FnCalls calls = InRoot(

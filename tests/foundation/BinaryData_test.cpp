@@ -1,6 +1,7 @@
 #include "quiver/foundation/BinaryData.h"
 
 #include "quiver/foundation/Exceptions.h"
+#include "tests/support/AllocationCount.h"
 #include "tests/support/Expect.h"
 
 #include <cstdint>
@@ -762,6 +763,27 @@ TEST(Base64, EncodesNoBytesAsNoText)
 }
 
 // --- Threads --------------------------------------------------------------------------------------------------------
+
+TEST(BinaryData, ABlockThatGrowsIsMovedAFewTimesOnly)
+{
+    CBinaryData data;
+    const unsigned char bytes[1024] = {};
+    const std::size_t nAllocations = QvTest::CountAllocations(
+        [&]
+        {
+            for (int n = 0; n < 16384; ++n)
+                data.Append(bytes, sizeof(bytes));
+        });
+    EXPECT_EQ(16384u * sizeof(bytes), data.GetLength());
+    EXPECT_LT(nAllocations, 20u) << "its capacity doubles";
+}
+
+TEST(BinaryData, TakesTheBytesThatItReadsFromHexOver)
+{
+    CBinaryData data;
+    EXPECT_EQ(2u, QvTest::CountAllocations([&] { data.SetAsHexString(L"00FF10"); }));
+    EXPECT_EQ(std::string("\0\xFF\x10", 3), BytesOf(data));
+}
 
 TEST(BinaryData, HandlesOnOneBlockLiveInDifferentThreads)
 {

@@ -313,6 +313,45 @@ TEST(Encoder, ConvertsEachSequenceAtEveryPlaceOfLongText)
     }
 }
 
+TEST(Encoder, ConvertsARunOfOneCharacter)
+{
+    for (const SPair& pair : s_pairs)
+    {
+        for (const std::size_t nTimes : s_lengths)
+        {
+            std::wstring strText;
+            std::string strBytes;
+            for (std::size_t n = 0; n < nTimes; ++n)
+            {
+                strText += UnitsOf(pair.nCode);
+                strBytes += pair.bytes;
+            }
+            EXPECT_EQ(strBytes, BytesOf(EncodeUtf8(strText.c_str())));
+            EXPECT_EQ(strBytes, Encode(strText));
+            EXPECT_EQ(strBytes.size(), GetUtf8Length(strText));
+            std::wstring strDecoded;
+            EXPECT_TRUE(AppendUtf8AsUtf16(strDecoded, strBytes));
+            EXPECT_TEXT(strText, strDecoded);
+            EXPECT_TEXT(strText, Decode(strBytes));
+        }
+    }
+}
+
+TEST(Encoder, SaysWhetherItWroteTheWholeText)
+{
+    unsigned char bytes[100];
+    bool bWhole = false;
+    EXPECT_EQ(0u, WriteUtf8(L"", bytes, bWhole));
+    EXPECT_TRUE(bWhole);
+    EXPECT_EQ(3u, WriteUtf8(L"a\xE4", bytes, bWhole));
+    EXPECT_TRUE(bWhole);
+    for (const std::wstring& strBad : s_badTexts)
+    {
+        EXPECT_EQ(1u, WriteUtf8(L"a" + strBad + L"z", bytes, bWhole));
+        EXPECT_FALSE(bWhole);
+    }
+}
+
 TEST(Encoder, ConvertsMixedText)
 {
     std::mt19937 engine(1);

@@ -179,6 +179,7 @@ TEST(ClassDescription, NarrowsTheMembersOfABase)
     EXPECT_TRUE(EndsWith(Refusal<CSketch>(Document(L"drawing", L"", strTitle + strShape + strShape)),
                          L"The Maximum number of [shape] elements allowed in this collection is 1"));
     EXPECT_NE(Refusal<CSketch>(Document(L"drawing", L"", L"<title>free</title>" + strShape)), L"done");
+    EXPECT_NE(Refusal<CSketch>(Document(L"drawing", L"", strTitle + L"x" + strShape)), L"done");
     EXPECT_NE(Refusal<CSketch>(Document(L"drawing", L"", strTitle + strShape + L"<middle>x</middle>")), L"done");
 }
 

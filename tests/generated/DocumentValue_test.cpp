@@ -44,6 +44,16 @@ struct SPrice
     }
 };
 
+struct SStamp
+{
+    using Value = double;
+    static const CSimpleType& Type()
+    {
+        static constexpr CSimpleType s_type = CSimpleType(xs::Double::s_type).Pattern(L"\\d\\.\\d");
+        return s_type;
+    }
+};
+
 struct SCount
 {
     using Value = int;
@@ -267,7 +277,7 @@ TEST(DocumentValue, ADocumentsUtf8IsReadAsItsTextIs)
                          xs::UnsignedInt, xs::UnsignedLong, xs::Float, xs::Double, xs::Decimal, xs::Integer>();
     ExpectSameForMembers<xs::DateTime, xs::Date, xs::Time, xs::GYear, xs::GMonthDay, xs::GDay, xs::GMonth>();
     ExpectSameForMembers<xs::String, xs::NormalizedString, xs::Token, xs::NCName, xs::HexBinary>();
-    ExpectSameForMembers<SPaint, SPrice, SCount, SEvenDigits, SCode, SLine, SDay>();
+    ExpectSameForMembers<SPaint, SPrice, SStamp, SCount, SEvenDigits, SCode, SLine, SDay>();
     ExpectSameByEitherWay<CRequired<xs::Int, SDefault<s_lpctSeven>>>();
     ExpectSameByEitherWay<COptional<xs::String, SDefault<s_lpctSeven>>>();
     ExpectSameByEitherWay<COptional<xs::Int, SFixed<s_lpctSeven>>>();
@@ -283,6 +293,7 @@ TEST(DocumentValue, CommonValuesNeedNoText)
     EXPECT_TRUE(IsReadAtOnce<xs::Float>("0.5"));
     EXPECT_TRUE(IsReadAtOnce<SPrice>("-1.5"));
     EXPECT_FALSE(IsReadAtOnce<SPrice>("1000"));
+    EXPECT_FALSE(IsReadAtOnce<SStamp>("1.5"));
     EXPECT_TRUE(IsReadAtOnce<SCount>("42"));
     EXPECT_FALSE(IsReadAtOnce<SCount>("-5"));
     EXPECT_TRUE(IsReadAtOnce<SPaint>("dark blue"));

@@ -34,6 +34,17 @@ void Read(COrder& order, const std::wstring& strXml)
     order.FromXml(strXml.c_str(), CXmlSerializationContext::GetDefaultContext());
 }
 
+/// Opens its properties.
+class COpenAnswer : public CAnswer
+{
+public:
+    COpenAnswer()
+        : CInstanceMonitor(L"COpenAnswer")
+    {
+    }
+    using CAnswer::AccessProperty;
+};
+
 /// Lives from before the program's start to behind its end, and is written while statics die.
 struct SEarlyAndLate
 {
@@ -178,6 +189,54 @@ TEST(GeneratedClass, RefusesWhatTheSchemaForbids)
     }
 }
 
+TEST(GeneratedClass, RefusesAttributesAndChildrenOfASimpleElement)
+{
+    const auto fnRefusal = [](const wchar_t* lpctQuantity, const CXmlSerializationContext& context)
+    {
+        const std::wstring strXml = s_strStart + L"<sku>XYZ-12</sku>" + lpctQuantity +
+                                    L"<address><city>Bonn</city></address><payment><card>ABC-1</card></payment>"
+                                    L"<price>1.5</price></order>";
+        const std::wstring strMessages = Refusal<COrder>(strXml, context);
+        return strMessages.substr(strMessages.rfind(L'\n') + 1);
+    };
+    CXmlSerializationContext strict;
+    CXmlSerializationContext anyAttributes;
+    anyAttributes.SetIgnoreUnknownAttributes(true);
+    CXmlSerializationContext anyElements;
+    anyElements.SetIgnoreUnknownElements(true);
+    const std::wstring strAttribute = L"Unexpected Attribute [unit] found.";
+    const std::wstring strChild = L"Failed read all the elements held within the element [quantity]. The unexpected "
+                                  L"element [x] remains un processed";
+    const struct
+    {
+        const wchar_t* lpctQuantity;
+        std::wstring strStrict;
+        std::wstring strAnyAttributes;
+        std::wstring strAnyElements;
+    } cases[] = {{L"<quantity>3</quantity>", L"done", L"done", L"done"},
+                 {L"<quantity xmlns:z='urn:z'>3</quantity>", L"done", L"done", L"done"},
+                 {L"<quantity unit='kg'>3</quantity>", strAttribute, L"done", strAttribute},
+                 {L"<quantity unit='kg' xmlns:z='urn:z'>3</quantity>", strAttribute, L"done", strAttribute},
+                 {L"<quantity>3<x/></quantity>", strChild, strChild, L"done"},
+                 {L"<quantity unit='kg'>3<x/></quantity>", strChild, strChild, strAttribute}};
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(::testing::PrintToString(std::wstring(c.lpctQuantity)));
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, strict), c.strStrict);
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, anyAttributes), c.strAnyAttributes);
+        EXPECT_EQ(fnRefusal(c.lpctQuantity, anyElements), c.strAnyElements);
+    }
+}
+
+TEST(GeneratedClass, PassesOverUnknownElementsAheadOfARequiredOneIfItMay)
+{
+    const std::wstring strXml = Document(L"drawing", L"", L"<title>t</title><x/><circle/><middle>m</middle>");
+    EXPECT_TRUE(EndsWith(Refusal<CDrawing>(strXml), L"Failed to find a suitable substitution element for [shape]"));
+    CXmlSerializationContext lenient;
+    lenient.SetIgnoreUnknownElements(true);
+    EXPECT_EQ(Refusal<CDrawing>(strXml, lenient), L"done");
+}
+
 TEST(GeneratedClass, DeletesANewObjectThatItRefuses)
 {
     // The counts of the classes stay what they were; the address sanitizer says the same.
@@ -260,6 +319,63 @@ TEST(GeneratedClass, RefusesTextWhereNoneMayBe)
         EXPECT_TRUE(EndsWith(c.strRefusal, c.strEnd)) << c.lpcWhat << ": " << ::testing::PrintToString(c.strRefusal);
 }
 
+namespace
+{
+
+/// Mixed content whose text stands ahead of its elements.
+template <XmlElementGroupType eGroup>
+class CNotice : public CGenerated<CNotice<eGroup>>
+{
+public:
+    explicit CNotice(const wchar_t* lpctElementName = L"notice")
+        : CInstanceMonitor(L"CNotice")
+        , CGenerated<CNotice<eGroup>>(lpctElementName)
+    {
+    }
+
+    CRequired<xs::MixedText> m_Text;
+    COptional<xs::Int> m_Id;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(eGroup, ElementType_Element, L"notice", s_lpctNamespace);
+        description.MixedText(m_Text);
+        description.Element(m_Id, L"id", s_lpctNamespace);
+    }
+};
+
+template <class TNotice>
+void ExpectMixedText()
+{
+    TNotice notice;
+    notice.m_Id.Set(1, L"id");
+    notice.m_Text.Set(L"", L"notice");
+    EXPECT_EQ(sample::Write(notice), L"<notice xmlns=\"urn:sample\"><id>1</id></notice>");
+    notice.FromXml(Document(L"notice", L"", L"x<id>2</id>y").c_str(), CXmlSerializationContext::GetDefaultContext());
+    EXPECT_EQ(notice.m_Text.Get(), L"xy");
+    EXPECT_EQ(notice.m_Id.Get(), 2);
+    EXPECT_EQ(sample::Write(notice), L"<notice xmlns=\"urn:sample\">xy<id>2</id></notice>");
+}
+
+} // namespace
+
+TEST(GeneratedClass, WritesTheTextOfMixedContentAheadOfItsElements)
+{
+    ExpectMixedText<CNotice<GroupType_Sequence>>();
+    ExpectMixedText<CNotice<GroupType_All>>();
+}
+
+TEST(GeneratedClass, WritesTheTextOfMixedContent)
+{
+    COpen open;
+    open.m_Id.Set(1, L"id");
+    open.m_Text.Set(L"", L"open");
+    EXPECT_EQ(sample::Write(open), L"<open xmlns=\"urn:sample\"><id>1</id></open>");
+    open.FromXml(Document(L"open", L"", L"x<id>1</id>y").c_str(), CXmlSerializationContext::GetDefaultContext());
+    EXPECT_EQ(sample::Write(open), L"<open xmlns=\"urn:sample\"><id>1</id>xy</open>");
+}
+
 TEST(GeneratedClass, ReadsNilAndWritesIt)
 {
     const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext();
@@ -325,6 +441,48 @@ TEST(GeneratedClass, HasOneMemberOfAChoice)
     lenient.SetIgnoreMissingChoice(true);
     EXPECT_EQ(sample::Write(answer, lenient), L"<answer xmlns=\"urn:sample\"/>");
     EXPECT_EQ(Refusal<CAnswer>(Document(L"answer", L"", L""), lenient), L"done");
+}
+
+TEST(GeneratedClass, TellsAValueThatIsNoneBeforeAChoiceThatIsMade)
+{
+    CPayment payment;
+    payment.GetNote()->Add(5);
+    EXPECT_EQ(MessagesOf([&] { payment.SetCard(L"x"); }),
+              L"Invalid Value for card [x]\nThe value does not match the pattern [A-Z]{3}-\\d+");
+    EXPECT_EQ(MessagesOf([&] { payment.SetCard(L"ABC-1"); }),
+              L"The Property [note] is already set. Only one element within this class bay be set at a time");
+    EXPECT_EQ(payment.GetCard(), std::nullopt);
+    EXPECT_EQ(payment.GetSelected(), L"note");
+}
+
+TEST(GeneratedClass, GivesTheExtrasOfTheContextToTheRootAlone)
+{
+    COrder order;
+    Read(order, OrderDocument(L"<shipped>2001-02-03</shipped>", L"<cash><city>Ulm</city></cash>",
+                              L"<key>a</key><amount>1</amount><price>1</price><price>2</price>"
+                              L"<via><city>Rom</city></via><o:x xmlns:o=\"urn:other\"><o:y/></o:x>"));
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(s_lpctNamespace);
+    context.GetAdditionalRootAttributes()->Add(L"extra", L"e", L"");
+    EXPECT_EQ(order.ToXml(false, false, EOLType_LF, context),
+              L"<order xmlns=\"urn:sample\" extra=\"e\" number=\"7\"><sku>XYZ-12</sku><quantity>3</quantity>"
+              L"<shipped>2001-02-03</shipped><address><city>Bonn</city></address>"
+              L"<payment><cash><city>Ulm</city></cash></payment><key>a</key><amount>1</amount>"
+              L"<price tag=\"dark blue\">1</price><price tag=\"dark blue\">2</price><via><city>Rom</city></via>"
+              L"<AA:x xmlns:AA=\"urn:other\"><AA:y/></AA:x></order>");
+}
+
+TEST(GeneratedClass, TellsItsPropertiesWhateverTheVariantHeld)
+{
+    COpenAnswer answer;
+    answer.SetTwin(2);
+    QvVariant value;
+    value.SetI4(7);
+    EXPECT_NO_THROW(answer.AccessProperty(0, true, value));
+    EXPECT_FALSE(value.IsValid()) << "the number is not set";
+    answer.AccessProperty(1, true, value);
+    EXPECT_EQ(value.ToString(nullptr), L"2");
+    EXPECT_EQ(answer.GetSelected(), L"number");
 }
 
 TEST(GeneratedClass, ReadsEveryMemberOfAChoice)

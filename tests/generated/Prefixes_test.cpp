@@ -1,6 +1,7 @@
 #include "quiver/generated/Prefixes.h"
 
 #include "quiver/QvXmlLib.h"
+#include "quiver/document/XmlDocument.h"
 #include "quiver/generated/BuiltinTypes.h"
 
 #include <gtest/gtest.h>
@@ -135,8 +136,24 @@ TEST(Prefixes, SurviveFastInfoset)
 TEST(Prefixes, HaveToBeDeclared)
 {
     CLink link;
-    EXPECT_THROW(link.FromXml(L"<link to='a:x'/>", {}), CQvException);
-    EXPECT_THROW(link.FromXml(L"<link to='x'><via>a:x</via></link>", {}), CQvException);
+    const auto fnRefusal = [](CXmlObjectBase& object, const wchar_t* lpctDocument)
+    {
+        try
+        {
+            object.FromXml(lpctDocument, {});
+        }
+        catch (const CQvException& exception)
+        {
+            return exception.GetFullMessage();
+        }
+        return std::wstring(L"none");
+    };
+    CTarget target;
+    EXPECT_EQ(fnRefusal(link, L"<link to='a:x'/>"), L"Invalid Value for to [a:x]\nThe prefix a is not declared");
+    EXPECT_EQ(fnRefusal(link, L"<link to='x'><via>a:x</via></link>"),
+              L"Failed to process the element [link]\nInvalid Value for via [a:x]\nThe prefix a is not declared");
+    EXPECT_EQ(fnRefusal(target, L"<target>a:x</target>"),
+              L"Invalid Value for target [a:x]\nThe prefix a is not declared");
     CXmlSerializationContext context;
     context.SetSchemaType(SchemaType_NoNamespaces);
     EXPECT_NO_THROW(link.FromXml(L"<link to='a:x'/>", context));
@@ -311,4 +328,201 @@ TEST(Prefixes, LeaveTextsAloneThatLookLikeNamesOfASchema)
     EXPECT_THROW(mixture.FromXml(L"<mixture name='{urn:a}x'/>", {}), CQvException);
     mixture.m_Name.Set(L"{urn:a}x", L"name");
     EXPECT_EQ(Write(mixture), L"<mixture xmlns:ns=\"urn:a\" name=\"ns:x\"/>");
+}
+
+namespace
+{
+
+/// Two elements that are names.
+class CPair : public CGenerated<CPair>
+{
+public:
+    explicit CPair(const wchar_t* lpctElementName = L"pair")
+        : CInstanceMonitor(L"CPair")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    COptional<xs::QName> m_First;
+    COptional<xs::QName> m_Second;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"pair", L"");
+        description.Element(m_First, L"first", L"");
+        description.Element(m_Second, L"second", L"");
+    }
+};
+
+/// Restricts CLink: it has no element.
+class CShortLink : public CGenerated<CShortLink, CLink>
+{
+public:
+    explicit CShortLink(const wchar_t* lpctElementName = L"link")
+        : CInstanceMonitor(L"CShortLink")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        CLink::Describe(description);
+        description.Restrict();
+        description.Class(GroupType_Sequence, ElementType_Element, L"link", L"");
+    }
+};
+
+/// An attribute that is one name and no other.
+class CFixedThing : public CGenerated<CFixedThing>
+{
+public:
+    explicit CFixedThing(const wchar_t* lpctElementName = L"thing")
+        : CInstanceMonitor(L"CFixedThing")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    CDefaulted<xs::QName, SFixed<s_lpctKind>> m_Kind;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"thing", L"");
+        description.Attribute(m_Kind, L"kind", L"");
+    }
+};
+
+} // namespace
+
+TEST(Prefixes, OfTwoElementsMayStandForDifferentNamespaces)
+{
+    CPair pair;
+    pair.FromXml(L"<pair><first xmlns:a='urn:a'>a:x</first><second xmlns:a='urn:b'>a:y</second></pair>", {});
+    EXPECT_EQ(pair.m_First.Get(), L"a:x");
+    EXPECT_EQ(pair.m_Second.Get(), L"a1:y");
+    EXPECT_EQ(pair.GetNamespaceOfPrefix(L"a"), L"urn:a");
+    EXPECT_EQ(pair.GetNamespaceOfPrefix(L"a1"), L"urn:b");
+    EXPECT_EQ(Write(pair),
+              L"<pair><first xmlns:a=\"urn:a\">a:x</first><second xmlns:a1=\"urn:b\">a1:y</second></pair>");
+}
+
+TEST(Prefixes, OfMembersThatARestrictionDropsAreLeftAlone)
+{
+    CShortLink link;
+    link.m_To.Set(L"a:x", L"to");
+    link.DeclarePrefix(L"a", L"urn:a");
+    EXPECT_EQ(Write(link), L"<link/>");
+}
+
+TEST(Prefixes, OfAFixedNameMayBeAnyThatStandsForItsNamespace)
+{
+    const struct
+    {
+        const wchar_t* lpctDocument;
+        bool bRight;
+    } cases[] = {
+        {L"<thing/>", true},
+        {L"<thing xmlns:p='urn:b' kind='p:y'/>", true},
+        {L"<thing xmlns:p='urn:b' kind='p:x'/>", false},
+        {L"<thing xmlns:p='urn:a' kind='p:y'/>", false},
+        {L"<thing kind='y'/>", false},
+    };
+    for (const auto& c : cases)
+    {
+        CFixedThing thing;
+        if (c.bRight)
+            EXPECT_NO_THROW(thing.FromXml(c.lpctDocument, {})) << c.lpctDocument;
+        else
+            EXPECT_THROW(thing.FromXml(c.lpctDocument, {}), CQvException) << c.lpctDocument;
+    }
+}
+
+TEST(Prefixes, AreLookedUpAtTheElementOfAName)
+{
+    const struct
+    {
+        const wchar_t* lpctDocument;
+        const wchar_t* lpctName;
+        const wchar_t* lpctListed;
+        bool bSame;
+    } cases[] = {
+        {L"<r/>", L"x", L"{}x", true},
+        {L"<r/>", L"x", L"{urn:a}x", false},
+        {L"<r xmlns='urn:a'/>", L"x", L"{urn:a}x", true},
+        {L"<r xmlns='urn:a'/>", L"x", L"{urn:b}x", false},
+        {L"<r xmlns='urn:a'/>", L"x", L"{}x", false},
+        {L"<r xmlns='urn:a'/>", L"y", L"{urn:a}x", false},
+        {L"<r xmlns='urn:a' xmlns:p='urn:b'/>", L"p:x", L"{urn:b}x", true},
+        {L"<r xmlns='urn:a' xmlns:p='urn:b'/>", L"p:x", L"{urn:a}x", false},
+    };
+    for (const auto& c : cases)
+    {
+        CXmlDocument document;
+        document.LoadXml(c.lpctDocument);
+        const CNameScope scope(*document.GetDocumentElement());
+        EXPECT_EQ(CNameScope::IsSame(c.lpctName, c.lpctListed), c.bSame)
+            << ::testing::PrintToString(std::wstring(c.lpctDocument) + L" " + c.lpctName + L" " + c.lpctListed);
+    }
+    EXPECT_TRUE(CNameScope::IsSame(L"q:x", L"{urn:a}x")) << "the local name decides where there is no document";
+}
+
+namespace
+{
+
+/// Several elements with a name each.
+class CLinks : public CGenerated<CLinks>
+{
+public:
+    explicit CLinks(const wchar_t* lpctElementName = L"links")
+        : CInstanceMonitor(L"CLinks")
+        , CGenerated(lpctElementName)
+    {
+    }
+
+    static constexpr SRepeatedElement s_Link{L"link", L"", 0, -1};
+    CSmartPtr<CObjectCol<CLink>> GetLink() const { return m_Link.Get(s_Link); }
+    CRepeated<CObjectCol<CLink>> m_Link;
+
+protected:
+    void Describe(CClassDescription& description) const override
+    {
+        description.Class(GroupType_Sequence, ElementType_Element, L"links", L"");
+        description.Element(m_Link, s_Link);
+    }
+};
+
+} // namespace
+
+TEST(Prefixes, OfSiblingsMayStandForDifferentNamespaces)
+{
+    const wchar_t* const uris[] = {L"urn:a", L"urn:b", L"urn:c"};
+    for (int n = 0; n < 81; ++n)
+    {
+        CLinks links;
+        std::wstring strXml = L"<links>";
+        for (int nRest = n, i = 0; i < 4; ++i, nRest /= 3)
+        {
+            CLink& link = *links.GetLink()->AddNew();
+            link.m_To.Set(L"p:q", L"to");
+            link.DeclarePrefix(L"p", uris[nRest % 3]);
+            strXml += std::wstring(L"<link xmlns:p=\"") + uris[nRest % 3] + L"\" to=\"p:q\"/>";
+        }
+        strXml += L"</links>";
+        EXPECT_EQ(Write(links), strXml);
+        for (const bool bFormat : {false, true})
+        {
+            for (const bool bBytes : {false, true})
+            {
+                CLinks again;
+                if (bBytes)
+                    again.FromXmlStream(
+                        links.ToXmlStream(true, bFormat, Encoding_UTF8, EOLType_LF, {}, Compression_None), {});
+                else
+                    again.FromXml(links.ToXml(false, bFormat, EOLType_LF, {}).c_str(), {});
+                EXPECT_EQ(Write(again), strXml);
+            }
+        }
+    }
 }

@@ -99,6 +99,31 @@ TEST(TypedValue, IsReadAnew)
     EXPECT_EQ(Write(value), L"<v>x</v>");
 }
 
+TEST(TypedValue, HasTheTextThatItsTypeMakesOfIt)
+{
+    const std::wstring strStart = L"<v xmlns:i='http://www.w3.org/2001/XMLSchema-instance' "
+                                  L"xmlns:s='http://www.w3.org/2001/XMLSchema' xmlns:g='urn:goods' ";
+    const struct
+    {
+        const wchar_t* lpctTypeAndText;
+        const wchar_t* lpctValue;
+    } cases[] = {
+        {L">\n a  b </v>", L"\n a  b "},
+        {L"i:type='s:string'>\n a  b </v>", L"\n a  b "},
+        {L"i:type='s:normalizedString'>\n a  b </v>", L"  a  b "},
+        {L"i:type='s:token'>\n a  b </v>", L"a b"},
+        {L"i:type='s:int'> 1 </v>", L"1"},
+        {L"i:type='g:Sku'> A1 </v>", L"A1"},
+        {L"i:type='s:QName'> g:x </v>", L"g:x"},
+    };
+    for (const auto& c : cases)
+    {
+        CValue value(L"v");
+        value.FromXml((strStart + c.lpctTypeAndText).c_str(), {});
+        EXPECT_EQ(value.GetValue(), c.lpctValue) << ::testing::PrintToString(std::wstring(c.lpctTypeAndText));
+    }
+}
+
 TEST(TypedValue, SaysWhatIsWrong)
 {
     const std::wstring strStart = L"<v xmlns:i='http://www.w3.org/2001/XMLSchema-instance' "

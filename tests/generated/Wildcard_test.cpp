@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using namespace QvXmlLib9;
 
 namespace
@@ -113,6 +115,45 @@ TEST(Wildcard, ChecksContentByWhatIsKnown)
         EXPECT_EQ(IsTaken(MakeWildcard(&s_known, false), c.lpctDocument), c.bLax);
         EXPECT_EQ(IsTaken(MakeWildcard(&s_known, true), c.lpctDocument), c.bStrict);
     }
+    EXPECT_FALSE(IsCheckingOnly());
+}
+
+namespace
+{
+
+/// Remembers how it was read.
+class CWitness : public CXmlObjectBase
+{
+public:
+    explicit CWitness(const wchar_t*)
+        : CInstanceMonitor(L"CWitness")
+    {
+    }
+    CXmlObjectBase* GetBase() override { return this; }
+    std::wstring GetNamespace() const override { return {}; }
+
+    static std::vector<bool> s_checkingOnly;
+
+protected:
+    std::wstring GetTargetNamespace() const override { return {}; }
+    void ToXml_Int(CXmlWriter*, bool, const wchar_t*, const CXmlSerializationContext&, bool) const override {}
+    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement*, const CXmlSerializationContext&, bool) override
+    {
+        s_checkingOnly.push_back(IsCheckingOnly());
+        return nullptr;
+    }
+};
+
+std::vector<bool> CWitness::s_checkingOnly;
+
+} // namespace
+
+TEST(Wildcard, MakesNoObjectsOfWhatIsOnlyChecked)
+{
+    static constexpr SAlternative s_witness[] = {{true, L"", L"witness", &CreateObject<CWitness>}};
+    static constexpr SKnownDeclarations s_declarations{{s_witness, 1}, nullptr, 0};
+    EXPECT_TRUE(IsTaken(MakeWildcard(&s_declarations, false), L"<other><witness/><witness/></other>"));
+    EXPECT_EQ(CWitness::s_checkingOnly, (std::vector<bool>{true, true}));
     EXPECT_FALSE(IsCheckingOnly());
 }
 

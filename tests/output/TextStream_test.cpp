@@ -137,6 +137,25 @@ TEST(TextStream, Utf16BytesOfSeveralBlocksAreThoseOfTheWholeText)
     EXPECT_EQ(expected, BytesOf(stream.GetBinaryData()));
 }
 
+TEST(TextStream, Utf16BytesOfLongTextAreThoseOfItsUnits)
+{
+    // Blocks that are full are packed, those of ASCII by one octet a unit.
+    for (const std::size_t nLength : {100, 4096, 50000, 200000})
+    {
+        std::wstring strText;
+        for (std::size_t n = 0; n < nLength; ++n)
+            strText += static_cast<wchar_t>(n % 9000 == 8999 ? 0x20AC : L'a' + n % 26);
+        CTextStream stream(Encoding_UTF16);
+        Bytes expected;
+        for (const wchar_t c : strText)
+        {
+            stream.AppendUnit(c);
+            expected.insert(expected.end(), {static_cast<int>(c & 0xFF), static_cast<int>(c >> 8)});
+        }
+        EXPECT_EQ(expected, BytesOf(stream.GetBinaryData())) << nLength;
+    }
+}
+
 namespace
 {
 

@@ -915,6 +915,35 @@ TEST(XmlTextWriter, OneRecordLivesForEachOpenElementAndIsCountedOnce)
     EXPECT_EQ(nWriters, CountInstances(L"CXmlTextWriter").nLiving);
 }
 
+TEST(XmlTextWriter, ADocumentHasTheLayoutThatIsSetAheadOfIt)
+{
+    CTextStream stream;
+    CXmlTextWriter writer(&stream);
+    const struct
+    {
+        bool bFormatted;
+        EOLType eEOLType;
+        const wchar_t* lpctText;
+    } documents[] = {{true, EOLType_CRLF, L"<a>\r\n\t<b>\r\n\t\t<c/>\r\n\t</b>\r\n</a>\r\n"},
+                     {true, EOLType_LF, L"<a>\n\t<b>\n\t\t<c/>\n\t</b>\n</a>\n"},
+                     {false, EOLType_LF, L"<a><b><c/></b></a>"},
+                     {false, EOLType_CRLF, L"<a><b><c/></b></a>"},
+                     {true, EOLType_CRLF, L"<a>\r\n\t<b>\r\n\t\t<c/>\r\n\t</b>\r\n</a>\r\n"}};
+    for (const auto& document : documents)
+    {
+        writer.Open();
+        writer.SetEOLType(document.eEOLType);
+        writer.SetFormatted(document.bFormatted);
+        writer.StartElement(L"a", L"");
+        writer.StartElement(L"b", L"");
+        Leaf(writer, L"c", L"");
+        writer.EndElement();
+        writer.EndElement();
+        writer.Close();
+        EXPECT_TEXT(document.lpctText, stream.GetText());
+    }
+}
+
 TEST(XmlTextWriter, AMillionOpenElementsAreGivenUpWithoutRecursion)
 {
     const long nBefore = CountInstances(L"CXmlWriterContext").nLiving;

@@ -588,12 +588,18 @@ void ReadAsEveryKind(const std::wstring& strText, CWhitespaceUtils::WhitespaceRu
 
 TEST(Conversions, UnknownRuleFailsForEveryKind)
 {
-    const auto eUnknown = static_cast<CWhitespaceUtils::WhitespaceRule>(4);
-    QvTest::ExpectThrows<CQvException>(L"Unknown WhitespaceRule", [&] { CConversions::i4FromString(L"1", eUnknown); });
-    QvTest::ExpectThrows<CQvException>(L"Unknown WhitespaceRule",
-                                       [&] { CConversions::stringFromString(L"a", eUnknown); });
-    QvTest::ExpectThrows<CQvException>(L"Unknown WhitespaceRule",
-                                       [&] { CConversions::dateFromString(L"2001", eUnknown); });
+    for (const int nRule : {-1, 4})
+    {
+        const auto eUnknown = static_cast<CWhitespaceUtils::WhitespaceRule>(nRule);
+        const auto fnExpectFails = [](const auto& fnRead)
+        {
+            QvTest::ExpectThrows<CQvException>(L"Unknown WhitespaceRule", fnRead);
+        };
+        fnExpectFails([&] { CConversions::i4FromString(L"1", eUnknown); });
+        fnExpectFails([&] { CConversions::r8FromString(L"1", eUnknown); });
+        fnExpectFails([&] { CConversions::stringFromString(L"a", eUnknown); });
+        fnExpectFails([&] { CConversions::dateFromString(L"2001", eUnknown); });
+    }
 }
 
 TEST(Conversions, TextsOfAMillionCharactersEndInAValueOrAFailure)

@@ -642,6 +642,22 @@ TEST(QvVariant, RefersToAStringOnlyWhereItMayBorrow)
         EXPECT_EQ(strText, L"owned by somebody else");
 }
 
+TEST(QvVariant, RefersToUtf8OnlyWhereItMayBorrow)
+{
+    std::string strOwner = "gr\xC3\xBCn";
+    QvVariant borrower;
+    borrower.LetBorrow();
+    borrower.SetStringRef(std::string_view(strOwner));
+    QvVariant keeper;
+    keeper.SetStringRef(std::string_view(strOwner));
+    std::string_view svUtf8;
+    EXPECT_TRUE(borrower.GetUtf8(svUtf8));
+    EXPECT_EQ(svUtf8.data(), strOwner.data());
+    EXPECT_FALSE(keeper.GetUtf8(svUtf8));
+    strOwner = "red!!";
+    EXPECT_TEXT(L"gr\u00FCn", keeper.GetString());
+}
+
 TEST(QvVariant, ForgetsABorrowedStringWithoutTouchingIt)
 {
     const std::wstring strOwner = L"a text that is too long for the string itself";

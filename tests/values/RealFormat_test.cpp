@@ -37,7 +37,8 @@ TEST(RealFormat, FormatsOfOneNumberPrint)
 
 TEST(RealFormat, FormatsOfAnythingElsePrintNothing)
 {
-    for (const wchar_t* const lpctFormat : {L"%d", L"%s", L"%", L"%.2", L"%*f", L"%.*f", L"%f %f", L"%n", L"%a"})
+    for (const wchar_t* const lpctFormat :
+         {L"%d", L"%s", L"%", L"%.2", L"%*f", L"%.*f", L"%f %f", L"%n", L"%a", L"%/2f", L"/.2f%"})
     {
         SCOPED_TRACE(QvTest::Show(lpctFormat));
         std::wstring strText = L"=";

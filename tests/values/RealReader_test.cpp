@@ -20,6 +20,34 @@ TEST(RealReader, RealNumbersReadToTheNearestDouble)
     EXPECT_EQ(ReadReal(lpctWord).pStop, lpctWord);
 }
 
+TEST(RealReader, ExponentsOfAnyNumberOfDigitsMoveThePoint)
+{
+    const struct
+    {
+        const wchar_t* lpctText;
+        double dValue;
+    } rows[] = {{L"1e0", 1e0},
+                {L"1e9", 1e9},
+                {L"1e10", 1e10},
+                {L"1e+11", 1e11},
+                {L"1e010", 1e10},
+                {L"1e22", 1e22},
+                {L"1e23", 1e23},
+                {L"123.5e15", 123.5e15},
+                {L"1e-10", 1e-10},
+                {L"1E-22", 1e-22},
+                {L"-7.25e-19", -7.25e-19},
+                {L"1e100", 1e100},
+                {L"1e-100", 1e-100},
+                {L"12345e-300", 12345e-300}};
+    for (const auto& row : rows)
+    {
+        const SNumberText<double> number = ReadReal(row.lpctText);
+        EXPECT_EQ(number.value, row.dValue) << QvTest::Show(row.lpctText);
+        EXPECT_EQ(*number.pStop, 0) << QvTest::Show(row.lpctText);
+    }
+}
+
 TEST(RealReader, WhatFitsNoDoubleIsInfiniteOrZero)
 {
     constexpr double dInfinity = std::numeric_limits<double>::infinity();
