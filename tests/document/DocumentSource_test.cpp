@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -46,10 +47,13 @@ TEST(DocumentSource, BytesOfTheCallerAreNotCopied)
     EXPECT_EQ(4u, source.GetData().size());
 }
 
+// No length is longer where sizes have 32 bits.
+#if SIZE_MAX > 0xFFFFFFFF
 TEST(DocumentSource, ALengthOfMoreThan32BitsIsCutToItsLowWord)
 {
     EXPECT_EQ(2u, CDocumentSource::FromMemory("<a/>", 0x100000002).GetData().size());
 }
+#endif
 
 TEST(DocumentSource, TextBecomesUtf16WithAMark)
 {
