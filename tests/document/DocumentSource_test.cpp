@@ -67,7 +67,7 @@ TEST(DocumentSource, AFileIsReadWholeAndClosed)
 {
     const CTempDir dir;
     const std::size_t nOpenFiles = QvTest::CountOpenFiles();
-    for (const std::size_t nBytes : {0, 1, 300000})
+    for (const std::size_t nBytes : {0u, 1u, 300000u})
     {
         const std::string strBytes(nBytes, 'x');
         QvTest::WriteFileBytes(dir.PathOf("a"), strBytes);
