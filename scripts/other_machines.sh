@@ -2,7 +2,7 @@
 # Builds Quiver for machines that store numbers otherwise than those at hand and runs its tests there, under qemu, on Debian 12.
 #
 #   scripts/other_machines.sh [MACHINE ...]     machines: s390x (64 bits, big-endian), armhf (32 bits, little-endian); both by
-#                                               default
+#                                               default. libcxx is this machine with another C++ library, that of clang
 #
 # The compilers are Debian's cross compilers; the libraries are Debian's packages for the machine, unpacked into a prefix
 # outside of the checkout, QUIVER_MACHINES, by default ~/.cache/quiver/machines.
@@ -60,6 +60,32 @@ fetch()
     touch "$prefix/.complete"
 }
 
+# Builds GoogleTest with the C++ library of clang, from the sources that Debian packs.
+fetch_libcxx()
+{
+    local prefix=$machines/libcxx
+    [ ! -e "$prefix/.complete" ] || return 0
+    echo "other_machines: building GoogleTest"
+    local build
+    build=$(mktemp -d)
+    rm -rf "$prefix"
+    cmake -G Ninja -S /usr/src/googletest -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=clang++ \
+        -DCMAKE_CXX_FLAGS=-stdlib=libc++ -DCMAKE_INSTALL_PREFIX="$prefix" >/dev/null
+    cmake --build "$build" --target install >/dev/null
+    rm -rf "$build"
+    touch "$prefix/.complete"
+}
+
+# Builds and tests with clang and its C++ library.
+try_libcxx()
+{
+    fetch_libcxx
+    export QUIVER_MACHINE_PREFIX=$machines/libcxx
+    scripts/build.sh libcxx
+    # Left out: the commands of the pages, which compile programs with the other library.
+    ctest --preset libcxx -j "$(nproc)" -E '^page_' ${QUIVER_MACHINE_TESTS:+-R "$QUIVER_MACHINE_TESTS"}
+}
+
 # Builds and tests: MACHINE TRIPLET
 try()
 {
@@ -79,6 +105,7 @@ for machine in "$@"; do
     case "$machine" in
     s390x) try s390x s390x-linux-gnu ;;
     armhf) try armhf arm-linux-gnueabihf ;;
-    *) fail "there is no machine '$machine'; the machines are s390x and armhf" ;;
+    libcxx) try_libcxx ;;
+    *) fail "there is no machine '$machine'; the machines are s390x, armhf and libcxx" ;;
     esac
 done

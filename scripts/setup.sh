@@ -14,8 +14,9 @@ if [ "${1:-}" = "--checks" ]; then
     packages+=(libxml2-utils libxerces-c-dev bc binutils gdb lintian doxygen valgrind)
 fi
 if [ "${1:-}" = "--machines" ]; then
-    # What building for other machines, and running there, needs beside.
+    # What building for other machines, and running there, needs beside; and for another C++ library.
     packages+=(g++-s390x-linux-gnu g++-arm-linux-gnueabihf qemu-user-static)
+    packages+=(clang libc++-14-dev libc++abi-14-dev googletest)
 fi
 if [ "${1:-}" = "--windows" ]; then
     # What building for Windows, and running there, needs beside.

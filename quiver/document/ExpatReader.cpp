@@ -27,6 +27,9 @@ namespace
 /// The parser copies what it is given, so it gets a long document in pieces that stay in the processor's cache.
 constexpr std::size_t s_nPiece = 0x10000;
 
+/// What the parser gives where there is no index.
+constexpr XML_Index s_nNoIndex = -1;
+
 constexpr XML_Char s_szNamespaceSeparator[] = "|";
 
 // A prefix stands for a namespace of any length, and a document type declaration gives attributes to elements of four
@@ -158,7 +161,7 @@ void CExpatReader::Give(std::string_view piece, bool bFinal)
         CheckPrefixes(m_nUnfinishedPrefixes + CountColons(piece));
     Run(piece, bFinal);
     const XML_Index nToken = XML_GetCurrentByteIndex(m_parser.get());
-    m_nUnfinished = nToken < 0 ? 0 : m_nGiven - static_cast<std::size_t>(nToken);
+    m_nUnfinished = nToken == s_nNoIndex ? 0 : GetBytesBehind(m_nGiven, nToken);
     if (!HasLongNamespace())
         return;
     if (m_nUnfinished <= piece.size())
@@ -238,7 +241,10 @@ std::size_t CExpatReader::CountPrefixesAhead() const
     const char* const pBuffer = XML_GetInputContext(m_parser.get(), &nOffset, &nSize);
     // A parser that does not show its input leaves no more to say than that names take more than a byte.
     if (pBuffer == nullptr)
-        return m_nGiven - static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser.get()), 0));
+    {
+        const XML_Index nTag = XML_GetCurrentByteIndex(m_parser.get());
+        return GetBytesBehind(m_nGiven, nTag == s_nNoIndex ? 0 : nTag);
+    }
     return CountColons(
         std::string_view(pBuffer, static_cast<std::size_t>(nSize)).substr(static_cast<std::size_t>(nOffset)));
 }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 struct XML_ParserStruct;
 
@@ -25,6 +26,15 @@ struct SExpatOptions
     /// The marks of CDATA sections become part of the text.
     bool bKeepCDATA;
 };
+
+/// How many of the bytes that the parser was given lie behind one of its indices. These may have fewer bits than a long
+/// document takes, and begin anew then.
+template <class Index>
+std::size_t GetBytesBehind(std::uint64_t nGiven, Index nIndex)
+{
+    using Bits = std::make_unsigned_t<Index>;
+    return static_cast<std::size_t>(static_cast<Bits>(static_cast<Bits>(nGiven) - static_cast<Bits>(nIndex)));
+}
 
 /// Runs expat over the input of a document and hands what expat reports to the builder of its tree. Lives for one parse.
 class CExpatReader : public CInstanceMonitor
@@ -84,7 +94,7 @@ private:
     const SExpatOptions m_options;
     std::unique_ptr<XML_ParserStruct, SParserDeleter> m_parser;
     /// Bytes given to the parser, and how many of them belong to a token whose end it has not seen yet.
-    std::size_t m_nGiven = 0;
+    std::uint64_t m_nGiven = 0;
     std::size_t m_nUnfinished = 0;
     /// How many prefixed names that token may have, once there is a long namespace; and the longest in units.
     std::size_t m_nUnfinishedPrefixes = 0;

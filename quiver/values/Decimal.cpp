@@ -3,16 +3,15 @@
 #include "quiver/foundation/Digits.h"
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/foundation/Functions.h"
+#include "quiver/values/NearestReal.h"
 #include "quiver/values/WhitespaceUtils.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -599,10 +598,7 @@ double CDecimal::ToDouble() const
     const std::wstring strWide = ToString();
     std::string strText(strWide.size(), '\0');
     std::transform(strWide.begin(), strWide.end(), strText.begin(), [](wchar_t c) { return static_cast<char>(c); });
-    double dValue = 0.0;
-    const std::from_chars_result result = std::from_chars(strText.data(), strText.data() + strText.size(), dValue);
-    // The only range failure that is left is a value too small.
-    return result.ec == std::errc() ? dValue : std::copysign(0.0, static_cast<double>(m_whole.m_sign));
+    return GetNearestReal<double>(strText);
 }
 
 CBigInteger CDecimal::ToBigInteger() const

@@ -1,17 +1,16 @@
 #include "quiver/values/RealReader.h"
 
 #include "quiver/foundation/Digits.h"
+#include "quiver/values/NearestReal.h"
 
 #include <algorithm>
 #include <cfloat>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 namespace QvXmlLib9
 {
@@ -19,7 +18,7 @@ namespace QvXmlLib9
 namespace
 {
 
-/// The ASCII characters of a number for std::from_chars. Nearly every number fits the room inside.
+/// The ASCII characters of a number. Nearly every number fits the room inside.
 class CAsciiText
 {
 public:
@@ -100,23 +99,9 @@ double ScaleExactly(const SDecimal& decimal)
                                  : dMantissa * s_powersOfTen[decimal.nExponent];
 }
 
-/// Whether the number is 1 or more, which tells what is too large for a double from what is too small.
-bool IsLarge(const SDecimal& decimal, std::string_view number)
+double ReadByCharacters(const wchar_t* pBegin, const wchar_t* pEnd)
 {
-    const std::string_view zeros = number.substr(0, number.find_first_not_of("0."));
-    return decimal.nExponent + decimal.nDigits > std::count(zeros.begin(), zeros.end(), '0');
-}
-
-/// @param pBegin, pEnd the text that `decimal` was read from.
-double ReadByCharacters(const wchar_t* pBegin, const wchar_t* pEnd, const SDecimal& decimal)
-{
-    const CAsciiText text(pBegin, pEnd);
-    const std::string_view number = text.Get();
-    double dValue = 0;
-    const std::from_chars_result result = std::from_chars(number.data(), number.data() + number.size(), dValue);
-    if (result.ec == std::errc::result_out_of_range)
-        return IsLarge(decimal, number) ? std::numeric_limits<double>::infinity() : 0;
-    return dValue;
+    return GetNearestReal<double>(CAsciiText(pBegin, pEnd).Get());
 }
 
 } // namespace
@@ -132,7 +117,7 @@ SNumberText<double> ReadReal(const wchar_t* lpctText)
         return {0, false, lpctText};
     ReadExponent(p, decimal);
 
-    const double dMagnitude = IsExact(decimal) ? ScaleExactly(decimal) : ReadByCharacters(pMantissa, p, decimal);
+    const double dMagnitude = IsExact(decimal) ? ScaleExactly(decimal) : ReadByCharacters(pMantissa, p);
     return {bNegative ? -dMagnitude : dMagnitude, std::isinf(dMagnitude), p};
 }
 

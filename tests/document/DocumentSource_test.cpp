@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -46,10 +47,13 @@ TEST(DocumentSource, BytesOfTheCallerAreNotCopied)
     EXPECT_EQ(4u, source.GetData().size());
 }
 
+// No length is longer where sizes have 32 bits.
+#if SIZE_MAX > 0xFFFFFFFF
 TEST(DocumentSource, ALengthOfMoreThan32BitsIsCutToItsLowWord)
 {
     EXPECT_EQ(2u, CDocumentSource::FromMemory("<a/>", 0x100000002).GetData().size());
 }
+#endif
 
 TEST(DocumentSource, TextBecomesUtf16WithAMark)
 {
@@ -63,7 +67,7 @@ TEST(DocumentSource, AFileIsReadWholeAndClosed)
 {
     const CTempDir dir;
     const std::size_t nOpenFiles = QvTest::CountOpenFiles();
-    for (const std::size_t nBytes : {0, 1, 300000})
+    for (const std::size_t nBytes : {0u, 1u, 300000u})
     {
         const std::string strBytes(nBytes, 'x');
         QvTest::WriteFileBytes(dir.PathOf("a"), strBytes);

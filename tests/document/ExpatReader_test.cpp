@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -685,5 +686,20 @@ TEST(ExpatReader, TokensLongerThanAPieceOfTheInputAreReadWhole)
         EXPECT_EQ(pRoot->GetAttribute(L"a", L"").size(), nLength);
         EXPECT_EQ(pRoot->GetFirstElement()->GetLocalName().size(), nLength);
         EXPECT_EQ(pRoot->GetText().size(), nLength);
+    }
+}
+
+TEST(ExpatReader, WhatIsUnfinishedIsToldByIndicesOfAnyWidth)
+{
+    constexpr std::uint64_t nTwoGigabytes = std::uint64_t{1} << 31;
+    for (const std::uint64_t nToken : {std::uint64_t{0}, std::uint64_t{100}, nTwoGigabytes - 8, nTwoGigabytes,
+                                       2 * nTwoGigabytes - 8, 2 * nTwoGigabytes + 100, 5 * nTwoGigabytes - 8})
+    {
+        SCOPED_TRACE(nToken);
+        for (const unsigned nBehind : {0u, 16u, 200000u})
+        {
+            EXPECT_EQ(nBehind, QvXmlLib9::GetBytesBehind(nToken + nBehind, static_cast<std::int64_t>(nToken)));
+            EXPECT_EQ(nBehind, QvXmlLib9::GetBytesBehind(nToken + nBehind, static_cast<std::int32_t>(nToken)));
+        }
     }
 }

@@ -525,7 +525,7 @@ TEST(XmlDocument, TokensOfManyChunksLoadWhateverComesBehindThem)
 {
     const CTempDir dir;
     // Lengths at which the last chunks come before, with and after the moment when the parser looks at the token again.
-    for (const std::size_t nChunks : {2, 3, 4, 5, 7, 8, 9, 31, 32, 33})
+    for (const std::size_t nChunks : {2u, 3u, 4u, 5u, 7u, 8u, 9u, 31u, 32u, 33u})
     {
         SCOPED_TRACE(nChunks);
         const std::string strLong(nChunks * s_nChunk - 100, 'n');

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 using namespace QvXmlLib9;
 using QvTest::Octets;
 using QvTest::OctetsOf;
@@ -195,9 +197,11 @@ TEST(FIOctetWriter, LengthsThatHaveNoFormAreRefused)
     {
         QvTest::ExpectThrows<CQvException>(L"Failed to write FastInfoset. A string of octets must not be empty.",
                                            [&] { Written([&](CFIOctetWriter& writer) { (writer.*pfnWrite)(0, 0); }); });
+#if SIZE_MAX > 0xFFFFFFFF // no string is longer where sizes have 32 bits
         QvTest::ExpectThrows<CQvException>(
             L"Failed to write FastInfoset. A string of octets is too long.",
             [&] { Written([&](CFIOctetWriter& writer) { (writer.*pfnWrite)(0, 0x100000000); }); });
+#endif
     }
 }
 

@@ -142,7 +142,7 @@ TEST(FIRepetition, ChildrenUnderALongNamespaceAreReadBack)
         };
         const std::size_t nOctets = WriteAndRead(nChildren, calls, check);
         // Names are written out again where the proportion asks for it, and that is seldom.
-        EXPECT_LT(nOctets, static_cast<std::size_t>(nChildren) * 4 + nChildren * nLength / 16);
+        EXPECT_LT(nOctets, static_cast<std::size_t>(nChildren * 4 + nChildren * nLength / 16));
     }
 }
 

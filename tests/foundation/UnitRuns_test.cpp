@@ -48,7 +48,7 @@ TEST(UnitRuns, EveryUnitIsPlainOrEndsTheRunAtEveryPlace)
             {
                 std::wstring strText(nLength, L'x');
                 strText[nAt] = c;
-                ExpectPlainCopied(strText, IsPlain(c) ? nLength : nAt);
+                ExpectPlainCopied(strText, IsPlain(static_cast<char32_t>(c)) ? nLength : nAt);
             }
         }
     }

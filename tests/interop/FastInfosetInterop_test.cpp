@@ -162,8 +162,8 @@ std::string ManyNamespaces()
 std::string Lengths()
 {
     std::string strXml = "<root>";
-    for (const std::size_t nLength :
-         {1, 2, 3, 4, 8, 9, 10, 63, 64, 65, 66, 258, 259, 260, 264, 265, 266, 320, 321, 322, 1000, 70000})
+    for (const std::size_t nLength : {1u,   2u,   3u,   4u,   8u,   9u,   10u,  63u,  64u,  65u,   66u,
+                                      258u, 259u, 260u, 264u, 265u, 266u, 320u, 321u, 322u, 1000u, 70000u})
     {
         const std::string strText(nLength, 'x');
         const std::string strName = "n" + std::string(nLength < 1000 ? nLength - 1 : 999, 'y');

@@ -117,8 +117,7 @@ class CSample
 {
 public:
     explicit CSample(SBinding& binding)
-        : m_binding(binding)
-        , m_make(binding)
+        : m_make(binding)
     {
     }
 
@@ -276,7 +275,6 @@ private:
         m_make.Root("Note", "note", *m_pNote).strUri.clear();
     }
 
-    SBinding& m_binding;
     CBindingMaker m_make;
     SSimpleType* m_pInt = nullptr;
     SSimpleType* m_pString = nullptr;

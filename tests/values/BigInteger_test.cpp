@@ -398,9 +398,10 @@ TEST(BigIntegerAdd, EqualMagnitudesOfOppositeSignGiveThePlainZero)
 TEST(BigIntegerAdd, WorksOnItself)
 {
     CBigInteger value(L"-75");
-    value += value;
+    const CBigInteger& same = value;
+    value += same;
     EXPECT_EQ(value.ToString(), L"-150");
-    value -= value;
+    value -= same;
     EXPECT_EQ(value.ToString(), L"0");
     EXPECT_FALSE(IsNegativeZero(value));
 }
@@ -538,9 +539,10 @@ TEST(BigIntegerDivide, WorksOnItself)
     CBigInteger value(L"-123456789012345678901234567890");
     CBigInteger positive = value.GetAbs();
     EXPECT_EQ((value / value).ToString(), L"1");
-    positive /= positive;
+    const CBigInteger& same = positive;
+    positive /= same;
     EXPECT_EQ(positive.ToString(), L"1");
-    positive %= positive;
+    positive %= same;
     EXPECT_EQ(positive.ToString(), L"0");
 }
 

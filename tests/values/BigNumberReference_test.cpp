@@ -4,12 +4,12 @@
 #include "quiver/foundation/Exceptions.h"
 #include "quiver/values/BigInteger.h"
 #include "quiver/values/Decimal.h"
+#include "tests/support/NearestDouble.h"
 
 #include <gmpxx.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -21,15 +21,6 @@ namespace QvXmlLib9
 {
 namespace
 {
-
-/// The double nearest to a decimal text, in any locale.
-double ReadDouble(const std::wstring& strText)
-{
-    const std::string strNarrow(strText.begin(), strText.end());
-    double dValue = 0;
-    std::from_chars(strNarrow.data(), strNarrow.data() + strNarrow.size(), dValue);
-    return dValue;
-}
 
 std::wstring Widen(const std::string& str)
 {
@@ -572,7 +563,7 @@ void CompareConversions(const CDecimal& value, const SModelDecimal& model)
         EXPECT_EQ(value.ToLong(), rounded.get_si());
     }
     const std::wstring strText = model.Text();
-    EXPECT_EQ(value.ToDouble(), ReadDouble(strText));
+    EXPECT_EQ(value.ToDouble(), QvTest::ReadDouble(std::string(strText.begin(), strText.end())));
 }
 
 /// All operations on one pair of decimals.

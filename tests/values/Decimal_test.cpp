@@ -491,13 +491,14 @@ TEST(DecimalAdd, IncrementsAndDecrements)
 TEST(DecimalAdd, WorksOnItself)
 {
     CDecimal value(L"-1.75");
-    value += value;
+    const CDecimal& same = value;
+    value += same;
     EXPECT_EQ(value.ToString(), L"-3.5");
-    value *= value;
+    value *= same;
     EXPECT_EQ(value.ToString(), L"12.25");
-    value /= value;
+    value /= same;
     EXPECT_EQ(value.ToString(), L"1");
-    value -= value;
+    value -= same;
     EXPECT_EQ(value.ToString(), L"0");
 }
 

@@ -95,6 +95,18 @@ TEST(SchemaValues, AreComparedAsTheirTypesAre)
             << GetBuiltinName(row.eType) << " " << row.lpctA << " and " << row.lpctB;
 }
 
+TEST(SchemaValues, AreTooLargeOrTooSmallByAllTheirDigits)
+{
+    const std::string strZeros(400, '0');
+    for (const E eType : {E::Float, E::Double})
+    {
+        EXPECT_TRUE(CompareValues(eType, "1" + strZeros + "e-1", "INF") == EComparison::Equal);
+        EXPECT_TRUE(CompareValues(eType, "-1" + strZeros + "e-1", "-INF") == EComparison::Equal);
+        EXPECT_TRUE(CompareValues(eType, "0." + strZeros + "1", "0") == EComparison::Equal);
+        EXPECT_TRUE(CompareValues(eType, "0." + strZeros + "1e5", "-0") == EComparison::Equal);
+    }
+}
+
 TEST(SchemaValues, HaveOneKeyForEachValue)
 {
     const SNamespaceScope scope{nullptr, {{"p", "u"}, {"q", "u"}, {"r", "v"}}};

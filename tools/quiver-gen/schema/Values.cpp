@@ -1,5 +1,6 @@
 #include "tools/quiver-gen/schema/Values.h"
 
+#include "quiver/values/NearestReal.h"
 #include "tools/quiver-gen/schema/Text.h"
 
 #include <algorithm>
@@ -147,11 +148,8 @@ TFloat ParseFloating(std::string_view svText)
     const bool bNegative = svText.front() == '-';
     if (bNegative || svText.front() == '+')
         svText.remove_prefix(1);
-    TFloat value = std::numeric_limits<TFloat>::infinity();
-    const auto [pStop, eError] = std::from_chars(svText.data(), svText.data() + svText.size(), value);
-    // Too small or too large: which of both, the exponent's sign tells.
-    if (eError == std::errc::result_out_of_range)
-        value = svText.find("-") != std::string_view::npos ? TFloat(0) : std::numeric_limits<TFloat>::infinity();
+    const TFloat value =
+        svText == "INF" ? std::numeric_limits<TFloat>::infinity() : QvXmlLib9::GetNearestReal<TFloat>(svText);
     return bNegative ? -value : value;
 }
 
