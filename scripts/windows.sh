@@ -225,7 +225,7 @@ test()
         passed=$((passed + ${through:-0}))
         [ -n "$started" ] && [ "$started" = "$through" ] || failed+=("$name: ${through:-0} of ${started:-?}")
     done
-    in_time_zones "$logs" || failed+=("DateTimeWin32_test: not all in other time zones")
+    in_time_zones "$logs" || failed+=("LocalTime_test: not all in other time zones")
     for name in "${failed[@]}"; do
         echo "windows: failed in $logs/${name/: */.log}: ${name#*: } tests passed" >&2
         grep -E '^\[  FAILED  \] [^ ]+( \(|,|$)' "$logs/${name/: */.log}" | sort -u >&2 || true
@@ -241,7 +241,7 @@ in_time_zones()
 {
     local zone seconds
     while read -r zone seconds; do
-        TZ=$zone QUIVER_ZONE_OFFSET=$seconds wine build/mingw/tests/DateTimeWin32_test.exe >"$1/zone.log" 2>&1 </dev/null || true
+        TZ=$zone QUIVER_ZONE_OFFSET=$seconds wine build/mingw/tests/LocalTime_test.exe >"$1/zone.log" 2>&1 </dev/null || true
         grep -q '^\[  PASSED  \] 5 tests' "$1/zone.log" || { cat "$1/zone.log" >&2; return 1; }
     done <<<'Pacific/Auckland 46800
 America/New_York -18000

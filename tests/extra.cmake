@@ -26,13 +26,12 @@ if(NOT WIN32 AND NOT QUIVER_SANITIZE AND NOT QUIVER_DIAGNOSTICS)
     add_custom_target(quiver_test_locale DEPENDS "${_locale_file}")
 
     file(GLOB _value_tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/values/*_test.cpp")
-    list(FILTER _value_tests EXCLUDE REGEX "Win32_test\\.cpp$")
     foreach(_source ${_value_tests} "${CMAKE_CURRENT_SOURCE_DIR}/foundation/Functions_test.cpp")
         get_filename_component(_name "${_source}" NAME_WE)
         add_dependencies(${_name} quiver_test_locale)
         add_test(NAME ${_name}.German_Auckland COMMAND ${_name})
         set_tests_properties(${_name}.German_Auckland PROPERTIES TIMEOUT 600
-            ENVIRONMENT "LOCPATH=${_locale_directory};LC_ALL=de_DE.UTF-8;TZ=Pacific/Auckland")
+            ENVIRONMENT "LOCPATH=${_locale_directory};LC_ALL=de_DE.UTF-8;TZ=Pacific/Auckland;QUIVER_ZONE_OFFSET=46800")
     endforeach()
 endif()
 
