@@ -7,7 +7,7 @@
 #   dependencies    builds the libraries that Quiver needs there
 #   build           builds everything: the library, the tools, the examples and the tests
 #   try             runs the tools, the examples, and the inputs that the fuzzers have found
-#   test            runs every test program, and says which tests of Linux Windows has not
+#   test            runs every test program, and compares the tests with those of Linux: they are as many
 #   hygiene         compiles the public headers, the sources and generated classes with the warnings about what other
 #                   compilers would not take
 #   zip             packs what a user of Windows needs, and builds and runs a program with what it unpacks
@@ -304,6 +304,8 @@ compare_with_linux()
             for (i = 1; i <= entries; ++i)
                 if (!used[i]) complain("tests/windows.txt lists " names[i] " for nothing")
             printf "windows: Linux has %d tests; %d of them are not here, and %d are here alone: tests/windows.txt\n", there, lacking, more
+            # What one system alone can do has its counterpart on the other.
+            if (there != here) complain("Linux has " there " tests, and Windows " here)
             exit bad > 0
         }' "$1" "$linux" || { echo "windows: the tests are not those of Linux" >&2; return 1; }
     echo "windows: they are in $programs programs there"
