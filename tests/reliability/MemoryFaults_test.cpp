@@ -305,8 +305,8 @@ bool IsQuickWhenFresh(std::string_view svOperation)
     return svOperation == "invoice, from octets";
 }
 
-/// From one allocation that fails in a fresh process to the next. A process takes long to begin where it is not Linux's own.
-#if defined(_WIN32) || defined(__SANITIZE_ADDRESS__)
+/// From one allocation that fails in a fresh process to the next. Under Wine a process takes long to begin.
+#if defined(_WIN32)
 constexpr long s_nFreshStep = 13;
 #else
 constexpr long s_nFreshStep = 5;
