@@ -21,6 +21,7 @@ fi
 if [ "${1:-}" = "--windows" ]; then
     # What building for Windows, and running there, needs beside.
     packages+=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 dpkg-dev m4 make zip)
+    packages+=(clang default-jdk-headless libfastinfoset-java)
 fi
 
 fail()

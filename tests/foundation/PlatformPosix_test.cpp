@@ -11,7 +11,6 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
-#include <vector>
 
 // What can only be brought about on POSIX; the rest of the platform's tests run everywhere.
 
@@ -157,21 +156,6 @@ TEST(PlatformPosix, ReportsThatTooManyFilesAreOpen)
     EXPECT_EQ(4u, GetLastError());
 }
 
-TEST(PlatformPosix, TakesFileNamesInUtf16)
-{
-    const CTempDir dir;
-    const std::wstring strDir = dir.NameOf("");
-    for (const wchar_t* lpctName : {L"\xE4\x20AC\xD83D\xDE00", L"\xE4\x20AC\U0001F600"})
-    {
-        const CHandle hFile(CreateFileForWriting((strDir + lpctName).c_str(), false));
-        ASSERT_TRUE(hFile.IsOpen());
-    }
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("")))
-        names.push_back(entry.path().filename().string());
-    EXPECT_EQ(std::vector<std::string>{"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"}, names);
-}
-
 TEST(PlatformPosix, AFileThatShrinksGivesFewerBytes)
 {
     const CTempDir dir;
@@ -283,36 +267,11 @@ TEST(PlatformPosix, FilesWithoutOffsetsAreReadAndWrittenInOrder)
     EXPECT_EQ(strBytes, strRead);
 }
 
-namespace
-{
-
-std::wstring s_strSunk;
-
-} // namespace
-
 TEST(PlatformPosix, ErrorBoxGoesToStandardErrorWithItsCaptionFirst)
 {
     ::testing::internal::CaptureStderr();
     ShowErrorBox(L"text \xE4\xD83D\xDE00", L"caption");
     EXPECT_EQ("caption\ntext \\u00E4\\uD83D\\uDE00\n", ::testing::internal::GetCapturedStderr());
-}
-
-TEST(PlatformPosix, DebugOutputGoesToTheSinkAndElsewhereInDiagnosticBuildsOnly)
-{
-    ::testing::internal::CaptureStderr();
-    OutputDebug(L"text");
-    const PfnDebugOutput pfnOld = SetDebugOutputSink([](const wchar_t* lpctText) { s_strSunk = lpctText; });
-    EXPECT_TRUE(IsDebugOutputOn());
-    OutputDebug(L"sunk");
-    SetDebugOutputSink(pfnOld);
-    EXPECT_TEXT(L"sunk", s_strSunk);
-#if defined(QUIVER_DIAGNOSTICS)
-    EXPECT_TRUE(IsDebugOutputOn());
-    EXPECT_EQ("text", ::testing::internal::GetCapturedStderr());
-#else
-    EXPECT_FALSE(IsDebugOutputOn());
-    EXPECT_EQ("", ::testing::internal::GetCapturedStderr());
-#endif
 }
 
 TEST(PlatformPosix, LongReportsArriveWhole)

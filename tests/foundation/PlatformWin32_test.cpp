@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <string>
 #include <thread>
-#include <vector>
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -129,20 +128,6 @@ TEST(PlatformWin32, AFileThatIsBeingWrittenIsNobodyElses)
     EXPECT_EQ(ERROR_SHARING_VIOLATION, Platform::GetLastError());
 }
 
-TEST(PlatformWin32, TakesFileNamesInUtf16)
-{
-    const CTempDir dir;
-    const std::wstring strName = L"\xE4\x20AC\xD83D\xDE00";
-    {
-        const CHandle hFile(Platform::CreateFileForWriting((dir.NameOf("") + strName).c_str(), false));
-        ASSERT_TRUE(hFile.IsOpen());
-    }
-    std::vector<std::wstring> names;
-    for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("")))
-        names.push_back(entry.path().filename().wstring());
-    EXPECT_EQ(std::vector<std::wstring>{strName}, names);
-}
-
 TEST(PlatformWin32, AFileThatIsBeingReadCannotShrink)
 {
     const CTempDir dir;
@@ -245,21 +230,6 @@ TEST(PlatformWin32, ErrorBoxGoesToTheSinkAsItIs)
     Platform::ShowErrorBox(L"text \xE4\xD83D\xDE00", L"caption");
     Platform::SetMessageBoxSink(pfnOld);
     EXPECT_TEXT(L"caption\ntext \xE4\xD83D\xDE00", s_strSunk);
-}
-
-TEST(PlatformWin32, DebugOutputGoesToTheSinkAndElsewhereInDiagnosticBuildsOnly)
-{
-    const Platform::PfnDebugOutput pfnOld =
-        Platform::SetDebugOutputSink([](const wchar_t* lpctText) { s_strSunk = lpctText; });
-    EXPECT_TRUE(Platform::IsDebugOutputOn());
-    Platform::OutputDebug(L"sunk");
-    Platform::SetDebugOutputSink(pfnOld);
-    EXPECT_TEXT(L"sunk", s_strSunk);
-#if defined(QUIVER_DIAGNOSTICS)
-    EXPECT_TRUE(Platform::IsDebugOutputOn());
-#else
-    EXPECT_FALSE(Platform::IsDebugOutputOn());
-#endif
 }
 
 TEST(PlatformWin32, LongReportsArriveWhole)

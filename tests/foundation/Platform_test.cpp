@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 using namespace QvXmlLib9::Platform;
 using QvTest::BeginRead;
@@ -129,6 +130,22 @@ TEST(Platform, CreatingEmptiesTheFileThatIsThere)
         EXPECT_TRUE(WriteSync(hFile, "new"));
     }
     EXPECT_EQ("new", ReadFileBytes(dir.PathOf("file")));
+}
+
+TEST(Platform, TakesFileNamesInUtf16)
+{
+    const CTempDir dir;
+    const std::wstring strDir = dir.NameOf("");
+    // The second is the same where a character of wchar_t is a code unit, and UTF-32 elsewhere.
+    for (const wchar_t* const lpctName : {L"\xE4\x20AC\xD83D\xDE00", L"\xE4\x20AC\U0001F600"})
+    {
+        const CHandle hFile(CreateFileForWriting((strDir + lpctName).c_str(), false));
+        ASSERT_TRUE(hFile.IsOpen());
+    }
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.PathOf("")))
+        names.push_back(entry.path().filename().u8string());
+    EXPECT_EQ(std::vector<std::string>{"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"}, names);
 }
 
 TEST(Platform, TwoMayReadOneFile)
@@ -516,6 +533,29 @@ TEST(Platform, ErrorBoxGoesToTheSink)
     EXPECT_EQ("", ::testing::internal::GetCapturedStderr());
     SetMessageBoxSink(pfnOld);
     EXPECT_TEXT(L"caption|text", s_strSunk);
+}
+
+TEST(Platform, DebugOutputGoesToTheSinkAndElsewhereInDiagnosticBuildsOnly)
+{
+    ::testing::internal::CaptureStderr();
+    OutputDebug(L"text");
+    const PfnDebugOutput pfnOld = SetDebugOutputSink([](const wchar_t* lpctText) { s_strSunk = lpctText; });
+    EXPECT_TRUE(IsDebugOutputOn());
+    OutputDebug(L"sunk");
+    SetDebugOutputSink(pfnOld);
+    EXPECT_TEXT(L"sunk", s_strSunk);
+#if defined(QUIVER_DIAGNOSTICS)
+    constexpr bool bElsewhere = true;
+#else
+    constexpr bool bElsewhere = false;
+#endif
+    EXPECT_EQ(bElsewhere, IsDebugOutputOn());
+    // Windows has a place of its own for it.
+#if defined(_WIN32)
+    EXPECT_EQ("", ::testing::internal::GetCapturedStderr());
+#else
+    EXPECT_EQ(bElsewhere ? "text" : "", ::testing::internal::GetCapturedStderr());
+#endif
 }
 
 TEST(Platform, TellsHowMuchStackIsLeft)

@@ -2,6 +2,7 @@
 // listings are compared. The other implementation runs in one Java process for all tests.
 
 #include "tests/support/Files.h"
+#include "tests/support/Process.h"
 #include "tests/support/ToolRun.h"
 
 #include "Gpx.h"
@@ -233,8 +234,8 @@ struct SOtherSide
         std::string strArguments = "-cp \"" + std::string(s_svClassPath) + "\" Interop\n";
         const auto fnAdd = [&](const std::string& strCommand, const std::string& strIn, const std::string& strOut)
         {
-            strArguments += strCommand + " \"" + directory.PathOf(strIn).string() + "\" \"" +
-                            directory.PathOf(strOut).string() + "\"\n";
+            strArguments += strCommand + ' ' + QuoteForShell(directory.PathOf(strIn)) + ' ' +
+                            QuoteForShell(directory.PathOf(strOut)) + '\n';
         };
         for (const auto& [strName, strXml] : Documents())
         {
@@ -248,9 +249,7 @@ struct SOtherSide
         }
         fnAdd("values", "none", "all_algorithms.other.fi");
         WriteFileBytes(directory.PathOf("arguments"), strArguments);
-        const std::string strCommand =
-            "\"" + std::string(s_svJava) + "\" \"@" + directory.PathOf("arguments").string() + "\"";
-        nStatus = std::system(strCommand.c_str());
+        nStatus = RunByShell("'" + std::string(s_svJava) + "' @" + QuoteForShell(directory.PathOf("arguments")));
     }
 };
 

@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cerrno>
-#include <cstddef>
-#include <cstdlib>
-#include <new>
+
+#if defined(_WIN32)
+#include "tests/reliability/ImportTable.h"
+#endif
 
 /// @file
 /// Stands between the whole program, the C library and the libraries that parse and compress included, and its memory, so that the
@@ -12,15 +13,33 @@
 namespace faults
 {
 
+#if defined(_WIN32)
+// Of the first thread alone: what belongs to each thread is in memory that the compiler's library allocates when it is asked for.
+#define QUIVER_OF_A_THREAD
+inline const DWORD g_dwThread = ::GetCurrentThreadId();
+inline bool IsOfTheThread()
+{
+    return ::GetCurrentThreadId() == g_dwThread;
+}
+#else
+#define QUIVER_OF_A_THREAD thread_local
+inline bool IsOfTheThread()
+{
+    return true;
+}
+#endif
+
 /// Allocations of the thread that still succeed; negative where all do.
-inline thread_local long g_nAllocationsLeft = -1;
+inline QUIVER_OF_A_THREAD long g_nAllocationsLeft = -1;
 /// Whether all that come behind the one that fails do so too.
-inline thread_local bool g_bForever = false;
-inline thread_local long g_nFailed = 0;
+inline QUIVER_OF_A_THREAD bool g_bForever = false;
+inline QUIVER_OF_A_THREAD long g_nFailed = 0;
+
+#undef QUIVER_OF_A_THREAD
 
 inline bool IsMemoryOut()
 {
-    if (g_nAllocationsLeft < 0)
+    if (!IsOfTheThread() || g_nAllocationsLeft < 0)
         return false;
     if (g_nAllocationsLeft > 0)
     {
@@ -36,83 +55,8 @@ inline bool IsMemoryOut()
 
 } // namespace faults
 
-#if defined(__SANITIZE_ADDRESS__)
-#define QUIVER_REAL(name) __interceptor_##name
+#if defined(_WIN32)
+#include "tests/reliability/FailingMemoryWin32.h"
 #else
-#define QUIVER_REAL(name) __libc_##name
-#endif
-
-extern "C"
-{
-    void* QUIVER_REAL(malloc)(std::size_t nSize);
-    void* QUIVER_REAL(calloc)(std::size_t nCount, std::size_t nSize);
-    void* QUIVER_REAL(realloc)(void* pMemory, std::size_t nSize);
-
-    void* malloc(std::size_t nSize) noexcept
-    {
-        return faults::IsMemoryOut() ? nullptr : QUIVER_REAL(malloc)(nSize);
-    }
-    void* calloc(std::size_t nCount, std::size_t nSize) noexcept
-    {
-        return faults::IsMemoryOut() ? nullptr : QUIVER_REAL(calloc)(nCount, nSize);
-    }
-    void* realloc(void* pMemory, std::size_t nSize) noexcept
-    {
-        return faults::IsMemoryOut() ? nullptr : QUIVER_REAL(realloc)(pMemory, nSize);
-    }
-}
-
-#undef QUIVER_REAL
-
-#if defined(__SANITIZE_ADDRESS__)
-
-// The operators of the sanitizer do not go by the functions above.
-
-inline void* NewOrThrow(std::size_t nSize)
-{
-    if (void* const pMemory = malloc(nSize != 0 ? nSize : 1))
-        return pMemory;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t nSize)
-{
-    return NewOrThrow(nSize);
-}
-void* operator new[](std::size_t nSize)
-{
-    return NewOrThrow(nSize);
-}
-void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
-{
-    return malloc(nSize != 0 ? nSize : 1);
-}
-void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept
-{
-    return malloc(nSize != 0 ? nSize : 1);
-}
-void operator delete(void* pMemory) noexcept
-{
-    free(pMemory);
-}
-void operator delete[](void* pMemory) noexcept
-{
-    free(pMemory);
-}
-void operator delete(void* pMemory, std::size_t) noexcept
-{
-    free(pMemory);
-}
-void operator delete[](void* pMemory, std::size_t) noexcept
-{
-    free(pMemory);
-}
-
-/// The table that the loader makes for each thread: the sanitizer knows it by the caller of its calloc, which is not the
-/// loader here.
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:allocate_dtv\n";
-}
-
+#include "tests/reliability/FailingMemoryPosix.h"
 #endif

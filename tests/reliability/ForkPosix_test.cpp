@@ -99,6 +99,8 @@ TEST(Fork, WhileAnotherThreadBuildsTheTablesOfAClass)
 TEST(Fork, WhileThreadsComeConvertAndGo)
 {
 #if defined(__SANITIZE_ADDRESS__)
+    // The allocator of the sanitizer locks each class of sizes, and does not hold these locks across a fork: where a thread of the
+    // parent had one, operator new waits in the child for good (SizeClassAllocator64::GetFromAllocator), now and then.
     GTEST_SKIP() << "the sanitizer's own locks stay with the threads of the parent";
 #endif
     const std::string strOrder = Sample("purchase_order/order.xml");

@@ -7,13 +7,18 @@
 #include "tests/support/Expect.h"
 #include "tests/support/Files.h"
 #include "tests/support/InstanceCounts.h"
+#include "tests/support/Process.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 #include <new>
-#include <sys/wait.h>
+#include <sstream>
+
+#if !defined(_WIN32)
 #include <unistd.h>
+#endif
 
 using namespace faults;
 using namespace QvXmlLib9;
@@ -152,39 +157,143 @@ TEST(MemoryFaults, MemoryThatIsGoneForGoodEndsTheOperationCleanly)
     FailAll(true);
 }
 
-/// In a process that has not done anything yet, where tables and caches are made for the first time.
-/// @return the exit status of a process of its own.
-int RunFresh(const SOperation& operation, const fs::path& folder, long nAllocations, const std::string& strWanted)
+/// What a process does that has not done anything yet, where tables and caches are made for the first time.
+struct SOrder
 {
-    const pid_t nChild = ::fork();
-    if (nChild == 0)
+    enum class EWork
     {
-        const SEnd end = RunWith(operation, folder, nAllocations, false);
-        if (end.eEnd == EEnd::Other || (end.eEnd == EEnd::Success && end.strResult != strWanted))
-            ::_exit(2);
-        const SEnd again = RunWith(operation, folder, -1, false);
-        if (again.eEnd != EEnd::Success || again.strResult != strWanted)
-            ::_exit(3);
-        ::_exit(end.bMet ? 1 : 0);
+        Prepare, ///< what the operation needs
+        Tell,    ///< what comes of it, in a file
+        Fail     ///< and come to what was told in the file, then or when nothing fails any more
+    };
+
+    EWork eWork;
+    std::size_t nOperation;
+    fs::path folder;
+    fs::path told;
+    long nAllocations;
+};
+
+/// How a process ended that failed, and one whose operation ended before anything did.
+constexpr int s_nMet = 1;
+constexpr int s_nNotMet = 0;
+
+int Obey(const SOrder& order)
+{
+    const SOperation& operation = GetOperations()[order.nOperation];
+    if (order.eWork == SOrder::EWork::Prepare)
+    {
+        operation.fnPrepare(order.folder);
+        return 0;
     }
-    int nStatus = 0;
-    ::waitpid(nChild, &nStatus, 0);
-    return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : 1000 + WTERMSIG(nStatus);
+    if (order.eWork == SOrder::EWork::Tell)
+    {
+        QvTest::WriteFileBytes(order.told, RunWith(operation, order.folder, -1, false).strResult);
+        return 0;
+    }
+    const std::string strWanted = QvTest::ReadFileBytes(order.told);
+    const SEnd end = RunWith(operation, order.folder, order.nAllocations, false);
+    if (end.eEnd == EEnd::Other || (end.eEnd == EEnd::Success && end.strResult != strWanted))
+        return 2;
+    const SEnd again = RunWith(operation, order.folder, -1, false);
+    if (again.eEnd != EEnd::Success || again.strResult != strWanted)
+        return 3;
+    return end.bMet ? s_nMet : s_nNotMet;
 }
 
-/// What a process finds on its first run, told by one that ends.
-std::string RunOnceElsewhere(const SOperation& operation, const fs::path& folder)
+// Processes get their orders from the environment.
+
+#if defined(_WIN32)
+
+constexpr const wchar_t* s_lpctOrder = L"QUIVER_TEST_ORDER";
+
+void SetOrder(const std::string& strOrder)
 {
-    const pid_t nChild = ::fork();
-    if (nChild == 0)
-    {
-        QvTest::WriteFileBytes(folder / "wanted", RunWith(operation, folder, -1, false).strResult);
-        ::_exit(0);
-    }
-    int nStatus = 0;
-    ::waitpid(nChild, &nStatus, 0);
-    return QvTest::ReadFileBytes(folder / "wanted");
+    ::SetEnvironmentVariableW(s_lpctOrder, fs::u8path(strOrder).c_str());
 }
+
+std::string GetOrder()
+{
+    wchar_t text[4096] = {};
+    return ::GetEnvironmentVariableW(s_lpctOrder, text, 4096) != 0 ? fs::path(text).u8string() : std::string();
+}
+
+std::string GetProgram()
+{
+    wchar_t program[4096] = {};
+    ::GetModuleFileNameW(nullptr, program, 4096);
+    return fs::path(program).u8string();
+}
+
+[[noreturn]] void EndProcess(int nStatus)
+{
+    ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(nStatus));
+    std::abort();
+}
+
+#else
+
+constexpr const char* s_lpcOrder = "QUIVER_TEST_ORDER";
+
+void SetOrder(const std::string& strOrder)
+{
+    ::setenv(s_lpcOrder, strOrder.c_str(), 1);
+}
+
+std::string GetOrder()
+{
+    const char* const lpcOrder = std::getenv(s_lpcOrder);
+    return lpcOrder != nullptr ? lpcOrder : "";
+}
+
+std::string GetProgram()
+{
+    return fs::read_symlink("/proc/self/exe").string();
+}
+
+[[noreturn]] void EndProcess(int nStatus)
+{
+    ::_exit(nStatus);
+}
+
+#endif
+
+/// Carries an order out in a process of its own.
+/// @return the exit status.
+int InFreshProcess(const SOrder& order)
+{
+    SetOrder(std::to_string(static_cast<int>(order.eWork)) + ' ' + std::to_string(order.nOperation) + ' ' +
+             std::to_string(order.nAllocations) + ' ' + order.folder.u8string() + '|' + order.told.u8string());
+    const int nStatus = QvTest::RunProcess(GetProgram(), {});
+    SetOrder("");
+    return nStatus;
+}
+
+/// Ends a process that has an order ahead of its first test.
+class CFreshProcess : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        const std::string strOrder = GetOrder();
+        if (strOrder.empty())
+            return;
+        std::istringstream in(strOrder);
+        int nWork = 0;
+        SOrder order{};
+        std::string strFolder;
+        std::string strTold;
+        in >> nWork >> order.nOperation >> order.nAllocations >> std::ws;
+        std::getline(in, strFolder, '|');
+        std::getline(in, strTold);
+        order.eWork = static_cast<SOrder::EWork>(nWork);
+        order.folder = fs::u8path(strFolder);
+        order.told = fs::u8path(strTold);
+        EndProcess(Obey(order));
+    }
+};
+
+const testing::Environment* const g_pFreshProcess = testing::AddGlobalTestEnvironment(new CFreshProcess);
 
 /// Each run takes a process, which the sanitizer makes slow.
 bool IsQuickWhenFresh(std::string_view svOperation)
@@ -196,34 +305,41 @@ bool IsQuickWhenFresh(std::string_view svOperation)
     return svOperation == "invoice, from octets";
 }
 
-// The first test of the program, before others have warmed it up.
+/// From one allocation that fails in a fresh process to the next. Under Wine a process takes long to begin.
+#if defined(_WIN32)
+constexpr long s_nFreshStep = 13;
+#else
+constexpr long s_nFreshStep = 5;
+#endif
+
 TEST(AFreshProcess, SurvivesAnAllocationThatFailsAndDoesItsWorkThen)
 {
     long nFaults = 0;
-    for (const SOperation& operation : GetOperations())
+    for (std::size_t nOperation = 0; nOperation < GetOperations().size(); ++nOperation)
     {
+        const SOperation& operation = GetOperations()[nOperation];
         if (operation.bLong || (!IsLong() && !IsQuickWhenFresh(operation.lpcName)))
             continue;
         SCOPED_TRACE(operation.lpcName);
         const QvTest::CTempDir dir;
-        const QvTest::CTempDir wantedDir;
-        // What it needs is made elsewhere, too.
-        const pid_t nChild = ::fork();
-        if (nChild == 0)
+        const QvTest::CTempDir toldDir;
+        const fs::path told = toldDir.PathOf("told");
+        fs::create_directory(toldDir.PathOf("folder"));
+        SOrder order{SOrder::EWork::Prepare, nOperation, toldDir.PathOf("folder"), told, -1};
+        ASSERT_EQ(InFreshProcess(order), 0);
+        order.eWork = SOrder::EWork::Tell;
+        ASSERT_EQ(InFreshProcess(order), 0);
+        order.eWork = SOrder::EWork::Prepare;
+        order.folder = dir.PathOf("");
+        ASSERT_EQ(InFreshProcess(order), 0);
+        order.eWork = SOrder::EWork::Fail;
+        int nStatus = s_nMet;
+        for (order.nAllocations = 0; nStatus == s_nMet; order.nAllocations += s_nFreshStep)
         {
-            operation.fnPrepare(dir.PathOf(""));
-            ::_exit(0);
-        }
-        ::waitpid(nChild, nullptr, 0);
-        fs::copy(dir.PathOf(""), wantedDir.PathOf(""),
-                 fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-        const std::string strWanted = RunOnceElsewhere(operation, wantedDir.PathOf(""));
-        int nStatus = 1;
-        for (long n = 0; nStatus == 1; n += 3)
-        {
-            nStatus = RunFresh(operation, dir.PathOf(""), n, strWanted);
-            EXPECT_LE(nStatus, 1) << "allocation " << n;
-            nFaults += nStatus == 1 ? 1 : 0;
+            nStatus = InFreshProcess(order);
+            EXPECT_TRUE(nStatus == s_nMet || nStatus == s_nNotMet)
+                << "allocation " << order.nAllocations << ": status " << nStatus;
+            nFaults += nStatus == s_nMet ? 1 : 0;
         }
     }
     EXPECT_GT(nFaults, 100);

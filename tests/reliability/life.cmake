@@ -1,10 +1,6 @@
 # Programs about the order in which things come to life and go: objects in static storage, and modules that are loaded and
 # unloaded. They link the shared library and the static one.
 
-if(WIN32)
-    return()
-endif()
-
 set(_life "${CMAKE_CURRENT_SOURCE_DIR}/reliability/life")
 
 # The classes for each of the libraries: code for the shared one must not be compiled for the static one.
@@ -22,6 +18,17 @@ foreach(_kind shared static)
     quiver_generate(TARGET quiver_life_classes_${_kind} SCHEMAS ../examples/invoice/invoice.xsd
         FACTORY invoice::CInvoiceRoots)
 
+    add_library(quiver_life_module_${_kind} MODULE "${_life}/module.cpp")
+    target_link_libraries(quiver_life_module_${_kind} PRIVATE quiver_life_classes_${_kind} quiver_build_settings)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
+        # Objects that the linker makes unique in the process would keep the module there.
+        target_compile_options(quiver_life_classes_${_kind} PRIVATE -fno-gnu-unique)
+        target_compile_options(quiver_life_module_${_kind} PRIVATE -fno-gnu-unique)
+    endif()
+    if(WIN32)
+        continue()
+    endif()
+
     # Ahead of all that is not told otherwise, in the order of the link, and behind all.
     foreach(_priority 101 none 65535)
         set(_name life_globals_${_kind}_${_priority})
@@ -33,15 +40,17 @@ foreach(_kind shared static)
         add_test(NAME ${_name} COMMAND ${_name})
         set_tests_properties(${_name} PROPERTIES TIMEOUT 300)
     endforeach()
-
-    add_library(quiver_life_module_${_kind} MODULE "${_life}/module.cpp")
-    target_link_libraries(quiver_life_module_${_kind} PRIVATE quiver_life_classes_${_kind} quiver_build_settings)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # Objects that the linker makes unique in the process would keep the module there.
-        target_compile_options(quiver_life_classes_${_kind} PRIVATE -fno-gnu-unique)
-        target_compile_options(quiver_life_module_${_kind} PRIVATE -fno-gnu-unique)
-    endif()
 endforeach()
+
+# On Windows they come and go in a test program.
+if(WIN32)
+    target_link_libraries(ModulesWin32_test PRIVATE quiver_example_classes)
+    add_dependencies(ModulesWin32_test quiver_life_module_shared quiver_life_module_static)
+    target_compile_definitions(ModulesWin32_test PRIVATE
+        QUIVER_SHARED_MODULE="$<TARGET_FILE:quiver_life_module_shared>"
+        QUIVER_STATIC_MODULE="$<TARGET_FILE:quiver_life_module_static>")
+    return()
+endif()
 
 # The library stays with the program, or comes and goes with the module. Sanitizers keep what was loaded.
 add_executable(life_unload "${_life}/unload.cpp")

@@ -1,6 +1,11 @@
 #include "tests/support/Process.h"
 
+#include "tests/support/Files.h"
+
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #if defined(_WIN32)
 #ifndef NOMINMAX
@@ -17,6 +22,15 @@ namespace QvTest
 
 namespace
 {
+
+/// A word that a shell takes as it is.
+std::string QuoteWord(const std::string& strWord)
+{
+    std::string strQuoted = "'";
+    for (const char c : strWord)
+        strQuoted += c == '\'' ? "'\\''" : std::string(1, c);
+    return strQuoted + '\'';
+}
 
 #if defined(_WIN32)
 
@@ -71,14 +85,6 @@ std::wstring Quote(const std::string& strArgument)
 
 #else
 
-std::string Quote(const std::string& strArgument)
-{
-    std::string strQuoted = "'";
-    for (const char c : strArgument)
-        strQuoted += c == '\'' ? "'\\''" : std::string(1, c);
-    return strQuoted + '\'';
-}
-
 std::string Redirect(const char* lpcStream, const SOutput& output)
 {
     switch (output.eKind)
@@ -88,7 +94,7 @@ std::string Redirect(const char* lpcStream, const SOutput& output)
     case SOutput::EKind::Closed:
         return std::string(lpcStream) + "&-";
     case SOutput::EKind::File:
-        return lpcStream + Quote(output.strFile);
+        return lpcStream + QuoteWord(output.strFile);
     case SOutput::EKind::Nowhere:
         break;
     }
@@ -128,17 +134,67 @@ int RunProcess(const std::string& strProgram, const std::vector<std::string>& ar
     return static_cast<int>(dwStatus);
 }
 
+int RunByShell(const std::string& strCommand)
+{
+    // Wine starts the shell, but tells neither when it ends nor how: it says so in a file, which comes whole.
+    const CTempDir dir;
+    const std::string strStatus = QuoteForShell(dir.PathOf("status"));
+    WriteFileBytes(dir.PathOf("command"), "(exec </dev/null\n" + strCommand + "\n)\necho $? >" + strStatus +
+                                              ".part\nmv " + strStatus + ".part " + strStatus + '\n');
+    std::wstring strShell = L"Z:\\bin\\sh " + std::filesystem::u8path(QuoteForShell(dir.PathOf("command"))).wstring();
+    // The name has nothing that needs quotes, which are another shell's here.
+    strShell.erase(std::remove(strShell.begin(), strShell.end(), L'\''), strShell.end());
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process{};
+    if (!::CreateProcessW(nullptr, strShell.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
+        return -1;
+    ::CloseHandle(process.hThread);
+    ::CloseHandle(process.hProcess);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(5);
+    while (!std::filesystem::exists(dir.PathOf("status")))
+    {
+        if (std::chrono::steady_clock::now() > end)
+            return -1;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return std::stoi(ReadFileBytes(dir.PathOf("status")));
+}
+
+std::string QuoteForShell(const std::filesystem::path& file)
+{
+    using PfnGetUnixName = char*(CDECL*)(const wchar_t* lpctName);
+    const auto pfnGetUnixName = reinterpret_cast<PfnGetUnixName>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    if (pfnGetUnixName == nullptr)
+        return {};
+    char* const lpcName = pfnGetUnixName(std::filesystem::path(file).make_preferred().c_str());
+    const std::string strName = lpcName != nullptr ? lpcName : "";
+    ::HeapFree(::GetProcessHeap(), 0, lpcName);
+    return QuoteWord(strName);
+}
+
 #else
 
 int RunProcess(const std::string& strProgram, const std::vector<std::string>& arguments, const SOutput& out,
                const SOutput& err)
 {
-    std::string strCommand = Quote(strProgram);
+    std::string strCommand = QuoteWord(strProgram);
     for (const std::string& strArgument : arguments)
-        strCommand += ' ' + Quote(strArgument);
+        strCommand += ' ' + QuoteWord(strArgument);
     strCommand += " </dev/null" + Redirect(" >", out) + Redirect(" 2>", err);
-    const int nStatus = std::system(strCommand.c_str());
+    return RunByShell(strCommand);
+}
+
+int RunByShell(const std::string& strCommand)
+{
+    const int nStatus = std::system(("exec </dev/null\n" + strCommand).c_str());
     return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+}
+
+std::string QuoteForShell(const std::filesystem::path& file)
+{
+    return QuoteWord(file.string());
 }
 
 #endif

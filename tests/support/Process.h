@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -30,5 +31,13 @@ struct SOutput
 /// @return its exit status; -1 if it could not be run, or did not end by itself.
 int RunProcess(const std::string& strProgram, const std::vector<std::string>& arguments, const SOutput& out = {},
                const SOutput& err = {});
+
+/// Runs a command by the shell of the machine that builds: a program of Windows is one of Wine's there, and has the programs of
+/// that machine started too. The command reads nothing; what it says goes where the test says its own.
+/// @return its exit status; -1 if it could not be run, or did not end by itself.
+int RunByShell(const std::string& strCommand);
+
+/// Name of a file for such a command, in quotes.
+std::string QuoteForShell(const std::filesystem::path& file);
 
 } // namespace QvTest

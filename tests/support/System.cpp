@@ -21,10 +21,19 @@ namespace QvTest
 
 std::size_t CountOpenFiles()
 {
-    // Nothing lists the handles of a process, but they are small multiples of 4.
+    // Nothing lists the handles of a process, but it is known how many there are, and they are small multiples of 4.
+    DWORD dwLeft = 0;
+    EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &dwLeft));
     std::size_t nCount = 0;
-    for (std::uintptr_t nHandle = 4; nHandle < 4096; nHandle += 4)
-        nCount += ::GetFileType(reinterpret_cast<HANDLE>(nHandle)) == FILE_TYPE_DISK ? 1 : 0;
+    for (std::uintptr_t nHandle = 4; nHandle < 4096 && dwLeft > 0; nHandle += 4)
+    {
+        DWORD dwFlags = 0;
+        const auto hAny = reinterpret_cast<HANDLE>(nHandle);
+        if (!::GetHandleInformation(hAny, &dwFlags))
+            continue;
+        --dwLeft;
+        nCount += ::GetFileType(hAny) == FILE_TYPE_DISK ? 1 : 0;
+    }
     return nCount;
 }
 

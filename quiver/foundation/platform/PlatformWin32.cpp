@@ -476,9 +476,19 @@ void WINAPI EndThread(void* pValue)
 /// One slot of each thread, whose operation the system calls ahead of everything that it takes from the thread. The
 /// destructors of thread-local objects would come too late: the compiler's run-time library may have given their
 /// storage back by then.
+DWORD MakeThreadEndSlot()
+{
+    // The threads may end behind the module that has this code, be it unloaded: it stays where it is until the process ends.
+    HMODULE hModule = nullptr;
+    if (!::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                              reinterpret_cast<LPCWSTR>(&EndThread), &hModule))
+        return FLS_OUT_OF_INDEXES;
+    return ::FlsAlloc(&EndThread);
+}
+
 DWORD GetThreadEndSlot()
 {
-    static const DWORD s_dwSlot = ::FlsAlloc(&EndThread);
+    static const DWORD s_dwSlot = MakeThreadEndSlot();
     return s_dwSlot;
 }
 

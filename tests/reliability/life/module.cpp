@@ -11,7 +11,9 @@
 
 using namespace QvXmlLib9;
 
-#if defined(__GNUC__)
+#if defined(_WIN32)
+#define QV_EXPORTED __declspec(dllexport)
+#elif defined(__GNUC__)
 #define QV_EXPORTED __attribute__((visibility("default")))
 #else
 #define QV_EXPORTED
@@ -43,4 +45,31 @@ extern "C" QV_EXPORTED void ReadAndWrite(const char* lpcXml, char* lpcText, std:
     std::transform(strText.begin(), strText.begin() + static_cast<std::ptrdiff_t>(nLength), lpcText,
                    [](wchar_t c) { return static_cast<char>(c); });
     lpcText[nLength] = 0;
+}
+
+/// Writes an order of many pieces to a file and reads it, overlapped.
+/// @return whether it came back the same.
+extern "C" QV_EXPORTED bool ReadAndWriteFile(const wchar_t* lpctFile)
+{
+    AsyncToXmlFile(true);
+    AsyncFromXmlFile(true);
+    try
+    {
+        const CXmlSerializationContext context;
+        const CSmartPtr<order::CPurchaseOrder> spOrder = new order::CPurchaseOrder;
+        spOrder->FromXml("<o:purchaseOrder xmlns:o='urn:example:order' number='7'><o:shipTo><o:name>N</o:name>"
+                         "<o:street>S</o:street><o:city>C</o:city></o:shipTo><o:item part='123-AB'>"
+                         "<o:product>P</o:product><o:quantity>3</o:quantity><o:price>0.5</o:price></o:item>"
+                         "</o:purchaseOrder>",
+                         context);
+        spOrder->SetComment(std::wstring(700000, L'c'));
+        spOrder->ToXmlFile(lpctFile, true, true, Encoding_UTF8, EOLType_LF, context, Compression_None);
+        const CSmartPtr<order::CPurchaseOrder> spAgain = new order::CPurchaseOrder;
+        spAgain->FromXmlFile(lpctFile, context);
+        return spAgain->GetComment() == spOrder->GetComment();
+    }
+    catch (const CQvException&)
+    {
+        return false;
+    }
 }

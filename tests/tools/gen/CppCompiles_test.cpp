@@ -1,4 +1,5 @@
 #include "tests/support/Files.h"
+#include "tests/support/Process.h"
 #include "tests/support/SampleBinding.h"
 
 #include "tools/quiver-gen/Files.h"
@@ -7,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <sstream>
 
@@ -18,13 +19,13 @@ namespace
 {
 
 /// Whether a compiler takes all sources of a folder without a word. What it says goes to the test's output.
-bool Compiles(const std::string& strFolder, const std::string& strCompiler)
+bool Compiles(const std::filesystem::path& folder, const std::string& strCompiler)
 {
-    const std::string strCommand = strCompiler +
-                                   " -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror "
-                                   "-I'" QUIVER_SOURCE_DIR "' -I'" +
-                                   strFolder + "' '" + strFolder + "'/*.cpp";
-    return std::system(strCommand.c_str()) == 0;
+    const std::string strFolder = QvTest::QuoteForShell(folder);
+    return QvTest::RunByShell(strCompiler +
+                              " -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror "
+                              "-I'" QUIVER_SOURCE_DIR "' -I" +
+                              strFolder + ' ' + strFolder + "/*.cpp") == 0;
 }
 
 /// How a sample is written, and what compiles it.
@@ -62,7 +63,7 @@ TEST_P(CppCompiles, WithoutAWarning)
     for (cpp::SFile& file : files)
         file.strName = dir.PathOf(file.strName).u8string();
     WriteFiles(files);
-    EXPECT_TRUE(Compiles(dir.PathOf("").u8string(), one.lpcCompiler));
+    EXPECT_TRUE(Compiles(dir.PathOf(""), one.lpcCompiler));
 }
 
 constexpr const char* s_lpc17 = "'" QUIVER_CXX "' -std=c++17";
@@ -91,7 +92,7 @@ TEST(CppCompilesSchemas, OfTheExamplesWithoutAWarning)
                                 dir.PathOf("").u8string(), "--split", "none", "--program"},
                                out, std::cerr),
                   0);
-        EXPECT_TRUE(Compiles(dir.PathOf("").u8string(), s_lpc17)) << lpcSchema;
+        EXPECT_TRUE(Compiles(dir.PathOf(""), s_lpc17)) << lpcSchema;
     }
 }
 

@@ -166,7 +166,9 @@ CFacts FactsOfTheOther(const std::string& strPath)
     SAX2XMLReaderImpl reader(XMLPlatformUtils::fgMemoryManager, &pool);
     reader.setFeature(XMLUni::fgXercesSchema, true);
     reader.setFeature(XMLUni::fgSAX2CoreNameSpaces, true);
-    if (reader.loadGrammar(strPath.c_str(), Grammar::SchemaGrammarType, true) == nullptr)
+    // It takes no name that begins at the root of a drive of Windows without naming the drive.
+    const std::string strWhole = std::filesystem::absolute(strPath).string();
+    if (reader.loadGrammar(strWhole.c_str(), Grammar::SchemaGrammarType, true) == nullptr)
         return s_notRead;
     bool bChanged = false;
     XSModel& model = *pool.getXSModel(bChanged);
