@@ -526,3 +526,64 @@ TEST(Prefixes, OfSiblingsMayStandForDifferentNamespaces)
         }
     }
 }
+
+namespace
+{
+
+/// The namespaces of the names that the links hold.
+std::vector<std::wstring> NamespacesOf(const CLinks& links)
+{
+    std::vector<std::wstring> uris;
+    for (const CLink& link : *links.GetLink())
+    {
+        const std::wstring strName = link.m_To.Get();
+        const std::size_t nColon = strName.find(L':');
+        uris.push_back(
+            link.GetNamespaceOfPrefix(nColon == std::wstring::npos ? L"" : strName.substr(0, nColon).c_str()));
+    }
+    return uris;
+}
+
+} // namespace
+
+TEST(Prefixes, StandForTheNearestDeclarationInEveryForm)
+{
+    const struct
+    {
+        const wchar_t* lpctDeclaration;
+        const wchar_t* lpctName;
+        const wchar_t* lpctUri; ///< null for that of the root
+    } places[] = {{L"", L"p:q", nullptr},
+                  {L" xmlns:p='urn:a'", L"p:q", L"urn:a"},
+                  {L" xmlns:p='urn:b'", L"p:q", L"urn:b"},
+                  {L" xmlns:p='urn:a' xmlns:r='urn:b'", L"r:q", L"urn:b"},
+                  {L" xmlns:r='urn:a'", L"r:q", L"urn:a"}};
+    for (const wchar_t* const lpctRoot : {L"urn:a", L"urn:b"})
+    {
+        for (int n = 0; n < 125; ++n)
+        {
+            std::wstring strXml = std::wstring(L"<links xmlns:p='") + lpctRoot + L"'>";
+            std::vector<std::wstring> expected;
+            for (int nRest = n, i = 0; i < 3; ++i, nRest /= 5)
+            {
+                const auto& place = places[nRest % 5];
+                strXml += std::wstring(L"<link") + place.lpctDeclaration + L" to='" + place.lpctName + L"'/>";
+                expected.emplace_back(place.lpctUri != nullptr ? place.lpctUri : lpctRoot);
+            }
+            strXml += L"</links>";
+            SCOPED_TRACE(::testing::PrintToString(strXml));
+            CLinks links;
+            links.FromXml(strXml.c_str(), {});
+            ASSERT_EQ(NamespacesOf(links), expected);
+            for (const CBinaryData& data :
+                 {links.ToXmlStream(true, false, Encoding_UTF8, EOLType_LF, {}, Compression_None),
+                  links.ToXmlStream(true, true, Encoding_UTF16, EOLType_LF, {}, Compression_None),
+                  links.ToFastInfosetStream(FInfoDecl_None, {}, Compression_None)})
+            {
+                CLinks again;
+                again.FromXmlStream(data, {});
+                ASSERT_EQ(NamespacesOf(again), expected);
+            }
+        }
+    }
+}
