@@ -95,7 +95,10 @@ try()
     scripts/build.sh "$machine"
     # Left out: tests that a shell runs the tools for, which takes qemu's help; the one whose bound is seconds; and those in
     # the locale of this machine, whose files are not for that one.
-    LC_ALL=C GTEST_FILTER='-*AsAProcess:Generator.TheProgram*:*HostileSchemas*ManyElements' \
+    local filter='-*AsAProcess:*FromItsCommandLine:Generator.TheProgram*:*HostileSchemas*ManyElements'
+    # The library asks for the state of a file by the name that the call has with times of 64 bits, the test fails the other.
+    [ "$machine" != armhf ] || filter+=:Kinds/FileFaults.EndInAMessageAndLeaveNothing/status
+    LC_ALL=C GTEST_FILTER=$filter \
         ctest --preset "$machine" -j "$(nproc)" -E 'German|^page_' ${QUIVER_MACHINE_TESTS:+-R "$QUIVER_MACHINE_TESTS"}
 }
 
