@@ -140,7 +140,7 @@ TEST(TextStream, Utf16BytesOfSeveralBlocksAreThoseOfTheWholeText)
 TEST(TextStream, Utf16BytesOfLongTextAreThoseOfItsUnits)
 {
     // Blocks that are full are packed, those of ASCII by one octet a unit.
-    for (const std::size_t nLength : {100, 4096, 50000, 200000})
+    for (const std::size_t nLength : {100u, 4096u, 50000u, 200000u})
     {
         std::wstring strText;
         for (std::size_t n = 0; n < nLength; ++n)
