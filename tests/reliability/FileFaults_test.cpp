@@ -320,7 +320,7 @@ TEST(FullDisks, AFileThatDoesNotFitIsRefused)
         SCOPED_TRACE(operation.lpcName);
         CRun good(operation);
         const SResult wanted = good.RunWell();
-        for (const std::uint64_t nLimit : {0, 1, 100, 1000, 4096})
+        for (const std::uint64_t nLimit : {0u, 1u, 100u, 1000u, 4096u})
         {
             CRun run(operation);
             const std::size_t nOpenFiles = QvTest::CountOpenFiles();

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <string>
 
 // What depends on the time zone, or must not.
 
@@ -118,7 +119,11 @@ TEST(LocalTimeTest, EnvironmentsLocaleAndTimeZoneAreInForce)
     if (lpcLocale != nullptr && std::strcmp(lpcLocale, "de_DE.UTF-8") == 0)
         EXPECT_STREQ(",", std::localeconv()->decimal_point);
     else
-        EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), std::setlocale(LC_ALL, ""));
+    {
+        // The second call may write where the first one's result lies.
+        const std::string strInForce = std::setlocale(LC_ALL, nullptr);
+        EXPECT_EQ(strInForce, std::setlocale(LC_ALL, ""));
+    }
 
     const char* const lpcOffset = std::getenv("QUIVER_ZONE_OFFSET");
     const std::int64_t nOffset = QvTest::GetZoneOffset(978307200);
