@@ -2,6 +2,8 @@
 
 #include "tests/reliability/FailingMemory.h"
 
+#include <utility>
+
 /// @file
 /// The memory of Windows: a heap, from which the C library takes what it gives to the operators and functions of the languages, and
 /// pages.
@@ -46,3 +48,15 @@ inline const bool g_bMemoryReplaced = []
 }();
 
 } // namespace faults
+
+// Variables of a thread are allocated when the thread asks for them first, by the library of GCC for MinGW, which ends the process
+// where there is no memory: that allocation is let through. The linker leads the calls here.
+extern "C" void* __real___emutls_get_address(void* pVariable);
+extern "C" void* __wrap___emutls_get_address(void* pVariable)
+{
+    const long nLeft = faults::IsOfTheThread() ? std::exchange(faults::g_nAllocationsLeft, -1) : -1;
+    void* const pOfThread = __real___emutls_get_address(pVariable);
+    if (nLeft >= 0)
+        faults::g_nAllocationsLeft = nLeft;
+    return pOfThread;
+}

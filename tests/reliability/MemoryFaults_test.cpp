@@ -177,6 +177,9 @@ struct SOrder
 /// How a process ended that failed, and one whose operation ended before anything did.
 constexpr int s_nMet = 1;
 constexpr int s_nNotMet = 0;
+/// How it ended wrongly; a process that is ended by the C library says 3 on Windows.
+constexpr int s_nWrong = 42;
+constexpr int s_nWrongAgain = 43;
 
 int Obey(const SOrder& order)
 {
@@ -194,10 +197,10 @@ int Obey(const SOrder& order)
     const std::string strWanted = QvTest::ReadFileBytes(order.told);
     const SEnd end = RunWith(operation, order.folder, order.nAllocations, false);
     if (end.eEnd == EEnd::Other || (end.eEnd == EEnd::Success && end.strResult != strWanted))
-        return 2;
+        return s_nWrong;
     const SEnd again = RunWith(operation, order.folder, -1, false);
     if (again.eEnd != EEnd::Success || again.strResult != strWanted)
-        return 3;
+        return s_nWrongAgain;
     return end.bMet ? s_nMet : s_nNotMet;
 }
 
