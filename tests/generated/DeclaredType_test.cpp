@@ -41,7 +41,8 @@ TEST(DeclaredType, IsWhatTheAttributeSays)
     for (const SCase& c : cases)
     {
         SCOPED_TRACE(::testing::PrintToString(std::wstring(c.lpctAttribute)));
-        CXmlDocument document{CXmlSerializationContext()};
+        const CXmlSerializationContext context;
+        CXmlDocument document(context);
         document.LoadXml(
             (L"<a xmlns='urn:default' xmlns:p='urn:p' xmlns:i='http://www.w3.org/2001/XMLSchema-instance'><b " +
              std::wstring(c.lpctAttribute) + L"/></a>")

@@ -50,3 +50,25 @@ std::size_t CountAllocations(TAction&& action)
 {
     std::free(p);
 }
+
+// Those of arrays call the others, but for the ones of sanitizers.
+
+[[gnu::noinline]] void* operator new[](std::size_t nSize)
+{
+    return operator new(nSize);
+}
+
+[[gnu::noinline]] void* operator new[](std::size_t nSize, const std::nothrow_t& nothrow) noexcept
+{
+    return operator new(nSize, nothrow);
+}
+
+[[gnu::noinline]] void operator delete[](void* p) noexcept
+{
+    std::free(p);
+}
+
+[[gnu::noinline]] void operator delete[](void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
