@@ -3,6 +3,7 @@
 
 #include "Order.h"
 #include "tests/support/Files.h"
+#include "tests/support/Worker.h"
 
 #include "quiver/QvXmlLib.h"
 
@@ -10,9 +11,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -115,54 +113,6 @@ TEST(Modules, ComeAndGoWhileAnotherThreadBuildsTheTablesOfAClass)
         EXPECT_EQ(ReadAndWriteHere(), strWanted);
     }
 }
-
-/// A thread that outlives what it has done.
-class CWorker
-{
-public:
-    CWorker()
-        : m_thread([this] { Run(); })
-    {
-    }
-    ~CWorker()
-    {
-        Do(nullptr);
-        m_thread.join();
-    }
-    CWorker(const CWorker&) = delete;
-    CWorker& operator=(const CWorker&) = delete;
-
-    /// Runs `work` on the thread and waits for its end. Null ends the thread.
-    void Do(std::function<void()> work)
-    {
-        std::unique_lock<std::mutex> lock(m_cs);
-        m_work = std::move(work);
-        m_bHasWork = true;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return !m_bHasWork; });
-    }
-
-private:
-    void Run()
-    {
-        std::unique_lock<std::mutex> lock(m_cs);
-        for (bool bGoOn = true; bGoOn;)
-        {
-            m_changed.wait(lock, [this] { return m_bHasWork; });
-            bGoOn = m_work != nullptr;
-            if (bGoOn)
-                m_work();
-            m_bHasWork = false;
-            m_changed.notify_all();
-        }
-    }
-
-    std::mutex m_cs;
-    std::condition_variable m_changed;
-    std::function<void()> m_work;
-    bool m_bHasWork = false;
-    std::thread m_thread;
-};
 
 TEST(Modules, ComeAndGoWhileThreadsComeConvertAndGo)
 {

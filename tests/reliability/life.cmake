@@ -54,8 +54,10 @@ endif()
 
 # The library stays with the program, or comes and goes with the module. Sanitizers keep what was loaded.
 add_executable(life_unload "${_life}/unload.cpp")
+target_include_directories(life_unload PRIVATE "${PROJECT_SOURCE_DIR}")
 target_link_libraries(life_unload PRIVATE Threads::Threads quiver_build_settings ${CMAKE_DL_LIBS})
 add_executable(life_unload_holding "${_life}/unload.cpp")
+target_include_directories(life_unload_holding PRIVATE "${PROJECT_SOURCE_DIR}")
 target_link_libraries(life_unload_holding PRIVATE Threads::Threads quiver_build_settings ${CMAKE_DL_LIBS} Quiver::QvXmlLib9)
 target_link_options(life_unload_holding PRIVATE "LINKER:--no-as-needed")
 set(_gone gone)

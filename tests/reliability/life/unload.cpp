@@ -5,12 +5,11 @@
 //
 // With `gone` the module has to leave the memory each time; otherwise the system may keep it.
 
-#include <condition_variable>
+#include "tests/support/Worker.h"
+
 #include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
-#include <functional>
-#include <mutex>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -25,55 +24,6 @@ const char s_szGood[] =
     "<o:purchaseOrder xmlns:o='urn:example:order' number='7'><o:shipTo><o:name>N</o:name>"
     "<o:street>S</o:street><o:city>C</o:city></o:shipTo><o:item part='123-AB'><o:product>P</o:product>"
     "<o:quantity>3</o:quantity><o:price>0.5</o:price></o:item></o:purchaseOrder>";
-
-/// A thread that outlives each loading of the module.
-class CWorker
-{
-public:
-    CWorker()
-        : m_thread([this] { Run(); })
-    {
-    }
-    ~CWorker()
-    {
-        Do(nullptr);
-        m_thread.join();
-    }
-    CWorker(const CWorker&) = delete;
-    CWorker& operator=(const CWorker&) = delete;
-
-    /// Runs `work` on the thread and waits for its end. Null ends the thread.
-    void Do(std::function<void()> work)
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_work = std::move(work);
-        m_bWaiting = true;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return !m_bWaiting; });
-    }
-
-private:
-    void Run()
-    {
-        for (bool bGoOn = true; bGoOn;)
-        {
-            std::unique_lock<std::mutex> lock(m_mutex);
-            m_changed.wait(lock, [this] { return m_bWaiting; });
-            bGoOn = m_work != nullptr;
-            if (bGoOn)
-                m_work();
-            m_work = nullptr;
-            m_bWaiting = false;
-            m_changed.notify_all();
-        }
-    }
-
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::function<void()> m_work;
-    bool m_bWaiting = false;
-    std::thread m_thread;
-};
 
 int s_nFailures = 0;
 
@@ -113,7 +63,7 @@ int main(int nArguments, char** arguments)
         std::fprintf(stderr, "usage: unload MODULE gone|any\n");
         return 2;
     }
-    CWorker worker;
+    QvTest::CWorker worker;
     for (int nRound = 0; nRound < 5; ++nRound)
     {
         void* const pModule = dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL);
